@@ -1,0 +1,116 @@
+#include "archives/ArchiveStore.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr std::array sideFiles = {QLatin1String("-wal"), QLatin1String("-shm"), QLatin1String("-journal")};
+
+bool hasSideFiles(const QString &path)
+{
+    return std::any_of(sideFiles.begin(), sideFiles.end(),
+                       [&path](QLatin1String side) { return QFile::exists(path + side); });
+}
+
+/// The salt at the front of an archive; shorter when the file is.
+Result<QByteArray> saltOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.exists())
+        return Fault{FaultCode::NotFound, path};
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return Fault{FaultCode::AccessDenied, path};
+    return file.read(ArchiveKeys::SaltSize);
+}
+
+} // namespace
+
+Result<Database> ArchiveStore::open(QStringView name, Database::Use use)
+{
+    const QString path = m_folder.path(name.toString());
+    const Result<QByteArray> salt = saltOf(path);
+    if (!salt)
+        return salt.fault();
+    // The library would take an empty file for a new archive.
+    if (salt.value().size() < ArchiveKeys::SaltSize)
+        return Fault{FaultCode::Damaged, path};
+    return Database::open(path, m_keys.rawKey(salt.value()), use);
+}
+
+Result<void> ArchiveStore::create(QStringView name, const char *layout, const QByteArray &salt)
+{
+    Result<Database> database =
+        Database::open(m_folder.path(name.toString()), m_keys.rawKey(salt), Database::Use::Safe, true);
+    if (!database)
+        return database.fault();
+    return database.value().execute(layout);
+}
+
+Result<void> ArchiveStore::recover(const QString &path)
+{
+    if (!hasSideFiles(path) || !QFile::exists(path))
+        return {};
+    const Result<QByteArray> salt = saltOf(path);
+    if (!salt)
+        return salt.fault();
+    Result<Database> database = Database::open(path, m_keys.rawKey(salt.value()), Database::Use::Safe);
+    if (!database)
+        return database.fault();
+    return database.value().leaveLogMode();
+}
+
+Result<void> ArchiveStore::removeSideFiles(const QString &path)
+{
+    for (const QLatin1String side : sideFiles) {
+        if (!QFile::exists(path + side))
+            continue;
+        if (Result<void> removed = m_folder.disk().remove(path + side); !removed)
+            return removed;
+    }
+    return {};
+}
+
+Result<void> ArchiveStore::copy(QStringView source, QStringView target)
+{
+    const QString from = m_folder.path(source.toString());
+    const QString to = m_folder.path(target.toString());
+    if (Result<void> recovered = recover(from); !recovered)
+        return recovered;
+    // What stands in the target is lost on purpose, but only once its successor is there: until the rename it must
+    // stay whole. A target that cannot be brought together any more is not worth keeping back.
+    if (const Result<void> recovered = recover(to); !recovered && recovered.fault().code == FaultCode::Locked)
+        return recovered;
+    if (Result<void> removed = removeSideFiles(to); !removed)
+        return removed;
+    return m_folder.disk().copy(from, to);
+}
+
+Result<void> ArchiveStore::remove(QStringView name)
+{
+    const QString path = m_folder.path(name.toString());
+    if (Result<void> removed = removeSideFiles(path); !removed)
+        return removed;
+    return m_folder.disk().remove(path);
+}
+
+Result<QString> ArchiveStore::setAside(QStringView name)
+{
+    const QString path = m_folder.path(name.toString());
+    QString ending = QStringLiteral(".guasto");
+    for (int count = 2; QFile::exists(path + ending); ++count)
+        ending = QStringLiteral(".guasto%1").arg(count);
+    // The journals go first and keep their place beside it, where a later repair looks for them.
+    for (const QLatin1String side : sideFiles) {
+        const QString old = path + side;
+        if (!QFile::exists(old))
+            continue;
+        if (Result<void> moved = m_folder.disk().rename(old, path + ending + side); !moved)
+            return moved.fault();
+    }
+    if (Result<void> moved = m_folder.disk().rename(path, path + ending); !moved)
+        return moved.fault();
+    return name.toString() + ending;
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "archives/ArchiveKeys.h"
+#include "archives/Database.h"
+#include "platform/ProgramFolder.h"
+
+#include <QStringView>
+
+/// The archive files of the program folder: opened with their key, and handled as whole files.
+///
+/// Names are relative to the program folder, see ArchiveName. An archive is two things at times: its file, and a
+/// journal beside it that the last program left when it was cut off. Every whole-file operation first brings the two
+/// together and makes sure that no journal stays beside new content, which it would silently turn back into the old.
+class ArchiveStore
+{
+public:
+    /// @param folder  must outlive this object
+    explicit ArchiveStore(ProgramFolder &folder) : m_folder(folder) {}
+
+    ProgramFolder &folder() const { return m_folder; }
+
+    /// @return NotFound; Damaged for an empty or foreign file, or one with another password; else as Database
+    Result<Database> open(QStringView name, Database::Use use);
+    /// Makes a new archive with the tables of @p layout. @param salt ArchiveKeys::SaltSize bytes
+    Result<void> create(QStringView name, const char *layout, const QByteArray &salt);
+
+    /// Copies @p source over @p target; no connection may be open on either.
+    Result<void> copy(QStringView source, QStringView target);
+    /// Deletes an archive with all that stands beside it; no fault when there is none.
+    Result<void> remove(QStringView name);
+    /// Renames an unreadable archive, with its journals, to a name that no day and no copy has.
+    /// @return the new name, relative like @p name
+    Result<QString> setAside(QStringView name);
+    bool exists(QStringView name) const { return m_folder.exists(name.toString()); }
+
+private:
+    Result<void> recover(const QString &path);
+    Result<void> removeSideFiles(const QString &path);
+
+    ProgramFolder &m_folder;
+    ArchiveKeys m_keys;
+};

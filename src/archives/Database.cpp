@@ -1,0 +1,179 @@
+#include "archives/Database.h"
+
+#include <QFile>
+
+#include <sqlite3.h>
+
+namespace {
+
+/// Long enough for a reader's short lock, short enough not to be felt at the keyboard.
+constexpr int patienceMilliseconds = 20;
+
+Fault faultOf(int code, const QString &path)
+{
+    switch (code & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return {FaultCode::Locked, path};
+    case SQLITE_FULL:
+        return {FaultCode::DiskFull, path};
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+    case SQLITE_AUTH:
+        return {FaultCode::AccessDenied, path};
+    case SQLITE_CANTOPEN:
+        return {QFile::exists(path) ? FaultCode::AccessDenied : FaultCode::NotFound, path};
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+    case SQLITE_ERROR: // a table or column of ours that is not there
+    case SQLITE_SCHEMA:
+        return {FaultCode::Damaged, path};
+    default:
+        return {FaultCode::InputOutput, path};
+    }
+}
+
+/// The format is pinned, so that a library of another generation, with other defaults, reads and writes the same files.
+constexpr const char *format = "PRAGMA cipher_compatibility = 3;"
+                               "PRAGMA cipher_page_size = 4096;";
+
+const char *journal(Database::Use use)
+{
+    switch (use) {
+    case Database::Use::Log:
+        return "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;";
+    case Database::Use::ThrowAway:
+        return "PRAGMA synchronous = OFF;";
+    case Database::Use::Safe:
+        break;
+    }
+    return "PRAGMA synchronous = FULL;";
+}
+
+} // namespace
+
+void Statement::Finalizer::operator()(sqlite3_stmt *statement) const
+{
+    sqlite3_finalize(statement);
+}
+
+void Statement::bind(int position, const QString &text)
+{
+    const QByteArray utf8 = text.toUtf8();
+    sqlite3_bind_text(m_statement.get(), position, utf8.constData(), static_cast<int>(utf8.size()), SQLITE_TRANSIENT);
+}
+
+void Statement::bind(int position, qint64 number)
+{
+    sqlite3_bind_int64(m_statement.get(), position, number);
+}
+
+Result<bool> Statement::step()
+{
+    const int code = sqlite3_step(m_statement.get());
+    if (code == SQLITE_ROW)
+        return true;
+    if (code == SQLITE_DONE)
+        return false;
+    return faultOf(code, QFile::decodeName(sqlite3_db_filename(sqlite3_db_handle(m_statement.get()), "main")));
+}
+
+void Statement::reset()
+{
+    sqlite3_reset(m_statement.get());
+}
+
+QString Statement::text(int column) const
+{
+    const auto *utf8 = reinterpret_cast<const char *>(sqlite3_column_text(m_statement.get(), column));
+    return QString::fromUtf8(utf8, sqlite3_column_bytes(m_statement.get(), column));
+}
+
+qint64 Statement::integer(int column) const
+{
+    return sqlite3_column_int64(m_statement.get(), column);
+}
+
+int Statement::columnCount() const
+{
+    return sqlite3_column_count(m_statement.get());
+}
+
+QString Statement::columnName(int column) const
+{
+    return QString::fromUtf8(sqlite3_column_name(m_statement.get(), column));
+}
+
+void Database::Closer::operator()(sqlite3 *database) const
+{
+    sqlite3_close_v2(database);
+}
+
+Result<Database> Database::open(const QString &path, const QByteArray &rawKey, Use use, bool create)
+{
+    sqlite3 *handle = nullptr;
+    const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
+    const int opened = sqlite3_open_v2(QFile::encodeName(path).constData(), &handle, flags, nullptr);
+    Database database(handle, path);
+    if (opened != SQLITE_OK)
+        return database.fault(opened);
+    sqlite3_extended_result_codes(handle, 1);
+    sqlite3_busy_timeout(handle, patienceMilliseconds);
+    if (sqlite3_key(handle, rawKey.constData(), static_cast<int>(rawKey.size())) != SQLITE_OK)
+        return Fault{FaultCode::Damaged, path};
+    // The key proves itself only when a page is read.
+    for (const char *sql : {format, "SELECT count(*) FROM sqlite_master;", journal(use)}) {
+        if (const Result<void> done = database.execute(sql); !done)
+            return done.fault();
+    }
+    return database;
+}
+
+Fault Database::fault(int code) const
+{
+    return faultOf(code, m_path);
+}
+
+Result<void> Database::execute(const QByteArray &sql)
+{
+    const int code = sqlite3_exec(m_database.get(), sql.constData(), nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK)
+        return fault(code);
+    return {};
+}
+
+Result<Statement> Database::prepare(const QString &sql)
+{
+    const QByteArray utf8 = sql.toUtf8();
+    sqlite3_stmt *statement = nullptr;
+    const int code =
+        sqlite3_prepare_v2(m_database.get(), utf8.constData(), static_cast<int>(utf8.size()), &statement, nullptr);
+    if (code != SQLITE_OK)
+        return fault(code);
+    return Statement(statement);
+}
+
+qint64 Database::lastRow() const
+{
+    return sqlite3_last_insert_rowid(m_database.get());
+}
+
+int Database::changes() const
+{
+    return sqlite3_changes(m_database.get());
+}
+
+Result<void> Database::leaveLogMode()
+{
+    return execute("PRAGMA journal_mode = DELETE;");
+}
+
+QString quoted(const QString &text)
+{
+    return QLatin1Char('\'') + QString(text).replace(QLatin1Char('\''), QStringLiteral("''")) + QLatin1Char('\'');
+}
+
+QString criterion(const QString &field, const QString &value)
+{
+    return field + QLatin1Char('=') + quoted(value);
+}

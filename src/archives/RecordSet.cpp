@@ -1,0 +1,215 @@
+#include "archives/RecordSet.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+RecordSet::RecordSet(Database &database, QString statement, Kind kind)
+    : m_database(&database), m_statement(std::move(statement)), m_kind(kind)
+{
+    static const QRegularExpression form(QStringLiteral(R"(^SELECT\s+(.+?)\s+FROM\s+(\w+))"));
+    const QRegularExpressionMatch match = form.match(m_statement);
+    m_fieldList = match.captured(1);
+    m_table = match.captured(2);
+}
+
+Result<RecordSet> RecordSet::open(Database &database, const QString &statement, Kind kind)
+{
+    RecordSet set(database, statement, kind);
+    if (const Result<void> read = set.requery(); !read)
+        return read.fault();
+    return set;
+}
+
+Result<void> RecordSet::requery()
+{
+    Result<Statement> prepared =
+        m_database->prepare(QStringLiteral("SELECT rowid, ") + m_statement.sliced(m_statement.indexOf(m_fieldList)));
+    if (!prepared)
+        return prepared.fault();
+    Statement &statement = prepared.value();
+    QStringList fields;
+    for (int column = 1; column < statement.columnCount(); ++column)
+        fields.append(statement.columnName(column));
+
+    QList<Row> rows;
+    for (;;) {
+        const Result<bool> stepped = statement.step();
+        if (!stepped)
+            return stepped.fault();
+        if (!stepped.value())
+            break;
+        Row row{statement.integer(0), {}};
+        for (int column = 1; column <= fields.size(); ++column)
+            row.values.append(statement.text(column));
+        rows.append(std::move(row));
+    }
+    m_fields = std::move(fields);
+    m_rows = std::move(rows);
+    m_onDeleted = false;
+    m_position = 0;
+    return {};
+}
+
+void RecordSet::moveFirst()
+{
+    m_onDeleted = false;
+    m_position = 0;
+}
+
+void RecordSet::moveLast()
+{
+    m_onDeleted = false;
+    m_position = qMax<qsizetype>(0, m_rows.size() - 1);
+}
+
+void RecordSet::moveNext()
+{
+    // The follower of a deleted row has moved into its place.
+    if (m_onDeleted)
+        m_onDeleted = false;
+    else
+        m_position = qMin(m_position + 1, m_rows.size());
+}
+
+void RecordSet::movePrevious()
+{
+    m_onDeleted = false;
+    m_position = qMax<qsizetype>(m_position - 1, -1);
+}
+
+void RecordSet::moveTo(qsizetype position)
+{
+    m_onDeleted = false;
+    m_position = position;
+}
+
+Result<bool> RecordSet::findFirst(const QString &criteria, Search search)
+{
+    Result<Statement> prepared =
+        m_database->prepare(QStringLiteral("SELECT rowid FROM ") + m_table + QStringLiteral(" WHERE ") + criteria);
+    if (!prepared)
+        return prepared.fault();
+    QSet<qint64> matches;
+    for (;;) {
+        const Result<bool> stepped = prepared.value().step();
+        if (!stepped)
+            return stepped.fault();
+        if (!stepped.value())
+            break;
+        matches.insert(prepared.value().integer(0));
+    }
+    const Row *row = m_onDeleted ? nullptr : current();
+    if (search == Search::PreferCurrent && row && matches.contains(row->id))
+        return true;
+    const auto found =
+        std::find_if(m_rows.cbegin(), m_rows.cend(), [&](const Row &r) { return matches.contains(r.id); });
+    if (matches.isEmpty() || found == m_rows.cend())
+        return false;
+    moveTo(found - m_rows.cbegin());
+    return true;
+}
+
+const RecordSet::Row *RecordSet::current() const
+{
+    if (m_onDeleted)
+        return &m_deleted;
+    return m_position >= 0 && m_position < m_rows.size() ? &m_rows[m_position] : nullptr;
+}
+
+QString RecordSet::value(const QString &field) const
+{
+    return value(static_cast<int>(m_fields.indexOf(field)));
+}
+
+QString RecordSet::value(int column) const
+{
+    const Row *row = current();
+    return row ? row->values.value(column) : QString();
+}
+
+Result<QStringList> RecordSet::read(qint64 id) const
+{
+    Result<Statement> prepared =
+        m_database->prepare(QStringLiteral("SELECT ") + m_fieldList + QStringLiteral(" FROM ") + m_table +
+                            QStringLiteral(" WHERE rowid=?"));
+    if (!prepared)
+        return prepared.fault();
+    Statement &statement = prepared.value();
+    statement.bind(1, id);
+    const Result<bool> stepped = statement.step();
+    if (!stepped)
+        return stepped.fault();
+    if (!stepped.value())
+        return Fault{FaultCode::NotFound, m_database->path()};
+    QStringList values;
+    for (int column = 0; column < statement.columnCount(); ++column)
+        values.append(statement.text(column));
+    return values;
+}
+
+Result<void> RecordSet::addNew(const Values &values)
+{
+    if (m_kind == Kind::Snapshot)
+        return Fault{FaultCode::AccessDenied, m_database->path()};
+    const QStringList names = values.keys();
+    const QStringList marks(names.size(), QStringLiteral("?"));
+    Result<Statement> prepared =
+        m_database->prepare(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                                .arg(m_table, names.join(QLatin1Char(',')), marks.join(QLatin1Char(','))));
+    if (!prepared)
+        return prepared.fault();
+    for (int i = 0; i < names.size(); ++i)
+        prepared.value().bind(i + 1, values.value(names[i]));
+    if (const Result<bool> stepped = prepared.value().step(); !stepped)
+        return stepped.fault();
+    const qint64 id = m_database->lastRow();
+    Result<QStringList> row = read(id);
+    if (!row)
+        return row.fault();
+    m_rows.append({id, row.value()});
+    return {};
+}
+
+Result<void> RecordSet::edit(const Values &values)
+{
+    const Row *row = m_onDeleted ? nullptr : current();
+    if (m_kind == Kind::Snapshot || !row)
+        return Fault{row ? FaultCode::AccessDenied : FaultCode::NotFound, m_database->path()};
+    QStringList assignments;
+    const QStringList names = values.keys();
+    for (const QString &name : names)
+        assignments.append(name + QStringLiteral("=?"));
+    Result<Statement> prepared = m_database->prepare(
+        QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?").arg(m_table, assignments.join(QLatin1Char(','))));
+    if (!prepared)
+        return prepared.fault();
+    for (int i = 0; i < names.size(); ++i)
+        prepared.value().bind(i + 1, values.value(names[i]));
+    prepared.value().bind(static_cast<int>(names.size()) + 1, row->id);
+    if (const Result<bool> stepped = prepared.value().step(); !stepped)
+        return stepped.fault();
+    if (m_database->changes() == 0)
+        return Fault{FaultCode::NotFound, m_database->path()};
+    const Result<QStringList> fresh = read(row->id);
+    if (!fresh)
+        return fresh.fault();
+    m_rows[m_position].values = fresh.value();
+    return {};
+}
+
+Result<void> RecordSet::remove()
+{
+    const Row *row = m_onDeleted ? nullptr : current();
+    if (m_kind == Kind::Snapshot || !row)
+        return Fault{row ? FaultCode::AccessDenied : FaultCode::NotFound, m_database->path()};
+    Result<Statement> prepared = m_database->prepare(QStringLiteral("DELETE FROM %1 WHERE rowid=?").arg(m_table));
+    if (!prepared)
+        return prepared.fault();
+    prepared.value().bind(1, row->id);
+    if (const Result<bool> stepped = prepared.value().step(); !stepped)
+        return stepped.fault();
+    m_deleted = m_rows.takeAt(m_position);
+    m_onDeleted = true;
+    return {};
+}

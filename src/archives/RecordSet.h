@@ -1,0 +1,78 @@
+#pragma once
+
+#include "archives/Database.h"
+
+#include <QHash>
+#include <QList>
+
+/// The rows of one statement, in its order, with one of them current.
+///
+/// The rules, which old grids and their operators rely on:
+/// - opened and after requery() the first row is current; an empty set has no current row;
+/// - a deleted row stays current, values and all, until the next move; the move forward goes to the row that followed
+/// it;
+/// - a find that finds nothing keeps the current row;
+/// - a new row stands at the end of the open set, whatever the statement's order, and does not become current;
+/// - own edits are seen at once, what other connections did only after requery().
+/// Values are held in memory and nothing of the database stays open between two calls.
+class RecordSet
+{
+public:
+    enum class Kind { Dynaset, Snapshot };          ///< a snapshot is only read
+    enum class Search { FromFirst, PreferCurrent }; ///< PreferCurrent stays on the current row when it matches
+
+    /// @param database   must outlive the set
+    /// @param statement  "SELECT <fields> FROM <table> ..." on one table
+    static Result<RecordSet> open(Database &database, const QString &statement, Kind kind);
+    Result<void> requery();
+
+    bool isEmpty() const { return m_rows.isEmpty(); }
+    qsizetype recordCount() const { return m_rows.size(); }
+    bool isBof() const { return m_position < 0; }
+    bool isEof() const { return m_position >= m_rows.size() && !m_onDeleted; }
+    /// Place of the current row, counted from 0; recordCount() past the end, -1 before the start.
+    qsizetype position() const { return m_position; }
+
+    void moveFirst();
+    void moveLast();
+    void moveNext();
+    void movePrevious();
+    /// @param position  0 to recordCount() - 1
+    void moveTo(qsizetype position);
+
+    /// Makes the first row that meets @p criteria current: "field='value'" joined by " AND ", see criterion().
+    /// @return whether there is one
+    Result<bool> findFirst(const QString &criteria, Search search = Search::FromFirst);
+
+    /// Value of a field of the current row; "" without one.
+    QString value(const QString &field) const;
+    QString value(int column) const;
+    int columnCount() const { return static_cast<int>(m_fields.size()); }
+
+    using Values = QHash<QString, QString>; ///< field -> value
+    Result<void> addNew(const Values &values);
+    /// NotFound when the row is deleted or was deleted by another connection.
+    Result<void> edit(const Values &values);
+    Result<void> remove();
+
+private:
+    struct Row {
+        qint64 id = 0;
+        QStringList values;
+    };
+
+    RecordSet(Database &database, QString statement, Kind kind);
+    const Row *current() const;
+    Result<QStringList> read(qint64 id) const;
+
+    Database *m_database;
+    QString m_statement;
+    QString m_fieldList;
+    QString m_table;
+    Kind m_kind;
+    QStringList m_fields;
+    QList<Row> m_rows;
+    qsizetype m_position = 0;
+    bool m_onDeleted = false;
+    Row m_deleted;
+};

@@ -1,0 +1,39 @@
+#include "archives/Tables.h"
+
+QString ArchiveName::events(const QString &day)
+{
+    return QStringLiteral("Archivi/Eventi_") + day + QStringLiteral(".zeb");
+}
+
+// Every text column has a value from the start: a field that nobody wrote compares and prints as empty text.
+const char *const TableLayout::Users = R"(
+CREATE TABLE Utenti (
+    Codice TEXT NOT NULL DEFAULT '', Tipo TEXT NOT NULL DEFAULT '', Cognome TEXT NOT NULL DEFAULT '',
+    Nome TEXT NOT NULL DEFAULT '', Note TEXT NOT NULL DEFAULT '', Indir TEXT NOT NULL DEFAULT '',
+    CodTronc TEXT NOT NULL DEFAULT '');
+CREATE TABLE Password (
+    PassProg TEXT NOT NULL DEFAULT '', PassUte TEXT NOT NULL DEFAULT '', PassUtility TEXT NOT NULL DEFAULT '');
+)";
+
+const char *const TableLayout::Bands = R"(
+CREATE TABLE Fascie (
+    Lunedi TEXT NOT NULL DEFAULT '', Martedi TEXT NOT NULL DEFAULT '', Mercoledi TEXT NOT NULL DEFAULT '',
+    Giovedi TEXT NOT NULL DEFAULT '', Venerdi TEXT NOT NULL DEFAULT '', Sabato TEXT NOT NULL DEFAULT '',
+    Domenica TEXT NOT NULL DEFAULT '', Da TEXT NOT NULL DEFAULT '', A TEXT NOT NULL DEFAULT '');
+)";
+
+const char *const TableLayout::Holidays = R"(
+CREATE TABLE Giorni (
+    DalGiorno TEXT NOT NULL DEFAULT '', AlGiorno TEXT NOT NULL DEFAULT '', DalGiornoOrd TEXT NOT NULL DEFAULT '',
+    AlGiornoOrd TEXT NOT NULL DEFAULT '');
+)";
+
+#define KOR_EVENTS_TABLE                                                                                               \
+    "CREATE TABLE Eventi ("                                                                                            \
+    "ProgEv INTEGER PRIMARY KEY, Codice TEXT NOT NULL DEFAULT '', Data TEXT NOT NULL DEFAULT '',"                      \
+    "Ora TEXT NOT NULL DEFAULT '', Tipo TEXT NOT NULL DEFAULT '', Canale TEXT NOT NULL DEFAULT '',"                    \
+    "AbCh TEXT NOT NULL DEFAULT '', KorDis TEXT NOT NULL DEFAULT '', DataOrd TEXT NOT NULL DEFAULT '',"                \
+    "Cognome TEXT NOT NULL DEFAULT '', Nome TEXT NOT NULL DEFAULT '');"
+
+const char *const TableLayout::Events = KOR_EVENTS_TABLE "CREATE INDEX EventiOrdine ON Eventi (Data, Ora, ProgEv);";
+const char *const TableLayout::Results = KOR_EVENTS_TABLE;

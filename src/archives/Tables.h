@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringView>
+
+/// Names of the archive files, below the program folder.
+namespace ArchiveName {
+
+inline constexpr auto Folder = u"Archivi";
+inline constexpr auto BackupFolder = u"Archivi/Backup";
+inline constexpr auto Users = u"Archivi/Anagrafico.zeb";
+inline constexpr auto UsersTemplate = u"Archivi/Anagraficoorg.zeb";
+inline constexpr auto UsersSnapshot = u"Archivi/Anagrafica.evn";
+inline constexpr auto Bands = u"Archivi/Fascie.zeb";
+inline constexpr auto BandsTemplate = u"Archivi/Fascieorg.zeb";
+inline constexpr auto Holidays = u"Archivi/Ferie.zeb";
+inline constexpr auto HolidaysTemplate = u"Archivi/Ferieorg.zeb";
+inline constexpr auto EventsTemplate = u"Archivi/Eventiorg.zeb";
+inline constexpr auto ResultsTemplate = u"Archivi/Eventitmp.zeb";
+
+/// The archive of one day. @param day "dd-mm-yyyy"
+QString events(const QString &day);
+
+} // namespace ArchiveName
+
+/// Statements that lay out the tables of a template.
+namespace TableLayout {
+
+extern const char *const Users;    ///< Utenti, Password
+extern const char *const Bands;    ///< Fascie
+extern const char *const Holidays; ///< Giorni
+extern const char *const Events;   ///< Eventi of a day, with the index that its readers sort by
+extern const char *const Results;  ///< Eventi of search results, which keep the order they were found in
+
+} // namespace TableLayout

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "archives/ArchiveStore.h"
+
+/// Makes the five templates that a new program folder starts from, in its folder Archivi. They share one salt, so that
+/// the key of every archive copied from them is derived once. Templates that exist are kept.
+Result<void> makeTemplates(ArchiveStore &archives);

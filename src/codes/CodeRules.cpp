@@ -1,0 +1,111 @@
+#include "codes/CodeRules.h"
+
+#include "startup/Numbers.h"
+#include "startup/PlainText.h"
+
+namespace {
+
+enum Protocol {
+    Wiegand26 = 1,
+    Wiegand26SiteChannel = 3,
+    Wiegand26Site = 4,
+    Wiegand37 = 5,
+    Wiegand37Channel = 6,
+    Wiegand37SiteChannel = 7,
+    Wiegand37Site = 8,
+    Wiegand37D10302 = 9,
+    Wiegand37D10302Bcd = 10,
+    Wiegand50 = 11,
+    Wiegand50Channel = 12,
+    Tolmar = 13,
+    Iso2 = 14,
+    RsC = 15,
+};
+
+/// The last @p digits of a code above @p limit, one digit less where these are above it themselves.
+QString tail(const QString &code, double limit, int digits)
+{
+    if (leadingNumber(code) <= limit)
+        return {};
+    const QString longer = code.right(digits);
+    return leadingNumber(longer) <= limit ? longer : code.right(digits - 1);
+}
+
+} // namespace
+
+QString typeText(CodeType type)
+{
+    return type == CodeType::Transmitter ? QStringLiteral("TX") : QStringLiteral("DKS");
+}
+
+EntryCheck checkEntry(const QString &typed, CodeType type)
+{
+    const QString code = TogliZeri(typed);
+    const double value = leadingNumber(code);
+    if (value <= 0)
+        return {EntryFault::NotAboveZero, {}};
+    if (type == CodeType::Transmitter && value > HighestTransmitterCode)
+        return {EntryFault::AboveTransmitterMaximum, {}};
+    if (type == CodeType::Keypad && value > HighestKeypadCode)
+        return {EntryFault::AboveKeypadMaximum, {}};
+    return {EntryFault::None, code};
+}
+
+int protocolCode(const QString &name, int siteCode, int channelInfo)
+{
+    const bool site = siteCode == 1;
+    const bool channel = channelInfo == 1;
+    if (name == QStringLiteral("WIEGAND 26 BIT"))
+        return !site ? Wiegand26 : channel ? Wiegand26SiteChannel : Wiegand26Site;
+    if (name == QStringLiteral("WIEGAND 37 BIT HID")) {
+        if (site)
+            return channel ? Wiegand37SiteChannel : Wiegand37Site;
+        return channel ? Wiegand37Channel : Wiegand37;
+    }
+    if (name == QStringLiteral("WIEGAND 37 BIT HID D10302"))
+        return channel ? Wiegand37D10302Bcd : Wiegand37D10302;
+    if (name == QStringLiteral("WIEGAND 50 BIT"))
+        return channel ? Wiegand50Channel : Wiegand50;
+    if (name == QStringLiteral("TOLMAR"))
+        return Tolmar;
+    if (name == QStringLiteral("ISO2"))
+        return Iso2;
+    return name == QStringLiteral("RS_C") ? RsC : 0;
+}
+
+bool hasTruncatedCodes(int protocol)
+{
+    switch (protocol) {
+    case Wiegand26:
+    case Wiegand26SiteChannel:
+    case Wiegand26Site:
+    case Wiegand37SiteChannel:
+    case Wiegand37Site:
+    case Wiegand37D10302Bcd:
+    case RsC:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QString truncatedCode(const QString &code, int protocol)
+{
+    switch (protocol) {
+    case Wiegand26:
+        return tail(code, (1 << 24) - 1, 8);
+    case Wiegand26SiteChannel:
+    case Wiegand26Site:
+        return tail(code, (1 << 16) - 1, 5);
+    case Wiegand37SiteChannel:
+    case Wiegand37Site:
+        return tail(code, (1 << 19) - 1, 6);
+    case Wiegand37D10302Bcd:
+        return leadingNumber(code) > 99'999'999 ? code.right(8) : QString();
+    case RsC:
+        return (QStringLiteral("00000") + QString::number(static_cast<qulonglong>(leadingNumber(code)), 16).toUpper())
+            .right(5);
+    default:
+        return {};
+    }
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "link/EventLog.h"
+#include "link/UsersSnapshot.h"
+
+#include <QObject>
+
+/// From a complete line to a row of today's archive.
+class EventRoad : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The last well-formed record, for whoever waits for a code.
+    struct ReceivedCode {
+        bool received = false; ///< set by every record, cleared by its readers
+        QString code;          ///< without leading zeros
+        QString type;          ///< "TX" or "DKS"
+    };
+
+    /// All must outlive this object.
+    EventRoad(UsersSnapshot &users, EventLog &log, const Clock &clock, QObject *parent = nullptr);
+
+    /// Publishes the code of a record and stores the event when the code is registered.
+    /// @param line  all characters before the LF, the CR included
+    /// @return true when the event was stored, on disk
+    bool RegistraEvento(QByteArrayView line);
+    bool UtenteEsiste(const QString &code) const { return m_users.contains(code); }
+
+    ReceivedCode &lastReceived() { return m_received; }
+
+Q_SIGNALS:
+    /// Every well-formed record, registered or not.
+    void recordReceived(const EventRecord &record);
+    void stored(const Event &event);
+    void notStored(const Event &event, const Fault &fault);
+
+private:
+    UsersSnapshot &m_users;
+    EventLog &m_log;
+    const Clock &m_clock;
+    ReceivedCode m_received;
+};

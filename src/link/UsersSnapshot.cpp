@@ -1,0 +1,43 @@
+#include "link/UsersSnapshot.h"
+
+#include "archives/Tables.h"
+
+Result<void> UsersSnapshot::refresh()
+{
+    if (Result<void> removed = m_archives.remove(ArchiveName::UsersSnapshot); !removed)
+        return removed;
+    if (Result<void> copied = m_archives.copy(ArchiveName::Users, ArchiveName::UsersSnapshot); !copied)
+        return copied;
+    Result<Database> database = m_archives.open(ArchiveName::UsersSnapshot, Database::Use::ThrowAway);
+    if (!database)
+        return database.fault();
+    Result<Statement> prepared =
+        database.value().prepare(QStringLiteral("SELECT Codice, Tipo, Cognome, Nome FROM Utenti ORDER BY Codice"));
+    if (!prepared)
+        return prepared.fault();
+
+    QHash<QString, QList<User>> users;
+    Statement &row = prepared.value();
+    for (;;) {
+        const Result<bool> stepped = row.step();
+        if (!stepped)
+            return stepped.fault();
+        if (!stepped.value())
+            break;
+        users[row.text(0)].append({row.text(1), {row.text(2), row.text(3)}});
+    }
+    m_users = std::move(users);
+    return {};
+}
+
+UsersSnapshot::Name UsersSnapshot::name(const QString &code, const QString &type) const
+{
+    const auto found = m_users.constFind(code);
+    if (found == m_users.constEnd())
+        return {};
+    for (const User &user : *found) {
+        if (user.Tipo == type)
+            return user.name;
+    }
+    return found->first().name;
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/Result.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+/// A program folder of its own with a few users, and a simulated interface on its port 1 that sends events of these
+/// users and of codes that nobody has. Everything goes when this object does.
+class Demonstration
+{
+public:
+    /// @param programs  folder with kor-simulator and, in `Archivi`, the templates
+    explicit Demonstration(QString programs) : m_programs(std::move(programs)) {}
+    ~Demonstration();
+    Demonstration(const Demonstration &) = delete;
+    Demonstration &operator=(const Demonstration &) = delete;
+
+    /// Makes the folder and starts the interface; waits a few seconds for it at most.
+    Result<void> start();
+    QString folder() const { return m_folder.path(); }
+    static constexpr int Port = 1;
+
+private:
+    Result<void> makeFolder();
+    Result<void> startInterface();
+
+    QString m_programs;
+    QTemporaryDir m_folder;
+    QProcess m_interface;
+};

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "archives/ArchiveStore.h"
+#include "link/EventLog.h"
+#include "link/EventRoad.h"
+#include "link/LineReader.h"
+#include "link/LinkMonitor.h"
+#include "link/UsersSnapshot.h"
+#include "startup/Settings.h"
+#include "startup/Startup.h"
+
+#include <QTimer>
+
+/// All that the program consists of, in the order in which it stands on one another.
+class Program : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @param folder  program folder; @param clock, @param printers must outlive this object
+    Program(const QString &folder, const Clock &clock, const Printers &printers, QObject *parent = nullptr);
+    ~Program() override;
+
+    /// Prepares the program folder, reads the settings and chooses the language.
+    /// @param port  COM number to choose as the port dialog would, if any
+    /// @return why the program cannot run; nothing has been changed then, unless the preparation itself failed
+    std::optional<StartFault> prepare(int systemLanguage, std::optional<int> port);
+    /// Opens the archives of the day and then the link to the interface.
+    void run();
+
+    Texts &texts() { return m_texts; }
+    Notices &notices() { return m_notices; }
+    Settings &settings() { return m_settings; }
+    ProgramFolder &folder() { return m_folder; }
+    LinkMonitor &link() { return m_link; }
+    EventRoad &road() { return m_road; }
+    const UsersSnapshot &users() const { return m_users; }
+
+    QTimer tmrRefresh; ///< 10 s: change of day
+
+private:
+    void tmrRefresh_Timer();
+
+    Disk m_disk;
+    ProgramFolder m_folder;
+    FolderLock m_lock;
+    Notices m_notices;
+    Texts m_texts;
+    Settings m_settings;
+    ArchiveStore m_archives;
+    SerialPorts m_ports;
+    SerialControl m_serial;
+    LinkMonitor m_link;
+    UsersSnapshot m_users;
+    EventLog m_log;
+    EventRoad m_road;
+    LineReader m_reader;
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+/// The PC's clock. Dates and times are the operator's local ones; spans of time are measured monotonically, so that
+/// setting the clock never stretches or cuts them.
+class Clock
+{
+public:
+    virtual ~Clock() = default;
+
+    /// Today as "mm-dd-yyyy".
+    QString date() const { return now().toString(QStringLiteral("MM-dd-yyyy")); }
+    /// The time of day as "hh:mm:ss", 24 hours.
+    QString time() const { return now().toString(QStringLiteral("HH:mm:ss")); }
+    /// 1 = Sunday to 7 = Saturday.
+    int weekday() const { return now().date().dayOfWeek() % 7 + 1; }
+
+    /// Local date and time in one reading: a date and a time read one after the other may belong to two days.
+    virtual QDateTime now() const;
+    /// Milliseconds since some fixed moment; never goes back.
+    virtual qint64 monotonic() const;
+};

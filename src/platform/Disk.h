@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/Result.h"
+
+#include <QByteArray>
+
+/// The file operations of the program, in steps that a power cut can fall between.
+///
+/// A file never changes in place: new content is written beside the target, flushed, renamed over it, and the folder is
+/// flushed, so that at every instant either the old or the new file stands there whole. New files are readable by their
+/// owner only.
+class Disk
+{
+public:
+    enum class Step { Write, Flush, Rename, FlushFolder, Remove, MakeFolder };
+
+    Disk() = default;
+    virtual ~Disk() = default;
+    Disk(const Disk &) = delete;
+    Disk &operator=(const Disk &) = delete;
+
+    /// Copies @p source over @p target (existing or not), byte for byte.
+    Result<void> copy(const QString &source, const QString &target);
+    /// Makes @p content the content of @p target by way of the file @p beside in the same folder.
+    Result<void> replaceContent(const QString &target, const QByteArray &content, const QString &beside);
+    Result<void> rename(const QString &from, const QString &to);
+    /// No fault when the file does not exist.
+    Result<void> remove(const QString &path);
+    /// Single level: the parent must exist.
+    Result<void> makeFolder(const QString &path);
+
+protected:
+    /// Called before each step; false makes the step fail as if the device did. The tests record the order of the steps
+    /// here and stop at the n-th.
+    virtual bool before(Step step, const QString &path);
+
+private:
+    Result<void> write(int file, const QString &path, const char *bytes, qsizetype count);
+    Result<void> finish(int file, const QString &beside, const QString &target);
+    Result<void> flushFolder(const QString &path);
+};
+
+/// From here on, files that this process makes are readable by their owner only.
+void keepFilesPrivate();

@@ -1,0 +1,111 @@
+#include "platform/ProgramFolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <ctime>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr qint64 nanosecondsPerSecond = 1'000'000'000;
+/// Two changes of a folder within one tick of the file system's clock leave the same time on it.
+constexpr qint64 clockTick = 50'000'000;
+
+qint64 nanoseconds(const timespec &time)
+{
+    return time.tv_sec * nanosecondsPerSecond + time.tv_nsec;
+}
+
+qint64 now()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_REALTIME, &time);
+    return nanoseconds(time);
+}
+
+} // namespace
+
+ProgramFolder::ProgramFolder(const QString &root, Disk &disk) : m_root(QDir(root).absolutePath()), m_disk(disk)
+{
+}
+
+QString ProgramFolder::inFolder(const QString &folder, const QString &name) const
+{
+    const QString exact = folder + QLatin1Char('/') + name;
+    struct stat status {
+    };
+    if (::lstat(QFile::encodeName(exact).constData(), &status) == 0)
+        return exact;
+    if (::stat(QFile::encodeName(folder).constData(), &status) != 0)
+        return exact;
+
+    // A folder of ten years holds thousands of days: its listing is kept until the folder changes.
+    Listing &listing = m_listings[folder];
+    const qint64 changed = nanoseconds(status.st_mtim);
+    if (listing.changed != changed || listing.read - changed < clockTick) {
+        listing = {changed, now(), {}};
+        const QStringList entries =
+            QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+        for (const QString &entry : entries)
+            listing.names.insert(entry.toCaseFolded(), entry);
+    }
+    const auto found = listing.names.constFind(name.toCaseFolded());
+    return found == listing.names.constEnd() ? exact : folder + QLatin1Char('/') + *found;
+}
+
+QString ProgramFolder::path(const QString &name) const
+{
+    QString result = m_root;
+    const QStringList parts = name.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    for (const QString &part : parts)
+        result = inFolder(result, part);
+    return result;
+}
+
+bool ProgramFolder::exists(const QString &name) const
+{
+    return QFileInfo::exists(path(name));
+}
+
+bool ProgramFolder::isFolder(const QString &name) const
+{
+    return QFileInfo(path(name)).isDir();
+}
+
+bool ProgramFolder::isWritable(const QString &name) const
+{
+    return ::access(QFile::encodeName(path(name)).constData(), W_OK | X_OK) == 0;
+}
+
+Result<void> ProgramFolder::copy(const QString &source, const QString &target)
+{
+    return m_disk.copy(path(source), path(target));
+}
+
+Result<void> ProgramFolder::remove(const QString &name)
+{
+    return m_disk.remove(path(name));
+}
+
+FolderLock::~FolderLock()
+{
+    if (m_file >= 0)
+        ::close(m_file);
+}
+
+Result<void> FolderLock::take(const QString &folder)
+{
+    // The folder itself is locked, so that no lock file has to be written into it, or is left behind by a crash.
+    m_file = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (m_file < 0)
+        return Fault{errno == ENOENT || errno == ENOTDIR ? FaultCode::NotFound : FaultCode::AccessDenied, folder};
+    if (::flock(m_file, LOCK_EX | LOCK_NB) != 0)
+        return Fault{FaultCode::AlreadyInUse, folder};
+    return {};
+}

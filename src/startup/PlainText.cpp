@@ -1,0 +1,28 @@
+#include "startup/PlainText.h"
+
+#include <algorithm>
+
+QString TogliZeri(const QString &text)
+{
+    const auto first = std::find_if(text.cbegin(), text.cend(), [](QChar c) { return c != QLatin1Char('0'); });
+    return text.sliced(first - text.cbegin());
+}
+
+QString SoloCifre(const QString &text)
+{
+    QString digits;
+    std::copy_if(text.cbegin(), text.cend(), std::back_inserter(digits),
+                 [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); });
+    return digits;
+}
+
+QString TogliAnd(const QString &text)
+{
+    return QString(text).remove(QLatin1Char('&'));
+}
+
+QString Centra(const QString &text, int width)
+{
+    const qsizetype before = qMax<qsizetype>(0, (width - text.size()) / 2);
+    return (QString(before, QLatin1Char(' ')) + text).leftJustified(width);
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/Printers.h"
+#include "platform/ProgramFolder.h"
+#include "texts/Notices.h"
+
+#include <QByteArrayList>
+
+/// The settings file Impost.stp and the values read from it.
+///
+/// A line belongs to a key as soon as it holds the key followed by "=". The file is rewritten line by line and changes
+/// as a whole: a power cut leaves the old or the new one. Values are 16-bit numbers.
+class Settings
+{
+public:
+    /// All must outlive this object.
+    Settings(ProgramFolder &folder, const Printers &printers);
+
+    int PortaCom = 0;      ///< number of the serial port, 0 = none chosen yet
+    int Lingua = 0;        ///< 1 Italian, 2 English, 3 French, 4 German
+    int NumEvOd = 0;       ///< rows of the view of the day's events
+    int MinCheck = 0;      ///< minutes between two link checks, 0 or less = no checks
+    int IndStampante = 0;  ///< index of the chosen printer, -1 = none
+    int CodProtocollo = 0; ///< protocol code of the interface, 0 = not known
+
+    bool fileExists() const;
+
+    /// Value of @p key without blanks at its ends; "" when no line has it or the file cannot be read.
+    QString LeggiImpostazione(const QString &key) const;
+    /// Makes @p line the entry of @p key: in the place of every line that has the key, else as the last.
+    Result<void> ScriviImpostazione(const QString &key, const QString &line);
+    /// Writes the file anew with the defaults.
+    Result<void> CreaImpostazioni(int language);
+    int IndiceStampanteDefault() const { return m_printers.defaultIndex(); }
+    bool StampanteValida(int index) const { return m_printers.isValid(index); }
+
+    /// Shorthand for ScriviImpostazione(key, key=value).
+    Result<void> save(const QString &key, int value);
+
+    /// Fills the values from the file. A COM or LINGUA that cannot be used is reported and replaced in memory by 0 and
+    /// @p systemLanguage; the file stays as it is until the operator chooses.
+    /// @return AccessDenied or InputOutput when the file is there but cannot be read
+    Result<void> read(int systemLanguage, Notices &notices);
+
+private:
+    Result<QByteArrayList> lines() const;
+    int lenient(const QString &key) const;
+
+    ProgramFolder &m_folder;
+    const Printers &m_printers;
+};

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "archives/ArchiveStore.h"
+#include "startup/Settings.h"
+
+#include <optional>
+
+/// Why the program cannot start, for one line to the user.
+struct StartFault {
+    Message message;
+};
+
+/// Looks for everything that would keep the program from working in @p folder, and writes nothing: the folder, its
+/// `Archivi`, and the templates of the archives that are not there yet. The template of the day's archive is always
+/// needed, since every midnight copies it.
+std::optional<StartFault> checkProgramFolder(const ProgramFolder &folder);
+
+/// Turns a folder that checkProgramFolder() found good into a working one and reads the settings: makes what is missing
+/// of backup folder, settings and working archives, and leaves everything else as it is.
+std::optional<StartFault> prepareProgramFolder(ArchiveStore &archives, Settings &settings, int systemLanguage,
+                                               Notices &notices);

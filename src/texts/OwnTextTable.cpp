@@ -1,0 +1,118 @@
+#include "texts/OwnTextTable.h"
+
+// clang-format off
+const std::array<TextRow, OwnTextCount> ownTextTable = {{
+    /* FolderMissing */
+    {"La cartella del programma '%1' non esiste.",
+     "The program folder '%1' does not exist.",
+     "Le dossier du programme '%1' n'existe pas.",
+     "Der Programmordner '%1' ist nicht vorhanden."},
+    /* FolderNotWritable */
+    {"Nella cartella '%1' non si può scrivere.",
+     "The folder '%1' cannot be written to.",
+     "Il n'est pas possible d'écrire dans le dossier '%1'.",
+     "In den Ordner '%1' kann nicht geschrieben werden."},
+    /* FolderInUse */
+    {"La cartella '%1' è già usata da un altro programma di supervisione.",
+     "The folder '%1' is already used by another supervising program.",
+     "Le dossier '%1' est déjà utilisé par un autre programme de supervision.",
+     "Der Ordner '%1' wird schon von einem anderen Überwachungsprogramm benutzt."},
+    /* ArchiviMissing */
+    {"Manca la cartella degli archivi '%1'.",
+     "The archive folder '%1' is missing.",
+     "Le dossier des archives '%1' est absent.",
+     "Der Archivordner '%1' fehlt."},
+    /* TemplateMissing */
+    {"Manca il modello d'archivio '%1'.",
+     "The archive template '%1' is missing.",
+     "Le modèle d'archive '%1' est absent.",
+     "Die Archivvorlage '%1' fehlt."},
+    /* FolderCannotBePrepared */
+    {"Impossibile preparare la cartella del programma ('%1')",
+     "The program folder cannot be prepared ('%1')",
+     "Impossible de préparer le dossier du programme ('%1')",
+     "Der Programmordner kann nicht vorbereitet werden ('%1')"},
+    /* SettingUnusable */
+    {"L'impostazione '%1' manca o non è valida: si prosegue con '%2'.",
+     "The setting '%1' is missing or not valid: going on with '%2'.",
+     "Le réglage '%1' est absent ou non valable: on continue avec '%2'.",
+     "Die Einstellung '%1' fehlt oder ist ungültig: weiter mit '%2'."},
+    /* SettingNotSaved */
+    {"Impossibile salvare l'impostazione '%1'",
+     "The setting '%1' cannot be saved",
+     "Impossible de sauvegarder le réglage '%1'",
+     "Die Einstellung '%1' kann nicht gespeichert werden"},
+    /* NoPortChosen */
+    {"Nessuna porta seriale scelta (COM=0).",
+     "No serial port is chosen (COM=0).",
+     "Aucun port sériel choisi (COM=0).",
+     "Kein serieller Anschluss gewählt (COM=0)."},
+    /* PortLost */
+    {"La porta seriale COM%1 è stata scollegata o non risponde più.",
+     "The serial port COM%1 was unplugged or no longer answers.",
+     "Le port sériel COM%1 a été débranché ou ne répond plus.",
+     "Der serielle Anschluss COM%1 wurde abgezogen oder antwortet nicht mehr."},
+    /* EventNotStored */
+    {"Evento non memorizzato (codice %1)",
+     "Event not stored (code %1)",
+     "Évènement non mémorisé (code %1)",
+     "Ereignis nicht gespeichert (Code %1)"},
+    /* DayArchiveUnavailable */
+    {"Impossibile aprire l'archivio eventi '%1'",
+     "The event archive '%1' cannot be opened",
+     "Impossible d'ouvrir l'archive des évènements '%1'",
+     "Das Ereignisarchiv '%1' kann nicht geöffnet werden"},
+    /* DayArchiveSetAside */
+    {"L'archivio eventi '%1' era danneggiato: è stato messo da parte come '%2' e ne è stato creato uno nuovo.",
+     "The event archive '%1' was damaged: it has been set aside as '%2' and a new one has been made.",
+     "L'archive des évènements '%1' était endommagée: elle a été mise de côté sous '%2' et une nouvelle a été créée.",
+     "Das Ereignisarchiv '%1' war beschädigt: es wurde als '%2' beiseite gelegt und ein neues angelegt."},
+    /* UsersUnreadable */
+    {"Impossibile leggere l'anagrafica utenti '%1'",
+     "The users register '%1' cannot be read",
+     "Impossible de lire la liste des utilisateurs '%1'",
+     "Die Benutzerliste '%1' kann nicht gelesen werden"},
+    /* ConsoleStarted */
+    {"Cartella: %1 - Fine con Ctrl+C",
+     "Folder: %1 - End with Ctrl+C",
+     "Dossier: %1 - Fin avec Ctrl+C",
+     "Ordner: %1 - Ende mit Strg+C"},
+    /* ConsoleDemo */
+    {"Dimostrazione: l'interfaccia è simulata, i dati vengono eliminati alla fine.",
+     "Demonstration: the interface is simulated, its data are removed at the end.",
+     "Démonstration: l'interface est simulée, les données sont éliminées à la fin.",
+     "Vorführung: die Schnittstelle ist simuliert, die Daten werden am Ende entfernt."},
+    /* DemoCannotStart */
+    {"Impossibile avviare l'interfaccia simulata '%1'",
+     "The simulated interface '%1' cannot be started",
+     "Impossible de démarrer l'interface simulée '%1'",
+     "Die simulierte Schnittstelle '%1' kann nicht gestartet werden"},
+    /* Notice */
+    {"AVVISO", "NOTICE", "AVIS", "HINWEIS"},
+    /* ReasonNotFound */
+    {"non esiste", "does not exist", "n'existe pas", "nicht vorhanden"},
+    /* ReasonAccessDenied */
+    {"accesso negato", "access denied", "accès refusé", "Zugriff verweigert"},
+    /* ReasonAlreadyInUse */
+    {"già in uso", "already in use", "déjà utilisé", "schon in Gebrauch"},
+    /* ReasonLocked */
+    {"bloccato da un altro programma",
+     "locked by another program",
+     "bloqué par un autre programme",
+     "von einem anderen Programm gesperrt"},
+    /* ReasonDiskFull */
+    {"disco pieno", "disk full", "disque plein", "Datenträger voll"},
+    /* ReasonInputOutput */
+    {"errore di lettura o scrittura",
+     "read or write error",
+     "erreur de lecture ou d'écriture",
+     "Lese- oder Schreibfehler"},
+    /* ReasonDamaged */
+    {"danneggiato o estraneo al programma",
+     "damaged or not the program's own",
+     "endommagé ou étranger au programme",
+     "beschädigt oder programmfremd"},
+    /* ReasonNotOpen */
+    {"non aperto", "not open", "non ouvert", "nicht geöffnet"},
+}};
+// clang-format on

@@ -1,0 +1,6 @@
+#pragma once
+
+#include "texts/OwnText.h"
+#include "texts/TextTable.h"
+
+extern const std::array<TextRow, OwnTextCount> ownTextTable;

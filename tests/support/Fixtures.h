@@ -1,0 +1,75 @@
+#pragma once
+
+#include "archives/ArchiveStore.h"
+#include "archives/RecordSet.h"
+#include "link/EventRecord.h"
+#include "platform/Clock.h"
+#include "platform/Printers.h"
+#include "texts/Notices.h"
+
+#include <QTemporaryDir>
+#include <QTimeZone>
+
+/// A clock that the test turns.
+class FakeClock : public Clock
+{
+public:
+    QDateTime moment = QDateTime(QDate(2004, 3, 5), QTime(7, 45, 0));
+    qint64 milliseconds = 1'000'000;
+
+    QDateTime now() const override { return moment; }
+    qint64 monotonic() const override { return milliseconds; }
+};
+
+class FakePrinters : public Printers
+{
+public:
+    QStringList installed;
+    QString byDefault;
+
+    QStringList names() const override { return installed; }
+    QString defaultName() const override { return byDefault; }
+};
+
+/// A disk that notes its steps, and from a given step on does nothing any more, as if the power had been cut.
+class FakeDisk : public Disk
+{
+public:
+    QStringList steps; ///< "write Setup.tmp"
+    int stopAt = -1;   ///< number of steps that are still carried out, -1 = all
+
+protected:
+    bool before(Step step, const QString &path) override;
+};
+
+/// A program folder with the five templates, removed at the end.
+class TestFolder
+{
+public:
+    TestFolder();
+
+    FakeDisk disk;
+    QTemporaryDir directory;
+    ProgramFolder folder;
+    ArchiveStore archives;
+
+    QByteArray read(const QString &name) const;
+    void write(const QString &name, const QByteArray &content) const;
+    QStringList files(const QString &name = {}) const;
+    /// Puts users "code type surname name" into the register, which is made when it is not there.
+    void addUsers(const QList<QStringList> &users);
+    /// All rows of a statement on one archive, fields joined by "|"; a fault reads as "FAULT <code>".
+    QStringList rows(QStringView archive, const QString &statement);
+};
+
+/// A record on the wire: @p text of 16 characters and its line end.
+inline QByteArray record(const char *text)
+{
+    return QByteArray(text) + "\r\n";
+}
+
+/// "code|Data|Ora|Tipo|Canale|AbCh|KorDis|DataOrd"
+QString asText(const Event &event);
+
+/// Texts of the notices that wait, in English, which are taken.
+QStringList takeNotices(Notices &notices);
