@@ -19,7 +19,7 @@ LinkMonitor::LinkMonitor(SerialControl &serial, Settings &settings, const Clock 
 {
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::PreciseTimer);
-    connect(&m_timer, &QTimer::timeout, this, &LinkMonitor::timeout);
+    connect(&m_timer, &QTimer::timeout, this, &LinkMonitor::wake);
     connect(&m_serial, &SerialControl::OnComm, this, [this] {
         if (m_serial.commEvent() == SerialControl::Lost)
             lost();
@@ -123,7 +123,7 @@ void LinkMonitor::arm()
         m_timer.stop();
 }
 
-void LinkMonitor::timeout()
+void LinkMonitor::wake()
 {
     const qint64 now = m_clock.monotonic();
     if (m_query.takesInput())

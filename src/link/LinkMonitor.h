@@ -41,6 +41,9 @@ public:
     /// Characters that a query had taken and that belong to the decoder; empty mostly.
     QByteArray takeHandedBack() { return m_query.takeHandedBack(); }
 
+    /// Does what is due by the clock; its own timer calls it in time.
+    void wake();
+
     /// The line that the decoder has begun, asked for when a query starts; the decoder's copy is emptied.
     std::function<QByteArray()> unfinishedLine;
 
@@ -63,7 +66,6 @@ private:
     void lost();
     void ended(const InterfaceConfig &config);
     void updateProtocol(const InterfaceConfig &config);
-    void timeout();
 
     SerialControl &m_serial;
     Settings &m_settings;

@@ -1,0 +1,336 @@
+#include "archives/PasswordField.h"
+#include "archives/Tables.h"
+#include "archives/Templates.h"
+#include "support/Fixtures.h"
+
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTest>
+
+class TestArchives : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void templates();
+    void passwordOpensAndNoOtherDoes();
+    void whatIsNoArchive_data();
+    void whatIsNoArchive();
+    void recordSetRules();
+    void snapshotIsOnlyRead();
+    void findsWithQuotes();
+    void staleJournalsNeverComeBack_data();
+    void staleJournalsNeverComeBack();
+    void setAsideKeepsEarlierOnes();
+    void scrambledPasswords_data();
+    void scrambledPasswords();
+    void damagedPasswordFields_data();
+    void damagedPasswordFields();
+};
+
+void TestArchives::templates()
+{
+    TestFolder test;
+    QSet<QByteArray> salts;
+    const QStringList names = test.files(QStringLiteral("Archivi"));
+    QCOMPARE(names, QStringList({QStringLiteral("Anagraficoorg.zeb"), QStringLiteral("Eventiorg.zeb"),
+                                 QStringLiteral("Eventitmp.zeb"), QStringLiteral("Fascieorg.zeb"),
+                                 QStringLiteral("Ferieorg.zeb")}));
+    for (const QString &name : names)
+        salts.insert(test.read(QStringLiteral("Archivi/") + name).left(16));
+    QCOMPARE(salts.size(), 1);
+
+    const auto layout = [&test](const char16_t *archive, const char *table) {
+        return test.rows(
+            archive,
+            QStringLiteral("SELECT sql FROM sqlite_master WHERE type='table' AND name='%1'").arg(QLatin1String(table)));
+    };
+    // The weekday marks are addressed by their place.
+    const QString bands = layout(ArchiveName::BandsTemplate, "Fascie").value(0);
+    qsizetype before = -1;
+    for (const char *field : {"Lunedi", "Martedi", "Mercoledi", "Giovedi", "Venerdi", "Sabato", "Domenica", "Da TEXT",
+                              "A TEXT NOT NULL DEFAULT '')"}) {
+        const qsizetype place = bands.indexOf(QLatin1String(field));
+        QVERIFY2(place > before, field);
+        before = place;
+    }
+    for (const char16_t *archive :
+         {ArchiveName::UsersTemplate, ArchiveName::BandsTemplate, ArchiveName::HolidaysTemplate,
+          ArchiveName::EventsTemplate, ArchiveName::ResultsTemplate}) {
+        const QStringList tables =
+            test.rows(archive, QStringLiteral("SELECT sql FROM sqlite_master WHERE type='table'"));
+        QVERIFY(!tables.isEmpty());
+        for (const QString &sql : tables)
+            QCOMPARE(sql.count(QStringLiteral(" TEXT")), sql.count(QStringLiteral(" TEXT NOT NULL DEFAULT ''")));
+    }
+    const QStringList passwords = test.rows(ArchiveName::UsersTemplate, QStringLiteral("SELECT * FROM Password"));
+    QCOMPARE(passwords.size(), 1);
+    for (const QString &field : passwords.first().split(QLatin1Char('|')).mid(0, 1))
+        QCOMPARE(unscramble(field), QString(10, QLatin1Char(' ')));
+    QVERIFY(!layout(ArchiveName::EventsTemplate, "Eventi").isEmpty());
+    QVERIFY(makeTemplates(test.archives).ok());
+    QCOMPARE(test.read(QStringLiteral("Archivi/Eventiorg.zeb")).left(16), *salts.begin());
+}
+
+void TestArchives::passwordOpensAndNoOtherDoes()
+{
+    const QString shell = QStandardPaths::findExecutable(QStringLiteral("sqlcipher"));
+    if (shell.isEmpty())
+        QSKIP("the sqlcipher shell is not installed");
+    TestFolder test;
+    const auto ask = [&](const QString &name, const QString &password) {
+        QProcess process;
+        process.start(shell,
+                      {test.folder.path(QStringLiteral("Archivi/") + name),
+                       QStringLiteral("PRAGMA key='%1'; PRAGMA cipher_compatibility=3; PRAGMA cipher_page_size=4096; "
+                                      "SELECT count(*)>0 FROM sqlite_master;")
+                           .arg(password)});
+        process.waitForFinished();
+        return process.readAllStandardOutput().trimmed();
+    };
+    const QStringList names = test.files(QStringLiteral("Archivi"));
+    for (const QString &name : names) {
+        QCOMPARE(ask(name, QStringLiteral("KQTREV47MZWS")), QByteArray("1"));
+        QCOMPARE(ask(name, QStringLiteral("kqtrev47mzws")), QByteArray());
+        QCOMPARE(ask(name, QString()), QByteArray());
+    }
+}
+
+void TestArchives::whatIsNoArchive_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<FaultCode>("fault");
+    QTest::newRow("empty") << QByteArray("") << FaultCode::Damaged;
+    QTest::newRow("shorter than a salt") << QByteArray("abc") << FaultCode::Damaged;
+    QTest::newRow("text") << QByteArray(8192, 'x') << FaultCode::Damaged;
+    QTest::newRow("not encrypted") << QByteArray("SQLite format 3").append(QByteArray(4081, '\0'))
+                                   << FaultCode::Damaged;
+    QTest::newRow("missing") << QByteArray() << FaultCode::NotFound;
+}
+
+void TestArchives::whatIsNoArchive()
+{
+    QFETCH(QByteArray, content);
+    TestFolder test;
+    const QString name = QStringLiteral("Archivi/Anagrafico.zeb");
+    if (!content.isNull())
+        test.write(name, content);
+    const Result<Database> opened = test.archives.open(name, Database::Use::Safe);
+    QVERIFY(!opened);
+    QTEST(opened.fault().code, "fault");
+    QCOMPARE(test.read(name), content);
+}
+
+void TestArchives::recordSetRules()
+{
+    TestFolder test;
+    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")},
+                   {QStringLiteral("2"), QStringLiteral("TX")},
+                   {QStringLiteral("3"), QStringLiteral("TX")},
+                   {QStringLiteral("4"), QStringLiteral("TX")}});
+    Result<Database> database = test.archives.open(ArchiveName::Users, Database::Use::Safe);
+    Result<Database> other = test.archives.open(ArchiveName::Users, Database::Use::Safe);
+    const QString all = QStringLiteral("SELECT * FROM Utenti ORDER BY Codice");
+    Result<RecordSet> opened = RecordSet::open(database.value(), all, RecordSet::Kind::Dynaset);
+    RecordSet &set = opened.value();
+    const QString codice = QStringLiteral("Codice");
+    const auto code = [&] { return set.value(codice); };
+
+    QCOMPARE(code(), QStringLiteral("1"));
+    QVERIFY(!set.findFirst(criterion(codice, QStringLiteral("9"))).value());
+    QCOMPARE(code(), QStringLiteral("1"));
+    QVERIFY(set.findFirst(criterion(codice, QStringLiteral("2"))).value());
+
+    // The deleted row stays current, cannot be touched, and the next move goes to its follower.
+    QVERIFY(set.remove().ok());
+    QCOMPARE(code(), QStringLiteral("2"));
+    QCOMPARE(set.recordCount(), 3);
+    QCOMPARE(set.remove().fault().code, FaultCode::NotFound);
+    QCOMPARE(set.edit({{codice, QStringLiteral("x")}}).fault().code, FaultCode::NotFound);
+    set.moveNext();
+    QCOMPARE(code(), QStringLiteral("3"));
+    QVERIFY(set.remove().ok());
+    set.movePrevious();
+    QCOMPARE(code(), QStringLiteral("1"));
+    set.moveLast();
+    QVERIFY(set.remove().ok());
+    QVERIFY(!set.isEof());
+    set.moveNext();
+    QVERIFY(set.isEof());
+    QCOMPARE(code(), QString());
+
+    // A new row stands at the end and does not become current; own edits are seen at once.
+    set.moveFirst();
+    QVERIFY(set.addNew({{codice, QStringLiteral("0")}, {QStringLiteral("Tipo"), QStringLiteral("DKS")}}).ok());
+    QCOMPARE(code(), QStringLiteral("1"));
+    set.moveLast();
+    QCOMPARE(code(), QStringLiteral("0"));
+    QCOMPARE(set.value(QStringLiteral("Note")), QString());
+    QVERIFY(set.edit({{QStringLiteral("Nome"), QStringLiteral("D'Arc")}}).ok());
+    QCOMPARE(set.value(QStringLiteral("Nome")), QStringLiteral("D'Arc"));
+
+    // What others did is seen after requery, which goes to the first row of the order.
+    QVERIFY(other.value().execute("UPDATE Utenti SET Nome='other'; INSERT INTO Utenti (Codice) VALUES ('5')").ok());
+    QCOMPARE(set.value(QStringLiteral("Nome")), QStringLiteral("D'Arc"));
+    QCOMPARE(set.recordCount(), 2);
+    QVERIFY(set.requery().ok());
+    QCOMPARE(code(), QStringLiteral("0"));
+    QCOMPARE(set.value(QStringLiteral("Nome")), QStringLiteral("other"));
+    QCOMPARE(set.recordCount(), 3);
+    QVERIFY(other.value().execute("DELETE FROM Utenti").ok());
+    QCOMPARE(set.edit({{codice, QStringLiteral("7")}}).fault().code, FaultCode::NotFound);
+    QVERIFY(set.requery().ok());
+    QVERIFY(set.isEmpty() && set.isEof());
+
+    // Prefer the current row among several that match.
+    test.addUsers({{QStringLiteral("7"), QStringLiteral("TX")}, {QStringLiteral("7"), QStringLiteral("DKS")}});
+    QVERIFY(set.requery().ok());
+    set.moveTo(1);
+    const QString seven = criterion(codice, QStringLiteral("7"));
+    QVERIFY(set.findFirst(seven, RecordSet::Search::PreferCurrent).value());
+    QCOMPARE(set.position(), 1);
+    QVERIFY(set.findFirst(seven).value());
+    QCOMPARE(set.position(), 0);
+}
+
+void TestArchives::snapshotIsOnlyRead()
+{
+    TestFolder test;
+    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")}});
+    Result<Database> database = test.archives.open(ArchiveName::Users, Database::Use::Safe);
+    RecordSet set =
+        RecordSet::open(database.value(), QStringLiteral("SELECT Codice FROM Utenti"), RecordSet::Kind::Snapshot)
+            .value();
+    QVERIFY(!set.addNew({{QStringLiteral("Codice"), QStringLiteral("2")}}));
+    QVERIFY(!set.edit({{QStringLiteral("Codice"), QStringLiteral("2")}}));
+    QVERIFY(!set.remove());
+    QCOMPARE(test.rows(ArchiveName::Users, QStringLiteral("SELECT Codice FROM Utenti")),
+             QStringList{QStringLiteral("1")});
+}
+
+void TestArchives::findsWithQuotes()
+{
+    TestFolder test;
+    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX"), QStringLiteral("O'Hara")},
+                   {QStringLiteral("2"), QStringLiteral("TX"), QStringLiteral("' OR 'a'='a")}});
+    Result<Database> database = test.archives.open(ArchiveName::Users, Database::Use::Safe);
+    RecordSet set = RecordSet::open(database.value(), QStringLiteral("SELECT * FROM Utenti ORDER BY Codice"),
+                                    RecordSet::Kind::Dynaset)
+                        .value();
+    QVERIFY(set.findFirst(criterion(QStringLiteral("Cognome"), QStringLiteral("' OR 'a'='a"))).value());
+    QCOMPARE(set.value(QStringLiteral("Codice")), QStringLiteral("2"));
+    QVERIFY(set.findFirst(criterion(QStringLiteral("Cognome"), QStringLiteral("O'Hara"))).value());
+}
+
+void TestArchives::staleJournalsNeverComeBack_data()
+{
+    QTest::addColumn<bool>("writeAhead");
+    QTest::newRow("write-ahead journal") << true;
+    QTest::newRow("rollback journal") << false;
+}
+
+/// A program cut off in the middle of its work leaves its journal: the files are copied while a writer has them open.
+void TestArchives::staleJournalsNeverComeBack()
+{
+    QFETCH(bool, writeAhead);
+    TestFolder test;
+    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")}});
+    const QString users = QStringView(ArchiveName::Users).toString();
+    const QString crashed = QStringLiteral("Archivi/Fascie.zeb");
+    const QString codes = QStringLiteral("SELECT Codice FROM Utenti ORDER BY Codice");
+    {
+        Result<Database> writer = test.archives.open(users, writeAhead ? Database::Use::Log : Database::Use::Safe);
+        QVERIFY(writer.value().execute("PRAGMA cache_size = 1; BEGIN; INSERT INTO Utenti (Codice) VALUES ('2')").ok());
+        if (writeAhead)
+            QVERIFY(writer.value().execute("COMMIT").ok());
+        else
+            QVERIFY(writer.value()
+                        .execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<2000) "
+                                 "INSERT INTO Utenti (Codice) SELECT i FROM n")
+                        .ok());
+        for (const char *side : {"", "-wal", "-journal"}) {
+            const QString suffix = QString::fromLatin1(side);
+            if (test.folder.exists(users + suffix))
+                test.write(crashed + suffix, test.read(users + suffix));
+        }
+        QVERIFY(test.folder.exists(crashed + (writeAhead ? QStringLiteral("-wal") : QStringLiteral("-journal"))));
+    }
+    const QStringList told =
+        writeAhead ? QStringList{QStringLiteral("1"), QStringLiteral("2")} : QStringList{QStringLiteral("1")};
+
+    // Copied away, what had been committed goes along and nothing else.
+    QVERIFY(test.archives.copy(crashed, u"Archivi/AnaCon.zeb").ok());
+    QCOMPARE(test.rows(u"Archivi/AnaCon.zeb", codes), told);
+    QVERIFY(!test.folder.exists(crashed + QStringLiteral("-wal")));
+
+    // Replaced, the old content is gone for good although a journal stood beside it.
+    test.write(crashed + (writeAhead ? QStringLiteral("-wal") : QStringLiteral("-journal")), QByteArray(4096, 'j'));
+    QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, crashed).ok());
+    QCOMPARE(test.rows(crashed, codes), QStringList());
+    QVERIFY(test.archives.remove(crashed).ok());
+    QVERIFY(!test.folder.exists(crashed));
+}
+
+void TestArchives::setAsideKeepsEarlierOnes()
+{
+    TestFolder test;
+    const QString day = ArchiveName::events(QStringLiteral("05-03-2004"));
+    QStringList names;
+    for (const char *content : {"first", "second"}) {
+        test.write(day, content);
+        test.write(day + QStringLiteral("-wal"), content);
+        names.append(test.archives.setAside(day).value());
+        QCOMPARE(test.read(names.last()), QByteArray(content));
+        QCOMPARE(test.read(names.last() + QStringLiteral("-wal")), QByteArray(content));
+        QVERIFY(!test.folder.exists(day) && !test.folder.exists(day + QStringLiteral("-wal")));
+    }
+    QVERIFY(names[0] != names[1] && !names[0].endsWith(QStringLiteral(".zeb")));
+    QCOMPARE(test.read(names[0]), QByteArray("first"));
+}
+
+void TestArchives::scrambledPasswords_data()
+{
+    QTest::addColumn<QString>("clear");
+    QTest::newRow("") << QStringLiteral("          ");
+    QTest::newRow("a") << QStringLiteral("a         ");
+    QTest::newRow(" lead") << QStringLiteral(" lead     ");
+    QTest::newRow("0123456789ABC") << QStringLiteral("0123456789");
+    QTest::newRow("gr\u00FC\u00DFe\u00FF") << QStringLiteral("gr\u00FC\u00DFe\u00FF    ");
+}
+
+void TestArchives::scrambledPasswords()
+{
+    QRandomGenerator random(1);
+    const QString password = QString::fromUtf8(QTest::currentDataTag());
+    QSet<QString> forms;
+    for (int i = 0; i < 200; ++i) {
+        const QString field = scramble(password, random);
+        QCOMPARE(field.size(), 37);
+        QTEST(unscramble(field).value_or(QString()), "clear");
+        for (const QChar filler : field.left(11) + field.right(15))
+            QVERIFY(filler.unicode() >= 140 && filler.unicode() <= 234);
+        const int key = field[11].unicode() - 108;
+        QVERIFY(key >= 1 && key <= 10);
+        forms.insert(field);
+    }
+    QCOMPARE(forms.size(), 200);
+}
+
+void TestArchives::damagedPasswordFields_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::newRow("too short") << QString(21, QChar(150));
+    QTest::newRow("key below its range") << QString(11, QChar(150)) + QChar(107) + QString(25, QChar(150));
+    QTest::newRow("character below the key") << QString(11, QChar(150)) + QChar(118) + QString(25, QChar(117));
+}
+
+void TestArchives::damagedPasswordFields()
+{
+    QFETCH(QString, field);
+    QVERIFY(!unscramble(field));
+    QCOMPARE(trimBlanks(QStringLiteral("  \ta b\t ")), QStringLiteral("\ta b\t"));
+    QCOMPARE(unscramble(QString()), QString(10, QLatin1Char(' ')));
+}
+
+QTEST_GUILESS_MAIN(TestArchives)
+#include "tst_archives.moc"

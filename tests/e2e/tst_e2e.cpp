@@ -1,0 +1,230 @@
+// Runs the built programs in a program folder of their own, as a user would.
+
+#include "archives/Tables.h"
+#include "support/Fixtures.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTest>
+
+#include <csignal>
+
+namespace {
+
+QString program(const char *name)
+{
+    return qEnvironmentVariable("KOR_PROGRAMS") + QLatin1Char('/') + QLatin1String(name);
+}
+
+/// A running program whose lines are awaited.
+class Running
+{
+public:
+    Running(const char *name, const QStringList &arguments, const QStringList &environment = {})
+    {
+        process.setEnvironment(QProcess::systemEnvironment() + environment);
+        process.start(program(name), arguments);
+    }
+
+    /// Waits until @p text has been told @p times.
+    bool tells(const char *text, int times = 1)
+    {
+        const QDeadlineTimer patience(30'000);
+        while (output.count(text) < times) {
+            if (patience.hasExpired() || (process.state() == QProcess::NotRunning && process.bytesAvailable() == 0)) {
+                qWarning("told %lld times, in all: ...%s", qint64(output.count(text)), output.right(600).constData());
+                return false;
+            }
+            process.waitForReadyRead(100);
+            output += process.readAllStandardOutput();
+        }
+        return true;
+    }
+
+    void say(const QByteArray &line)
+    {
+        process.write(line + '\n');
+        process.waitForBytesWritten();
+    }
+
+    /// Ends it by @p signal. @return its exit code, -1 when it crashed or does not end
+    int end(int signal = SIGTERM)
+    {
+        ::kill(static_cast<pid_t>(process.processId()), signal);
+        const bool finished = process.waitForFinished(10'000);
+        output += process.readAllStandardOutput();
+        return finished && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    }
+
+    QProcess process;
+    QByteArray output;
+};
+
+const QList<QStringList> users = {
+    {QStringLiteral("12345"), QStringLiteral("TX"), QStringLiteral("Bianchi"), QStringLiteral("Anna")},
+    {QStringLiteral("777"), QStringLiteral("DKS"), QStringLiteral("O'Hara"), QStringLiteral("Sean")}};
+
+} // namespace
+
+class TestEndToEnd : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void refusals_data();
+    void refusals();
+    void theWholeWalk();
+    void dayChange();
+    void demonstration();
+
+private:
+    /// Path of the simulated interface's link, so that the folder's port 1 is this one.
+    static QStringList interfaceOn(const TestFolder &test, const QStringList &more = {})
+    {
+        return QStringList{QStringLiteral("--link"), test.directory.filePath(QStringLiteral("Porte/COM1"))} + more;
+    }
+    static QStringList consoleOn(const TestFolder &test, const QStringList &more = {})
+    {
+        return QStringList{QStringLiteral("--console"), QStringLiteral("--folder"), test.directory.path()} + more;
+    }
+};
+
+void TestEndToEnd::refusals_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("line");
+    const QString console = QStringLiteral("--console");
+    const QString folder = QStringLiteral("--folder");
+    const QString here = QStringLiteral("HERE");
+    QTest::newRow("unknown option") << QStringList{console, QStringLiteral("--nonsense")} << "nonsense";
+    QTest::newRow("port 0") << QStringList{console, folder, here, QStringLiteral("--port"), QStringLiteral("0")}
+                            << "1 to 8";
+    QTest::newRow("port x") << QStringList{console, folder, here, QStringLiteral("--port"), QStringLiteral("1x")}
+                            << "1 to 8";
+    QTest::newRow("stray word") << QStringList{console, folder, here, QStringLiteral("now")} << "\"now\"";
+    QTest::newRow("demo in a folder") << QStringList{console, folder, here, QStringLiteral("--demo")} << "--demo";
+    QTest::newRow("no folder") << QStringList{console, folder, QStringLiteral("HERE/none")} << "does not exist";
+    QTest::newRow("no archives") << QStringList{console, folder, QStringLiteral("HERE/Archivi")} << "is missing";
+    QTest::newRow("in use") << QStringList{console, folder, here} << "already used by another";
+}
+
+void TestEndToEnd::refusals()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, line);
+    TestFolder test;
+    FolderLock other;
+    QVERIFY(other.take(test.directory.path()).ok());
+    arguments.replaceInStrings(QStringLiteral("HERE"), test.directory.path());
+    QProcess process;
+    process.start(program("kor-supervisor"), arguments);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 2);
+    const QByteArray said = process.readAllStandardError();
+    QVERIFY2(said.contains(line.toUtf8()), said.constData());
+    QCOMPARE(said.count('\n'), 1);
+    QCOMPARE(process.readAllStandardOutput(), QByteArray());
+    QCOMPARE(test.files(), QStringList());
+    QCOMPARE(test.files(QStringLiteral("Archivi")).size(), 5);
+}
+
+void TestEndToEnd::theWholeWalk()
+{
+    TestFolder test;
+    {
+        // First start: no port yet, and it runs on.
+        Running first("kor-supervisor", consoleOn(test));
+        QVERIFY(first.tells("No serial port is chosen (COM=0)."));
+        QCOMPARE(first.end(SIGINT), 0);
+        QVERIFY(test.read(QStringLiteral("Impost.stp")).startsWith("COM=0\r\nLINGUA=2\r\n"));
+    }
+    test.addUsers(users);
+    Running interface("kor-simulator", interfaceOn(test, {QStringLiteral("--fast"), QStringLiteral("--protocol"),
+                                                          QStringLiteral("RS_C")}));
+    QVERIFY(interface.tells("Porte/COM1"));
+    Running supervisor("kor-supervisor", consoleOn(test, {QStringLiteral("--port"), QStringLiteral("1")}));
+    QVERIFY(supervisor.tells("MULTIPROTOCOL INTERFACE ON LINE"));
+    QVERIFY(test.read(QStringLiteral("Impost.stp")).startsWith("COM=1\r\n"));
+    QVERIFY(test.read(QStringLiteral("Impost.stp")).endsWith("PRTC=15\r\n"));
+
+    interface.say("tx 12345 A");
+    interface.say("tx 54321 A");
+    interface.say("dks 777 D off disabled");
+    interface.say("raw noise\\r\\n\\x41");
+    interface.say("raw \\n");
+    QVERIFY(supervisor.tells("777"));
+    QVERIFY(supervisor.output.contains("Bianchi          Anna             12345      TX    A"));
+    QVERIFY(supervisor.output.contains("O'Hara           Sean             777        DKS   D   X       X"));
+    QVERIFY(!supervisor.output.contains("54321"));
+
+    interface.say("repower");
+    QVERIFY(supervisor.tells("ON LINE", 2));
+    interface.say(QByteArray("tx 12345 B\n").repeated(500));
+    QVERIFY(supervisor.tells("12345      TX    B", 500));
+
+    const QString day =
+        QStringView(ArchiveName::Folder).toString() +
+        QStringLiteral("/Eventi_%1.zeb").arg(QDate::currentDate().toString(QStringLiteral("dd-MM-yyyy")));
+    QVERIFY(test.folder.exists(day + QStringLiteral("-wal")));
+    interface.say("unplug");
+    QVERIFY(supervisor.tells("COM1 was unplugged"));
+    QVERIFY(supervisor.tells("THE CONFIGURED SERIAL PORT IS NOT AVAILABLE"));
+    QCOMPARE(supervisor.end(), 0);
+    QCOMPARE(interface.end(), 0);
+    QVERIFY(!QFileInfo(test.directory.filePath(QStringLiteral("Porte/COM1"))).isSymLink());
+    QCOMPARE(test.files(QStringLiteral("Archivi")).filter(QStringLiteral("Eventi_")).size(), 1);
+    const QStringList codes = test.rows(
+        day, QStringLiteral("SELECT ProgEv, Codice, Canale, AbCh, KorDis FROM Eventi ORDER BY Data, Ora, ProgEv"));
+    QCOMPARE(codes.size(), 502);
+    QCOMPARE(codes[0], QStringLiteral("1|12345|A||"));
+    QCOMPARE(codes[1], QStringLiteral("2|777|D|X|X"));
+    QCOMPARE(codes[501], QStringLiteral("502|12345|B||"));
+}
+
+void TestEndToEnd::dayChange()
+{
+    const QString library = QStringLiteral(KOR_FAKETIME);
+    if (!QFileInfo::exists(library))
+        QSKIP("libfaketime is not installed, or cannot be used with the sanitizers");
+    TestFolder test;
+    test.addUsers(users);
+    const QString timeFile = test.directory.filePath(QStringLiteral("time"));
+    test.write(QStringLiteral("time"), "@2004-03-05 23:59:56");
+    Running interface("kor-simulator", interfaceOn(test));
+    QVERIFY(interface.tells("Porte/COM1"));
+    Running supervisor("kor-supervisor", consoleOn(test, {QStringLiteral("--port"), QStringLiteral("1")}),
+                       {QStringLiteral("LD_PRELOAD=") + library, QStringLiteral("FAKETIME_TIMESTAMP_FILE=") + timeFile,
+                        QStringLiteral("FAKETIME_DONT_FAKE_MONOTONIC=1"), QStringLiteral("TZ=UTC")});
+    QVERIFY(supervisor.tells("ON LINE"));
+    interface.say("tx 12345 A");
+    QVERIFY(supervisor.tells("05/03/2004"));
+    // The tick that changes the archive comes ten seconds after the start at the latest.
+    for (int second = 0; second < 12 && !test.folder.exists(ArchiveName::events(QStringLiteral("06-03-2004")));
+         ++second)
+        QTest::qWait(1000);
+    interface.say("tx 12345 B");
+    QVERIFY(supervisor.tells("06/03/2004"));
+    QCOMPARE(supervisor.end(), 0);
+    const QString statement = QStringLiteral("SELECT Data, Canale FROM Eventi");
+    QCOMPARE(test.rows(ArchiveName::events(QStringLiteral("05-03-2004")), statement),
+             QStringList{QStringLiteral("05-03-2004|A")});
+    QCOMPARE(test.rows(ArchiveName::events(QStringLiteral("06-03-2004")), statement),
+             QStringList{QStringLiteral("06-03-2004|B")});
+}
+
+void TestEndToEnd::demonstration()
+{
+    Running demo("kor-supervisor", {QStringLiteral("--console"), QStringLiteral("--demo")});
+    QVERIFY(demo.tells("ON LINE"));
+    QVERIFY(demo.tells("  TX  ", 1));
+    const qsizetype at = demo.output.indexOf("Folder: ") + 8;
+    const QString folder = QString::fromUtf8(demo.output.sliced(at, demo.output.indexOf(" - ", at) - at));
+    QVERIFY(QFileInfo(folder).isDir());
+    QCOMPARE(demo.end(SIGINT), 0);
+    QVERIFY(!QFileInfo::exists(folder));
+}
+
+QTEST_GUILESS_MAIN(TestEndToEnd)
+#include "tst_e2e.moc"
