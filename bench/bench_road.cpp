@@ -164,7 +164,7 @@ QList<double> roadTimes(Line &line)
     for (int i = 0; i < 2000; ++i) {
         QEventLoop loop;
         QElapsedTimer timer;
-        QObject::connect(&line.road, &EventRoad::stored, &loop, [&] {
+        QObject::connect(&line.log, &EventLog::stored, &loop, [&] {
             times.append(static_cast<double>(timer.nsecsElapsed()) / 1000);
             loop.quit();
         });

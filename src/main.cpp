@@ -1,4 +1,5 @@
 #include "mainwindow/Console.h"
+#include "mainwindow/ConsoleGate.h"
 #include "mainwindow/Demonstration.h"
 #include "mainwindow/Program.h"
 #include "platform/SystemLanguage.h"
@@ -9,7 +10,7 @@
 #include <QDir>
 
 #include <cstdio>
-#include <memory>
+#include <optional>
 
 namespace {
 
@@ -18,7 +19,8 @@ constexpr int highestPort = 8;
 
 int refuse(const QString &line)
 {
-    std::fprintf(stderr, "kor-supervisor: %s\n", line.toUtf8().constData());
+    const QString oneLine = QString(line).replace(QStringLiteral("\r\n"), QStringLiteral(" "));
+    std::fprintf(stderr, "kor-supervisor: %s\n", oneLine.toUtf8().constData());
     return cannotStart;
 }
 
@@ -41,6 +43,10 @@ int main(int argumentCount, char *arguments[])
     parser.addOption(option("console", "Tell what happens on the terminal, without a window."));
     parser.addOption(option("demo", "Work with a simulated interface in a folder that is removed at the end."));
     parser.addOption(option("folder", "Program folder with the archives; the program's own by default.", "DIR"));
+    parser.addOption(option("password-file",
+                            "Take the main password from the first line of FILE, which only its owner "
+                            "may read.",
+                            "FILE"));
     parser.addOption(option("port", "Choose serial port COM1 to COM8 and remember it.", "N"));
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
@@ -70,15 +76,15 @@ int main(int argumentCount, char *arguments[])
                               .arg(parser.value(QStringLiteral("port"))));
     }
 
-    Termination termination;
-    QObject::connect(&termination, &Termination::requested, &application, &QCoreApplication::quit);
-
     const int language = systemLanguage();
     Texts texts;
     texts.fill(language);
-    std::unique_ptr<Demonstration> demonstration;
+    std::optional<Termination> termination;
+    std::optional<Demonstration> demonstration;
     if (demo) {
-        demonstration = std::make_unique<Demonstration>(programs);
+        // What a demonstration has made is removed, whenever it ends.
+        termination.emplace();
+        demonstration.emplace(programs);
         if (const Result<void> started = demonstration->start(); !started)
             return refuse(texts.sentence({OwnText::DemoCannotStart, {started.fault().subject}, started.fault()}));
         folder = demonstration->folder();
@@ -90,9 +96,17 @@ int main(int argumentCount, char *arguments[])
     Program program(folder, clock, printers);
     if (const std::optional<StartFault> fault = program.prepare(language, port))
         return refuse(texts.sentence(fault->message));
-    Console console(program);
-    if (demo)
-        console.tell(program.texts()[OwnText::ConsoleDemo]);
+    // On the terminal the password can be given up with Ctrl+C; from here on the program ends in order.
+    if (const QString refusal = ConsoleGate{parser.value(QStringLiteral("password-file"))}.pass(program);
+        !refusal.isEmpty())
+        return refuse(refusal);
+    if (!termination)
+        termination.emplace();
+    QObject::connect(&*termination, &Termination::requested, &application, &QCoreApplication::quit);
+
+    Console console(program, demo ? program.texts()[OwnText::ConsoleDemo] : QString());
     program.run();
-    return QCoreApplication::exec();
+    const int exitCode = QCoreApplication::exec();
+    program.end();
+    return exitCode;
 }

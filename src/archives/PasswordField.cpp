@@ -1,5 +1,7 @@
 #include "archives/PasswordField.h"
 
+#include "platform/Windows1252.h"
+
 namespace {
 
 constexpr int shift = 108;
@@ -20,8 +22,8 @@ QString scramble(const QString &password, QRandomGenerator &random)
 {
     const int key = random.bounded(10) + 1;
     QString field = fillers(leadingFillers, random) + QChar(static_cast<char16_t>(key + shift));
-    for (const QChar character : password.leftJustified(PasswordLength, QLatin1Char(' '), true))
-        field.append(QChar(static_cast<char16_t>(character.unicode() + key + shift)));
+    for (const char byte : Windows1252::encode(password.leftJustified(PasswordLength, QLatin1Char(' '), true)))
+        field.append(QChar(static_cast<char16_t>(static_cast<unsigned char>(byte) + key + shift)));
     return field + fillers(trailingFillers, random);
 }
 
@@ -31,14 +33,15 @@ std::optional<QString> unscramble(const QString &field)
         return QString(PasswordLength, QLatin1Char(' '));
     if (field.size() < leadingFillers + 1 + PasswordLength || field[leadingFillers].unicode() < shift)
         return std::nullopt;
-    const char16_t key = field[leadingFillers].unicode();
-    QString text;
+    const int key = field[leadingFillers].unicode();
+    QByteArray bytes;
     for (const QChar character : field.mid(leadingFillers + 1, PasswordLength)) {
-        if (character.unicode() < key)
+        const int code = character.unicode() - key;
+        if (code < 0 || code > 255)
             return std::nullopt;
-        text.append(QChar(static_cast<char16_t>(character.unicode() - key)));
+        bytes.append(static_cast<char>(code));
     }
-    return text;
+    return Windows1252::decode(bytes);
 }
 
 QString trimBlanks(const QString &text)

@@ -10,7 +10,7 @@
 /// Characters that a password has at most; a shorter one is filled up with blanks.
 inline constexpr int PasswordLength = 10;
 
-/// Scrambled form of @p password, 37 characters with codes up to 373, another one each time.
+/// Scrambled form of @p password, 37 characters with codes from 109 to 373, another one each time.
 /// @param password  Windows-1252 characters; cut or filled up with blanks to PasswordLength. "" gives the form that
 ///                  stands for no password
 QString scramble(const QString &password, QRandomGenerator &random);

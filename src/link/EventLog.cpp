@@ -3,14 +3,24 @@
 #include "archives/Tables.h"
 #include "startup/DateTimeText.h"
 
+namespace {
+
+constexpr int againMilliseconds = 1000;
+/// While events are being lost the operator is told how many once a minute.
+constexpr int retriesBetweenCounts = 60;
+
+} // namespace
+
 struct EventLog::OpenDay {
     Database database;
     Statement insert;
 };
 
-EventLog::EventLog(ArchiveStore &archives, const Clock &clock, Notices &notices)
-    : m_archives(archives), m_clock(clock), m_notices(notices)
+EventLog::EventLog(ArchiveStore &archives, const Clock &clock, Notices &notices, QObject *parent)
+    : QObject(parent), m_archives(archives), m_clock(clock), m_notices(notices)
 {
+    m_again.setInterval(againMilliseconds);
+    connect(&m_again, &QTimer::timeout, this, &EventLog::retry);
 }
 
 EventLog::~EventLog()
@@ -21,25 +31,26 @@ EventLog::~EventLog()
 void EventLog::open()
 {
     const QString day = DataFile(m_clock.date());
-    const QString name = ArchiveName::events(day);
-    Result<void> opened = openDay(day);
-    if (!opened && opened.fault().code == FaultCode::Damaged) {
-        setAside(name);
-        opened = openDay(day);
-    }
+    const Result<void> opened = openOrReplace(day);
     if (opened) {
         m_failedDay.clear();
     } else if (m_failedDay != day) {
         m_failedDay = day;
-        m_notices.post(Icon::Critical, {OwnText::DayArchiveUnavailable, {name}, opened.fault()});
+        m_notices.post(Icon::Critical, {OwnText::DayArchiveUnavailable, {ArchiveName::events(day)}, opened.fault()});
     }
 }
 
-void EventLog::setAside(const QString &name)
+Result<void> EventLog::openOrReplace(const QString &day)
 {
+    Result<void> opened = openDay(day);
+    if (opened || opened.fault().code != FaultCode::Damaged)
+        return opened;
+    const QString name = ArchiveName::events(day);
     const Result<QString> aside = m_archives.setAside(name);
-    if (aside)
-        m_notices.post(Icon::Critical, {OwnText::DayArchiveSetAside, {name, aside.value()}, {}});
+    if (!aside)
+        return aside.fault();
+    m_notices.post(Icon::Critical, {OwnText::DayArchiveSetAside, {name, aside.value()}, {}});
+    return openDay(day);
 }
 
 Result<void> EventLog::openDay(const QString &day)
@@ -57,7 +68,7 @@ Result<void> EventLog::openDay(const QString &day)
                        "VALUES (?, ?, ?, ?, ?, ?, ?, ?)"));
     if (!insert)
         return insert.fault();
-    close();
+    closeDay();
     m_open = std::make_unique<OpenDay>(OpenDay{std::move(database.value()), std::move(insert.value())});
     m_day = day;
     return {};
@@ -72,7 +83,7 @@ bool EventLog::changeDayIfNeeded()
     return m_day != before;
 }
 
-void EventLog::close()
+void EventLog::closeDay()
 {
     if (!m_open)
         return;
@@ -83,10 +94,106 @@ void EventLog::close()
     m_day.clear();
 }
 
-Result<qint64> EventLog::append(const Event &event)
+void EventLog::close()
 {
-    if (!m_open)
-        return Fault{FaultCode::NotOpen, {}};
+    if (!m_waiting.isEmpty() && !drain()) {
+        m_lost += m_waiting.size();
+        m_waiting.clear();
+        tellLost();
+    }
+    m_again.stop();
+    closeDay();
+}
+
+bool EventLog::append(const Event &event)
+{
+    if (m_waiting.size() >= WaitingLimit) {
+        m_waiting.removeFirst();
+        ++m_lost;
+    }
+    m_waiting.enqueue(event);
+    return drain();
+}
+
+void EventLog::retry()
+{
+    if (!m_waiting.isEmpty())
+        drain();
+    if (++m_retries % retriesBetweenCounts == 0 && m_lost > 0)
+        tellLost();
+}
+
+/// Stores all that waits. @return false when something still does
+bool EventLog::drain()
+{
+    while (!m_waiting.isEmpty()) {
+        if (const Result<void> stored = storeFirst(); !stored) {
+            waitBegins(stored.fault());
+            break;
+        }
+    }
+    if (m_isWaiting) {
+        // Late events may have been put into the archive of their own day.
+        if (m_open && m_day != DataFile(m_clock.date()))
+            open();
+        if (m_waiting.isEmpty())
+            waitEnds();
+    }
+    return m_waiting.isEmpty();
+}
+
+Result<void> EventLog::storeFirst()
+{
+    const Event event = m_waiting.first();
+    // A live event goes where the clock's last look at the date has put it; one that waited belongs to its own day.
+    if (!m_open || (m_isWaiting && m_day != event.Data)) {
+        if (Result<void> opened = openOrReplace(event.Data); !opened)
+            return opened;
+    }
+    Result<qint64> row = insert(event);
+    if (!row && row.fault().code == FaultCode::Damaged) {
+        const QString day = m_day;
+        m_open.reset();
+        if (Result<void> opened = openOrReplace(day); !opened)
+            return opened;
+        row = insert(event);
+    }
+    if (!row)
+        return row.fault();
+    m_waiting.removeFirst();
+    if (m_isWaiting)
+        ++m_hadToWait;
+    Q_EMIT stored(event, row.value());
+    return {};
+}
+
+void EventLog::waitBegins(const Fault &fault)
+{
+    if (m_isWaiting)
+        return;
+    m_isWaiting = true;
+    m_again.start();
+    m_notices.post(Icon::Critical, {OwnText::EventsWait, {}, fault});
+}
+
+void EventLog::waitEnds()
+{
+    m_isWaiting = false;
+    m_again.stop();
+    m_notices.post(Icon::Information, {OwnText::EventsStoredAgain, {QString::number(m_hadToWait)}, {}});
+    m_hadToWait = 0;
+    if (m_lost > 0)
+        tellLost();
+}
+
+void EventLog::tellLost()
+{
+    m_notices.post(Icon::Critical, {OwnText::EventsLost, {QString::number(m_lost)}, {}});
+    m_lost = 0;
+}
+
+Result<qint64> EventLog::insert(const Event &event)
+{
     Statement &insert = m_open->insert;
     int position = 0;
     for (const QString *value : {&event.Codice, &event.Data, &event.Ora, &event.Tipo, &event.Canale, &event.AbCh,

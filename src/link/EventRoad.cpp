@@ -12,13 +12,22 @@ bool EventRoad::RegistraEvento(QByteArrayView line)
         return false;
     m_received = {true, record->code, typeText(record->type)};
     Q_EMIT recordReceived(*record);
-    if (!UtenteEsiste(record->code))
-        return false;
-    const Event event = makeEvent(*record, m_clock.now());
-    if (const Result<qint64> row = m_log.append(event); !row) {
-        Q_EMIT notStored(event, row.fault());
+    if (!m_users.isKnown()) {
+        if (m_undecided.size() >= EventLog::WaitingLimit)
+            m_undecided.removeFirst();
+        m_undecided.enqueue(makeEvent(*record, m_clock.now()));
         return false;
     }
-    Q_EMIT stored(event);
-    return true;
+    if (!UtenteEsiste(record->code))
+        return false;
+    return m_log.append(makeEvent(*record, m_clock.now()));
+}
+
+void EventRoad::usersKnown()
+{
+    while (!m_undecided.isEmpty()) {
+        const Event event = m_undecided.dequeue();
+        if (UtenteEsiste(event.Codice))
+            m_log.append(event);
+    }
 }

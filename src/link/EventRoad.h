@@ -21,23 +21,25 @@ public:
     /// All must outlive this object.
     EventRoad(UsersSnapshot &users, EventLog &log, const Clock &clock, QObject *parent = nullptr);
 
-    /// Publishes the code of a record and stores the event when the code is registered.
+    /// Publishes the code of a record and stores the event when the code is registered. While the register has never
+    /// been read nobody knows: the last EventLog::WaitingLimit events are kept until it has.
     /// @param line  all characters before the LF, the CR included
     /// @return true when the event was stored, on disk
     bool RegistraEvento(QByteArrayView line);
     bool UtenteEsiste(const QString &code) const { return m_users.contains(code); }
+    /// Stores those of the kept events that are of registered codes; call when the register has been read.
+    void usersKnown();
 
     ReceivedCode &lastReceived() { return m_received; }
 
 Q_SIGNALS:
     /// Every well-formed record, registered or not.
     void recordReceived(const EventRecord &record);
-    void stored(const Event &event);
-    void notStored(const Event &event, const Fault &fault);
 
 private:
     UsersSnapshot &m_users;
     EventLog &m_log;
     const Clock &m_clock;
     ReceivedCode m_received;
+    QQueue<Event> m_undecided;
 };

@@ -11,8 +11,8 @@ struct InterfaceConfig {
     QString channels;    ///< enabled channels as the interface lists them
     QString j1;          ///< "ON" or "OFF"
     int channelInfo = 0; ///< 1 when channel information is on
-    int bridge = 0;      ///< 1 when the bridge is on
-    int pc = 0;          ///< 1 when the PC mark is on
+    int bridge = 0;      ///< 1 when the answer does not hold the word BRIDGE
+    int pc = 0;          ///< 1 when the answer does not hold the word PC
     QString version;     ///< three characters, "--" when not told
 
     bool answered() const { return !protocol.isEmpty(); }

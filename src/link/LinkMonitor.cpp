@@ -5,6 +5,8 @@
 namespace {
 
 constexpr qint64 rePowerQuietMilliseconds = 2000;
+constexpr qint64 minuteMilliseconds = 60'000;
+constexpr qint64 retryMilliseconds = 5000;
 
 /// The interface sends one of these characters when it is switched on.
 bool isRePowerMark(char character)
@@ -26,20 +28,28 @@ LinkMonitor::LinkMonitor(SerialControl &serial, Settings &settings, const Clock 
     });
 }
 
+Result<void> LinkMonitor::openPort()
+{
+    m_serial.setCommPort(m_settings.PortaCom);
+    if (Result<void> opened = m_serial.setPortOpen(true); !opened)
+        return opened;
+    m_serial.setInputLen(1);
+    m_serial.setRThreshold(1);
+    return {};
+}
+
 void LinkMonitor::ApriCollegamento()
 {
+    m_retryDue.reset();
     if (m_settings.PortaCom == 0) {
         Q_EMIT noPortChosen();
         return;
     }
-    m_serial.setCommPort(m_settings.PortaCom);
-    if (const Result<void> opened = m_serial.setPortOpen(true); !opened) {
-        m_link = Link::PortNotAvailable;
+    if (const Result<void> opened = openPort(); !opened) {
         Q_EMIT portNotAvailable(opened.fault());
+        setLink(Link::PortNotAvailable);
         return;
     }
-    m_serial.setInputLen(1);
-    m_serial.setRThreshold(1);
     LetturaConf();
 }
 
@@ -112,11 +122,16 @@ void LinkMonitor::advance()
 
 void LinkMonitor::arm()
 {
-    std::optional<qint64> due;
+    std::optional<qint64> due = m_checkDue;
+    const auto sooner = [&due](std::optional<qint64> other) {
+        if (other && (!due || *other < *due))
+            due = other;
+    };
+    sooner(m_retryDue);
     if (m_query.takesInput())
-        due = m_query.deadline();
+        sooner(m_query.deadline());
     if (m_rePowered && !m_query.isRunning())
-        due = due ? qMin(*due, m_quietUntil) : m_quietUntil;
+        sooner(m_quietUntil);
     if (due)
         m_timer.start(static_cast<int>(qMax<qint64>(0, *due - m_clock.monotonic())));
     else
@@ -132,19 +147,88 @@ void LinkMonitor::wake()
         m_rePowered = false;
         ConfigInt(Purpose::RePower);
     }
+    if (m_checkDue && now >= *m_checkDue)
+        minute();
+    if (m_retryDue && now >= *m_retryDue)
+        tryPortAgain();
     advance();
+}
+
+void LinkMonitor::minute()
+{
+    m_checkDue = m_clock.monotonic() + minuteMilliseconds;
+    if (m_settings.MinCheck <= 0)
+        return;
+    if (m_countdown-- != 1)
+        return;
+    m_countdown = m_settings.MinCheck;
+    m_checkDue.reset();
+    ConfigInt(Purpose::PeriodicCheck);
 }
 
 void LinkMonitor::ended(const InterfaceConfig &config)
 {
     m_quietUntil = m_clock.monotonic() + rePowerQuietMilliseconds;
-    if (config.answered()) {
+    if (config.answered())
         updateProtocol(config);
-        m_link = Link::Answering;
-    } else if (m_purpose == Purpose::LinkStart && m_serial.portOpen()) {
-        m_link = Link::NotAnswering;
-    }
     Q_EMIT queryEnded(m_purpose, config);
+    switch (m_purpose) {
+    case Purpose::LinkStart:
+        if (config.answered())
+            becomesOnLine();
+        else if (m_serial.portOpen())
+            setLink(Link::NotAnswering);
+        break;
+    case Purpose::PeriodicCheck:
+        if (config.answered())
+            m_checkDue = m_clock.monotonic() + minuteMilliseconds;
+        else if (m_serial.portOpen())
+            raiseAlarm();
+        break;
+    case Purpose::RePower:
+        if (config.answered())
+            becomesOnLine();
+        break;
+    }
+    arm();
+}
+
+void LinkMonitor::becomesOnLine()
+{
+    if (std::exchange(m_alarm, false))
+        Q_EMIT alarmEnded();
+    m_countdown = m_settings.MinCheck;
+    m_checkDue = m_clock.monotonic() + minuteMilliseconds;
+    setLink(Link::Answering);
+}
+
+void LinkMonitor::setLink(Link link)
+{
+    m_link = link;
+    Q_EMIT linkChanged(link);
+}
+
+void LinkMonitor::raiseAlarm()
+{
+    m_alarm = true;
+    Q_EMIT alarmRaised();
+}
+
+void LinkMonitor::objMessage_Chiudi()
+{
+    if (!std::exchange(m_alarm, false))
+        return;
+    // A port that is gone is worse than an interface that is silent.
+    if (m_link != Link::PortNotAvailable)
+        setLink(Link::NotAnswering);
+}
+
+void LinkMonitor::objTempochk_ModificaMin(int minutes)
+{
+    if (minutes == -1)
+        return;
+    m_settings.MinCheck = minutes;
+    m_countdown = minutes;
 }
 
 void LinkMonitor::updateProtocol(const InterfaceConfig &config)
@@ -160,9 +244,27 @@ void LinkMonitor::updateProtocol(const InterfaceConfig &config)
 
 void LinkMonitor::lost()
 {
-    m_link = Link::PortNotAvailable;
     m_rePowered = false;
+    m_next.reset();
+    m_checkDue.reset();
+    m_retryDue = m_clock.monotonic() + retryMilliseconds;
+    Q_EMIT portLost();
+    setLink(Link::PortNotAvailable);
     m_query.abort();
     advance();
-    Q_EMIT portLost();
+    if (!m_alarm)
+        raiseAlarm();
+}
+
+void LinkMonitor::tryPortAgain()
+{
+    if (!openPort()) {
+        m_retryDue = m_clock.monotonic() + retryMilliseconds;
+        return;
+    }
+    m_retryDue.reset();
+    Q_EMIT portBack();
+    // The port is there again; what stands behind it, the query tells.
+    setLink(Link::NotAnswering);
+    ConfigInt(Purpose::RePower);
 }

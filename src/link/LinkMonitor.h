@@ -10,7 +10,11 @@
 #include <functional>
 #include <optional>
 
-/// Opens the port, asks the interface for its configuration, and knows whether it answers.
+/// Opens the port, asks the interface for its configuration, and watches whether it answers.
+///
+/// The order of things at a failed check: first the alarm is raised (a message in a window, a line on the console), and
+/// only when the operator has closed it link() tells that the interface does not answer. An interface that is heard of
+/// again closes the alarm itself.
 class LinkMonitor : public QObject
 {
     Q_OBJECT
@@ -20,13 +24,18 @@ public:
     enum class Link { Answering = 0, NotAnswering = 1, PortNotAvailable = 2 };
     Q_ENUM(Link)
     /// What a query is asked for.
-    enum class Purpose { LinkStart, RePower };
+    enum class Purpose { LinkStart, PeriodicCheck, RePower };
     Q_ENUM(Purpose)
 
     /// All must outlive this object.
     LinkMonitor(SerialControl &serial, Settings &settings, const Clock &clock, QObject *parent = nullptr);
 
     Link link() const { return m_link; }
+    /// A check failed, and the operator has not closed its message yet.
+    bool isAlarmRaised() const { return m_alarm; }
+    /// Minutes until the next periodic check, while checks run.
+    int checkCountdown() const { return m_countdown; }
+    bool checksRun() const { return m_checkDue.has_value(); }
 
     /// Opens the configured port and asks the interface. Ends with noPortChosen, portNotAvailable or queryEnded.
     void ApriCollegamento();
@@ -35,6 +44,10 @@ public:
     /// Asks the interface because it told that it was switched on. Any number of calls while a query runs, or within
     /// two seconds after one, lead to one more query at the end of those two seconds.
     void VerificaRiaccensione();
+    /// The operator has closed the message of the alarm.
+    void objMessage_Chiudi();
+    /// Another interval of the periodic check: @p minutes from now, -1 = as it was.
+    void objTempochk_ModificaMin(int minutes);
 
     /// Takes a character that was received, or leaves it to the decoder (false).
     bool takes(char character);
@@ -49,11 +62,19 @@ public:
 
 Q_SIGNALS:
     void noPortChosen();
+    /// The port could not be opened at the start of the link.
     void portNotAvailable(const Fault &fault);
-    /// The port failed or was pulled out while it was open.
+    /// The port failed or was pulled out while it was open. It is tried again every five seconds until it can be
+    /// opened.
     void portLost();
-    /// A query has ended; link() and the protocol in the settings are up to date.
+    void portBack();
+    /// A query has ended; the protocol in the settings is up to date.
     void queryEnded(LinkMonitor::Purpose purpose, const InterfaceConfig &config);
+    /// link() has been found out or has changed.
+    void linkChanged(LinkMonitor::Link link);
+    void alarmRaised();
+    /// The interface answers again while the alarm stands: its message closes by itself.
+    void alarmEnded();
     void settingNotSaved(const QString &key, const Fault &fault);
     /// takeHandedBack() has something.
     void handsBack();
@@ -61,10 +82,16 @@ Q_SIGNALS:
 private:
     void ConfigInt(Purpose purpose);
     void startQuery(Purpose purpose);
+    Result<void> openPort();
     void advance();
     void arm();
     void lost();
+    void tryPortAgain();
+    void minute();
     void ended(const InterfaceConfig &config);
+    void becomesOnLine();
+    void setLink(Link link);
+    void raiseAlarm();
     void updateProtocol(const InterfaceConfig &config);
 
     SerialControl &m_serial;
@@ -74,7 +101,11 @@ private:
     QTimer m_timer;
     Link m_link = Link::NotAnswering;
     Purpose m_purpose = Purpose::LinkStart;
-    std::optional<Purpose> m_next; ///< asked while a query ran
-    bool m_rePowered = false;      ///< told while no query may start
-    qint64 m_quietUntil = 0;       ///< no query for a re-power before this
+    std::optional<Purpose> m_next;    ///< asked while a query ran
+    bool m_rePowered = false;         ///< told while no query may start
+    qint64 m_quietUntil = 0;          ///< no query for a re-power before this
+    std::optional<qint64> m_checkDue; ///< next minute of the countdown
+    std::optional<qint64> m_retryDue; ///< next try to open the lost port
+    int m_countdown = 0;
+    bool m_alarm = false;
 };

@@ -27,6 +27,7 @@ Result<void> UsersSnapshot::refresh()
         users[row.text(0)].append({row.text(1), {row.text(2), row.text(3)}});
     }
     m_users = std::move(users);
+    m_known = true;
     return {};
 }
 

@@ -20,6 +20,8 @@ public:
     /// Copies the register anew and reads it. When that fails the users known so far stay.
     Result<void> refresh();
 
+    /// True once the register has been read.
+    bool isKnown() const { return m_known; }
     /// True when a user has the code, whatever its type.
     bool contains(const QString &code) const { return m_users.contains(code); }
     /// The user with this code and type; else the first with the code alone; empty names without one.
@@ -33,4 +35,5 @@ private:
 
     ArchiveStore &m_archives;
     QHash<QString, QList<User>> m_users;
+    bool m_known = false;
 };

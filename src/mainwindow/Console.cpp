@@ -1,6 +1,6 @@
 #include "mainwindow/Console.h"
 
-#include "startup/PlainText.h"
+#include <array>
 
 namespace {
 
@@ -26,26 +26,34 @@ QByteArray printable(QString text)
 
 } // namespace
 
-Console::Console(Program &program, QObject *parent) : QObject(parent), m_program(program)
+Console::Console(Program &program, const QString &remark, QObject *parent) : QObject(parent), m_program(program)
 {
-    connect(&program.road(), &EventRoad::stored, this, &Console::tellStored);
+    const Texts &texts = program.texts();
+    LinkMonitor &link = program.link();
+    connect(&program.log(), &EventLog::stored, this, &Console::tellStored);
     connect(&program.notices(), &Notices::posted, this, &Console::tellNotices);
-    connect(&program.link(), &LinkMonitor::queryEnded, this, &Console::tellLink);
-    connect(&program.link(), &LinkMonitor::noPortChosen, this,
-            [this] { tell(m_program.texts()[OwnText::NoPortChosen]); });
-    connect(&program.link(), &LinkMonitor::portNotAvailable, this, [this] {
-        tell(m_program.texts()[Text::PortaSerialeGiaAperta]);
-        tellState(Text::PortaSerialeNonDisponibile);
+    connect(&program.timeProgramme(), &TimeProgramme::lineChanged, this, &Console::tellLine);
+    connect(&link, &LinkMonitor::linkChanged, this, &Console::tellLink);
+    connect(&link, &LinkMonitor::noPortChosen, this, [this, &texts] { tell(texts[OwnText::NoPortChosen]); });
+    connect(&link, &LinkMonitor::portNotAvailable, this, [this, &texts](const Fault &fault) {
+        tell(texts.sentence({Text::PortaSerialeGiaAperta, {}, fault}));
     });
-    connect(&program.link(), &LinkMonitor::portLost, this, [this] {
-        const QString port = QString::number(m_program.settings().PortaCom);
-        tell(m_program.texts().sentence({OwnText::PortLost, {port}, {}}));
-        tellState(Text::PortaSerialeNonDisponibile);
+    const auto ofThePort = [this, &program, &texts](OwnText text) {
+        tell(texts.sentence({text, {QString::number(program.settings().PortaCom)}, {}}));
+    };
+    connect(&link, &LinkMonitor::portLost, this, [ofThePort] { ofThePort(OwnText::PortLost); });
+    connect(&link, &LinkMonitor::portBack, this, [ofThePort] { ofThePort(OwnText::PortBack); });
+    // Nobody has to close a line on the terminal: told, the alarm is closed.
+    connect(&link, &LinkMonitor::alarmRaised, this, [this, &link, &texts] {
+        if (link.link() != LinkMonitor::Link::PortNotAvailable)
+            tell(texts[Text::InterfacciaNonCollegata]);
+        link.objMessage_Chiudi();
     });
 
-    const Texts &texts = program.texts();
-    tell(TogliAnd(texts[Text::InterfacciaMultiprotocollo]) + QStringLiteral(" - V1.03"));
+    tell(texts[Text::InterfacciaMultiprotocollo] + QStringLiteral(" - V1.03"));
     tell(texts.sentence({OwnText::ConsoleStarted, {program.folder().root()}, {}}));
+    if (!remark.isEmpty())
+        tell(remark);
     tellNotices();
     tell(row({texts[Text::Data], texts[Text::Ora], texts[Text::CognomeUtente], texts[Text::NomeUtente],
               texts[Text::Codice], texts[Text::Tipo], texts[Text::Ch], texts[Text::ChDis], texts[Text::KorDis]}));
@@ -64,16 +72,28 @@ void Console::tellStored(const Event &event)
              .trimmed());
 }
 
-void Console::tellLink(LinkMonitor::Purpose purpose, const InterfaceConfig &config)
+void Console::tellLink(LinkMonitor::Link link)
 {
-    if (config.answered()) {
+    switch (link) {
+    case LinkMonitor::Link::Answering:
         tellState(Text::InterfacciaInLinea);
-        return;
+        break;
+    case LinkMonitor::Link::NotAnswering:
+        tellState(Text::InterfacciaNonInLinea);
+        break;
+    case LinkMonitor::Link::PortNotAvailable:
+        tellState(Text::PortaSerialeNonDisponibile);
+        break;
     }
-    if (purpose != LinkMonitor::Purpose::LinkStart)
-        return;
-    tell(m_program.texts()[Text::InterfacciaNonCollegata]);
-    tellState(Text::InterfacciaNonInLinea);
+}
+
+void Console::tellLine(bool asserted, TimeProgramme::Cause cause)
+{
+    static constexpr std::array causes = {OwnText::CauseStart, OwnText::CauseBand, OwnText::CauseHoliday,
+                                          OwnText::CauseEnd};
+    const Texts &texts = m_program.texts();
+    const QString reason = texts[causes.at(static_cast<size_t>(cause))];
+    tell(texts.sentence({asserted ? OwnText::LineAsserted : OwnText::LineReleased, {reason}, {}}));
 }
 
 void Console::tellState(Text text)

@@ -10,14 +10,14 @@ class Console : public QObject
 
 public:
     /// @param program  prepared, not yet running; must outlive this object
-    explicit Console(Program &program, QObject *parent = nullptr);
-
-    /// A line of the console's own, after what has been told so far.
-    void tell(const QString &line);
+    /// @param remark   told at the head, "" for none
+    Console(Program &program, const QString &remark, QObject *parent = nullptr);
 
 private:
+    void tell(const QString &line);
     void tellStored(const Event &event);
-    void tellLink(LinkMonitor::Purpose purpose, const InterfaceConfig &config);
+    void tellLink(LinkMonitor::Link link);
+    void tellLine(bool asserted, TimeProgramme::Cause cause);
     void tellNotices();
     void tellState(Text text);
 

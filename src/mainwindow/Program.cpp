@@ -19,12 +19,12 @@ Program::Program(const QString &folder, const Clock &clock, const Printers &prin
       m_users(m_archives),
       m_log(m_archives, clock, m_notices),
       m_road(m_users, m_log, clock),
-      m_reader(m_serial, m_link, m_road)
+      m_reader(m_serial, m_link, m_road),
+      m_timeProgramme(m_archives, clock),
+      m_passwords(m_archives)
 {
     connect(&tmrRefresh, &QTimer::timeout, this, &Program::tmrRefresh_Timer);
-    connect(&m_road, &EventRoad::notStored, this, [this](const Event &event, const Fault &fault) {
-        m_notices.post(Icon::Critical, {OwnText::EventNotStored, {event.Codice}, fault});
-    });
+    connect(&m_timeProgramme, &TimeProgramme::applied, this, [this](bool enabled) { m_serial.setRTSEnable(!enabled); });
     connect(&m_link, &LinkMonitor::settingNotSaved, this, [this](const QString &key, const Fault &fault) {
         m_notices.post(Icon::Exclamation, {OwnText::SettingNotSaved, {key}, fault});
     });
@@ -32,8 +32,7 @@ Program::Program(const QString &folder, const Clock &clock, const Printers &prin
 
 Program::~Program()
 {
-    m_log.close();
-    m_serial.setRTSEnable(false);
+    end();
 }
 
 std::optional<StartFault> Program::prepare(int systemLanguage, std::optional<int> port)
@@ -43,7 +42,9 @@ std::optional<StartFault> Program::prepare(int systemLanguage, std::optional<int
     if (std::optional<StartFault> found = checkProgramFolder(m_folder))
         return found;
     if (const Result<void> taken = m_lock.take(m_folder.root()); !taken)
-        return StartFault{{OwnText::FolderInUse, {m_folder.root()}, {}}};
+        return taken.fault().code == FaultCode::AlreadyInUse
+                   ? StartFault{{OwnText::FolderInUse, {m_folder.root()}, {}}}
+                   : StartFault{{OwnText::FolderCannotBePrepared, {m_folder.root()}, taken.fault()}};
     if (std::optional<StartFault> failed = prepareProgramFolder(m_archives, m_settings, systemLanguage, m_notices))
         return failed;
     m_texts.fill(m_settings.Lingua);
@@ -57,16 +58,50 @@ std::optional<StartFault> Program::prepare(int systemLanguage, std::optional<int
 
 void Program::run()
 {
-    if (const Result<void> read = m_users.refresh(); !read) {
-        const QString name = QStringView(ArchiveName::Users).toString();
-        m_notices.post(Icon::Critical, {OwnText::UsersUnreadable, {name}, read.fault()});
-    }
+    m_running = true;
+    readUsers();
+    readTimeProgramme(TimeProgramme::Part::Bands);
+    readTimeProgramme(TimeProgramme::Part::Holidays);
+    m_timeProgramme.run();
     m_log.open();
     tmrRefresh.start(refreshMilliseconds);
     m_link.ApriCollegamento();
 }
 
+void Program::end()
+{
+    if (!std::exchange(m_running, false))
+        return;
+    tmrRefresh.stop();
+    m_log.close();
+    m_timeProgramme.end();
+}
+
+void Program::readUsers()
+{
+    if (const Result<void> read = m_users.refresh(); read) {
+        m_road.usersKnown();
+    } else if (!std::exchange(m_usersFaultTold, true)) {
+        const QString name = QStringView(ArchiveName::Users).toString();
+        m_notices.post(Icon::Critical, {OwnText::UsersUnreadable, {name}, read.fault()});
+    }
+}
+
+void Program::readTimeProgramme(TimeProgramme::Part part)
+{
+    const Result<void> read = m_timeProgramme.reload(part);
+    if (read)
+        return;
+    const bool isBands = part == TimeProgramme::Part::Bands;
+    const QStringView name = isBands ? ArchiveName::Bands : ArchiveName::Holidays;
+    m_notices.post(Icon::Critical,
+                   {isBands ? OwnText::BandsUnreadable : OwnText::HolidaysUnreadable, {name.toString()}, read.fault()});
+}
+
 void Program::tmrRefresh_Timer()
 {
-    m_log.changeDayIfNeeded();
+    if (!m_users.isKnown())
+        readUsers();
+    if (!m_log.changeDayIfNeeded() && !m_timeProgramme.isSuspended())
+        m_timeProgramme.run();
 }

@@ -6,8 +6,10 @@
 #include "link/LineReader.h"
 #include "link/LinkMonitor.h"
 #include "link/UsersSnapshot.h"
+#include "prefs/Passwords.h"
 #include "startup/Settings.h"
 #include "startup/Startup.h"
+#include "timeprog/TimeProgramme.h"
 
 #include <QTimer>
 
@@ -25,21 +27,28 @@ public:
     /// @param port  COM number to choose as the port dialog would, if any
     /// @return why the program cannot run; nothing has been changed then, unless the preparation itself failed
     std::optional<StartFault> prepare(int systemLanguage, std::optional<int> port);
-    /// Opens the archives of the day and then the link to the interface.
+    /// Opens the archives, applies the time programme, and opens the link to the interface.
     void run();
+    /// Stores what can be stored, closes the archives and releases the RTS line.
+    void end();
 
     Texts &texts() { return m_texts; }
     Notices &notices() { return m_notices; }
     Settings &settings() { return m_settings; }
     ProgramFolder &folder() { return m_folder; }
     LinkMonitor &link() { return m_link; }
+    EventLog &log() { return m_log; }
     EventRoad &road() { return m_road; }
+    TimeProgramme &timeProgramme() { return m_timeProgramme; }
+    Passwords &passwords() { return m_passwords; }
     const UsersSnapshot &users() const { return m_users; }
 
     QTimer tmrRefresh; ///< 10 s: change of day
 
 private:
     void tmrRefresh_Timer();
+    void readUsers();
+    void readTimeProgramme(TimeProgramme::Part part);
 
     Disk m_disk;
     ProgramFolder m_folder;
@@ -55,4 +64,8 @@ private:
     EventLog m_log;
     EventRoad m_road;
     LineReader m_reader;
+    TimeProgramme m_timeProgramme;
+    Passwords m_passwords;
+    bool m_running = false;
+    bool m_usersFaultTold = false;
 };

@@ -51,7 +51,8 @@ public:
     FolderLock(const FolderLock &) = delete;
     FolderLock &operator=(const FolderLock &) = delete;
 
-    /// @return AlreadyInUse when another program holds @p folder, AccessDenied when it cannot be written
+    /// @return AlreadyInUse when another program holds @p folder, NotFound or AccessDenied when it cannot be looked
+    /// into
     Result<void> take(const QString &folder);
 
 private:

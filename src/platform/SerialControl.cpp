@@ -97,13 +97,16 @@ Result<void> SerialControl::output(const QByteArray &bytes)
 
 void SerialControl::read()
 {
-    if (m_port.isOpen() && waiting() < bufferLimit) {
-        if (m_taken > 0 && !m_delivering) {
-            m_buffer.remove(0, m_taken);
-            m_taken = 0;
-        }
-        m_buffer.append(m_port.readAll());
+    receive(m_port.isOpen() && waiting() < bufferLimit ? m_port.readAll() : QByteArray());
+}
+
+void SerialControl::receive(const QByteArray &characters)
+{
+    if (m_taken > 0 && !m_delivering) {
+        m_buffer.remove(0, m_taken);
+        m_taken = 0;
     }
+    m_buffer.append(characters);
     deliver();
 }
 
@@ -139,10 +142,10 @@ void SerialControl::failed(QSerialPort::SerialPortError error)
     // Errors of opening are returned by the call itself, and missing modem lines are no error.
     if (!gone || !m_port.isOpen())
         return;
-    m_buffer.append(m_port.readAll());
+    const QByteArray last = m_port.readAll();
     // Closed at once: a port that was unplugged repeats its error as fast as the processor allows.
     m_port.close();
-    deliver();
+    receive(last);
     m_commEvent = Lost;
     Q_EMIT OnComm();
 }

@@ -32,7 +32,7 @@ public:
     void setCommPort(int number) { m_commPort = number; }
     int commPort() const { return m_commPort; }
 
-    bool portOpen() const { return m_port.isOpen(); }
+    virtual bool portOpen() const { return m_port.isOpen(); }
     /// Opens the port at 9600,N,8,1, or closes it.
     /// @return NotFound, AccessDenied or AlreadyInUse (also when it is open already), InputOutput for a device that is
     ///         no serial port
@@ -55,7 +55,7 @@ public:
     /// Next characters received, empty when none is waiting. The view holds until control returns to the event loop.
     QByteArrayView input();
     /// Sends @p bytes without waiting. @return NotOpen when the port is closed
-    Result<void> output(const QByteArray &bytes);
+    virtual Result<void> output(const QByteArray &bytes);
     /// What the present notification is about.
     Event commEvent() const { return m_commEvent; }
 
@@ -65,6 +65,8 @@ Q_SIGNALS:
 protected:
     /// Tells the device the state of its RTS line. A device without modem lines ignores it.
     virtual void tellRts(bool asserted);
+    /// Characters have come from the device: keeps them and notifies.
+    void receive(const QByteArray &characters);
 
 private:
     void read();

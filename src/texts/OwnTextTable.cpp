@@ -52,11 +52,21 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
      "The serial port COM%1 was unplugged or no longer answers.",
      "Le port sériel COM%1 a été débranché ou ne répond plus.",
      "Der serielle Anschluss COM%1 wurde abgezogen oder antwortet nicht mehr."},
-    /* EventNotStored */
-    {"Evento non memorizzato (codice %1)",
-     "Event not stored (code %1)",
-     "Évènement non mémorisé (code %1)",
-     "Ereignis nicht gespeichert (Code %1)"},
+    /* EventsWait */
+    {"Gli eventi non possono essere memorizzati: attendono in memoria",
+     "Events cannot be stored: they wait in memory",
+     "Les évènements ne peuvent pas être mémorisés: ils attendent en mémoire",
+     "Ereignisse können nicht gespeichert werden: sie warten im Speicher"},
+    /* EventsStoredAgain */
+    {"Gli eventi in attesa (%1) sono stati memorizzati.",
+     "The events that waited (%1) have been stored.",
+     "Les évènements en attente (%1) ont été mémorisés.",
+     "Die wartenden Ereignisse (%1) wurden gespeichert."},
+    /* EventsLost */
+    {"Eventi perduti: %1",
+     "Events lost: %1",
+     "Évènements perdus: %1",
+     "Verlorene Ereignisse: %1"},
     /* DayArchiveUnavailable */
     {"Impossibile aprire l'archivio eventi '%1'",
      "The event archive '%1' cannot be opened",
@@ -72,6 +82,52 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
      "The users register '%1' cannot be read",
      "Impossible de lire la liste des utilisateurs '%1'",
      "Die Benutzerliste '%1' kann nicht gelesen werden"},
+    /* BandsUnreadable */
+    {"Impossibile leggere le fasce orarie '%1': l'interfaccia resta disabilitata",
+     "The time bands '%1' cannot be read: the interface stays disabled",
+     "Impossible de lire les tranches horaires '%1': l'interface reste invalidée",
+     "Die Zeitabschnitte '%1' können nicht gelesen werden: die Schnittstelle bleibt gesperrt"},
+    /* HolidaysUnreadable */
+    {"Impossibile leggere le ferie '%1': nessun giorno conta come festivo",
+     "The holidays '%1' cannot be read: no day counts as a holiday",
+     "Impossible de lire les congés '%1': aucun jour ne compte comme congé",
+     "Die Ferien '%1' können nicht gelesen werden: kein Tag gilt als Ferientag"},
+    /* RegisterTriedAgain */
+    {"L'anagrafica utenti '%1' viene riletta ogni secondo finché non è disponibile",
+     "The users register '%1' is tried again every second until it can be read",
+     "La liste des utilisateurs '%1' est relue chaque seconde jusqu'à ce qu'elle soit disponible",
+     "Die Benutzerliste '%1' wird jede Sekunde erneut gelesen, bis sie verfügbar ist"},
+    /* PasswordNeedsTerminal */
+    {"È attiva la password principale: serve un terminale per digitarla, oppure --password-file.",
+     "The main password is set: a terminal is needed to type it, or --password-file.",
+     "Le password principal est actif: il faut un terminal pour l'introduire, ou --password-file.",
+     "Das Hauptpassword ist aktiv: zur Eingabe ist ein Terminal nötig, oder --password-file."},
+    /* PasswordFileUnusable */
+    {"Il file della password '%1' deve esistere ed essere leggibile solo dal suo proprietario.",
+     "The password file '%1' must exist and be readable by its owner only.",
+     "Le fichier du password '%1' doit exister et n'être lisible que par son propriétaire.",
+     "Die Passworddatei '%1' muss vorhanden und nur für ihren Besitzer lesbar sein."},
+    /* PasswordNotGiven */
+    {"Nessuna password digitata.", "No password was typed.", "Aucun password introduit.", "Kein Password eingegeben."},
+    /* LineReleased */
+    {"Interfaccia abilitata (%1)", "Interface enabled (%1)", "Interface validée (%1)",
+     "Schnittstelle freigegeben (%1)"},
+    /* LineAsserted */
+    {"Interfaccia disabilitata (%1)", "Interface disabled (%1)", "Interface invalidée (%1)",
+     "Schnittstelle gesperrt (%1)"},
+    /* CauseStart */
+    {"avvio del programma", "program start", "démarrage du programme", "Programmstart"},
+    /* CauseBand */
+    {"fascia oraria", "time band", "tranche horaire", "Zeitabschnitt"},
+    /* CauseHoliday */
+    {"ferie", "holiday", "congés", "Ferien"},
+    /* CauseEnd */
+    {"fine del programma", "program end", "fin du programme", "Programmende"},
+    /* PortBack */
+    {"La porta seriale COM%1 è di nuovo disponibile.",
+     "The serial port COM%1 is available again.",
+     "Le port sériel COM%1 est à nouveau disponible.",
+     "Der serielle Anschluss COM%1 ist wieder verfügbar."},
     /* ConsoleStarted */
     {"Cartella: %1 - Fine con Ctrl+C",
      "Folder: %1 - End with Ctrl+C",

@@ -295,6 +295,7 @@ void TestArchives::scrambledPasswords_data()
     QTest::newRow("a") << QStringLiteral("a         ");
     QTest::newRow(" lead") << QStringLiteral(" lead     ");
     QTest::newRow("0123456789ABC") << QStringLiteral("0123456789");
+    QTest::newRow("\u20AC\u0178") << QStringLiteral("\u20AC\u0178        ");
     QTest::newRow("gr\u00FC\u00DFe\u00FF") << QStringLiteral("gr\u00FC\u00DFe\u00FF    ");
 }
 
@@ -309,6 +310,8 @@ void TestArchives::scrambledPasswords()
         QTEST(unscramble(field).value_or(QString()), "clear");
         for (const QChar filler : field.left(11) + field.right(15))
             QVERIFY(filler.unicode() >= 140 && filler.unicode() <= 234);
+        for (const QChar character : field)
+            QVERIFY(character.unicode() >= 109 && character.unicode() <= 373);
         const int key = field[11].unicode() - 108;
         QVERIFY(key >= 1 && key <= 10);
         forms.insert(field);

@@ -1,12 +1,14 @@
 // Runs the built programs in a program folder of their own, as a user would.
 
 #include "archives/Tables.h"
+#include "prefs/Passwords.h"
 #include "support/Fixtures.h"
 
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <csignal>
@@ -77,13 +79,15 @@ private Q_SLOTS:
     void refusals();
     void theWholeWalk();
     void dayChange();
+    void killedInABurst();
+    void gateAndTimeProgramme();
     void demonstration();
 
 private:
-    /// Path of the simulated interface's link, so that the folder's port 1 is this one.
+    /// Path of the simulated interface's link, so that the folder's port 7 is this one.
     static QStringList interfaceOn(const TestFolder &test, const QStringList &more = {})
     {
-        return QStringList{QStringLiteral("--link"), test.directory.filePath(QStringLiteral("Porte/COM1"))} + more;
+        return QStringList{QStringLiteral("--link"), test.directory.filePath(QStringLiteral("Porte/COM7"))} + more;
     }
     static QStringList consoleOn(const TestFolder &test, const QStringList &more = {})
     {
@@ -143,10 +147,10 @@ void TestEndToEnd::theWholeWalk()
     test.addUsers(users);
     Running interface("kor-simulator", interfaceOn(test, {QStringLiteral("--fast"), QStringLiteral("--protocol"),
                                                           QStringLiteral("RS_C")}));
-    QVERIFY(interface.tells("Porte/COM1"));
-    Running supervisor("kor-supervisor", consoleOn(test, {QStringLiteral("--port"), QStringLiteral("1")}));
+    QVERIFY(interface.tells("Porte/COM7"));
+    Running supervisor("kor-supervisor", consoleOn(test, {QStringLiteral("--port"), QStringLiteral("7")}));
     QVERIFY(supervisor.tells("MULTIPROTOCOL INTERFACE ON LINE"));
-    QVERIFY(test.read(QStringLiteral("Impost.stp")).startsWith("COM=1\r\n"));
+    QVERIFY(test.read(QStringLiteral("Impost.stp")).startsWith("COM=7\r\n"));
     QVERIFY(test.read(QStringLiteral("Impost.stp")).endsWith("PRTC=15\r\n"));
 
     interface.say("tx 12345 A");
@@ -169,11 +173,14 @@ void TestEndToEnd::theWholeWalk()
         QStringLiteral("/Eventi_%1.zeb").arg(QDate::currentDate().toString(QStringLiteral("dd-MM-yyyy")));
     QVERIFY(test.folder.exists(day + QStringLiteral("-wal")));
     interface.say("unplug");
-    QVERIFY(supervisor.tells("COM1 was unplugged"));
+    QVERIFY(supervisor.tells("COM7 was unplugged"));
     QVERIFY(supervisor.tells("THE CONFIGURED SERIAL PORT IS NOT AVAILABLE"));
+    interface.say("plug");
+    QVERIFY(supervisor.tells("COM7 is available again"));
+    QVERIFY(supervisor.tells("ON LINE", 4));
     QCOMPARE(supervisor.end(), 0);
     QCOMPARE(interface.end(), 0);
-    QVERIFY(!QFileInfo(test.directory.filePath(QStringLiteral("Porte/COM1"))).isSymLink());
+    QVERIFY(!QFileInfo(test.directory.filePath(QStringLiteral("Porte/COM7"))).isSymLink());
     QCOMPARE(test.files(QStringLiteral("Archivi")).filter(QStringLiteral("Eventi_")).size(), 1);
     const QStringList codes = test.rows(
         day, QStringLiteral("SELECT ProgEv, Codice, Canale, AbCh, KorDis FROM Eventi ORDER BY Data, Ora, ProgEv"));
@@ -193,8 +200,8 @@ void TestEndToEnd::dayChange()
     const QString timeFile = test.directory.filePath(QStringLiteral("time"));
     test.write(QStringLiteral("time"), "@2004-03-05 23:59:56");
     Running interface("kor-simulator", interfaceOn(test));
-    QVERIFY(interface.tells("Porte/COM1"));
-    Running supervisor("kor-supervisor", consoleOn(test, {QStringLiteral("--port"), QStringLiteral("1")}),
+    QVERIFY(interface.tells("Porte/COM7"));
+    Running supervisor("kor-supervisor", consoleOn(test, {QStringLiteral("--port"), QStringLiteral("7")}),
                        {QStringLiteral("LD_PRELOAD=") + library, QStringLiteral("FAKETIME_TIMESTAMP_FILE=") + timeFile,
                         QStringLiteral("FAKETIME_DONT_FAKE_MONOTONIC=1"), QStringLiteral("TZ=UTC")});
     QVERIFY(supervisor.tells("ON LINE"));
@@ -212,6 +219,90 @@ void TestEndToEnd::dayChange()
              QStringList{QStringLiteral("05-03-2004|A")});
     QCOMPARE(test.rows(ArchiveName::events(QStringLiteral("06-03-2004")), statement),
              QStringList{QStringLiteral("06-03-2004|B")});
+}
+
+void TestEndToEnd::killedInABurst()
+{
+    TestFolder test;
+    QList<QStringList> many;
+    for (int code = 1; code <= 400; ++code)
+        many.append({QString::number(100'000 + code), QStringLiteral("TX"), QStringLiteral("S"), QStringLiteral("N")});
+    test.addUsers(many);
+    Running interface("kor-simulator", interfaceOn(test, {QStringLiteral("--fast")}));
+    QVERIFY(interface.tells("Porte/COM7"));
+    QByteArray burst;
+    for (const QStringList &user : many)
+        burst += "tx " + user[0].toLatin1() + " A\n";
+
+    QStringList told;
+    for (int round = 1; round <= 20; ++round) {
+        Running supervisor("kor-supervisor", consoleOn(test, {QStringLiteral("--port"), QStringLiteral("7")}));
+        QVERIFY(supervisor.tells("INTERFACE ON LINE"));
+        interface.say(burst);
+        QVERIFY(supervisor.tells("  TX  ", 1 + round * 7));
+        supervisor.end(SIGKILL);
+        // What was not told to the end of its line was not told.
+        const QString whole = QString::fromUtf8(supervisor.output.left(supervisor.output.lastIndexOf('\n')));
+        static const QRegularExpression line(QStringLiteral(R"((?m)^[\d/]{10} .* (\d{6})     TX    A$)"));
+        for (auto match = line.globalMatch(whole); match.hasNext();)
+            told.append(match.next().captured(1));
+        // Let the rest of the burst run out before the next round, as nobody reads it.
+        interface.say("unplug");
+        QVERIFY(interface.tells("unplugged", round));
+        interface.say("plug");
+        QVERIFY(interface.tells("ready on", 1 + round));
+    }
+    const QString day = ArchiveName::events(QDate::currentDate().toString(QStringLiteral("dd-MM-yyyy")));
+    const QStringList rows =
+        test.rows(day, QStringLiteral("SELECT Codice, length(Data)=10 AND length(Ora)=8 AND Tipo='TX' AND Canale='A' "
+                                      "AND length(DataOrd)=8 FROM Eventi ORDER BY ProgEv"));
+    QVERIFY2(told.size() >= 20 * 8, qPrintable(QString::number(told.size())));
+    qsizetype at = -1;
+    for (const QString &code : told) {
+        at = rows.indexOf(code + QStringLiteral("|1"), at + 1);
+        QVERIFY2(at >= 0, qPrintable(code));
+    }
+    QVERIFY(rows.filter(QStringLiteral("|0")).isEmpty());
+}
+
+void TestEndToEnd::gateAndTimeProgramme()
+{
+    TestFolder test;
+    QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users).ok());
+    QVERIFY(test.archives.copy(ArchiveName::BandsTemplate, ArchiveName::Bands).ok());
+    Passwords passwords(test.archives);
+    QVERIFY(passwords.load() == Passwords::Fault::None);
+    QVERIFY(passwords.set(Passwords::Type::Main, QStringLiteral("apriti")) == Passwords::Fault::None);
+    {
+        Running refused("kor-supervisor", consoleOn(test));
+        QVERIFY(refused.process.waitForFinished());
+        QCOMPARE(refused.process.exitCode(), 2);
+        QVERIFY(refused.process.readAllStandardError().contains("--password-file"));
+        QCOMPARE(refused.process.readAllStandardOutput(), QByteArray());
+    }
+    test.write(QStringLiteral("secret"), "apriti\n");
+    const QString secret = test.directory.filePath(QStringLiteral("secret"));
+    const QStringList withFile = {QStringLiteral("--password-file"), secret};
+    QFile::setPermissions(secret, QFile::ReadOwner | QFile::ReadGroup);
+    {
+        Running refused("kor-supervisor", consoleOn(test, withFile));
+        QVERIFY(refused.process.waitForFinished());
+        QCOMPARE(refused.process.exitCode(), 2);
+        QVERIFY(refused.process.readAllStandardError().contains("readable by its owner only"));
+    }
+    QFile::setPermissions(secret, QFile::ReadOwner);
+    {
+        // Bands that nobody has set count as not enabled; at its end the program lets the interface go.
+        Running supervisor("kor-supervisor", consoleOn(test, withFile));
+        QVERIFY(supervisor.tells("Interface disabled (program start)"));
+        QCOMPARE(supervisor.end(), 0);
+        QVERIFY(supervisor.output.contains("Interface enabled (program end)"));
+    }
+    test.write(QStringLiteral("Archivi/Fascie.zeb"), "damaged");
+    Running supervisor("kor-supervisor", consoleOn(test, withFile));
+    QVERIFY(supervisor.tells("NOTICE: The time bands 'Archivi/Fascie.zeb' cannot be read"));
+    QVERIFY(supervisor.tells("Interface disabled (program start)"));
+    QCOMPARE(supervisor.end(), 0);
 }
 
 void TestEndToEnd::demonstration()

@@ -89,6 +89,12 @@ QString asText(const Event &event)
         .join(QLatin1Char('|'));
 }
 
+qint64 residentPages()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() : -1;
+}
+
 QStringList takeNotices(Notices &notices)
 {
     Texts texts;

@@ -71,5 +71,8 @@ inline QByteArray record(const char *text)
 /// "code|Data|Ora|Tipo|Canale|AbCh|KorDis|DataOrd"
 QString asText(const Event &event);
 
+/// Memory of this process that is resident, in pages.
+qint64 residentPages();
+
 /// Texts of the notices that wait, in English, which are taken.
 QStringList takeNotices(Notices &notices);

@@ -1,0 +1,69 @@
+#include "mainwindow/ConsoleGate.h"
+
+#include "archives/Tables.h"
+#include "platform/TerminalPassword.h"
+
+#include <QFile>
+#include <QThread>
+
+#include <cstdio>
+
+QString ConsoleGate::pass(Program &program) const
+{
+    if (QString refusal = readPasswords(program); !refusal.isEmpty())
+        return refusal;
+    if (!program.passwords().isSet(Passwords::Type::Main))
+        return {};
+    return passwordFile.isEmpty() ? fromTerminal(program) : fromFile(program);
+}
+
+QString ConsoleGate::readPasswords(Program &program) const
+{
+    const Texts &texts = program.texts();
+    for (bool told = false;; told = true) {
+        switch (program.passwords().load()) {
+        case Passwords::Fault::None:
+            return {};
+        case Passwords::Fault::RegisterUnusable:
+            return texts[Text::FileMancanteODanneggiato];
+        case Passwords::Fault::Corrupt:
+            return texts[Text::FilePasswordCorrotto];
+        case Passwords::Fault::Unreadable:
+            break;
+        }
+        const Fault &reason = program.passwords().reason();
+        const Message message{OwnText::RegisterTriedAgain, {QStringView(ArchiveName::Users).toString()}, reason};
+        if (reason.code != FaultCode::Locked)
+            return texts.sentence({OwnText::UsersUnreadable, message.arguments, reason});
+        if (!told)
+            std::fprintf(stderr, "%s\n", texts.sentence(message).toUtf8().constData());
+        QThread::sleep(1);
+    }
+}
+
+QString ConsoleGate::fromFile(Program &program) const
+{
+    const Texts &texts = program.texts();
+    QFile file(passwordFile);
+    if (!isOwnersOnly(passwordFile) || !file.open(QIODevice::ReadOnly))
+        return texts.sentence({OwnText::PasswordFileUnusable, {passwordFile}, {}});
+    QString line = QString::fromUtf8(file.readLine());
+    while (line.endsWith(QLatin1Char('\n')) || line.endsWith(QLatin1Char('\r')))
+        line.chop(1);
+    return program.passwords().matches(Passwords::Type::Main, line) ? QString() : texts[Text::PasswordErrata];
+}
+
+QString ConsoleGate::fromTerminal(Program &program) const
+{
+    const Texts &texts = program.texts();
+    if (!isTerminal())
+        return texts[OwnText::PasswordNeedsTerminal];
+    for (;;) {
+        const std::optional<QString> typed = askOnTerminal(texts[Text::PasswordRichiesta]);
+        if (!typed)
+            return texts[OwnText::PasswordNotGiven];
+        if (program.passwords().matches(Passwords::Type::Main, *typed))
+            return {};
+        std::fprintf(stderr, "%s\n", texts[Text::PasswordErrata].toUtf8().constData());
+    }
+}

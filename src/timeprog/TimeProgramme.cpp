@@ -1,0 +1,114 @@
+#include "timeprog/TimeProgramme.h"
+
+#include "archives/RecordSet.h"
+#include "archives/Tables.h"
+#include "startup/DateTimeText.h"
+
+namespace {
+
+unsigned bit(TimeProgramme::Part part)
+{
+    return part == TimeProgramme::Part::Bands ? 1U : 2U;
+}
+
+bool isInBand(const QList<Band> &bands, const QDateTime &moment)
+{
+    const int now = Minuti(moment.toString(QStringLiteral("HH:mm")));
+    const int mark = moment.date().dayOfWeek() - 1;
+    for (const Band &band : bands) {
+        // Bands come in the order of their start: none that follows can hold this minute.
+        if (now < Minuti(band.Da))
+            break;
+        if (now <= Minuti(band.A) && band.marks.value(mark) == QStringLiteral("X"))
+            return true;
+    }
+    return false;
+}
+
+bool isHoliday(const QList<Holiday> &holidays, const QDateTime &moment)
+{
+    const QString today = moment.toString(QStringLiteral("yyyyMMdd"));
+    for (const Holiday &holiday : holidays) {
+        if (today < holiday.DalGiornoOrd)
+            break;
+        if (today <= holiday.AlGiornoOrd)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+TimeState evaluate(const QList<Band> &bands, const QList<Holiday> &holidays, const QDateTime &moment)
+{
+    if (!isInBand(bands, moment))
+        return TimeState::OutsideBands;
+    return isHoliday(holidays, moment) ? TimeState::OnHoliday : TimeState::InBand;
+}
+
+TimeProgramme::TimeProgramme(ArchiveStore &archives, const Clock &clock, QObject *parent)
+    : QObject(parent), m_archives(archives), m_clock(clock)
+{
+}
+
+Result<void> TimeProgramme::reload(Part part)
+{
+    const bool isBands = part == Part::Bands;
+    m_suspended &= ~bit(part);
+    if (isBands)
+        m_bands.clear();
+    else
+        m_holidays.clear();
+    Result<Database> database =
+        m_archives.open(isBands ? ArchiveName::Bands : ArchiveName::Holidays, Database::Use::Safe);
+    if (!database)
+        return database.fault();
+    const QString statement = isBands ? QStringLiteral("SELECT * FROM Fascie ORDER BY Da")
+                                      : QStringLiteral("SELECT * FROM Giorni ORDER BY DalGiornoOrd");
+    Result<RecordSet> opened = RecordSet::open(database.value(), statement, RecordSet::Kind::Snapshot);
+    if (!opened)
+        return opened.fault();
+    for (RecordSet &set = opened.value(); !set.isEof(); set.moveNext()) {
+        if (isBands) {
+            Band band;
+            for (int day = 0; day < Band::Days; ++day)
+                band.marks.append(set.value(day));
+            band.Da = set.value(QStringLiteral("Da"));
+            band.A = set.value(QStringLiteral("A"));
+            m_bands.append(band);
+        } else {
+            m_holidays.append({set.value(QStringLiteral("DalGiornoOrd")), set.value(QStringLiteral("AlGiornoOrd"))});
+        }
+    }
+    return {};
+}
+
+void TimeProgramme::suspend(Part part)
+{
+    m_suspended |= bit(part);
+}
+
+void TimeProgramme::run()
+{
+    const TimeState before = m_state;
+    m_state = evaluate(m_bands, m_holidays, m_clock.now());
+    const bool byHoliday = m_state == TimeState::OnHoliday || before == TimeState::OnHoliday;
+    const Cause cause = !m_started ? Cause::Start : byHoliday ? Cause::Holiday : Cause::Band;
+    apply(m_state == TimeState::InBand, cause);
+}
+
+void TimeProgramme::end()
+{
+    if (m_started && !m_enabled)
+        apply(true, Cause::End);
+}
+
+void TimeProgramme::apply(bool enabled, Cause cause)
+{
+    const bool changes = !m_started || enabled != m_enabled;
+    m_started = true;
+    m_enabled = enabled;
+    Q_EMIT applied(enabled);
+    if (changes)
+        Q_EMIT lineChanged(!enabled, cause);
+}

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "archives/ArchiveStore.h"
+#include "platform/Clock.h"
+
+#include <QList>
+#include <QObject>
+#include <QStringList>
+
+/// A time band: from its first to its last minute on the days that are marked.
+struct Band {
+    static constexpr int Days = 7;
+    QStringList marks; ///< Monday to Sunday; "X" = the band counts on this day
+    QString Da;        ///< first minute, "hh:mm"
+    QString A;         ///< last minute, "hh:mm"
+};
+
+/// Holidays from the first to the last day, both "yyyymmdd".
+struct Holiday {
+    QString DalGiornoOrd;
+    QString AlGiornoOrd;
+};
+
+/// Where a moment lies.
+enum class TimeState { InBand, OutsideBands, OnHoliday };
+
+/// @param bands     in the order of their start
+/// @param holidays  in the order of their first day
+TimeState evaluate(const QList<Band> &bands, const QList<Holiday> &holidays, const QDateTime &moment);
+
+/// Decides from bands and holidays whether the interface is enabled now.
+class TimeProgramme : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Why the RTS line changed.
+    enum class Cause { Start, Band, Holiday, End };
+    Q_ENUM(Cause)
+    enum class Part { Bands, Holidays };
+
+    /// Both must outlive this object.
+    TimeProgramme(ArchiveStore &archives, const Clock &clock, QObject *parent = nullptr);
+
+    /// Reads an archive anew. When that fails nothing of it counts: without bands the interface is not enabled.
+    Result<void> reload(Part part);
+    /// While an editor has an archive, the state that was last applied stays.
+    void suspend(Part part);
+    bool isSuspended() const { return m_suspended != 0; }
+
+    /// Evaluates now and applies the answer: applied() is emitted, lineChanged() when the line changes by it.
+    void run();
+    /// Releases the line at the program's end.
+    void end();
+    /// Applied last; false before the first run.
+    bool isEnabled() const { return m_enabled; }
+
+Q_SIGNALS:
+    /// @param enabled  the interface is inside its enabled time; the RTS line is asserted when it is not
+    void applied(bool enabled);
+    void lineChanged(bool asserted, TimeProgramme::Cause cause);
+
+private:
+    void apply(bool enabled, Cause cause);
+
+    ArchiveStore &m_archives;
+    const Clock &m_clock;
+    QList<Band> m_bands;
+    QList<Holiday> m_holidays;
+    unsigned m_suspended = 0; ///< a bit for each part
+    bool m_started = false;
+    bool m_enabled = false;
+    TimeState m_state = TimeState::OutsideBands;
+};

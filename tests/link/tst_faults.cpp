@@ -1,0 +1,304 @@
+#include "archives/Tables.h"
+#include "link/EventLog.h"
+#include "link/EventRoad.h"
+#include "support/Fixtures.h"
+#include "support/RecordingVfs.h"
+
+#include <QTest>
+
+#include <sqlite3.h>
+
+namespace {
+
+const QString today = QStringLiteral("05-03-2004");
+const QString statement = QStringLiteral("SELECT Codice, Data, Ora, Tipo, Canale, DataOrd FROM Eventi ORDER BY ProgEv");
+
+Event anEvent(int code, const FakeClock &clock)
+{
+    return makeEvent(*decodeRecord("R/A-" + QByteArray::number(code).rightJustified(9, '0') + "X..\r"), clock.now());
+}
+
+QString row(const Event &e)
+{
+    return QStringList{e.Codice, e.Data, e.Ora, e.Tipo, e.Canale, e.DataOrd}.join(QLatin1Char('|'));
+}
+
+} // namespace
+
+class TestFaults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void waitsUntilItCanBeStored_data();
+    void waitsUntilItCanBeStored();
+    void waitingIsBounded();
+    void eachWaitingEventGoesToItsDay();
+    void whatCannotBeStoredAtTheEndIsTold();
+    void damagedWhileOpen();
+    void registerLockedAtTheStart();
+    void flushedBeforeTold();
+    void powerCutAtAnyStep_data();
+    void powerCutAtAnyStep();
+    void memoryDoesNotGrow();
+};
+
+void TestFaults::waitsUntilItCanBeStored_data()
+{
+    QTest::addColumn<int>("refusal"); // of the device, or 0 for another program's lock
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("disk full") << SQLITE_FULL << "disk full";
+    QTest::newRow("write error") << SQLITE_IOERR_WRITE << "read or write error";
+    QTest::newRow("locked") << 0 << "locked by another program";
+}
+
+void TestFaults::waitsUntilItCanBeStored()
+{
+    QFETCH(int, refusal);
+    QFETCH(QString, reason);
+    RecordingVfs vfs;
+    TestFolder test;
+    FakeClock clock;
+    Notices notices;
+    EventLog log(test.archives, clock, notices);
+    QStringList told;
+    connect(&log, &EventLog::stored, this, [&told](const Event &e) { told.append(row(e)); });
+    log.open();
+    QVERIFY(log.append(anEvent(1, clock)));
+
+    std::optional<Database> other;
+    if (refusal == 0) {
+        other = std::move(test.archives.open(ArchiveName::events(today), Database::Use::Safe).value());
+        QVERIFY(other->execute("BEGIN IMMEDIATE").ok());
+    }
+    vfs.refusal = refusal;
+    QStringList expected = told;
+    for (int code = 2; code <= 4; ++code) {
+        clock.moment = clock.moment.addSecs(20);
+        QVERIFY(!log.append(anEvent(code, clock)));
+        expected.append(row(anEvent(code, clock)));
+    }
+    log.retry();
+    QCOMPARE(told.size(), 1);
+    QCOMPARE(log.waiting(), 3);
+    QStringList notice = takeNotices(notices);
+    QCOMPARE(notice.size(), 1);
+    QVERIFY2(notice[0].endsWith(reason), qPrintable(notice[0]));
+
+    vfs.refusal = 0;
+    other.reset();
+    clock.moment = clock.moment.addSecs(3600);
+    log.retry();
+    QCOMPARE(told, expected);
+    QCOMPARE(takeNotices(notices), QStringList{QStringLiteral("The events that waited (3) have been stored.")});
+    QVERIFY(log.append(anEvent(5, clock)));
+    log.close();
+    QCOMPARE(test.rows(ArchiveName::events(today), statement), expected + QStringList{row(anEvent(5, clock))});
+    QVERIFY(notices.isEmpty());
+}
+
+void TestFaults::waitingIsBounded()
+{
+    RecordingVfs vfs;
+    TestFolder test;
+    FakeClock clock;
+    Notices notices;
+    EventLog log(test.archives, clock, notices);
+    log.open();
+    vfs.refusal = SQLITE_FULL;
+    for (int code = 1; code <= EventLog::WaitingLimit + 7; ++code)
+        log.append(anEvent(code, clock));
+    QCOMPARE(log.waiting(), EventLog::WaitingLimit);
+    for (int second = 0; second < 60; ++second)
+        log.retry();
+    QCOMPARE(takeNotices(notices).mid(1), QStringList{QStringLiteral("Events lost: 7")});
+    log.append(anEvent(1, clock));
+    vfs.refusal = 0;
+    log.retry();
+    QCOMPARE(takeNotices(notices), QStringList({QStringLiteral("The events that waited (10000) have been stored."),
+                                                QStringLiteral("Events lost: 1")}));
+    log.close();
+    QCOMPARE(test.rows(ArchiveName::events(today), statement).first().section(QLatin1Char('|'), 0, 0),
+             QStringLiteral("9"));
+}
+
+void TestFaults::eachWaitingEventGoesToItsDay()
+{
+    RecordingVfs vfs;
+    TestFolder test;
+    FakeClock clock;
+    Notices notices;
+    EventLog log(test.archives, clock, notices);
+    log.open();
+    vfs.refusal = SQLITE_FULL;
+    log.append(anEvent(1, clock));
+    clock.moment = clock.moment.addDays(1);
+    log.changeDayIfNeeded();
+    log.append(anEvent(2, clock));
+    vfs.refusal = 0;
+    log.retry();
+    QCOMPARE(log.day(), QStringLiteral("06-03-2004"));
+    QVERIFY(log.append(anEvent(3, clock)));
+    log.close();
+    QCOMPARE(test.rows(ArchiveName::events(today), statement).size(), 1);
+    QCOMPARE(test.rows(ArchiveName::events(QStringLiteral("06-03-2004")), statement).size(), 2);
+}
+
+void TestFaults::whatCannotBeStoredAtTheEndIsTold()
+{
+    RecordingVfs vfs;
+    TestFolder test;
+    FakeClock clock;
+    Notices notices;
+    EventLog log(test.archives, clock, notices);
+    log.open();
+    vfs.refusal = SQLITE_FULL;
+    log.append(anEvent(1, clock));
+    log.append(anEvent(2, clock));
+    log.close();
+    QCOMPARE(takeNotices(notices).mid(1), QStringList{QStringLiteral("Events lost: 2")});
+}
+
+void TestFaults::damagedWhileOpen()
+{
+    TestFolder test;
+    FakeClock clock;
+    Notices notices;
+    EventLog log(test.archives, clock, notices);
+    log.open();
+    QVERIFY(log.append(anEvent(1, clock)));
+    const QString name = ArchiveName::events(today);
+    {
+        // Another program drops the table: what is left is no archive of ours.
+        Result<Database> other = test.archives.open(name, Database::Use::Safe);
+        QVERIFY(other.value().execute("DROP TABLE Eventi").ok());
+    }
+    QVERIFY(log.append(anEvent(2, clock)));
+    const QStringList told = takeNotices(notices);
+    QCOMPARE(told.size(), 1);
+    QVERIFY2(told[0].contains(QStringLiteral(".guasto")), qPrintable(told[0]));
+    log.close();
+    QCOMPARE(test.rows(name, statement), QStringList{row(anEvent(2, clock))});
+}
+
+void TestFaults::registerLockedAtTheStart()
+{
+    TestFolder test;
+    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")}});
+    FakeClock clock;
+    Notices notices;
+    EventLog log(test.archives, clock, notices);
+    log.open();
+    UsersSnapshot users(test.archives);
+    EventRoad road(users, log, clock);
+    {
+        // In the middle of a change its journal stands beside the register: a copy now would be torn.
+        Result<Database> other = test.archives.open(ArchiveName::Users, Database::Use::Safe);
+        QVERIFY(other.value().execute("BEGIN EXCLUSIVE; INSERT INTO Utenti (Codice) VALUES ('2')").ok());
+        QCOMPARE(users.refresh().fault().code, FaultCode::Locked);
+        QVERIFY(!road.RegistraEvento("R/A-000000001X..\r"));
+        QVERIFY(!road.RegistraEvento("R/A-000000002X..\r"));
+        QVERIFY(!road.RegistraEvento("R/A-000000003X..\r"));
+        clock.moment = clock.moment.addSecs(60);
+        QVERIFY(other.value().execute("COMMIT").ok());
+    }
+    QVERIFY(users.refresh().ok());
+    road.usersKnown();
+    QVERIFY(road.RegistraEvento("R/A-000000001X..\r"));
+    log.close();
+    const QStringList rows =
+        test.rows(ArchiveName::events(today), QStringLiteral("SELECT Codice, Ora FROM Eventi ORDER BY ProgEv"));
+    QCOMPARE(rows,
+             QStringList({QStringLiteral("1|07:45:00"), QStringLiteral("2|07:45:00"), QStringLiteral("1|07:46:00")}));
+}
+
+void TestFaults::flushedBeforeTold()
+{
+    RecordingVfs vfs;
+    TestFolder test;
+    FakeClock clock;
+    Notices notices;
+    EventLog log(test.archives, clock, notices);
+    log.open();
+    int told = 0;
+    connect(&log, &EventLog::stored, this, [&] {
+        ++told;
+        QVERIFY2(vfs.steps.last().startsWith(QStringLiteral("flush")), qPrintable(vfs.steps.last()));
+        vfs.steps.append(QStringLiteral("told"));
+    });
+    for (int code = 1; code <= 5; ++code)
+        QVERIFY(log.append(anEvent(code, clock)));
+    QCOMPARE(told, 5);
+    // One flush an event once the journal stands.
+    const qsizetype second = vfs.steps.indexOf(QStringLiteral("told")) + 1;
+    QCOMPARE(vfs.steps.mid(second).filter(QStringLiteral("flush")).size(), 4);
+    // Whole files: nothing is renamed that was not flushed.
+    for (qsizetype i = 1; i < test.disk.steps.size(); ++i) {
+        if (test.disk.steps[i].startsWith(QStringLiteral("rename")))
+            QVERIFY2(test.disk.steps[i - 1].startsWith(QStringLiteral("flush")), qPrintable(test.disk.steps[i - 1]));
+    }
+    QVERIFY(test.disk.steps.contains(QStringLiteral("rename Eventi_05-03-2004.zeb")));
+}
+
+void TestFaults::powerCutAtAnyStep_data()
+{
+    QTest::addColumn<bool>("keepsAll");
+    QTest::newRow("the device kept all that was written") << true;
+    QTest::newRow("the device kept only what was flushed") << false;
+}
+
+void TestFaults::powerCutAtAnyStep()
+{
+    QFETCH(bool, keepsAll);
+    bool ranThrough = false;
+    for (int stop = 0; !ranThrough; ++stop) {
+        QVERIFY(stop < 200);
+        TestFolder test;
+        QStringList told;
+        {
+            RecordingVfs vfs;
+            vfs.stopAt = stop;
+            FakeClock clock;
+            Notices notices;
+            EventLog log(test.archives, clock, notices);
+            connect(&log, &EventLog::stored, this, [&told](const Event &e) { told.append(row(e)); });
+            log.open();
+            for (int code = 1; code <= 4; ++code)
+                log.append(anEvent(code, clock));
+            const qsizetype beforeEnd = told.size();
+            log.close();
+            ranThrough = beforeEnd == 4 && vfs.steps.size() < stop;
+            if (!keepsAll)
+                vfs.loseWhatWasNotFlushed();
+        }
+        const QStringList rows = test.rows(ArchiveName::events(today), statement);
+        QVERIFY2(rows.size() >= told.size() && rows.mid(0, told.size()) == told,
+                 qPrintable(QStringLiteral("cut at %1: %2").arg(stop).arg(rows.join(QLatin1Char(' ')))));
+        for (const QString &one : rows)
+            QCOMPARE(one.count(QLatin1Char('|')), 5);
+    }
+}
+
+void TestFaults::memoryDoesNotGrow()
+{
+    TestFolder test;
+    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")}});
+    FakeClock clock;
+    Notices notices;
+    EventLog log(test.archives, clock, notices);
+    log.open();
+    UsersSnapshot users(test.archives);
+    QVERIFY(users.refresh().ok());
+    EventRoad road(users, log, clock);
+    const auto receive = [&](int count) {
+        for (int i = 0; i < count; ++i)
+            road.RegistraEvento(i % 2 ? "R/A-000000001X..\r" : "R/A-000000009X..\r");
+        return residentPages();
+    };
+    const qint64 early = receive(5'000);
+    const qint64 late = receive(45'000);
+    QVERIFY2(late - early < 512, qPrintable(QString::number(late - early)));
+}
+
+QTEST_GUILESS_MAIN(TestFaults)
+#include "tst_faults.moc"

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "link/LineReader.h"
+#include "platform/PseudoTerminal.h"
+#include "support/Fixtures.h"
+
+/// A serial control without a device: the test says what comes in and reads what goes out.
+class FakeSerial : public SerialControl
+{
+public:
+    using SerialControl::receive;
+    using SerialControl::SerialControl;
+
+    bool isThere = true;
+    QByteArray sent;
+    QStringList rtsTold;
+
+    bool portOpen() const override { return isThere; }
+    Result<void> output(const QByteArray &bytes) override
+    {
+        sent += bytes;
+        return {};
+    }
+
+protected:
+    void tellRts(bool asserted) override { rtsTold.append(asserted ? QStringLiteral("on") : QStringLiteral("off")); }
+};
+
+/// Everything between a serial control and the archive of the day.
+template<class Serial>
+struct Road {
+    explicit Road(const QByteArray &settings)
+    {
+        test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")}, {QStringLiteral("2"), QStringLiteral("DKS")}});
+        test.write(QStringLiteral("Impost.stp"), settings);
+        if (!config.read(2, notices) || !users.refresh())
+            qFatal("the road cannot be laid");
+        log.open();
+    }
+
+    TestFolder test;
+    FakeClock clock;
+    FakePrinters printers;
+    Notices notices;
+    Settings config{test.folder, printers};
+    SerialPorts ports{test.folder};
+    Serial serial{ports};
+    LinkMonitor link{serial, config, clock};
+    UsersSnapshot users{test.archives};
+    EventLog log{test.archives, clock, notices};
+    EventRoad road{users, log, clock};
+    LineReader reader{serial, link, road};
+};
+
+/// The same with a pseudo-terminal on port 7, which stands for no device when it is closed.
+struct TestLine : Road<SerialControl> {
+    explicit TestLine(const QByteArray &settings = "COM=7\r\nLINGUA=2\r\n") : Road(settings)
+    {
+        if (!interface.open())
+            qFatal("no pseudo-terminal");
+        QObject::connect(&interface, &PseudoTerminal::readyRead, [this] { received += interface.read(); });
+    }
+
+    PseudoTerminal interface {
+        test.directory.filePath(QStringLiteral("Porte/COM7"))
+    };
+    QByteArray received; ///< what the supervisor has sent
+};
