@@ -32,18 +32,16 @@ void TestArchives::templates()
 {
     TestFolder test;
     QSet<QByteArray> salts;
-    const QStringList names = test.files(QStringLiteral("Archivi"));
-    QCOMPARE(names, QStringList({QStringLiteral("Anagraficoorg.zeb"), QStringLiteral("Eventiorg.zeb"),
-                                 QStringLiteral("Eventitmp.zeb"), QStringLiteral("Fascieorg.zeb"),
-                                 QStringLiteral("Ferieorg.zeb")}));
+    const QStringList names = test.files(u"Archivi"_s);
+    QCOMPARE(names, QStringList({u"Anagraficoorg.zeb"_s, u"Eventiorg.zeb"_s, u"Eventitmp.zeb"_s, u"Fascieorg.zeb"_s,
+                                 u"Ferieorg.zeb"_s}));
     for (const QString &name : names)
-        salts.insert(test.read(QStringLiteral("Archivi/") + name).left(16));
+        salts.insert(test.read(u"Archivi/"_s + name).left(16));
     QCOMPARE(salts.size(), 1);
 
     const auto layout = [&test](const char16_t *archive, const char *table) {
-        return test.rows(
-            archive,
-            QStringLiteral("SELECT sql FROM sqlite_master WHERE type='table' AND name='%1'").arg(QLatin1String(table)));
+        return test.rows(archive,
+                         u"SELECT sql FROM sqlite_master WHERE type='table' AND name='%1'"_s.arg(QLatin1String(table)));
     };
     // The weekday marks are addressed by their place.
     const QString bands = layout(ArchiveName::BandsTemplate, "Fascie").value(0);
@@ -57,41 +55,40 @@ void TestArchives::templates()
     for (const char16_t *archive :
          {ArchiveName::UsersTemplate, ArchiveName::BandsTemplate, ArchiveName::HolidaysTemplate,
           ArchiveName::EventsTemplate, ArchiveName::ResultsTemplate}) {
-        const QStringList tables =
-            test.rows(archive, QStringLiteral("SELECT sql FROM sqlite_master WHERE type='table'"));
+        const QStringList tables = test.rows(archive, u"SELECT sql FROM sqlite_master WHERE type='table'"_s);
         QVERIFY(!tables.isEmpty());
         for (const QString &sql : tables)
-            QCOMPARE(sql.count(QStringLiteral(" TEXT")), sql.count(QStringLiteral(" TEXT NOT NULL DEFAULT ''")));
+            QCOMPARE(sql.count(u" TEXT"_s), sql.count(u" TEXT NOT NULL DEFAULT ''"_s));
     }
-    const QStringList passwords = test.rows(ArchiveName::UsersTemplate, QStringLiteral("SELECT * FROM Password"));
+    const QStringList passwords = test.rows(ArchiveName::UsersTemplate, u"SELECT * FROM Password"_s);
     QCOMPARE(passwords.size(), 1);
     for (const QString &field : passwords.first().split(QLatin1Char('|')).mid(0, 1))
         QCOMPARE(unscramble(field), QString(10, QLatin1Char(' ')));
     QVERIFY(!layout(ArchiveName::EventsTemplate, "Eventi").isEmpty());
     QVERIFY(makeTemplates(test.archives).ok());
-    QCOMPARE(test.read(QStringLiteral("Archivi/Eventiorg.zeb")).left(16), *salts.begin());
+    QCOMPARE(test.read(u"Archivi/Eventiorg.zeb"_s).left(16), *salts.begin());
 }
 
 void TestArchives::passwordOpensAndNoOtherDoes()
 {
-    const QString shell = QStandardPaths::findExecutable(QStringLiteral("sqlcipher"));
+    const QString shell = QStandardPaths::findExecutable(u"sqlcipher"_s);
     if (shell.isEmpty())
         QSKIP("the sqlcipher shell is not installed");
     TestFolder test;
     const auto ask = [&](const QString &name, const QString &password) {
         QProcess process;
         process.start(shell,
-                      {test.folder.path(QStringLiteral("Archivi/") + name),
+                      {test.folder.path(u"Archivi/"_s + name),
                        QStringLiteral("PRAGMA key='%1'; PRAGMA cipher_compatibility=3; PRAGMA cipher_page_size=4096; "
                                       "SELECT count(*)>0 FROM sqlite_master;")
                            .arg(password)});
         process.waitForFinished();
         return process.readAllStandardOutput().trimmed();
     };
-    const QStringList names = test.files(QStringLiteral("Archivi"));
+    const QStringList names = test.files(u"Archivi"_s);
     for (const QString &name : names) {
-        QCOMPARE(ask(name, QStringLiteral("KQTREV47MZWS")), QByteArray("1"));
-        QCOMPARE(ask(name, QStringLiteral("kqtrev47mzws")), QByteArray());
+        QCOMPARE(ask(name, u"KQTREV47MZWS"_s), QByteArray("1"));
+        QCOMPARE(ask(name, u"kqtrev47mzws"_s), QByteArray());
         QCOMPARE(ask(name, QString()), QByteArray());
     }
 }
@@ -112,7 +109,7 @@ void TestArchives::whatIsNoArchive()
 {
     QFETCH(QByteArray, content);
     TestFolder test;
-    const QString name = QStringLiteral("Archivi/Anagrafico.zeb");
+    const QString name = u"Archivi/Anagrafico.zeb"_s;
     if (!content.isNull())
         test.write(name, content);
     const Result<Database> opened = test.archives.open(name, Database::Use::Safe);
@@ -124,34 +121,31 @@ void TestArchives::whatIsNoArchive()
 void TestArchives::recordSetRules()
 {
     TestFolder test;
-    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")},
-                   {QStringLiteral("2"), QStringLiteral("TX")},
-                   {QStringLiteral("3"), QStringLiteral("TX")},
-                   {QStringLiteral("4"), QStringLiteral("TX")}});
+    test.addUsers({{u"1"_s, u"TX"_s}, {u"2"_s, u"TX"_s}, {u"3"_s, u"TX"_s}, {u"4"_s, u"TX"_s}});
     Result<Database> database = test.archives.open(ArchiveName::Users, Database::Use::Safe);
     Result<Database> other = test.archives.open(ArchiveName::Users, Database::Use::Safe);
-    const QString all = QStringLiteral("SELECT * FROM Utenti ORDER BY Codice");
+    const QString all = u"SELECT * FROM Utenti ORDER BY Codice"_s;
     Result<RecordSet> opened = RecordSet::open(database.value(), all, RecordSet::Kind::Dynaset);
     RecordSet &set = opened.value();
-    const QString codice = QStringLiteral("Codice");
+    const QString codice = u"Codice"_s;
     const auto code = [&] { return set.value(codice); };
 
-    QCOMPARE(code(), QStringLiteral("1"));
-    QVERIFY(!set.findFirst(criterion(codice, QStringLiteral("9"))).value());
-    QCOMPARE(code(), QStringLiteral("1"));
-    QVERIFY(set.findFirst(criterion(codice, QStringLiteral("2"))).value());
+    QCOMPARE(code(), u"1"_s);
+    QVERIFY(!set.findFirst(criterion(codice, u"9"_s)).value());
+    QCOMPARE(code(), u"1"_s);
+    QVERIFY(set.findFirst(criterion(codice, u"2"_s)).value());
 
     // The deleted row stays current, cannot be touched, and the next move goes to its follower.
     QVERIFY(set.remove().ok());
-    QCOMPARE(code(), QStringLiteral("2"));
+    QCOMPARE(code(), u"2"_s);
     QCOMPARE(set.recordCount(), 3);
     QCOMPARE(set.remove().fault().code, FaultCode::NotFound);
-    QCOMPARE(set.edit({{codice, QStringLiteral("x")}}).fault().code, FaultCode::NotFound);
+    QCOMPARE(set.edit({{codice, u"x"_s}}).fault().code, FaultCode::NotFound);
     set.moveNext();
-    QCOMPARE(code(), QStringLiteral("3"));
+    QCOMPARE(code(), u"3"_s);
     QVERIFY(set.remove().ok());
     set.movePrevious();
-    QCOMPARE(code(), QStringLiteral("1"));
+    QCOMPARE(code(), u"1"_s);
     set.moveLast();
     QVERIFY(set.remove().ok());
     QVERIFY(!set.isEof());
@@ -161,32 +155,32 @@ void TestArchives::recordSetRules()
 
     // A new row stands at the end and does not become current; own edits are seen at once.
     set.moveFirst();
-    QVERIFY(set.addNew({{codice, QStringLiteral("0")}, {QStringLiteral("Tipo"), QStringLiteral("DKS")}}).ok());
-    QCOMPARE(code(), QStringLiteral("1"));
+    QVERIFY(set.addNew({{codice, u"0"_s}, {u"Tipo"_s, u"DKS"_s}}).ok());
+    QCOMPARE(code(), u"1"_s);
     set.moveLast();
-    QCOMPARE(code(), QStringLiteral("0"));
-    QCOMPARE(set.value(QStringLiteral("Note")), QString());
-    QVERIFY(set.edit({{QStringLiteral("Nome"), QStringLiteral("D'Arc")}}).ok());
-    QCOMPARE(set.value(QStringLiteral("Nome")), QStringLiteral("D'Arc"));
+    QCOMPARE(code(), u"0"_s);
+    QCOMPARE(set.value(u"Note"_s), QString());
+    QVERIFY(set.edit({{u"Nome"_s, u"D'Arc"_s}}).ok());
+    QCOMPARE(set.value(u"Nome"_s), u"D'Arc"_s);
 
     // What others did is seen after requery, which goes to the first row of the order.
     QVERIFY(other.value().execute("UPDATE Utenti SET Nome='other'; INSERT INTO Utenti (Codice) VALUES ('5')").ok());
-    QCOMPARE(set.value(QStringLiteral("Nome")), QStringLiteral("D'Arc"));
+    QCOMPARE(set.value(u"Nome"_s), u"D'Arc"_s);
     QCOMPARE(set.recordCount(), 2);
     QVERIFY(set.requery().ok());
-    QCOMPARE(code(), QStringLiteral("0"));
-    QCOMPARE(set.value(QStringLiteral("Nome")), QStringLiteral("other"));
+    QCOMPARE(code(), u"0"_s);
+    QCOMPARE(set.value(u"Nome"_s), u"other"_s);
     QCOMPARE(set.recordCount(), 3);
     QVERIFY(other.value().execute("DELETE FROM Utenti").ok());
-    QCOMPARE(set.edit({{codice, QStringLiteral("7")}}).fault().code, FaultCode::NotFound);
+    QCOMPARE(set.edit({{codice, u"7"_s}}).fault().code, FaultCode::NotFound);
     QVERIFY(set.requery().ok());
     QVERIFY(set.isEmpty() && set.isEof());
 
     // Prefer the current row among several that match.
-    test.addUsers({{QStringLiteral("7"), QStringLiteral("TX")}, {QStringLiteral("7"), QStringLiteral("DKS")}});
+    test.addUsers({{u"7"_s, u"TX"_s}, {u"7"_s, u"DKS"_s}});
     QVERIFY(set.requery().ok());
     set.moveTo(1);
-    const QString seven = criterion(codice, QStringLiteral("7"));
+    const QString seven = criterion(codice, u"7"_s);
     QVERIFY(set.findFirst(seven, RecordSet::Search::PreferCurrent).value());
     QCOMPARE(set.position(), 1);
     QVERIFY(set.findFirst(seven).value());
@@ -196,30 +190,26 @@ void TestArchives::recordSetRules()
 void TestArchives::snapshotIsOnlyRead()
 {
     TestFolder test;
-    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")}});
+    test.addUsers({{u"1"_s, u"TX"_s}});
     Result<Database> database = test.archives.open(ArchiveName::Users, Database::Use::Safe);
     RecordSet set =
-        RecordSet::open(database.value(), QStringLiteral("SELECT Codice FROM Utenti"), RecordSet::Kind::Snapshot)
-            .value();
-    QVERIFY(!set.addNew({{QStringLiteral("Codice"), QStringLiteral("2")}}));
-    QVERIFY(!set.edit({{QStringLiteral("Codice"), QStringLiteral("2")}}));
+        RecordSet::open(database.value(), u"SELECT Codice FROM Utenti"_s, RecordSet::Kind::Snapshot).value();
+    QVERIFY(!set.addNew({{u"Codice"_s, u"2"_s}}));
+    QVERIFY(!set.edit({{u"Codice"_s, u"2"_s}}));
     QVERIFY(!set.remove());
-    QCOMPARE(test.rows(ArchiveName::Users, QStringLiteral("SELECT Codice FROM Utenti")),
-             QStringList{QStringLiteral("1")});
+    QCOMPARE(test.rows(ArchiveName::Users, u"SELECT Codice FROM Utenti"_s), QStringList{u"1"_s});
 }
 
 void TestArchives::findsWithQuotes()
 {
     TestFolder test;
-    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX"), QStringLiteral("O'Hara")},
-                   {QStringLiteral("2"), QStringLiteral("TX"), QStringLiteral("' OR 'a'='a")}});
+    test.addUsers({{u"1"_s, u"TX"_s, u"O'Hara"_s}, {u"2"_s, u"TX"_s, u"' OR 'a'='a"_s}});
     Result<Database> database = test.archives.open(ArchiveName::Users, Database::Use::Safe);
-    RecordSet set = RecordSet::open(database.value(), QStringLiteral("SELECT * FROM Utenti ORDER BY Codice"),
-                                    RecordSet::Kind::Dynaset)
-                        .value();
-    QVERIFY(set.findFirst(criterion(QStringLiteral("Cognome"), QStringLiteral("' OR 'a'='a"))).value());
-    QCOMPARE(set.value(QStringLiteral("Codice")), QStringLiteral("2"));
-    QVERIFY(set.findFirst(criterion(QStringLiteral("Cognome"), QStringLiteral("O'Hara"))).value());
+    RecordSet set =
+        RecordSet::open(database.value(), u"SELECT * FROM Utenti ORDER BY Codice"_s, RecordSet::Kind::Dynaset).value();
+    QVERIFY(set.findFirst(criterion(u"Cognome"_s, u"' OR 'a'='a"_s)).value());
+    QCOMPARE(set.value(u"Codice"_s), u"2"_s);
+    QVERIFY(set.findFirst(criterion(u"Cognome"_s, u"O'Hara"_s)).value());
 }
 
 void TestArchives::staleJournalsNeverComeBack_data()
@@ -234,10 +224,10 @@ void TestArchives::staleJournalsNeverComeBack()
 {
     QFETCH(bool, writeAhead);
     TestFolder test;
-    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")}});
+    test.addUsers({{u"1"_s, u"TX"_s}});
     const QString users = QStringView(ArchiveName::Users).toString();
-    const QString crashed = QStringLiteral("Archivi/Fascie.zeb");
-    const QString codes = QStringLiteral("SELECT Codice FROM Utenti ORDER BY Codice");
+    const QString crashed = u"Archivi/Fascie.zeb"_s;
+    const QString codes = u"SELECT Codice FROM Utenti ORDER BY Codice"_s;
     {
         Result<Database> writer = test.archives.open(users, writeAhead ? Database::Use::Log : Database::Use::Safe);
         QVERIFY(writer.value().execute("PRAGMA cache_size = 1; BEGIN; INSERT INTO Utenti (Codice) VALUES ('2')").ok());
@@ -253,18 +243,17 @@ void TestArchives::staleJournalsNeverComeBack()
             if (test.folder.exists(users + suffix))
                 test.write(crashed + suffix, test.read(users + suffix));
         }
-        QVERIFY(test.folder.exists(crashed + (writeAhead ? QStringLiteral("-wal") : QStringLiteral("-journal"))));
+        QVERIFY(test.folder.exists(crashed + (writeAhead ? u"-wal"_s : u"-journal"_s)));
     }
-    const QStringList told =
-        writeAhead ? QStringList{QStringLiteral("1"), QStringLiteral("2")} : QStringList{QStringLiteral("1")};
+    const QStringList told = writeAhead ? QStringList{u"1"_s, u"2"_s} : QStringList{u"1"_s};
 
     // Copied away, what had been committed goes along and nothing else.
     QVERIFY(test.archives.copy(crashed, u"Archivi/AnaCon.zeb").ok());
     QCOMPARE(test.rows(u"Archivi/AnaCon.zeb", codes), told);
-    QVERIFY(!test.folder.exists(crashed + QStringLiteral("-wal")));
+    QVERIFY(!test.folder.exists(crashed + u"-wal"_s));
 
     // Replaced, the old content is gone for good although a journal stood beside it.
-    test.write(crashed + (writeAhead ? QStringLiteral("-wal") : QStringLiteral("-journal")), QByteArray(4096, 'j'));
+    test.write(crashed + (writeAhead ? u"-wal"_s : u"-journal"_s), QByteArray(4096, 'j'));
     QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, crashed).ok());
     QCOMPARE(test.rows(crashed, codes), QStringList());
     QVERIFY(test.archives.remove(crashed).ok());
@@ -274,29 +263,29 @@ void TestArchives::staleJournalsNeverComeBack()
 void TestArchives::setAsideKeepsEarlierOnes()
 {
     TestFolder test;
-    const QString day = ArchiveName::events(QStringLiteral("05-03-2004"));
+    const QString day = ArchiveName::events(u"05-03-2004"_s);
     QStringList names;
     for (const char *content : {"first", "second"}) {
         test.write(day, content);
-        test.write(day + QStringLiteral("-wal"), content);
+        test.write(day + u"-wal"_s, content);
         names.append(test.archives.setAside(day).value());
         QCOMPARE(test.read(names.last()), QByteArray(content));
-        QCOMPARE(test.read(names.last() + QStringLiteral("-wal")), QByteArray(content));
-        QVERIFY(!test.folder.exists(day) && !test.folder.exists(day + QStringLiteral("-wal")));
+        QCOMPARE(test.read(names.last() + u"-wal"_s), QByteArray(content));
+        QVERIFY(!test.folder.exists(day) && !test.folder.exists(day + u"-wal"_s));
     }
-    QVERIFY(names[0] != names[1] && !names[0].endsWith(QStringLiteral(".zeb")));
+    QVERIFY(names[0] != names[1] && !names[0].endsWith(u".zeb"_s));
     QCOMPARE(test.read(names[0]), QByteArray("first"));
 }
 
 void TestArchives::scrambledPasswords_data()
 {
     QTest::addColumn<QString>("clear");
-    QTest::newRow("") << QStringLiteral("          ");
-    QTest::newRow("a") << QStringLiteral("a         ");
-    QTest::newRow(" lead") << QStringLiteral(" lead     ");
-    QTest::newRow("0123456789ABC") << QStringLiteral("0123456789");
-    QTest::newRow("\u20AC\u0178") << QStringLiteral("\u20AC\u0178        ");
-    QTest::newRow("gr\u00FC\u00DFe\u00FF") << QStringLiteral("gr\u00FC\u00DFe\u00FF    ");
+    QTest::newRow("") << u"          "_s;
+    QTest::newRow("a") << u"a         "_s;
+    QTest::newRow(" lead") << u" lead     "_s;
+    QTest::newRow("0123456789ABC") << u"0123456789"_s;
+    QTest::newRow("\u20AC\u0178") << u"\u20AC\u0178        "_s;
+    QTest::newRow("gr\u00FC\u00DFe\u00FF") << u"gr\u00FC\u00DFe\u00FF    "_s;
 }
 
 void TestArchives::scrambledPasswords()
@@ -331,7 +320,7 @@ void TestArchives::damagedPasswordFields()
 {
     QFETCH(QString, field);
     QVERIFY(!unscramble(field));
-    QCOMPARE(trimBlanks(QStringLiteral("  \ta b\t ")), QStringLiteral("\ta b\t"));
+    QCOMPARE(trimBlanks(u"  \ta b\t "_s), u"\ta b\t"_s);
     QCOMPARE(unscramble(QString()), QString(10, QLatin1Char(' ')));
 }
 

@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class TestCodes : public QObject
 {
     Q_OBJECT
@@ -194,25 +196,25 @@ void TestCodes::validity()
 
 void TestCodes::conversions()
 {
-    const QString system = QStringLiteral("03-05-2004");
-    QCOMPARE(DataFile(system), QStringLiteral("05-03-2004"));
-    QCOMPARE(DataBarre(system), QStringLiteral("05/03/2004"));
+    const QString system = u"03-05-2004"_s;
+    QCOMPARE(DataFile(system), u"05-03-2004"_s);
+    QCOMPARE(DataBarre(system), u"05/03/2004"_s);
     QCOMPARE(DataTrattini(DataBarre(system)), DataFile(system));
-    QCOMPARE(DataOrdinabile(DataFile(system)), QStringLiteral("20040305"));
-    QCOMPARE(GiornoMese(QStringLiteral("03-05")), QStringLiteral("05/03"));
-    QCOMPARE(Minuti(QStringLiteral("07:45")), 465);
-    QVERIFY(OraNonDopo(QStringLiteral("08:00"), QStringLiteral("08:00")));
-    QVERIFY(!OraNonDopo(QStringLiteral("08:01"), QStringLiteral("08:00")));
-    QCOMPARE(TogliZeri(QStringLiteral("000000000")), QString());
-    QCOMPARE(TogliZeri(QStringLiteral("000120")), QStringLiteral("120"));
-    QCOMPARE(SoloCifre(QStringLiteral("1\u06622x3")), QStringLiteral("123"));
-    QCOMPARE(TogliAnd(QStringLiteral("A&GG&&")), QStringLiteral("AGG"));
-    QCOMPARE(Centra(QStringLiteral("TX"), 5), QStringLiteral(" TX  "));
-    QCOMPARE(Centra(QStringLiteral("ABCDEFG"), 5), QStringLiteral("ABCDEFG"));
+    QCOMPARE(DataOrdinabile(DataFile(system)), u"20040305"_s);
+    QCOMPARE(GiornoMese(u"03-05"_s), u"05/03"_s);
+    QCOMPARE(Minuti(u"07:45"_s), 465);
+    QVERIFY(OraNonDopo(u"08:00"_s, u"08:00"_s));
+    QVERIFY(!OraNonDopo(u"08:01"_s, u"08:00"_s));
+    QCOMPARE(TogliZeri(u"000000000"_s), QString());
+    QCOMPARE(TogliZeri(u"000120"_s), u"120"_s);
+    QCOMPARE(SoloCifre(u"1\u06622x3"_s), u"123"_s);
+    QCOMPARE(TogliAnd(u"A&GG&&"_s), u"AGG"_s);
+    QCOMPARE(Centra(u"TX"_s, 5), u" TX  "_s);
+    QCOMPARE(Centra(u"ABCDEFG"_s, 5), u"ABCDEFG"_s);
     Texts texts;
     texts.fill(2);
-    QCOMPARE(DataEstesa(QDate(2004, 3, 7), texts), QStringLiteral("Sunday, 07 March 2004"));
-    QCOMPARE(DataEstesa(QDate(2004, 12, 4), texts), QStringLiteral("Saturday, 04 December 2004"));
+    QCOMPARE(DataEstesa(QDate(2004, 3, 7), texts), u"Sunday, 07 March 2004"_s);
+    QCOMPARE(DataEstesa(QDate(2004, 12, 4), texts), u"Saturday, 04 December 2004"_s);
 }
 
 void TestCodes::nextDay_data()

@@ -64,9 +64,8 @@ public:
     QByteArray output;
 };
 
-const QList<QStringList> users = {
-    {QStringLiteral("12345"), QStringLiteral("TX"), QStringLiteral("Bianchi"), QStringLiteral("Anna")},
-    {QStringLiteral("777"), QStringLiteral("DKS"), QStringLiteral("O'Hara"), QStringLiteral("Sean")}};
+const QList<QStringList> users = {{u"12345"_s, u"TX"_s, u"Bianchi"_s, u"Anna"_s},
+                                  {u"777"_s, u"DKS"_s, u"O'Hara"_s, u"Sean"_s}};
 
 } // namespace
 
@@ -87,11 +86,11 @@ private:
     /// Path of the simulated interface's link, so that the folder's port 7 is this one.
     static QStringList interfaceOn(const TestFolder &test, const QStringList &more = {})
     {
-        return QStringList{QStringLiteral("--link"), test.directory.filePath(QStringLiteral("Porte/COM7"))} + more;
+        return QStringList{u"--link"_s, test.directory.filePath(u"Porte/COM7"_s)} + more;
     }
     static QStringList consoleOn(const TestFolder &test, const QStringList &more = {})
     {
-        return QStringList{QStringLiteral("--console"), QStringLiteral("--folder"), test.directory.path()} + more;
+        return QStringList{u"--console"_s, u"--folder"_s, test.directory.path()} + more;
     }
 };
 
@@ -99,18 +98,16 @@ void TestEndToEnd::refusals_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("line");
-    const QString console = QStringLiteral("--console");
-    const QString folder = QStringLiteral("--folder");
-    const QString here = QStringLiteral("HERE");
-    QTest::newRow("unknown option") << QStringList{console, QStringLiteral("--nonsense")} << "nonsense";
-    QTest::newRow("port 0") << QStringList{console, folder, here, QStringLiteral("--port"), QStringLiteral("0")}
-                            << "1 to 8";
-    QTest::newRow("port x") << QStringList{console, folder, here, QStringLiteral("--port"), QStringLiteral("1x")}
-                            << "1 to 8";
-    QTest::newRow("stray word") << QStringList{console, folder, here, QStringLiteral("now")} << "\"now\"";
-    QTest::newRow("demo in a folder") << QStringList{console, folder, here, QStringLiteral("--demo")} << "--demo";
-    QTest::newRow("no folder") << QStringList{console, folder, QStringLiteral("HERE/none")} << "does not exist";
-    QTest::newRow("no archives") << QStringList{console, folder, QStringLiteral("HERE/Archivi")} << "is missing";
+    const QString console = u"--console"_s;
+    const QString folder = u"--folder"_s;
+    const QString here = u"HERE"_s;
+    QTest::newRow("unknown option") << QStringList{console, u"--nonsense"_s} << "nonsense";
+    QTest::newRow("port 0") << QStringList{console, folder, here, u"--port"_s, u"0"_s} << "1 to 8";
+    QTest::newRow("port x") << QStringList{console, folder, here, u"--port"_s, u"1x"_s} << "1 to 8";
+    QTest::newRow("stray word") << QStringList{console, folder, here, u"now"_s} << "\"now\"";
+    QTest::newRow("demo in a folder") << QStringList{console, folder, here, u"--demo"_s} << "--demo";
+    QTest::newRow("no folder") << QStringList{console, folder, u"HERE/none"_s} << "does not exist";
+    QTest::newRow("no archives") << QStringList{console, folder, u"HERE/Archivi"_s} << "is missing";
     QTest::newRow("in use") << QStringList{console, folder, here} << "already used by another";
 }
 
@@ -121,7 +118,7 @@ void TestEndToEnd::refusals()
     TestFolder test;
     FolderLock other;
     QVERIFY(other.take(test.directory.path()).ok());
-    arguments.replaceInStrings(QStringLiteral("HERE"), test.directory.path());
+    arguments.replaceInStrings(u"HERE"_s, test.directory.path());
     QProcess process;
     process.start(program("kor-supervisor"), arguments);
     QVERIFY(process.waitForFinished());
@@ -131,7 +128,7 @@ void TestEndToEnd::refusals()
     QCOMPARE(said.count('\n'), 1);
     QCOMPARE(process.readAllStandardOutput(), QByteArray());
     QCOMPARE(test.files(), QStringList());
-    QCOMPARE(test.files(QStringLiteral("Archivi")).size(), 5);
+    QCOMPARE(test.files(u"Archivi"_s).size(), 5);
 }
 
 void TestEndToEnd::theWholeWalk()
@@ -142,16 +139,15 @@ void TestEndToEnd::theWholeWalk()
         Running first("kor-supervisor", consoleOn(test));
         QVERIFY(first.tells("No serial port is chosen (COM=0)."));
         QCOMPARE(first.end(SIGINT), 0);
-        QVERIFY(test.read(QStringLiteral("Impost.stp")).startsWith("COM=0\r\nLINGUA=2\r\n"));
+        QVERIFY(test.read(u"Impost.stp"_s).startsWith("COM=0\r\nLINGUA=2\r\n"));
     }
     test.addUsers(users);
-    Running interface("kor-simulator", interfaceOn(test, {QStringLiteral("--fast"), QStringLiteral("--protocol"),
-                                                          QStringLiteral("RS_C")}));
+    Running interface("kor-simulator", interfaceOn(test, {u"--fast"_s, u"--protocol"_s, u"RS_C"_s}));
     QVERIFY(interface.tells("Porte/COM7"));
-    Running supervisor("kor-supervisor", consoleOn(test, {QStringLiteral("--port"), QStringLiteral("7")}));
+    Running supervisor("kor-supervisor", consoleOn(test, {u"--port"_s, u"7"_s}));
     QVERIFY(supervisor.tells("MULTIPROTOCOL INTERFACE ON LINE"));
-    QVERIFY(test.read(QStringLiteral("Impost.stp")).startsWith("COM=7\r\n"));
-    QVERIFY(test.read(QStringLiteral("Impost.stp")).endsWith("PRTC=15\r\n"));
+    QVERIFY(test.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
+    QVERIFY(test.read(u"Impost.stp"_s).endsWith("PRTC=15\r\n"));
 
     interface.say("tx 12345 A");
     interface.say("tx 54321 A");
@@ -168,10 +164,9 @@ void TestEndToEnd::theWholeWalk()
     interface.say(QByteArray("tx 12345 B\n").repeated(500));
     QVERIFY(supervisor.tells("12345      TX    B", 500));
 
-    const QString day =
-        QStringView(ArchiveName::Folder).toString() +
-        QStringLiteral("/Eventi_%1.zeb").arg(QDate::currentDate().toString(QStringLiteral("dd-MM-yyyy")));
-    QVERIFY(test.folder.exists(day + QStringLiteral("-wal")));
+    const QString day = QStringView(ArchiveName::Folder).toString() +
+                        u"/Eventi_%1.zeb"_s.arg(QDate::currentDate().toString(u"dd-MM-yyyy"_s));
+    QVERIFY(test.folder.exists(day + u"-wal"_s));
     interface.say("unplug");
     QVERIFY(supervisor.tells("COM7 was unplugged"));
     QVERIFY(supervisor.tells("THE CONFIGURED SERIAL PORT IS NOT AVAILABLE"));
@@ -180,14 +175,14 @@ void TestEndToEnd::theWholeWalk()
     QVERIFY(supervisor.tells("ON LINE", 4));
     QCOMPARE(supervisor.end(), 0);
     QCOMPARE(interface.end(), 0);
-    QVERIFY(!QFileInfo(test.directory.filePath(QStringLiteral("Porte/COM7"))).isSymLink());
-    QCOMPARE(test.files(QStringLiteral("Archivi")).filter(QStringLiteral("Eventi_")).size(), 1);
-    const QStringList codes = test.rows(
-        day, QStringLiteral("SELECT ProgEv, Codice, Canale, AbCh, KorDis FROM Eventi ORDER BY Data, Ora, ProgEv"));
+    QVERIFY(!QFileInfo(test.directory.filePath(u"Porte/COM7"_s)).isSymLink());
+    QCOMPARE(test.files(u"Archivi"_s).filter(u"Eventi_"_s).size(), 1);
+    const QStringList codes =
+        test.rows(day, u"SELECT ProgEv, Codice, Canale, AbCh, KorDis FROM Eventi ORDER BY Data, Ora, ProgEv"_s);
     QCOMPARE(codes.size(), 502);
-    QCOMPARE(codes[0], QStringLiteral("1|12345|A||"));
-    QCOMPARE(codes[1], QStringLiteral("2|777|D|X|X"));
-    QCOMPARE(codes[501], QStringLiteral("502|12345|B||"));
+    QCOMPARE(codes[0], u"1|12345|A||"_s);
+    QCOMPARE(codes[1], u"2|777|D|X|X"_s);
+    QCOMPARE(codes[501], u"502|12345|B||"_s);
 }
 
 void TestEndToEnd::dayChange()
@@ -197,28 +192,25 @@ void TestEndToEnd::dayChange()
         QSKIP("libfaketime is not installed, or cannot be used with the sanitizers");
     TestFolder test;
     test.addUsers(users);
-    const QString timeFile = test.directory.filePath(QStringLiteral("time"));
-    test.write(QStringLiteral("time"), "@2004-03-05 23:59:56");
+    const QString timeFile = test.directory.filePath(u"time"_s);
+    test.write(u"time"_s, "@2004-03-05 23:59:56");
     Running interface("kor-simulator", interfaceOn(test));
     QVERIFY(interface.tells("Porte/COM7"));
-    Running supervisor("kor-supervisor", consoleOn(test, {QStringLiteral("--port"), QStringLiteral("7")}),
-                       {QStringLiteral("LD_PRELOAD=") + library, QStringLiteral("FAKETIME_TIMESTAMP_FILE=") + timeFile,
-                        QStringLiteral("FAKETIME_DONT_FAKE_MONOTONIC=1"), QStringLiteral("TZ=UTC")});
+    Running supervisor("kor-supervisor", consoleOn(test, {u"--port"_s, u"7"_s}),
+                       {u"LD_PRELOAD="_s + library, u"FAKETIME_TIMESTAMP_FILE="_s + timeFile,
+                        u"FAKETIME_DONT_FAKE_MONOTONIC=1"_s, u"TZ=UTC"_s});
     QVERIFY(supervisor.tells("ON LINE"));
     interface.say("tx 12345 A");
     QVERIFY(supervisor.tells("05/03/2004"));
     // The tick that changes the archive comes ten seconds after the start at the latest.
-    for (int second = 0; second < 12 && !test.folder.exists(ArchiveName::events(QStringLiteral("06-03-2004")));
-         ++second)
+    for (int second = 0; second < 12 && !test.folder.exists(ArchiveName::events(u"06-03-2004"_s)); ++second)
         QTest::qWait(1000);
     interface.say("tx 12345 B");
     QVERIFY(supervisor.tells("06/03/2004"));
     QCOMPARE(supervisor.end(), 0);
-    const QString statement = QStringLiteral("SELECT Data, Canale FROM Eventi");
-    QCOMPARE(test.rows(ArchiveName::events(QStringLiteral("05-03-2004")), statement),
-             QStringList{QStringLiteral("05-03-2004|A")});
-    QCOMPARE(test.rows(ArchiveName::events(QStringLiteral("06-03-2004")), statement),
-             QStringList{QStringLiteral("06-03-2004|B")});
+    const QString statement = u"SELECT Data, Canale FROM Eventi"_s;
+    QCOMPARE(test.rows(ArchiveName::events(u"05-03-2004"_s), statement), QStringList{u"05-03-2004|A"_s});
+    QCOMPARE(test.rows(ArchiveName::events(u"06-03-2004"_s), statement), QStringList{u"06-03-2004|B"_s});
 }
 
 void TestEndToEnd::killedInABurst()
@@ -226,9 +218,9 @@ void TestEndToEnd::killedInABurst()
     TestFolder test;
     QList<QStringList> many;
     for (int code = 1; code <= 400; ++code)
-        many.append({QString::number(100'000 + code), QStringLiteral("TX"), QStringLiteral("S"), QStringLiteral("N")});
+        many.append({QString::number(100'000 + code), u"TX"_s, u"S"_s, u"N"_s});
     test.addUsers(many);
-    Running interface("kor-simulator", interfaceOn(test, {QStringLiteral("--fast")}));
+    Running interface("kor-simulator", interfaceOn(test, {u"--fast"_s}));
     QVERIFY(interface.tells("Porte/COM7"));
     QByteArray burst;
     for (const QStringList &user : many)
@@ -236,7 +228,7 @@ void TestEndToEnd::killedInABurst()
 
     QStringList told;
     for (int round = 1; round <= 20; ++round) {
-        Running supervisor("kor-supervisor", consoleOn(test, {QStringLiteral("--port"), QStringLiteral("7")}));
+        Running supervisor("kor-supervisor", consoleOn(test, {u"--port"_s, u"7"_s}));
         QVERIFY(supervisor.tells("INTERFACE ON LINE"));
         interface.say(burst);
         QVERIFY(supervisor.tells("  TX  ", 1 + round * 7));
@@ -252,17 +244,17 @@ void TestEndToEnd::killedInABurst()
         interface.say("plug");
         QVERIFY(interface.tells("ready on", 1 + round));
     }
-    const QString day = ArchiveName::events(QDate::currentDate().toString(QStringLiteral("dd-MM-yyyy")));
+    const QString day = ArchiveName::events(QDate::currentDate().toString(u"dd-MM-yyyy"_s));
     const QStringList rows =
         test.rows(day, QStringLiteral("SELECT Codice, length(Data)=10 AND length(Ora)=8 AND Tipo='TX' AND Canale='A' "
                                       "AND length(DataOrd)=8 FROM Eventi ORDER BY ProgEv"));
     QVERIFY2(told.size() >= 20 * 8, qPrintable(QString::number(told.size())));
     qsizetype at = -1;
     for (const QString &code : told) {
-        at = rows.indexOf(code + QStringLiteral("|1"), at + 1);
+        at = rows.indexOf(code + u"|1"_s, at + 1);
         QVERIFY2(at >= 0, qPrintable(code));
     }
-    QVERIFY(rows.filter(QStringLiteral("|0")).isEmpty());
+    QVERIFY(rows.filter(u"|0"_s).isEmpty());
 }
 
 void TestEndToEnd::gateAndTimeProgramme()
@@ -272,7 +264,7 @@ void TestEndToEnd::gateAndTimeProgramme()
     QVERIFY(test.archives.copy(ArchiveName::BandsTemplate, ArchiveName::Bands).ok());
     Passwords passwords(test.archives);
     QVERIFY(passwords.load() == Passwords::Fault::None);
-    QVERIFY(passwords.set(Passwords::Type::Main, QStringLiteral("apriti")) == Passwords::Fault::None);
+    QVERIFY(passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
     {
         Running refused("kor-supervisor", consoleOn(test));
         QVERIFY(refused.process.waitForFinished());
@@ -280,9 +272,9 @@ void TestEndToEnd::gateAndTimeProgramme()
         QVERIFY(refused.process.readAllStandardError().contains("--password-file"));
         QCOMPARE(refused.process.readAllStandardOutput(), QByteArray());
     }
-    test.write(QStringLiteral("secret"), "apriti\n");
-    const QString secret = test.directory.filePath(QStringLiteral("secret"));
-    const QStringList withFile = {QStringLiteral("--password-file"), secret};
+    test.write(u"secret"_s, "apriti\n");
+    const QString secret = test.directory.filePath(u"secret"_s);
+    const QStringList withFile = {u"--password-file"_s, secret};
     QFile::setPermissions(secret, QFile::ReadOwner | QFile::ReadGroup);
     {
         Running refused("kor-supervisor", consoleOn(test, withFile));
@@ -298,7 +290,7 @@ void TestEndToEnd::gateAndTimeProgramme()
         QCOMPARE(supervisor.end(), 0);
         QVERIFY(supervisor.output.contains("Interface enabled (program end)"));
     }
-    test.write(QStringLiteral("Archivi/Fascie.zeb"), "damaged");
+    test.write(u"Archivi/Fascie.zeb"_s, "damaged");
     Running supervisor("kor-supervisor", consoleOn(test, withFile));
     QVERIFY(supervisor.tells("NOTICE: The time bands 'Archivi/Fascie.zeb' cannot be read"));
     QVERIFY(supervisor.tells("Interface disabled (program start)"));
@@ -307,7 +299,7 @@ void TestEndToEnd::gateAndTimeProgramme()
 
 void TestEndToEnd::demonstration()
 {
-    Running demo("kor-supervisor", {QStringLiteral("--console"), QStringLiteral("--demo")});
+    Running demo("kor-supervisor", {u"--console"_s, u"--demo"_s});
     QVERIFY(demo.tells("ON LINE"));
     QVERIFY(demo.tells("  TX  ", 1));
     const qsizetype at = demo.output.indexOf("Folder: ") + 8;

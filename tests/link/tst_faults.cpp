@@ -10,8 +10,8 @@
 
 namespace {
 
-const QString today = QStringLiteral("05-03-2004");
-const QString statement = QStringLiteral("SELECT Codice, Data, Ora, Tipo, Canale, DataOrd FROM Eventi ORDER BY ProgEv");
+const QString today = u"05-03-2004"_s;
+const QString statement = u"SELECT Codice, Data, Ora, Tipo, Canale, DataOrd FROM Eventi ORDER BY ProgEv"_s;
 
 Event anEvent(int code, const FakeClock &clock)
 {
@@ -90,7 +90,7 @@ void TestFaults::waitsUntilItCanBeStored()
     clock.moment = clock.moment.addSecs(3600);
     log.retry();
     QCOMPARE(told, expected);
-    QCOMPARE(takeNotices(notices), QStringList{QStringLiteral("The events that waited (3) have been stored.")});
+    QCOMPARE(takeNotices(notices), QStringList{u"The events that waited (3) have been stored."_s});
     QVERIFY(log.append(anEvent(5, clock)));
     log.close();
     QCOMPARE(test.rows(ArchiveName::events(today), statement), expected + QStringList{row(anEvent(5, clock))});
@@ -111,15 +111,14 @@ void TestFaults::waitingIsBounded()
     QCOMPARE(log.waiting(), EventLog::WaitingLimit);
     for (int second = 0; second < 60; ++second)
         log.retry();
-    QCOMPARE(takeNotices(notices).mid(1), QStringList{QStringLiteral("Events lost: 7")});
+    QCOMPARE(takeNotices(notices).mid(1), QStringList{u"Events lost: 7"_s});
     log.append(anEvent(1, clock));
     vfs.refusal = 0;
     log.retry();
-    QCOMPARE(takeNotices(notices), QStringList({QStringLiteral("The events that waited (10000) have been stored."),
-                                                QStringLiteral("Events lost: 1")}));
+    QCOMPARE(takeNotices(notices),
+             QStringList({u"The events that waited (10000) have been stored."_s, u"Events lost: 1"_s}));
     log.close();
-    QCOMPARE(test.rows(ArchiveName::events(today), statement).first().section(QLatin1Char('|'), 0, 0),
-             QStringLiteral("9"));
+    QCOMPARE(test.rows(ArchiveName::events(today), statement).first().section(QLatin1Char('|'), 0, 0), u"9"_s);
 }
 
 void TestFaults::eachWaitingEventGoesToItsDay()
@@ -137,11 +136,11 @@ void TestFaults::eachWaitingEventGoesToItsDay()
     log.append(anEvent(2, clock));
     vfs.refusal = 0;
     log.retry();
-    QCOMPARE(log.day(), QStringLiteral("06-03-2004"));
+    QCOMPARE(log.day(), u"06-03-2004"_s);
     QVERIFY(log.append(anEvent(3, clock)));
     log.close();
     QCOMPARE(test.rows(ArchiveName::events(today), statement).size(), 1);
-    QCOMPARE(test.rows(ArchiveName::events(QStringLiteral("06-03-2004")), statement).size(), 2);
+    QCOMPARE(test.rows(ArchiveName::events(u"06-03-2004"_s), statement).size(), 2);
 }
 
 void TestFaults::whatCannotBeStoredAtTheEndIsTold()
@@ -156,7 +155,7 @@ void TestFaults::whatCannotBeStoredAtTheEndIsTold()
     log.append(anEvent(1, clock));
     log.append(anEvent(2, clock));
     log.close();
-    QCOMPARE(takeNotices(notices).mid(1), QStringList{QStringLiteral("Events lost: 2")});
+    QCOMPARE(takeNotices(notices).mid(1), QStringList{u"Events lost: 2"_s});
 }
 
 void TestFaults::damagedWhileOpen()
@@ -176,7 +175,7 @@ void TestFaults::damagedWhileOpen()
     QVERIFY(log.append(anEvent(2, clock)));
     const QStringList told = takeNotices(notices);
     QCOMPARE(told.size(), 1);
-    QVERIFY2(told[0].contains(QStringLiteral(".guasto")), qPrintable(told[0]));
+    QVERIFY2(told[0].contains(u".guasto"_s), qPrintable(told[0]));
     log.close();
     QCOMPARE(test.rows(name, statement), QStringList{row(anEvent(2, clock))});
 }
@@ -184,7 +183,7 @@ void TestFaults::damagedWhileOpen()
 void TestFaults::registerLockedAtTheStart()
 {
     TestFolder test;
-    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")}});
+    test.addUsers({{u"1"_s, u"TX"_s}});
     FakeClock clock;
     Notices notices;
     EventLog log(test.archives, clock, notices);
@@ -206,10 +205,8 @@ void TestFaults::registerLockedAtTheStart()
     road.usersKnown();
     QVERIFY(road.RegistraEvento("R/A-000000001X..\r"));
     log.close();
-    const QStringList rows =
-        test.rows(ArchiveName::events(today), QStringLiteral("SELECT Codice, Ora FROM Eventi ORDER BY ProgEv"));
-    QCOMPARE(rows,
-             QStringList({QStringLiteral("1|07:45:00"), QStringLiteral("2|07:45:00"), QStringLiteral("1|07:46:00")}));
+    const QStringList rows = test.rows(ArchiveName::events(today), u"SELECT Codice, Ora FROM Eventi ORDER BY ProgEv"_s);
+    QCOMPARE(rows, QStringList({u"1|07:45:00"_s, u"2|07:45:00"_s, u"1|07:46:00"_s}));
 }
 
 void TestFaults::flushedBeforeTold()
@@ -223,21 +220,21 @@ void TestFaults::flushedBeforeTold()
     int told = 0;
     connect(&log, &EventLog::stored, this, [&] {
         ++told;
-        QVERIFY2(vfs.steps.last().startsWith(QStringLiteral("flush")), qPrintable(vfs.steps.last()));
-        vfs.steps.append(QStringLiteral("told"));
+        QVERIFY2(vfs.steps.last().startsWith(u"flush"_s), qPrintable(vfs.steps.last()));
+        vfs.steps.append(u"told"_s);
     });
     for (int code = 1; code <= 5; ++code)
         QVERIFY(log.append(anEvent(code, clock)));
     QCOMPARE(told, 5);
     // One flush an event once the journal stands.
-    const qsizetype second = vfs.steps.indexOf(QStringLiteral("told")) + 1;
-    QCOMPARE(vfs.steps.mid(second).filter(QStringLiteral("flush")).size(), 4);
+    const qsizetype second = vfs.steps.indexOf(u"told"_s) + 1;
+    QCOMPARE(vfs.steps.mid(second).filter(u"flush"_s).size(), 4);
     // Whole files: nothing is renamed that was not flushed.
     for (qsizetype i = 1; i < test.disk.steps.size(); ++i) {
-        if (test.disk.steps[i].startsWith(QStringLiteral("rename")))
-            QVERIFY2(test.disk.steps[i - 1].startsWith(QStringLiteral("flush")), qPrintable(test.disk.steps[i - 1]));
+        if (test.disk.steps[i].startsWith(u"rename"_s))
+            QVERIFY2(test.disk.steps[i - 1].startsWith(u"flush"_s), qPrintable(test.disk.steps[i - 1]));
     }
-    QVERIFY(test.disk.steps.contains(QStringLiteral("rename Eventi_05-03-2004.zeb")));
+    QVERIFY(test.disk.steps.contains(u"rename Eventi_05-03-2004.zeb"_s));
 }
 
 void TestFaults::powerCutAtAnyStep_data()
@@ -273,7 +270,7 @@ void TestFaults::powerCutAtAnyStep()
         }
         const QStringList rows = test.rows(ArchiveName::events(today), statement);
         QVERIFY2(rows.size() >= told.size() && rows.mid(0, told.size()) == told,
-                 qPrintable(QStringLiteral("cut at %1: %2").arg(stop).arg(rows.join(QLatin1Char(' ')))));
+                 qPrintable(u"cut at %1: %2"_s.arg(stop).arg(rows.join(QLatin1Char(' ')))));
         for (const QString &one : rows)
             QCOMPARE(one.count(QLatin1Char('|')), 5);
     }
@@ -282,7 +279,7 @@ void TestFaults::powerCutAtAnyStep()
 void TestFaults::memoryDoesNotGrow()
 {
     TestFolder test;
-    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")}});
+    test.addUsers({{u"1"_s, u"TX"_s}});
     FakeClock clock;
     Notices notices;
     EventLog log(test.archives, clock, notices);

@@ -15,8 +15,7 @@ const QByteArray two = "K/B-000000002.D.\r\n";
 /// All fields of a configuration on one line.
 QString asText(const InterfaceConfig &c)
 {
-    return QStringLiteral("%1|%2|%3|%4|%5|%6|%7|%8|%9")
-        .arg(c.protocol)
+    return u"%1|%2|%3|%4|%5|%6|%7|%8|%9"_s.arg(c.protocol)
         .arg(c.siteCode)
         .arg(c.enable, c.channels, c.j1)
         .arg(c.channelInfo)
@@ -138,7 +137,7 @@ void TestQuery::attempts_data()
     QTest::addColumn<int>("asked");
     QTest::addColumn<QString>("protocol");
     QTest::addColumn<QString>("version");
-    const QString wiegand = QStringLiteral("WIEGAND 26 BIT");
+    const QString wiegand = u"WIEGAND 26 BIT"_s;
     const QByteArray crlf = QByteArray(banner + line2 + line3).replace('\r', "\r\n");
     QTest::newRow("at once") << QList{banner + line2 + line3} << 1 << wiegand << "1.4";
     QTest::newRow("CR LF") << QList{crlf} << 1 << wiegand << "1.4";
@@ -209,7 +208,7 @@ void TestQuery::recordsAmongTheReply()
 void TestQuery::serialControl()
 {
     TestFolder test;
-    PseudoTerminal interface(test.directory.filePath(QStringLiteral("Porte/COM7")));
+    PseudoTerminal interface(test.directory.filePath(u"Porte/COM7"_s));
     QVERIFY(interface.open().ok());
     const SerialPorts ports(test.folder);
     QCOMPARE(ports.device(7), interface.device());
@@ -246,9 +245,9 @@ void TestQuery::serialControl()
 void TestQuery::portsThatCannotBeOpened()
 {
     TestFolder test;
-    PseudoTerminal interface(test.directory.filePath(QStringLiteral("Porte/COM1")));
+    PseudoTerminal interface(test.directory.filePath(u"Porte/COM1"_s));
     QVERIFY(interface.open().ok());
-    test.write(QStringLiteral("Porte/COM2"), "no port");
+    test.write(u"Porte/COM2"_s, "no port");
     const SerialPorts ports(test.folder);
     SerialControl first(ports);
     SerialControl second(ports);
@@ -291,7 +290,7 @@ void TestQuery::protocolIsKept()
     line.interface.write(banner + second + line3);
     QTRY_COMPARE(ended.size(), 1);
     QCOMPARE(line.link.link(), LinkMonitor::Link::Answering);
-    QTEST(line.test.read(QStringLiteral("Impost.stp")), "expected");
+    QTEST(line.test.read(u"Impost.stp"_s), "expected");
 }
 
 void TestQuery::rePowerMarksLeadToOneMoreQuery()

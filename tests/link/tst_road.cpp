@@ -26,8 +26,7 @@ void TestRoad::records_data()
     QTest::addColumn<QString>("event");
     const auto row = [](const char *text, const char *ending, const char *event) {
         QTest::newRow(text) << QByteArray(text) + ending
-                            << (*event ? QString(QLatin1String(event)).arg(QStringLiteral("05-03-2004|07:45:00"))
-                                       : QString());
+                            << (*event ? QString(QLatin1String(event)).arg(u"05-03-2004|07:45:00"_s) : QString());
     };
     row("R/A-000012345X..", "\r", "12345|%1|TX|A|||20040305");
     row("K/B-000000777.D.", "\r", "777|%1|DKS|B|X|X|20040305");
@@ -56,7 +55,7 @@ void TestRoad::records()
 void TestRoad::publishesAllStoresRegistered()
 {
     TestFolder test;
-    test.addUsers({{QStringLiteral("12345"), QStringLiteral("TX")}});
+    test.addUsers({{u"12345"_s, u"TX"_s}});
     FakeClock clock;
     Notices notices;
     EventLog log(test.archives, clock, notices);
@@ -90,15 +89,15 @@ void TestRoad::publishesAllStoresRegistered()
     QCOMPARE(stored.size(), 2);
 
     // The register was saved with another code: the next event counts by the new one.
-    test.addUsers({{QStringLiteral("12346"), QStringLiteral("TX")}});
-    test.write(QStringLiteral("Archivi/Anagrafica.evn"), "left over");
+    test.addUsers({{u"12346"_s, u"TX"_s}});
+    test.write(u"Archivi/Anagrafica.evn"_s, "left over");
     QVERIFY(users.refresh().ok());
     QVERIFY(road.RegistraEvento("R/A-000012346X..\r"));
     log.close();
-    QCOMPARE(test.rows(ArchiveName::events(QStringLiteral("05-03-2004")), QStringLiteral("SELECT * FROM Eventi")),
-             QStringList({QStringLiteral("1|12345|05-03-2004|07:45:00|TX|A|||20040305||"),
-                          QStringLiteral("2|12345|05-03-2004|07:45:00|DKS|B|X|X|20040305||"),
-                          QStringLiteral("3|12346|05-03-2004|07:45:00|TX|A|||20040305||")}));
+    QCOMPARE(test.rows(ArchiveName::events(u"05-03-2004"_s), u"SELECT * FROM Eventi"_s),
+             QStringList({u"1|12345|05-03-2004|07:45:00|TX|A|||20040305||"_s,
+                          u"2|12345|05-03-2004|07:45:00|DKS|B|X|X|20040305||"_s,
+                          u"3|12346|05-03-2004|07:45:00|TX|A|||20040305||"_s}));
     QVERIFY(notices.isEmpty());
 }
 
@@ -111,8 +110,7 @@ void TestRoad::dayOfAnEvent()
     log.open();
     const auto append = [&] { return log.append(makeEvent(*decodeRecord("R/A-000012345X..\r"), clock.now())); };
     const auto rows = [&](const char *day) {
-        return test.rows(ArchiveName::events(QLatin1String(day)),
-                         QStringLiteral("SELECT Data, Ora FROM Eventi ORDER BY ProgEv"));
+        return test.rows(ArchiveName::events(QLatin1String(day)), u"SELECT Data, Ora FROM Eventi ORDER BY ProgEv"_s);
     };
     QVERIFY(!log.changeDayIfNeeded());
 
@@ -147,20 +145,19 @@ void TestRoad::dayOfAnEvent()
         log.changeDayIfNeeded();
         QVERIFY(append());
     }
-    QCOMPARE(rows("31-10-2004"),
-             QStringList({QStringLiteral("31-10-2004|01:59:00"), QStringLiteral("31-10-2004|02:00:00"),
-                          QStringLiteral("31-10-2004|02:59:00"), QStringLiteral("31-10-2004|02:00:00")}));
+    QCOMPARE(rows("31-10-2004"), QStringList({u"31-10-2004|01:59:00"_s, u"31-10-2004|02:00:00"_s,
+                                              u"31-10-2004|02:59:00"_s, u"31-10-2004|02:00:00"_s}));
 
     // A day that cannot be opened is told once, and the day before goes on until it can.
     clock.moment = clock.moment.addDays(1);
-    QVERIFY(test.folder.remove(QStringLiteral("Archivi/Eventiorg.zeb")).ok());
+    QVERIFY(test.folder.remove(u"Archivi/Eventiorg.zeb"_s).ok());
     QVERIFY(!log.changeDayIfNeeded());
     QVERIFY(!log.changeDayIfNeeded());
     QCOMPARE(takeNotices(notices).size(), 1);
     QVERIFY(append());
     log.close();
     QCOMPARE(rows("31-10-2004").size(), 5);
-    QVERIFY(!test.folder.exists(ArchiveName::events(QStringLiteral("31-10-2004")) + QStringLiteral("-wal")));
+    QVERIFY(!test.folder.exists(ArchiveName::events(u"31-10-2004"_s) + u"-wal"_s));
 }
 
 void TestRoad::damagedDayIsSetAside_data()
@@ -177,7 +174,7 @@ void TestRoad::damagedDayIsSetAside()
     QFETCH(QByteArray, content);
     QFETCH(const char16_t *, copied);
     TestFolder test;
-    const QString day = ArchiveName::events(QStringLiteral("05-03-2004"));
+    const QString day = ArchiveName::events(u"05-03-2004"_s);
     if (copied)
         content = test.read(QStringView(copied).toString());
     test.write(day, content);
@@ -188,24 +185,23 @@ void TestRoad::damagedDayIsSetAside()
     QVERIFY(log.append({}));
     const QStringList told = takeNotices(notices);
     QCOMPARE(told.size(), 1);
-    QVERIFY2(told[0].contains(day + QStringLiteral(".guasto'")), qPrintable(told[0]));
-    QCOMPARE(test.read(day + QStringLiteral(".guasto")).size(), content.size());
+    QVERIFY2(told[0].contains(day + u".guasto'"_s), qPrintable(told[0]));
+    QCOMPARE(test.read(day + u".guasto"_s).size(), content.size());
 }
 
 void TestRoad::namesOfTheSnapshot()
 {
     TestFolder test;
-    test.addUsers({{QStringLiteral("7"), QStringLiteral("TX"), QStringLiteral("O'Hara"), QStringLiteral("Sean")},
-                   {QStringLiteral("7"), QStringLiteral("DKS"), QStringLiteral("Wei\u00DF"), QStringLiteral("Greta")}});
+    test.addUsers({{u"7"_s, u"TX"_s, u"O'Hara"_s, u"Sean"_s}, {u"7"_s, u"DKS"_s, u"Wei\u00DF"_s, u"Greta"_s}});
     UsersSnapshot users(test.archives);
     QVERIFY(users.refresh().ok());
-    QCOMPARE(users.name(QStringLiteral("7"), QStringLiteral("DKS")).Cognome, QStringLiteral("Wei\u00DF"));
-    QCOMPARE(users.name(QStringLiteral("7"), QStringLiteral("TX")).Cognome, QStringLiteral("O'Hara"));
-    QCOMPARE(users.name(QStringLiteral("8"), QStringLiteral("TX")).Cognome, QString());
+    QCOMPARE(users.name(u"7"_s, u"DKS"_s).Cognome, u"Wei\u00DF"_s);
+    QCOMPARE(users.name(u"7"_s, u"TX"_s).Cognome, u"O'Hara"_s);
+    QCOMPARE(users.name(u"8"_s, u"TX"_s).Cognome, QString());
     // A register that cannot be read leaves the users known so far.
-    test.write(QStringLiteral("Archivi/Anagrafico.zeb"), "x");
+    test.write(u"Archivi/Anagrafico.zeb"_s, "x");
     QVERIFY(!users.refresh());
-    QVERIFY(users.contains(QStringLiteral("7")));
+    QVERIFY(users.contains(u"7"_s));
 }
 
 QTEST_GUILESS_MAIN(TestRoad)

@@ -21,18 +21,14 @@ void TestPasswords::setAndAsk_data()
     QTest::addColumn<QString>("password");
     QTest::addColumn<QStringList>("right");
     QTest::addColumn<QStringList>("wrong");
-    QTest::newRow("plain") << QStringLiteral("apriti")
-                           << QStringList{QStringLiteral("apriti"), QStringLiteral("apriti   ")}
-                           << QStringList{QStringLiteral("Apriti"), QStringLiteral("apriti\t"), QString()};
-    QTest::newRow("past ten characters") << QStringLiteral("0123456789AB") << QStringList{QStringLiteral("0123456789")}
-                                         << QStringList{QStringLiteral("0123456789AB")};
-    QTest::newRow("leading blanks are lost")
-        << QStringLiteral("  ab") << QStringList{QStringLiteral("ab")} << QStringList{QStringLiteral("b")};
+    QTest::newRow("plain") << u"apriti"_s << QStringList{u"apriti"_s, u"apriti   "_s}
+                           << QStringList{u"Apriti"_s, u"apriti\t"_s, QString()};
+    QTest::newRow("past ten characters") << u"0123456789AB"_s << QStringList{u"0123456789"_s}
+                                         << QStringList{u"0123456789AB"_s};
+    QTest::newRow("leading blanks are lost") << u"  ab"_s << QStringList{u"ab"_s} << QStringList{u"b"_s};
     QTest::newRow("every language's letters")
-        << QStringLiteral("\u00E0\u00DF\u20AC\u0153") << QStringList{QStringLiteral("\u00E0\u00DF\u20AC\u0153")}
-        << QStringList{QStringLiteral("a")};
-    QTest::newRow("none") << QString() << QStringList{QString(), QStringLiteral("  ")}
-                          << QStringList{QStringLiteral("x")};
+        << u"\u00E0\u00DF\u20AC\u0153"_s << QStringList{u"\u00E0\u00DF\u20AC\u0153"_s} << QStringList{u"a"_s};
+    QTest::newRow("none") << QString() << QStringList{QString(), u"  "_s} << QStringList{u"x"_s};
 }
 
 void TestPasswords::setAndAsk()
@@ -56,7 +52,7 @@ void TestPasswords::setAndAsk()
         for (const QString &typed : wrong)
             QVERIFY2(!passwords->matches(Passwords::Type::Users, typed), qPrintable(typed));
     }
-    QCOMPARE(Passwords::accepted(QStringLiteral("a\u20ACb\u4E16\u0153\u0101")), QStringLiteral("a\u20ACb\u0153"));
+    QCOMPARE(Passwords::accepted(u"a\u20ACb\u4E16\u0153\u0101"_s), u"a\u20ACb\u0153"_s);
 }
 
 void TestPasswords::faults_data()
@@ -93,7 +89,7 @@ void TestPasswords::lockedRegister()
     Passwords passwords(test.archives);
     QCOMPARE(passwords.load(), Passwords::Fault::Unreadable);
     QCOMPARE(passwords.reason().code, FaultCode::Locked);
-    QCOMPARE(passwords.set(Passwords::Type::Main, QStringLiteral("x")), Passwords::Fault::Unreadable);
+    QCOMPARE(passwords.set(Passwords::Type::Main, u"x"_s), Passwords::Fault::Unreadable);
     QVERIFY(!passwords.isSet(Passwords::Type::Main));
     QVERIFY(other.value().execute("COMMIT").ok());
     QCOMPARE(passwords.load(), Passwords::Fault::None);

@@ -27,13 +27,13 @@ void TestStartup::reads_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("plain") << QByteArray("COM=0\r\nCHECK=60\r\n") << QStringLiteral("60");
-    QTest::newRow("first wins") << QByteArray("CHECK=1\r\nCHECK=2\r\n") << QStringLiteral("1");
-    QTest::newRow("inside another word") << QByteArray("XCHECK=5\r\n") << QStringLiteral("5");
-    QTest::newRow("blanks") << QByteArray("CHECK= 30 \r\n") << QStringLiteral("30");
+    QTest::newRow("plain") << QByteArray("COM=0\r\nCHECK=60\r\n") << u"60"_s;
+    QTest::newRow("first wins") << QByteArray("CHECK=1\r\nCHECK=2\r\n") << u"1"_s;
+    QTest::newRow("inside another word") << QByteArray("XCHECK=5\r\n") << u"5"_s;
+    QTest::newRow("blanks") << QByteArray("CHECK= 30 \r\n") << u"30"_s;
     QTest::newRow("case counts") << QByteArray("check=5\r\n") << QString();
-    QTest::newRow("first equals sign of the line") << QByteArray("A=B CHECK=5\r\n") << QStringLiteral("B CHECK=5");
-    QTest::newRow("no line end") << QByteArray("COM=1\nCHECK=7") << QStringLiteral("7");
+    QTest::newRow("first equals sign of the line") << QByteArray("A=B CHECK=5\r\n") << u"B CHECK=5"_s;
+    QTest::newRow("no line end") << QByteArray("COM=1\nCHECK=7") << u"7"_s;
     QTest::newRow("empty file") << QByteArray() << QString();
 }
 
@@ -41,9 +41,9 @@ void TestStartup::reads()
 {
     QFETCH(QByteArray, content);
     TestFolder test;
-    test.write(QStringLiteral("Impost.stp"), content);
+    test.write(u"Impost.stp"_s, content);
     const FakePrinters printers;
-    QTEST(Settings(test.folder, printers).LeggiImpostazione(QStringLiteral("CHECK")), "expected");
+    QTEST(Settings(test.folder, printers).LeggiImpostazione(u"CHECK"_s), "expected");
 }
 
 void TestStartup::rewrites_data()
@@ -64,26 +64,25 @@ void TestStartup::rewrites()
 {
     QFETCH(QByteArray, content);
     TestFolder test;
-    test.write(QStringLiteral("Impost.stp"), content);
+    test.write(u"Impost.stp"_s, content);
     const FakePrinters printers;
-    QVERIFY(Settings(test.folder, printers).save(QStringLiteral("CHECK"), 15).ok());
-    QTEST(test.read(QStringLiteral("Impost.stp")), "expected");
-    QCOMPARE(test.files(), QStringList{QStringLiteral("Impost.stp")});
+    QVERIFY(Settings(test.folder, printers).save(u"CHECK"_s, 15).ok());
+    QTEST(test.read(u"Impost.stp"_s), "expected");
+    QCOMPARE(test.files(), QStringList{u"Impost.stp"_s});
 }
 
 void TestStartup::powerCutLeavesOldOrNew()
 {
     const QByteArray before = "COM=0\r\nLINGUA=2\r\n";
     const QByteArray after = "COM=3\r\nLINGUA=2\r\n";
-    const QStringList wholeRoad = {QStringLiteral("write Setup.tmp"), QStringLiteral("flush Setup.tmp"),
-                                   QStringLiteral("rename Impost.stp")};
+    const QStringList wholeRoad = {u"write Setup.tmp"_s, u"flush Setup.tmp"_s, u"rename Impost.stp"_s};
     for (int stop = 0; stop <= 4; ++stop) {
         TestFolder test;
-        test.write(QStringLiteral("Impost.stp"), before);
+        test.write(u"Impost.stp"_s, before);
         test.disk.stopAt = stop;
         const FakePrinters printers;
-        const bool told = Settings(test.folder, printers).save(QStringLiteral("COM"), 3).ok();
-        QCOMPARE(test.read(QStringLiteral("Impost.stp")), stop < 3 ? before : after);
+        const bool told = Settings(test.folder, printers).save(u"COM"_s, 3).ok();
+        QCOMPARE(test.read(u"Impost.stp"_s), stop < 3 ? before : after);
         QCOMPARE(told, stop == 4);
         QCOMPARE(test.disk.steps.mid(0, 3), wholeRoad.mid(0, stop));
     }
@@ -97,14 +96,13 @@ void TestStartup::unusableSettings_data()
     QTest::newRow("all in order") << QByteArray("COM=3\r\nLINGUA=4\r\nNUMEVOD=30\r\nCHECK=0\r\nPRN=-1\r\nPRTC=15\r\n")
                                   << QList<int>{3, 4, 30, 0, -1, 15} << QStringList();
     QTest::newRow("nothing") << QByteArray("\r\n") << QList<int>{0, 2, 0, 0, 0, 0}
-                             << QStringList{QStringLiteral("COM"), QStringLiteral("LINGUA")};
+                             << QStringList{u"COM"_s, u"LINGUA"_s};
     QTest::newRow("no numbers") << QByteArray("COM=x\r\nLINGUA=2nd\r\nNUMEVOD=x\r\nCHECK=15 min\r\n")
-                                << QList<int>{0, 2, 0, 15, 0, 0}
-                                << QStringList{QStringLiteral("COM"), QStringLiteral("LINGUA")};
+                                << QList<int>{0, 2, 0, 15, 0, 0} << QStringList{u"COM"_s, u"LINGUA"_s};
     QTest::newRow("language 0") << QByteArray("COM=1\r\nLINGUA=0\r\n") << QList<int>{1, 2, 0, 0, 0, 0}
-                                << QStringList{QStringLiteral("LINGUA")};
+                                << QStringList{u"LINGUA"_s};
     QTest::newRow("out of range") << QByteArray("COM=70000\r\nLINGUA=5\r\nCHECK=70000\r\nPRN=-70000\r\n")
-                                  << QList<int>{32767, 2, 0, 32767, -32768, 0} << QStringList{QStringLiteral("LINGUA")};
+                                  << QList<int>{32767, 2, 0, 32767, -32768, 0} << QStringList{u"LINGUA"_s};
 }
 
 void TestStartup::unusableSettings()
@@ -112,7 +110,7 @@ void TestStartup::unusableSettings()
     QFETCH(QByteArray, content);
     QFETCH(QStringList, keys);
     TestFolder test;
-    test.write(QStringLiteral("Impost.stp"), content);
+    test.write(u"Impost.stp"_s, content);
     const FakePrinters printers;
     Settings settings(test.folder, printers);
     Notices notices;
@@ -124,37 +122,36 @@ void TestStartup::unusableSettings()
     QCOMPARE(told.size(), keys.size());
     for (qsizetype i = 0; i < keys.size(); ++i)
         QVERIFY2(told[i].contains(QLatin1Char('\'') + keys[i] + QLatin1Char('\'')), qPrintable(told[i]));
-    QCOMPARE(test.read(QStringLiteral("Impost.stp")), content);
+    QCOMPARE(test.read(u"Impost.stp"_s), content);
 }
 
 void TestStartup::firstAndSecondStart()
 {
     TestFolder test;
     FakePrinters printers;
-    printers.installed = {QStringLiteral("alpha"), QStringLiteral("beta")};
-    printers.byDefault = QStringLiteral("beta");
+    printers.installed = {u"alpha"_s, u"beta"_s};
+    printers.byDefault = u"beta"_s;
     Notices notices;
     QVERIFY(!checkProgramFolder(test.folder));
     Settings settings(test.folder, printers);
     QVERIFY(!prepareProgramFolder(test.archives, settings, 2, notices));
-    QCOMPARE(test.read(QStringLiteral("Impost.stp")),
-             QByteArray("COM=0\r\nLINGUA=2\r\nNUMEVOD=25\r\nCHECK=60\r\nPRN=1\r\n"));
-    QVERIFY(test.folder.isFolder(QStringLiteral("Archivi/BackUp")));
+    QCOMPARE(test.read(u"Impost.stp"_s), QByteArray("COM=0\r\nLINGUA=2\r\nNUMEVOD=25\r\nCHECK=60\r\nPRN=1\r\n"));
+    QVERIFY(test.folder.isFolder(u"Archivi/BackUp"_s));
     for (const char *name : {"Anagrafico", "Fascie", "Ferie"}) {
-        const QString working = QStringLiteral("Archivi/%1.zeb").arg(QLatin1String(name));
+        const QString working = u"Archivi/%1.zeb"_s.arg(QLatin1String(name));
         QVERIFY(!test.read(working).isEmpty());
-        QCOMPARE(test.read(working), test.read(QStringLiteral("Archivi/%1org.zeb").arg(QLatin1String(name))));
+        QCOMPARE(test.read(working), test.read(u"Archivi/%1org.zeb"_s.arg(QLatin1String(name))));
     }
 
-    test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")}});
-    const QByteArray users = test.read(QStringLiteral("Archivi/Anagrafico.zeb"));
-    const QByteArray bands = test.read(QStringLiteral("Archivi/Fascie.zeb"));
-    QVERIFY(test.folder.remove(QStringLiteral("Archivi/Fascie.zeb")).ok());
+    test.addUsers({{u"1"_s, u"TX"_s}});
+    const QByteArray users = test.read(u"Archivi/Anagrafico.zeb"_s);
+    const QByteArray bands = test.read(u"Archivi/Fascie.zeb"_s);
+    QVERIFY(test.folder.remove(u"Archivi/Fascie.zeb"_s).ok());
     test.disk.steps.clear();
     QVERIFY(!prepareProgramFolder(test.archives, settings, 4, notices));
-    QCOMPARE(test.read(QStringLiteral("Archivi/Anagrafico.zeb")), users);
-    QCOMPARE(test.read(QStringLiteral("Archivi/Fascie.zeb")), bands);
-    QVERIFY(!test.disk.steps.contains(QStringLiteral("rename Impost.stp")));
+    QCOMPARE(test.read(u"Archivi/Anagrafico.zeb"_s), users);
+    QCOMPARE(test.read(u"Archivi/Fascie.zeb"_s), bands);
+    QVERIFY(!test.disk.steps.contains(u"rename Impost.stp"_s));
     QCOMPARE(settings.Lingua, 2);
     test.disk.steps.clear();
     QVERIFY(!prepareProgramFolder(test.archives, settings, 4, notices));
@@ -170,12 +167,11 @@ void TestStartup::missingParts_data()
 {
     QTest::addColumn<QStringList>("removed");
     QTest::addColumn<QString>("told");
-    QTest::newRow("register template") << QStringList{QStringLiteral("Archivi/Anagraficoorg.zeb")}
-                                       << QStringLiteral("Anagraficoorg.zeb' is missing");
-    QTest::newRow("day template") << QStringList{QStringLiteral("Archivi/Eventiorg.zeb")}
-                                  << QStringLiteral("Eventiorg.zeb' is missing");
-    QTest::newRow("template of the search") << QStringList{QStringLiteral("Archivi/Eventitmp.zeb")} << QString();
-    QTest::newRow("archive folder") << QStringList{QStringLiteral("Archivi")} << QStringLiteral("Archivi' is missing");
+    QTest::newRow("register template") << QStringList{u"Archivi/Anagraficoorg.zeb"_s}
+                                       << u"Anagraficoorg.zeb' is missing"_s;
+    QTest::newRow("day template") << QStringList{u"Archivi/Eventiorg.zeb"_s} << u"Eventiorg.zeb' is missing"_s;
+    QTest::newRow("template of the search") << QStringList{u"Archivi/Eventitmp.zeb"_s} << QString();
+    QTest::newRow("archive folder") << QStringList{u"Archivi"_s} << u"Archivi' is missing"_s;
 }
 
 void TestStartup::missingParts()
@@ -203,14 +199,13 @@ void TestStartup::missingParts()
 void TestStartup::namesWithoutRegardToCase()
 {
     TestFolder test;
-    test.write(QStringLiteral("Archivi/EVENTI_05-03-2004.ZEB"), "x");
-    QVERIFY(test.folder.exists(QStringLiteral("archivi/Eventi_05-03-2004.zeb")));
+    test.write(u"Archivi/EVENTI_05-03-2004.ZEB"_s, "x");
+    QVERIFY(test.folder.exists(u"archivi/Eventi_05-03-2004.zeb"_s));
     // Removed and made again by another program: the kept listing must notice.
-    QVERIFY(QFile::remove(test.folder.path(QStringLiteral("Archivi/Eventi_05-03-2004.zeb"))));
-    QVERIFY(!test.folder.exists(QStringLiteral("Archivi/Eventi_05-03-2004.zeb")));
-    test.write(QStringLiteral("Archivi/eventi_05-03-2004.ZEB"), "x");
-    QVERIFY(test.folder.path(QStringLiteral("Archivi/Eventi_05-03-2004.zeb"))
-                .endsWith(QStringLiteral("/eventi_05-03-2004.ZEB")));
+    QVERIFY(QFile::remove(test.folder.path(u"Archivi/Eventi_05-03-2004.zeb"_s)));
+    QVERIFY(!test.folder.exists(u"Archivi/Eventi_05-03-2004.zeb"_s));
+    test.write(u"Archivi/eventi_05-03-2004.ZEB"_s, "x");
+    QVERIFY(test.folder.path(u"Archivi/Eventi_05-03-2004.zeb"_s).endsWith(u"/eventi_05-03-2004.ZEB"_s));
 }
 
 QTEST_GUILESS_MAIN(TestStartup)

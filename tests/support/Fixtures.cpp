@@ -9,9 +9,7 @@
 
 bool FakeDisk::before(Step step, const QString &path)
 {
-    static const QStringList names = {QStringLiteral("write"),  QStringLiteral("flush"),
-                                      QStringLiteral("rename"), QStringLiteral("flush folder"),
-                                      QStringLiteral("remove"), QStringLiteral("make")};
+    static const QStringList names = {u"write"_s, u"flush"_s, u"rename"_s, u"flush folder"_s, u"remove"_s, u"make"_s};
     if (stopAt >= 0 && steps.size() >= stopAt)
         return false;
     steps.append(names[static_cast<int>(step)] + QLatin1Char(' ') + QFileInfo(path).fileName());
@@ -20,7 +18,7 @@ bool FakeDisk::before(Step step, const QString &path)
 
 TestFolder::TestFolder() : folder(directory.path(), disk), archives(folder)
 {
-    QDir(directory.path()).mkdir(QStringLiteral("Archivi"));
+    QDir(directory.path()).mkdir(u"Archivi"_s);
     if (!makeTemplates(archives))
         qFatal("the templates cannot be made");
     disk.steps.clear();
@@ -51,7 +49,7 @@ void TestFolder::addUsers(const QList<QStringList> &users)
                     folder.path(QStringView(ArchiveName::Users).toString()));
     Result<Database> database = archives.open(ArchiveName::Users, Database::Use::ThrowAway);
     Result<Statement> insert =
-        database.value().prepare(QStringLiteral("INSERT INTO Utenti (Codice, Tipo, Cognome, Nome) VALUES (?,?,?,?)"));
+        database.value().prepare(u"INSERT INTO Utenti (Codice, Tipo, Cognome, Nome) VALUES (?,?,?,?)"_s);
     (void)database.value().execute("BEGIN");
     for (const QStringList &user : users) {
         for (int field = 0; field < 4; ++field)
@@ -65,7 +63,7 @@ void TestFolder::addUsers(const QList<QStringList> &users)
 
 QStringList TestFolder::rows(QStringView archive, const QString &statement)
 {
-    const auto fault = [](const Fault &f) { return QStringList{QStringLiteral("FAULT %1").arg(int(f.code))}; };
+    const auto fault = [](const Fault &f) { return QStringList{u"FAULT %1"_s.arg(int(f.code))}; };
     Result<Database> database = archives.open(archive, Database::Use::ThrowAway);
     if (!database)
         return fault(database.fault());
@@ -91,7 +89,7 @@ QString asText(const Event &event)
 
 qint64 residentPages()
 {
-    QFile file(QStringLiteral("/proc/self/statm"));
+    QFile file(u"/proc/self/statm"_s);
     return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() : -1;
 }
 

@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QTimeZone>
 
+using namespace Qt::StringLiterals;
+
 /// A clock that the test turns.
 class FakeClock : public Clock
 {

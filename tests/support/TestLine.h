@@ -23,7 +23,7 @@ public:
     }
 
 protected:
-    void tellRts(bool asserted) override { rtsTold.append(asserted ? QStringLiteral("on") : QStringLiteral("off")); }
+    void tellRts(bool asserted) override { rtsTold.append(asserted ? u"on"_s : u"off"_s); }
 };
 
 /// Everything between a serial control and the archive of the day.
@@ -31,8 +31,8 @@ template<class Serial>
 struct Road {
     explicit Road(const QByteArray &settings)
     {
-        test.addUsers({{QStringLiteral("1"), QStringLiteral("TX")}, {QStringLiteral("2"), QStringLiteral("DKS")}});
-        test.write(QStringLiteral("Impost.stp"), settings);
+        test.addUsers({{u"1"_s, u"TX"_s}, {u"2"_s, u"DKS"_s}});
+        test.write(u"Impost.stp"_s, settings);
         if (!config.read(2, notices) || !users.refresh())
             qFatal("the road cannot be laid");
         log.open();
@@ -62,7 +62,7 @@ struct TestLine : Road<SerialControl> {
     }
 
     PseudoTerminal interface {
-        test.directory.filePath(QStringLiteral("Porte/COM7"))
+        test.directory.filePath(u"Porte/COM7"_s)
     };
     QByteArray received; ///< what the supervisor has sent
 };

@@ -4,6 +4,8 @@
 #include <QSet>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class TestTexts : public QObject
 {
     Q_OBJECT
@@ -118,17 +120,17 @@ void TestTexts::accessKeysAreUnique()
 void TestTexts::sentences()
 {
     Texts texts;
-    QCOMPARE(texts[Text::Abilitato], QStringLiteral("Abilitato"));
+    QCOMPARE(texts[Text::Abilitato], u"Abilitato"_s);
     texts.fill(4);
     texts.fill(0);
     texts.fill(5);
-    QCOMPARE(texts[Text::Abilitato], QStringLiteral("freigegeben"));
+    QCOMPARE(texts[Text::Abilitato], u"freigegeben"_s);
     texts.fill(2);
     // A name that looks like a place to fill in stays as it is.
-    const Message message{OwnText::DayArchiveSetAside, {QStringLiteral("%2"), QStringLiteral("b")}, {}};
-    QVERIFY(texts.sentence(message).contains(QStringLiteral("'%2' was damaged")));
-    const Message fault{OwnText::SettingNotSaved, {QStringLiteral("COM")}, Fault{FaultCode::DiskFull, {}}};
-    QCOMPARE(texts.sentence(fault), QStringLiteral("The setting 'COM' cannot be saved: disk full"));
+    const Message message{OwnText::DayArchiveSetAside, {u"%2"_s, u"b"_s}, {}};
+    QVERIFY(texts.sentence(message).contains(u"'%2' was damaged"_s));
+    const Message fault{OwnText::SettingNotSaved, {u"COM"_s}, Fault{FaultCode::DiskFull, {}}};
+    QCOMPARE(texts.sentence(fault), u"The setting 'COM' cannot be saved: disk full"_s);
 }
 
 QTEST_GUILESS_MAIN(TestTexts)

@@ -77,8 +77,7 @@ void TestTimeProgramme::evaluation()
 {
     QFETCH(QList<Band>, bands);
     QFETCH(QString, moment);
-    const QList<Holiday> holidays = {{QStringLiteral("20041224"), QStringLiteral("20041226")},
-                                     {QStringLiteral("20050106"), QStringLiteral("20050106")}};
+    const QList<Holiday> holidays = {{u"20041224"_s, u"20041226"_s}, {u"20050106"_s, u"20050106"_s}};
     QTEST(evaluate(bands, holidays, QDateTime::fromString(moment, Qt::ISODate)), "state");
 }
 
@@ -97,7 +96,7 @@ void TestTimeProgramme::linesAndCauses()
     int applied = 0;
     connect(&programme, &TimeProgramme::applied, this, [&applied] { ++applied; });
     connect(&programme, &TimeProgramme::lineChanged, this, [&told](bool asserted, TimeProgramme::Cause cause) {
-        told.append((asserted ? QStringLiteral("asserted ") : QStringLiteral("released ")) +
+        told.append((asserted ? u"asserted "_s : u"released "_s) +
                     QString::fromLatin1(QMetaEnum::fromType<TimeProgramme::Cause>().valueToKey(int(cause))));
     });
     QVERIFY(programme.reload(TimeProgramme::Part::Bands).ok());
@@ -107,13 +106,13 @@ void TestTimeProgramme::linesAndCauses()
         programme.run();
         return std::exchange(told, {}).join(QLatin1Char(','));
     };
-    QCOMPARE(at("2004-03-05T07:45:00"), QStringLiteral("asserted Start"));
+    QCOMPARE(at("2004-03-05T07:45:00"), u"asserted Start"_s);
     QCOMPARE(at("2004-03-05T07:59:59"), QString());
-    QCOMPARE(at("2004-03-05T08:00:00"), QStringLiteral("released Band"));
-    QCOMPARE(at("2004-03-05T17:31:00"), QStringLiteral("asserted Band"));
-    QCOMPARE(at("2004-03-05T20:30:00"), QStringLiteral("released Band"));
-    QCOMPARE(at("2004-03-06T20:30:00"), QStringLiteral("asserted Holiday"));
-    QCOMPARE(at("2004-03-07T20:30:00"), QStringLiteral("released Holiday"));
+    QCOMPARE(at("2004-03-05T08:00:00"), u"released Band"_s);
+    QCOMPARE(at("2004-03-05T17:31:00"), u"asserted Band"_s);
+    QCOMPARE(at("2004-03-05T20:30:00"), u"released Band"_s);
+    QCOMPARE(at("2004-03-06T20:30:00"), u"asserted Holiday"_s);
+    QCOMPARE(at("2004-03-07T20:30:00"), u"released Holiday"_s);
     QCOMPARE(applied, 7);
     // While an editor has the bands the state stays; closing it reads them anew.
     programme.suspend(TimeProgramme::Part::Bands);
@@ -123,9 +122,9 @@ void TestTimeProgramme::linesAndCauses()
     execute(test, ArchiveName::Bands, "DELETE FROM Fascie");
     QVERIFY(programme.reload(TimeProgramme::Part::Bands).ok());
     QVERIFY(!programme.isSuspended());
-    QCOMPARE(at("2004-03-07T20:30:00"), QStringLiteral("asserted Band"));
+    QCOMPARE(at("2004-03-07T20:30:00"), u"asserted Band"_s);
     programme.end();
-    QCOMPARE(told, QStringList{QStringLiteral("released End")});
+    QCOMPARE(told, QStringList{u"released End"_s});
 }
 
 void TestTimeProgramme::unreadableArchives_data()
@@ -143,8 +142,8 @@ void TestTimeProgramme::unreadableArchives()
     QVERIFY(test.archives.copy(ArchiveName::BandsTemplate, ArchiveName::Bands).ok());
     execute(test, ArchiveName::Bands, "INSERT INTO Fascie VALUES ('X','X','X','X','X','X','X','00:00','23:59')");
     if (!bandsAreThere)
-        test.write(QStringLiteral("Archivi/Fascie.zeb"), "damaged");
-    test.write(QStringLiteral("Archivi/Ferie.zeb"), QByteArray(8192, 'x'));
+        test.write(u"Archivi/Fascie.zeb"_s, "damaged");
+    test.write(u"Archivi/Ferie.zeb"_s, QByteArray(8192, 'x'));
     FakeClock clock;
     TimeProgramme programme(test.archives, clock);
     QCOMPARE(programme.reload(TimeProgramme::Part::Bands).ok(), bandsAreThere);
