@@ -1,0 +1,68 @@
+#include "widgets/ChildWindow.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMdiSubWindow>
+#include <QPushButton>
+
+ChildWindow::ChildWindow(const QString &name, QWidget *parent) : QWidget(parent)
+{
+    setObjectName(name);
+    setAttribute(Qt::WA_DeleteOnClose);
+}
+
+QPoint ChildWindow::place(QSize area, QSize own) const
+{
+    return {(area.width() - own.width()) / 2, (area.height() - own.height()) / 3};
+}
+
+void ChildWindow::unload()
+{
+    m_unloading = true;
+    if (auto *frame = qobject_cast<QMdiSubWindow *>(parentWidget()))
+        frame->close();
+    else
+        close();
+}
+
+void ChildWindow::setKeys(QPushButton *accept, QPushButton *cancel)
+{
+    m_accept = accept;
+    m_cancel = cancel;
+    const QList<QPushButton *> buttons = findChildren<QPushButton *>();
+    for (QPushButton *button : buttons) {
+        button->setAutoDefault(true);
+        button->setDefault(button == accept);
+    }
+}
+
+void ChildWindow::closeEvent(QCloseEvent *event)
+{
+    if (!m_unloading && !isEnabled()) {
+        event->ignore();
+        Q_EMIT closeRefused();
+        return;
+    }
+    if (!m_unloading && !canClose()) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    Q_EMIT unloaded();
+}
+
+void ChildWindow::keyPressEvent(QKeyEvent *event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter) {
+        auto *focused = qobject_cast<QPushButton *>(focusWidget());
+        QPushButton *pressed = focused ? focused : m_accept;
+        if (pressed && pressed->isEnabled())
+            pressed->animateClick();
+    } else if (event->key() == Qt::Key_Escape && m_cancel) {
+        if (m_cancel->isEnabled())
+            m_cancel->animateClick();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QPoint>
+#include <QSize>
+#include <QWidget>
+
+class QPushButton;
+
+/// A window of one function. The main window puts it into its client area and deletes it when it has closed.
+///
+/// Enter presses the default button, Esc the cancel button, from wherever the keyboard is. A window that is disabled,
+/// or whose canClose() says no, refuses a close by its frame or with the main window; unload() closes it without
+/// asking.
+class ChildWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// @param name  of the window's class; becomes its objectName
+    explicit ChildWindow(const QString &name, QWidget *parent = nullptr);
+
+    /// Upper left corner in the main window's client area, in pixels.
+    /// @param area  size of the client area; @param own  size of this window with its frame
+    virtual QPoint place(QSize area, QSize own) const;
+
+    /// Closes the window by the program's own will.
+    void unload();
+
+Q_SIGNALS:
+    /// The window has closed, for whatever reason.
+    void unloaded();
+    /// A close was asked for and did not take place: the window is disabled, or the operator said no.
+    void closeRefused();
+
+protected:
+    /// Asked at a close that did not come from unload(). A window that must ask the operator first says no, asks, and
+    /// unloads or calls refuseClose() by his answer.
+    virtual bool canClose() { return true; }
+    void refuseClose() { Q_EMIT closeRefused(); }
+
+    /// Enter presses @p accept wherever no other button has the keyboard, Esc presses @p cancel (null: nothing).
+    void setKeys(QPushButton *accept, QPushButton *cancel);
+
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    QPushButton *m_accept = nullptr;
+    QPushButton *m_cancel = nullptr;
+    bool m_unloading = false;
+};

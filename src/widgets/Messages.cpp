@@ -1,0 +1,63 @@
+#include "widgets/Messages.h"
+
+#include <QMessageBox>
+
+namespace {
+
+QMessageBox::Icon boxIcon(Icon icon)
+{
+    switch (icon) {
+    case Icon::Information:
+        return QMessageBox::Information;
+    case Icon::Question:
+        return QMessageBox::Question;
+    case Icon::Exclamation:
+        return QMessageBox::Warning;
+    case Icon::Critical:
+        return QMessageBox::Critical;
+    case Icon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox *makeBox(QWidget *over, Icon icon, const QString &title, const QString &text,
+                     QMessageBox::StandardButtons buttons)
+{
+    auto *box = new QMessageBox(boxIcon(icon), title, QString(), buttons, over);
+    box->setObjectName(QStringLiteral("MsgBox"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    // Names of users and files are shown as they are written.
+    box->setTextFormat(Qt::PlainText);
+    box->setText(QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    return box;
+}
+
+} // namespace
+
+void Messages::show(QWidget *over, Icon icon, const QString &text, std::function<void()> then)
+{
+    QMessageBox *box = makeBox(over, icon, m_title, text, QMessageBox::Ok);
+    if (then)
+        QObject::connect(box, &QMessageBox::finished, over, [then = std::move(then)] { then(); });
+    box->open();
+}
+
+void Messages::ask(QWidget *over, const QString &text, Buttons buttons, std::function<void(Answer)> then)
+{
+    QMessageBox::StandardButtons shown = QMessageBox::Yes | QMessageBox::No;
+    if (buttons == Buttons::YesNoCancel)
+        shown |= QMessageBox::Cancel;
+    QMessageBox *box = makeBox(over, Icon::Question, m_title, text, shown);
+    box->setDefaultButton(QMessageBox::Yes);
+    box->setEscapeButton(buttons == Buttons::YesNoCancel ? QMessageBox::Cancel : QMessageBox::No);
+    QObject::connect(box, &QMessageBox::finished, over, [then = std::move(then), buttons](int result) {
+        if (result == QMessageBox::Yes)
+            then(Answer::Yes);
+        else if (result == QMessageBox::No || buttons == Buttons::YesNo)
+            then(Answer::No);
+        else
+            then(Answer::Cancel);
+    });
+    box->open();
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "texts/Texts.h"
+
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+/// Message boxes. None of them waits: what is to happen afterwards is called when the operator has closed the box, and
+/// reception goes on behind it.
+class Messages
+{
+public:
+    enum class Answer { Yes, No, Cancel };
+    enum class Buttons { YesNo, YesNoCancel };
+
+    /// @param title  of every box
+    explicit Messages(QString title = {}) : m_title(std::move(title)) {}
+    virtual ~Messages() = default;
+    Messages(const Messages &) = delete;
+    Messages &operator=(const Messages &) = delete;
+
+    void setTitle(const QString &title) { m_title = title; }
+
+    /// @param over  window that is blocked by the box; when it goes, the box goes and nothing is called
+    /// @param text  plain text, several lines are possible
+    virtual void show(QWidget *over, Icon icon, const QString &text, std::function<void()> then = {});
+    /// A question; closing the box by its frame or Esc answers No, or Cancel where there is one.
+    virtual void ask(QWidget *over, const QString &text, Buttons buttons, std::function<void(Answer)> then);
+
+private:
+    QString m_title;
+};
