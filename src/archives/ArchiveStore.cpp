@@ -81,7 +81,7 @@ Result<void> ArchiveStore::copy(QStringView source, QStringView target)
         return recovered;
     // What stands in the target is lost on purpose, but only once its successor is there: until the rename it must
     // stay whole. A target that cannot be brought together any more is not worth keeping back.
-    if (const Result<void> recovered = recover(to); !recovered && recovered.fault().code == FaultCode::Locked)
+    if (Result<void> recovered = recover(to); !recovered && recovered.fault().code == FaultCode::Locked)
         return recovered;
     if (Result<void> removed = removeSideFiles(to); !removed)
         return removed;

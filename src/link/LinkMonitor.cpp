@@ -78,11 +78,10 @@ bool LinkMonitor::takes(char character)
 
 void LinkMonitor::ConfigInt(Purpose purpose)
 {
-    if (m_query.isRunning()) {
-        m_next = purpose;
-        return;
-    }
-    startQuery(purpose);
+    if (!m_query.isRunning())
+        startQuery(purpose);
+    else if (!m_next.contains(purpose))
+        m_next.append(purpose);
 }
 
 void LinkMonitor::startQuery(Purpose purpose)
@@ -115,8 +114,8 @@ void LinkMonitor::advance()
         Q_EMIT handsBack();
     if (config)
         ended(*config);
-    if (!m_query.isRunning() && m_next)
-        startQuery(*std::exchange(m_next, std::nullopt));
+    if (!m_query.isRunning() && !m_next.isEmpty())
+        startQuery(m_next.takeFirst());
     arm();
 }
 
@@ -189,6 +188,8 @@ void LinkMonitor::ended(const InterfaceConfig &config)
         if (config.answered())
             becomesOnLine();
         break;
+    case Purpose::Window:
+        break;
     }
     arm();
 }
@@ -231,21 +232,57 @@ void LinkMonitor::objTempochk_ModificaMin(int minutes)
     m_countdown = minutes;
 }
 
+void LinkMonitor::suspend()
+{
+    m_checkDue.reset();
+    m_retryDue.reset();
+    m_rePowered = false;
+    (void)m_serial.setPortOpen(false);
+    m_query.abort();
+    advance();
+}
+
+void LinkMonitor::objImpCom_Chiudi(int port, int result)
+{
+    if (result == 1) {
+        m_settings.PortaCom = port;
+        saveSetting(QStringLiteral("COM"), port);
+    }
+    ApriCollegamento();
+}
+
+void LinkMonitor::readConfiguration()
+{
+    m_checkDue.reset();
+    ConfigInt(Purpose::Window);
+}
+
+void LinkMonitor::configurationClosed()
+{
+    if (m_link == Link::Answering)
+        m_checkDue = m_clock.monotonic() + minuteMilliseconds;
+    arm();
+}
+
 void LinkMonitor::updateProtocol(const InterfaceConfig &config)
 {
     const int code = protocolCode(config.protocol, config.siteCode, config.channelInfo);
-    if (m_settings.CodProtocollo != 0 && m_settings.CodProtocollo == code)
+    if (m_settings.CodProtocollo == code && (code != 0 || m_purpose == Purpose::Window))
         return;
     m_settings.CodProtocollo = code;
-    const QString key = QStringLiteral("PRTC");
-    if (const Result<void> saved = m_settings.save(key, code); !saved)
+    if (m_purpose != Purpose::Window)
+        saveSetting(QStringLiteral("PRTC"), code);
+}
+
+void LinkMonitor::saveSetting(const QString &key, int value)
+{
+    if (const Result<void> saved = m_settings.save(key, value); !saved)
         Q_EMIT settingNotSaved(key, saved.fault());
 }
 
 void LinkMonitor::lost()
 {
     m_rePowered = false;
-    m_next.reset();
     m_checkDue.reset();
     m_retryDue = m_clock.monotonic() + retryMilliseconds;
     Q_EMIT portLost();

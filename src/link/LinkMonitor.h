@@ -24,7 +24,7 @@ public:
     enum class Link { Answering = 0, NotAnswering = 1, PortNotAvailable = 2 };
     Q_ENUM(Link)
     /// What a query is asked for.
-    enum class Purpose { LinkStart, PeriodicCheck, RePower };
+    enum class Purpose { LinkStart, PeriodicCheck, RePower, Window };
     Q_ENUM(Purpose)
 
     /// All must outlive this object.
@@ -48,6 +48,15 @@ public:
     void objMessage_Chiudi();
     /// Another interval of the periodic check: @p minutes from now, -1 = as it was.
     void objTempochk_ModificaMin(int minutes);
+
+    /// The port window opens: closes the port, so that it can be probed too, and stops all checks.
+    void suspend();
+    /// The port window has closed: with @p result 1 its @p port is the one from now on. The link is opened as at start.
+    void objImpCom_Chiudi(int port, int result);
+    /// The configuration window asks; queryEnded follows with Purpose::Window. Periodic checks pause until
+    /// configurationClosed(). The protocol is taken over in memory only.
+    void readConfiguration();
+    void configurationClosed();
 
     /// Takes a character that was received, or leaves it to the decoder (false).
     bool takes(char character);
@@ -93,6 +102,7 @@ private:
     void setLink(Link link);
     void raiseAlarm();
     void updateProtocol(const InterfaceConfig &config);
+    void saveSetting(const QString &key, int value);
 
     SerialControl &m_serial;
     Settings &m_settings;
@@ -101,7 +111,7 @@ private:
     QTimer m_timer;
     Link m_link = Link::NotAnswering;
     Purpose m_purpose = Purpose::LinkStart;
-    std::optional<Purpose> m_next;    ///< asked while a query ran
+    QList<Purpose> m_next;             ///< asked while a query ran, each once
     bool m_rePowered = false;         ///< told while no query may start
     qint64 m_quietUntil = 0;          ///< no query for a re-power before this
     std::optional<qint64> m_checkDue; ///< next minute of the countdown

@@ -6,6 +6,7 @@
 #include "platform/Termination.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <array>
@@ -68,6 +69,10 @@ Result<void> Demonstration::makeFolder()
             return copied;
     }
 
+    // Pictures and manuals are only read; without them the program goes on.
+    for (const char *name : {"/Immagini", "/Istruzioni"})
+        QFile::link(m_programs + QLatin1String(name), folder() + QLatin1String(name));
+
     ProgramFolder programFolder(folder(), disk);
     ArchiveStore archives(programFolder);
     if (Result<void> copied = archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users); !copied)
@@ -80,7 +85,7 @@ Result<void> Demonstration::makeFolder()
     if (!users)
         return users.fault();
     for (const DemoUser &user : demoUsers) {
-        const Result<void> added = users.value().addNew({{QStringLiteral("Codice"), QString::fromUtf8(user.code)},
+        Result<void> added = users.value().addNew({{QStringLiteral("Codice"), QString::fromUtf8(user.code)},
                                                          {QStringLiteral("Tipo"), QString::fromUtf8(user.type)},
                                                          {QStringLiteral("Cognome"), QString::fromUtf8(user.surname)},
                                                          {QStringLiteral("Nome"), QString::fromUtf8(user.name)}});

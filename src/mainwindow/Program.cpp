@@ -9,7 +9,7 @@ constexpr int refreshMilliseconds = 10'000;
 } // namespace
 
 Program::Program(const QString &folder, const Clock &clock, const Printers &printers, QObject *parent)
-    : QObject(parent),
+    : QObject(parent), m_clock(clock),
       m_folder(folder, m_disk),
       m_settings(m_folder, printers),
       m_archives(m_folder),
@@ -56,7 +56,7 @@ std::optional<StartFault> Program::prepare(int systemLanguage, std::optional<int
     return {};
 }
 
-void Program::run()
+void Program::load()
 {
     m_running = true;
     readUsers();
@@ -65,7 +65,6 @@ void Program::run()
     m_timeProgramme.run();
     m_log.open();
     tmrRefresh.start(refreshMilliseconds);
-    m_link.ApriCollegamento();
 }
 
 void Program::end()
@@ -100,6 +99,7 @@ void Program::readTimeProgramme(TimeProgramme::Part part)
 
 void Program::tmrRefresh_Timer()
 {
+    Q_EMIT refreshing();
     if (!m_users.isKnown())
         readUsers();
     if (!m_log.changeDayIfNeeded() && !m_timeProgramme.isSuspended())

@@ -27,8 +27,9 @@ public:
     /// @param port  COM number to choose as the port dialog would, if any
     /// @return why the program cannot run; nothing has been changed then, unless the preparation itself failed
     std::optional<StartFault> prepare(int systemLanguage, std::optional<int> port);
-    /// Opens the archives, applies the time programme, and opens the link to the interface.
-    void run();
+    /// Opens the archives and applies the time programme. The link to the interface is opened when nothing holds it back
+    /// any more: link().ApriCollegamento().
+    void load();
     /// Stores what can be stored, closes the archives and releases the RTS line.
     void end();
 
@@ -36,6 +37,9 @@ public:
     Notices &notices() { return m_notices; }
     Settings &settings() { return m_settings; }
     ProgramFolder &folder() { return m_folder; }
+    const Clock &clock() const { return m_clock; }
+    const SerialPorts &ports() const { return m_ports; }
+    SerialControl &serial() { return m_serial; }
     LinkMonitor &link() { return m_link; }
     EventLog &log() { return m_log; }
     EventRoad &road() { return m_road; }
@@ -43,13 +47,18 @@ public:
     Passwords &passwords() { return m_passwords; }
     const UsersSnapshot &users() const { return m_users; }
 
-    QTimer tmrRefresh; ///< 10 s: change of day
+    QTimer tmrRefresh; ///< 10 s: change of day, time programme
+
+Q_SIGNALS:
+    /// A tick of tmrRefresh begins.
+    void refreshing();
 
 private:
     void tmrRefresh_Timer();
     void readUsers();
     void readTimeProgramme(TimeProgramme::Part part);
 
+    const Clock &m_clock;
     Disk m_disk;
     ProgramFolder m_folder;
     FolderLock m_lock;

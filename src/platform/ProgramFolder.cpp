@@ -37,9 +37,8 @@ ProgramFolder::ProgramFolder(const QString &root, Disk &disk) : m_root(QDir(root
 
 QString ProgramFolder::inFolder(const QString &folder, const QString &name) const
 {
-    const QString exact = folder + QLatin1Char('/') + name;
-    struct stat status {
-    };
+    QString exact = folder + QLatin1Char('/') + name;
+    struct stat status = {};
     if (::lstat(QFile::encodeName(exact).constData(), &status) == 0)
         return exact;
     if (::stat(QFile::encodeName(folder).constData(), &status) != 0)

@@ -36,7 +36,7 @@ Result<void> SerialControl::setPortOpen(bool open)
     const QString device = m_ports.device(m_commPort);
     if (m_port.isOpen())
         return Fault{FaultCode::AlreadyInUse, device};
-    if (const Result<void> isFree = checkDeviceIsFree(device); !isFree)
+    if (Result<void> isFree = checkDeviceIsFree(device); !isFree)
         return isFree;
 
     m_port.setPortName(device);
@@ -71,6 +71,15 @@ void SerialControl::setRTSEnable(bool enable)
     m_rts = enable;
     if (m_port.isOpen())
         tellRts(enable);
+}
+
+std::optional<bool> SerialControl::rtsLevel()
+{
+    if (!m_port.isOpen())
+        return std::nullopt;
+    m_port.clearError();
+    const bool level = m_port.isRequestToSend();
+    return m_port.error() == QSerialPort::NoError ? std::optional<bool>(level) : std::nullopt;
 }
 
 void SerialControl::tellRts(bool asserted)

@@ -8,6 +8,8 @@
 #include <QSerialPort>
 #include <QTimer>
 
+#include <optional>
+
 /// One serial port as the program sees it: text comes in one character a notification, in the order it arrived.
 ///
 /// What arrives is first taken into a buffer of the control's own, and notifications are made from there: with
@@ -51,6 +53,8 @@ public:
     /// first thing after opening, because opening a port asserts the line by itself.
     void setRTSEnable(bool enable);
     bool rtsEnable() const { return m_rts; }
+    /// What the device says of its RTS line; nothing while the port is closed or has no modem lines.
+    std::optional<bool> rtsLevel();
 
     /// Next characters received, empty when none is waiting. The view holds until control returns to the event loop.
     QByteArrayView input();

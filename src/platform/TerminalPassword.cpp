@@ -56,8 +56,7 @@ std::optional<QString> askOnTerminal(const QString &prompt)
 
 bool isOwnersOnly(const QString &path)
 {
-    struct stat status {
-    };
+    struct stat status = {};
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISREG(status.st_mode) &&
            status.st_uid == ::geteuid() && (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
 }

@@ -145,6 +145,37 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
      "Die simulierte Schnittstelle '%1' kann nicht gestartet werden"},
     /* Notice */
     {"AVVISO", "NOTICE", "AVIS", "HINWEIS"},
+    /* LedUnknown */
+    {"Stato dell'interfaccia non ancora noto", "State of the interface not known yet",
+     "État de l'interface pas encore connu", "Zustand der Schnittstelle noch nicht bekannt"},
+    /* RtsAsserted */
+    {"linea RTS attiva", "RTS line asserted", "ligne RTS active", "RTS-Leitung aktiv"},
+    /* RtsReleased */
+    {"linea RTS rilasciata", "RTS line released", "ligne RTS relâchée", "RTS-Leitung inaktiv"},
+    /* RtsNotKnown */
+    {"linea RTS non verificabile", "RTS line cannot be read", "ligne RTS non vérifiable", "RTS-Leitung nicht lesbar"},
+    /* PortTestRuns */
+    {"Prova della porta COM%1 in corso...",
+     "Testing port COM%1...",
+     "Test du port COM%1 en cours...",
+     "Anschluss COM%1 wird getestet..."},
+    /* NoPortAvailable */
+    {"Nessuna porta seriale disponibile!\r\nCollegare un adattatore e rispondere No per cercare di nuovo.\r\n"
+     "Terminare il programma?",
+     "No serial port is available!\r\nConnect an adapter and answer No to search again.\r\n"
+     "End the program?",
+     "Aucun port sériel disponible!\r\nBrancher un adaptateur et répondre Non pour relancer la recherche.\r\n"
+     "Terminer le programme?",
+     "Kein serieller Anschluss verfügbar!\r\nEinen Adapter anschließen und mit Nein antworten, um erneut zu suchen.\r\n"
+     "Programm beenden?"},
+    /* ReadingRuns */
+    {"Lettura in corso...", "Reading...", "Lecture en cours...", "Lesevorgang läuft..."},
+    /* ZoomIn */
+    {"Ingrandisci", "Zoom in", "Agrandir", "Vergrößern"},
+    /* ZoomOut */
+    {"Riduci", "Zoom out", "Réduire", "Verkleinern"},
+    /* ZoomToWidth */
+    {"Adatta alla larghezza", "Fit to width", "Adapter à la largeur", "An Breite anpassen"},
     /* ReasonNotFound */
     {"non esiste", "does not exist", "n'existe pas", "nicht vorhanden"},
     /* ReasonAccessDenied */

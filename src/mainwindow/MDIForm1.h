@@ -1,0 +1,109 @@
+#pragma once
+
+#include "mainwindow/MenuState.h"
+#include "mainwindow/Program.h"
+#include "widgets/ChildWindow.h"
+#include "widgets/Messages.h"
+#include "widgets/Translation.h"
+
+#include <QMainWindow>
+#include <QPixmap>
+#include <QPointer>
+
+class QAction;
+class QLabel;
+class QMdiArea;
+class QMenu;
+class Splash;
+
+/// The frame window: menu, status bar, timers, and the windows that are opened from the menu.
+class MDIForm1 : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// @param program  prepared, not yet loaded; @param messages; both must outlive this window
+    MDIForm1(Program &program, Messages &messages, QWidget *parent = nullptr);
+    ~MDIForm1() override;
+
+    /// Shows the splash, opens archives and log, and starts the timers; a second later the window comes to life.
+    void load();
+    /// Ends the program whatever the menus say: the system asks for it.
+    void end();
+
+Q_SIGNALS:
+    /// The window has closed: the program ends.
+    void unloaded();
+
+public Q_SLOTS:
+    // Called by the windows that this one opens, when they close or have something to tell.
+    void objImpCom_Chiudi(int port, int result);
+    void objPassProg_Chiudi(int type, int code);
+    void objMessage_Chiudi();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void buildMenu();
+    void buildStatusBar();
+    void connectLink();
+    void applyTexts();
+    void applyMenu();
+    void applyPanel5();
+    void showLed(LinkMonitor::Link link);
+    void showTime(bool enabled);
+    void showClock();
+    void showPicture(QLabel *panel, const QString &file, const QString &words);
+
+    void tmrShow_Timer();
+    void tmrFlash_Timer();
+    void showNotices();
+    bool readPasswords();
+
+    template<class Window, class Make>
+    void openOnce(Make make);
+    void openChild(ChildWindow *window, Qt::WindowFlags more = {});
+    ChildWindow *child(const char *name) const;
+
+    // Menu entries.
+    void mnuExit_Click();
+    void mnuImpCom_Click();
+    void mnuLetConfInt_Click();
+    void mnuUtility_Click();
+    void mnuImpContKor_Click();
+    void mnuLingua_Click();
+    void mnuAttPass_Click(Passwords::Type type);
+    void mnuIstr_Click(Text caption, const QString &file);
+    void mnuAbout_Click();
+
+    void openPortWindow(bool first);
+    void askPassword(Passwords::Type type, bool toDeactivate);
+    void setPassword(Passwords::Type type);
+    void deactivate(Passwords::Type type);
+    void openDiagnostics();
+    void raiseAlarm();
+    void showCritical(const QString &text, std::function<void()> then = {});
+    bool isAllowed(Entry entry) const { return menuState(m_menu)[entry]; }
+    void addEntry(QMenu *menu, Entry entry, const char *name, void (MDIForm1::*clicked)());
+    void addEntry(QMenu *menu, Entry entry, const char *name, std::function<void()> clicked);
+    QPixmap picture(const QString &file) const;
+
+    Program &m_program;
+    Messages &m_messages;
+    Translation m_translation;
+    MenuInput m_menu;
+    std::array<QMenu *, TopMenuCount> m_menus{};
+    std::array<QAction *, EntryCount> m_entries{};
+    QMdiArea *m_area;
+    std::array<QLabel *, 6> m_panels{};  ///< panels 1 to 6
+    QPointer<Splash> m_splash;
+    QTimer tmrShow;
+    QTimer tmrFlash;
+    bool m_panel5Cleared = false;     ///< the link is being opened: its state is not known
+    bool m_ledIsKnown = false;
+    bool m_closedByRePower = false;
+    bool m_ending = false;            ///< the close comes from the program or the session, not from the frame
+    bool m_closeAgain = false;        ///< a close waits for a window to answer its question
+    bool m_noticeIsShown = false;
+};

@@ -1,0 +1,63 @@
+#include "mainwindow/MenuState.h"
+
+namespace {
+
+/// Entries whose windows are still to be built.
+bool isBuilt(Entry entry)
+{
+    switch (entry) {
+    case Entry::ImpPrn:
+    case Entry::Utenti:
+    case Entry::FascieOr:
+    case Entry::ProgFerie:
+    case Entry::Eventi:
+    case Entry::EventiOdierni:
+    case Entry::PrnLastEv:
+    case Entry::NumEvOdVis:
+        return false;
+    default:
+        return true;
+    }
+}
+
+bool isFree(Entry entry, const MenuInput &input)
+{
+    switch (entry) {
+    case Entry::Utenti:
+        return !input.usersAreAsked;
+    case Entry::Utility:
+        return !input.diagnosticsAreAsked;
+    case Entry::AttPass:
+    case Entry::AttPassUte:
+    case Entry::AttPassUty:
+        return !input.registerIsOpen;
+    default:
+        return true;
+    }
+}
+
+} // namespace
+
+TopMenu menuOf(Entry entry)
+{
+    if (entry <= Entry::Exit)
+        return TopMenu::File;
+    if (entry <= Entry::ProgFerie)
+        return TopMenu::Anagrafica;
+    if (entry <= Entry::NumEvOdVis)
+        return TopMenu::Consult;
+    return entry <= Entry::AttPassUty ? TopMenu::Strumenti : TopMenu::Help;
+}
+
+MenuState menuState(const MenuInput &input)
+{
+    MenuState state;
+    state.menus.fill(!input.gateIsClosed && !input.portIsMissing);
+    if (input.passwordWindowIsOpen)
+        state.menus[static_cast<std::size_t>(TopMenu::Anagrafica)] = false;
+    for (int i = 0; i < EntryCount; ++i) {
+        const auto entry = static_cast<Entry>(i);
+        state.entries[static_cast<std::size_t>(i)] = state[menuOf(entry)] && isBuilt(entry) && isFree(entry, input);
+    }
+    return state;
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "prefs/Passwords.h"
+#include "widgets/ChildWindow.h"
+
+class Messages;
+class QLabel;
+class QLineEdit;
+class Texts;
+
+/// Sets one of the three passwords.
+class frmInsPass : public ChildWindow
+{
+    Q_OBJECT
+
+public:
+    /// All must outlive this window.
+    frmInsPass(const Texts &texts, Messages &messages, Passwords &passwords, QWidget *parent = nullptr);
+
+    void setTipoPass(Passwords::Type type);
+
+Q_SIGNALS:
+    /// @param tipo  1 to 3, the password that was stored; with nothing typed it is stored as none
+    void PasswordImpostata(int tipo);
+
+private:
+    void captions();
+    void txtPass_Change();
+    void txtConfPass_Change();
+    void cmdOk_Click();
+    void selectPass();
+
+    const Texts &m_texts;
+    Messages &m_messages;
+    Passwords &m_passwords;
+    Passwords::Type m_type = Passwords::Type::Main;
+
+    QLabel *lblSpiegIns;
+    QLabel *lblPass;
+    QLineEdit *txtPass;
+    QLabel *lblConfPass;
+    QLineEdit *txtConfPass;
+    QPushButton *cmdOk;
+    QPushButton *cmdAnnulla;
+};

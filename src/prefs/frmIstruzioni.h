@@ -1,0 +1,50 @@
+#pragma once
+
+#include "widgets/ChildWindow.h"
+
+class Messages;
+class QLabel;
+class QPdfDocument;
+class QPdfView;
+class QToolButton;
+class Texts;
+
+/// Shows one of the manuals.
+class frmIstruzioni : public ChildWindow
+{
+    Q_OBJECT
+
+public:
+    /// @param caption  of the menu entry, access key included
+    /// @param file     path of the manual; @p texts and @p messages must outlive this window
+    frmIstruzioni(const QString &caption, const QString &file, const Texts &texts, Messages &messages,
+                  QWidget *parent = nullptr);
+
+    /// Reads the manual. When there is none the operator is told so, and the window unloads with that message.
+    bool load();
+
+    /// A page in its natural size; less where the main window is smaller.
+    QSize sizeHint() const override;
+
+private:
+    void captions(const QString &caption);
+    void cmdZoomMeno_Click();
+    void cmdZoomLarghezza_Click();
+    void cmdZoomPiu_Click();
+    void toBegin();
+    void toEnd();
+    void showPage();
+    void zoom(double step);
+    double shownZoom() const;
+
+    const QString m_file;
+    const Texts &m_texts;
+    Messages &m_messages;
+
+    QPdfDocument *m_document;
+    QPdfView *ReadPdf;
+    QLabel *lblPagina;
+    QToolButton *cmdZoomMeno;
+    QToolButton *cmdZoomLarghezza;
+    QToolButton *cmdZoomPiu;
+};

@@ -1,0 +1,72 @@
+#include "prefs/frmLingua.h"
+
+#include "startup/Settings.h"
+#include "texts/Texts.h"
+#include "widgets/Messages.h"
+
+#include <QButtonGroup>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+
+frmLingua::frmLingua(Texts &texts, Settings &settings, Messages &messages, QWidget *parent)
+    : ChildWindow(QStringLiteral("frmLingua"), parent), m_texts(texts), m_settings(settings), m_messages(messages),
+      lblLingua(new QLabel), optLingua(new QButtonGroup(this)), cmdOk(new QPushButton), cmdAnnulla(new QPushButton)
+{
+    auto *rows = new QVBoxLayout(this);
+    rows->addWidget(lblLingua);
+    // Each language stands in its own words, so that whoever reads no other finds it.
+    const QStringList names = {QStringLiteral("Italiano"), QStringLiteral("English"), QStringLiteral("Français"),
+                               QStringLiteral("Deutsch")};
+    for (int i = 0; i < names.size(); ++i) {
+        auto *option = new QRadioButton(names[i]);
+        option->setObjectName(QStringLiteral("optLingua(%1)").arg(i));
+        optLingua->addButton(option, Texts::FirstLanguage + i);
+        rows->addWidget(option);
+    }
+    rows->addStretch();
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(cmdOk);
+    buttons->addWidget(cmdAnnulla);
+    rows->addLayout(buttons);
+
+    lblLingua->setObjectName(QStringLiteral("lblLingua"));
+    cmdOk->setObjectName(QStringLiteral("cmdOk"));
+    cmdAnnulla->setObjectName(QStringLiteral("cmdAnnulla"));
+
+    connect(cmdOk, &QPushButton::clicked, this, &frmLingua::cmdOk_Click);
+    connect(cmdAnnulla, &QPushButton::clicked, this, &frmLingua::unload);
+    setKeys(cmdOk, cmdAnnulla);
+
+    captions();
+    QAbstractButton *stored = optLingua->button(settings.Lingua);
+    QAbstractButton *present = stored ? stored : optLingua->button(texts.language());
+    present->setChecked(true);
+    present->setFocus();
+}
+
+void frmLingua::captions()
+{
+    setWindowTitle(m_texts[Text::Lingua]);
+    lblLingua->setText(m_texts[Text::ScegliLaLingua]);
+    cmdOk->setText(m_texts[Text::CmdOk]);
+    cmdAnnulla->setText(m_texts[Text::CmdAnnulla]);
+    const QList<QAbstractButton *> options = optLingua->buttons();
+    for (QAbstractButton *option : options)
+        option->setAccessibleDescription(lblLingua->text());
+}
+
+void frmLingua::cmdOk_Click()
+{
+    const QString key = QStringLiteral("LINGUA");
+    m_settings.Lingua = optLingua->checkedId();
+    const Result<void> saved = m_settings.save(key, m_settings.Lingua);
+    m_texts.fill(m_settings.Lingua);
+    Q_EMIT LinguaCambiata();
+    if (saved)
+        return unload();
+    m_messages.show(this, Icon::Exclamation, m_texts.sentence({OwnText::SettingNotSaved, {key}, saved.fault()}),
+                    [this] { unload(); });
+}

@@ -1,0 +1,47 @@
+#include "prefs/frmMessage.h"
+
+#include "texts/Texts.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPixmap>
+#include <QPushButton>
+
+frmMessage::frmMessage(const Texts &texts, const QPixmap &warning, QWidget *parent)
+    : ChildWindow(QStringLiteral("frmMessage"), parent), imgWarning(new QLabel), lblMessage(new QLabel),
+      cmdOk(new QPushButton)
+{
+    auto *words = new QHBoxLayout;
+    words->addWidget(imgWarning);
+    words->addWidget(lblMessage, 1);
+    words->setSpacing(fontMetrics().height());
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(cmdOk);
+    buttons->addStretch();
+    auto *rows = new QVBoxLayout(this);
+    rows->addLayout(words, 1);
+    rows->addLayout(buttons);
+    imgWarning->setPixmap(warning);
+    imgWarning->setVisible(!warning.isNull());
+    lblMessage->setWordWrap(true);
+    lblMessage->setMinimumWidth(fontMetrics().averageCharWidth() * 50);
+
+    imgWarning->setObjectName(QStringLiteral("imgWarning"));
+    lblMessage->setObjectName(QStringLiteral("lblMessage"));
+    cmdOk->setObjectName(QStringLiteral("cmdOk"));
+
+    connect(cmdOk, &QPushButton::clicked, this, &frmMessage::unload);
+    setKeys(cmdOk, cmdOk);
+
+    captions(texts);
+    cmdOk->setFocus();
+}
+
+void frmMessage::captions(const Texts &texts)
+{
+    setWindowTitle(QStringLiteral("KOR"));
+    imgWarning->setAccessibleName(texts[OwnText::Notice]);
+    lblMessage->setText(texts[Text::InterfacciaNonCollegata]);
+    cmdOk->setText(texts[Text::CmdOk]);
+}

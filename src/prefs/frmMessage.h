@@ -1,0 +1,24 @@
+#pragma once
+
+#include "widgets/ChildWindow.h"
+
+class QLabel;
+class QPixmap;
+class Texts;
+
+/// The interface does not answer. The alarm stands until this window is unloaded.
+class frmMessage : public ChildWindow
+{
+    Q_OBJECT
+
+public:
+    /// @param warning  picture beside the words; none leaves its place out
+    frmMessage(const Texts &texts, const QPixmap &warning, QWidget *parent = nullptr);
+
+private:
+    void captions(const Texts &texts);
+
+    QLabel *imgWarning;
+    QLabel *lblMessage;
+    QPushButton *cmdOk;
+};

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "prefs/Passwords.h"
+#include "widgets/ChildWindow.h"
+
+class Messages;
+class QLabel;
+class QLineEdit;
+class Texts;
+
+/// Asks a stored password, to open what it guards or to remove it. Only its two buttons close it.
+class frmPassProg : public ChildWindow
+{
+    Q_OBJECT
+
+public:
+    /// All must outlive this window.
+    frmPassProg(const Texts &texts, Messages &messages, const Passwords &passwords, QWidget *parent = nullptr);
+
+    bool DisattivaPW = false; ///< the password is asked in order to remove it
+    void setTipoPass(Passwords::Type type);
+
+Q_SIGNALS:
+    /// @param tipo    1 to 3, the password that was asked
+    /// @param codice  1 right, 2 cancelled; 3 and 4 the same where it was asked in order to remove it
+    void Chiudi(int tipo, int codice);
+
+protected:
+    bool canClose() override;
+
+private:
+    void captions();
+    void txtPass_Change();
+    void cmdOk_Click();
+    void cmdAnnulla_Click();
+    void selectPass();
+
+    const Texts &m_texts;
+    Messages &m_messages;
+    const Passwords &m_passwords;
+    Passwords::Type m_type = Passwords::Type::Main;
+
+    QLabel *lblPass;
+    QLineEdit *txtPass;
+    QPushButton *cmdOk;
+    QPushButton *cmdAnnulla;
+};
