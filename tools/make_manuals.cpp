@@ -35,10 +35,10 @@ void space(QTextDocument &document)
             format.setTopMargin(0);
             format.setBottomMargin(12);
         } else if (format.headingLevel() > 1) {
-            format.setTopMargin(18);
+            format.setTopMargin(16);
             format.setBottomMargin(6);
-        } else if (format.nonBreakableLines()) {
-            format.setLeftMargin(20);
+        } else if (format.hasProperty(QTextFormat::BlockCodeLanguage)) {
+            format.setIndent(1);
             format.setTopMargin(4);
             format.setBottomMargin(8);
         } else {
@@ -83,11 +83,12 @@ QByteArray printed(const QString &markdown)
     QTextDocument document;
     QFont font;
     font.setFamilies({QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans"), QStringLiteral("sans-serif")});
-    font.setPointSizeF(11);
+    font.setPointSizeF(10.5);
     document.setDefaultFont(font);
     document.documentLayout()->setPaintDevice(&writer);
     document.setMarkdown(markdown);
     document.setDocumentMargin(0);
+    document.setIndentWidth(24);
     space(document);
     breakPagesAtRules(document);
     writer.setTitle(document.begin().text());

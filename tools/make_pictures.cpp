@@ -2,6 +2,7 @@
 
 #include <QDataStream>
 #include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
@@ -80,9 +81,12 @@ int main(int argumentCount, char *arguments[])
     for (const Picture &picture : pictures) {
         const QString source = sources.filePath(QLatin1String(picture.source));
         const QString target = targets.filePath(QLatin1String(picture.target));
-        QSvgRenderer renderer(source);
+        QFile drawing(source);
+        if (!drawing.open(QIODevice::ReadOnly))
+            return fail("read", source, drawing.errorString());
+        QSvgRenderer renderer(drawing.readAll());
         if (!renderer.isValid())
-            return fail("read", source, QStringLiteral("missing, or not a drawing in SVG"));
+            return fail("read", source, QStringLiteral("it is no drawing in SVG"));
         const QImage image = drawn(renderer, picture.size);
         QSaveFile file(target);
         if (!file.open(QIODevice::WriteOnly))

@@ -76,8 +76,17 @@ Result<void> EventLog::openDay(const QString &day)
 
 bool EventLog::changeDayIfNeeded()
 {
-    if (DataFile(m_clock.date()) == m_day)
+    const bool isDeleted = m_open && !m_archives.exists(ArchiveName::events(m_day));
+    if (DataFile(m_clock.date()) == m_day && !isDeleted)
         return false;
+    if (isDeleted) {
+        // Rows that go into a file without a name are lost when it is closed.
+        m_notices.post(Icon::Critical, {OwnText::DayArchiveUnavailable,
+                                        {ArchiveName::events(m_day)},
+                                        Fault{FaultCode::NotFound, ArchiveName::events(m_day)}});
+        m_open.reset();
+        m_day.clear();
+    }
     const QString before = m_day;
     open();
     return m_day != before;
@@ -113,6 +122,16 @@ bool EventLog::append(const Event &event)
     }
     m_waiting.enqueue(event);
     return drain();
+}
+
+void EventLog::appendLate(const QList<Event> &events)
+{
+    if (events.isEmpty())
+        return;
+    m_isWaiting = true;
+    m_again.start();
+    m_waiting.append(events);
+    drain();
 }
 
 void EventLog::retry()

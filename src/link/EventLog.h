@@ -29,7 +29,7 @@ public:
     /// notice, and a new one is made. When it cannot be opened a notice tells why, and changeDayIfNeeded() tries again.
     void open();
     /// Opens the archive of the new day when the date has changed. The old one stays open when the new one cannot be
-    /// opened, and is written to until it can.
+    /// opened, and is written to until it can. An archive that somebody has deleted is made anew.
     /// @return true when another archive was opened
     bool changeDayIfNeeded();
     /// Stores what still waits if it can, tells what is lost, and closes the archive.
@@ -37,6 +37,8 @@ public:
 
     /// Stores an event, behind those that wait. @return true when it is on disk, false when it waits
     bool append(const Event &event);
+    /// Stores events of an earlier time, behind those that wait, each in the archive of its own day.
+    void appendLate(const QList<Event> &events);
     /// Tries again to store what waits; also done once a second by itself.
     void retry();
     qsizetype waiting() const { return m_waiting.size(); }

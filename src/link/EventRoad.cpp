@@ -25,9 +25,10 @@ bool EventRoad::RegistraEvento(QByteArrayView line)
 
 void EventRoad::usersKnown()
 {
-    while (!m_undecided.isEmpty()) {
-        const Event event = m_undecided.dequeue();
+    QList<Event> registered;
+    for (const Event &event : std::exchange(m_undecided, {})) {
         if (UtenteEsiste(event.Codice))
-            m_log.append(event);
+            registered.append(event);
     }
+    m_log.appendLate(registered);
 }

@@ -73,6 +73,10 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
     setCentralWidget(m_area);
     buildMenu();
     buildStatusBar();
+    for (const auto &[timer, name] : {std::pair(&tmrShow, "tmrShow"), std::pair(&tmrFlash, "tmrFlash")}) {
+        timer->setParent(this);
+        timer->setObjectName(QString::fromLatin1(name));
+    }
     tmrShow.setSingleShot(true);
     tmrFlash.setInterval(flashMilliseconds);
     connect(&tmrShow, &QTimer::timeout, this, &MDIForm1::tmrShow_Timer);
@@ -213,6 +217,7 @@ void MDIForm1::load()
     m_messages.setTitle(m_program.texts()[Text::InterfacciaMultiprotocollo]);
     QApplication::setWindowIcon(QIcon(picture(QStringLiteral("Icon.png"))));
     setGeometry(screen()->availableGeometry());
+    setWindowState(Qt::WindowMaximized);
     setEnabled(false);
     m_splash = new Splash(picture(QStringLiteral("Splash.bmp")));
     m_splash->show();
@@ -261,9 +266,8 @@ bool MDIForm1::readPasswords()
         // Another program holds the register for the moment; nothing opens before it can be read.
         m_menu.gateIsClosed = true;
         applyMenu();
-        m_panels[4]->setText(texts.sentence({OwnText::RegisterTriedAgain,
-                                             {QStringLiteral("Anagrafico.zeb")},
-                                             m_program.passwords().reason()}));
+        m_panels[4]->setText(texts.sentence(
+            {OwnText::RegisterTriedAgain, {QStringLiteral("Anagrafico.zeb")}, m_program.passwords().reason()}));
         tmrShow.start(showMilliseconds);
         return false;
     }
@@ -380,8 +384,8 @@ void MDIForm1::showTime(bool enabled)
     const OwnText line = !level ? OwnText::RtsNotKnown : *level ? OwnText::RtsAsserted : OwnText::RtsReleased;
     const Text state = enabled ? Text::Abilitata : Text::Disabilitata;
     showPicture(m_panels[2], enabled ? QStringLiteral("Time_En.bmp") : QStringLiteral("Time_Dis.bmp"),
-                texts[Text::Interfaccia] + QLatin1Char(' ') + texts[state].toLower() + QStringLiteral(" (") + texts[line] +
-                    QLatin1Char(')'));
+                texts[Text::Interfaccia] + QLatin1Char(' ') + texts[state].toLower() + QStringLiteral(" (") +
+                    texts[line] + QLatin1Char(')'));
 }
 
 void MDIForm1::showLed(LinkMonitor::Link link)
@@ -481,9 +485,8 @@ void MDIForm1::openOnce(Make make)
 
 void MDIForm1::openChild(ChildWindow *window, Qt::WindowFlags more)
 {
-    QMdiSubWindow *frame =
-        m_area->addSubWindow(window, Qt::SubWindow | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                                         Qt::WindowCloseButtonHint | more);
+    QMdiSubWindow *frame = m_area->addSubWindow(window, Qt::SubWindow | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                                                            Qt::WindowCloseButtonHint | more);
     frame->setAttribute(Qt::WA_DeleteOnClose);
     connect(window, &ChildWindow::closeRefused, this, [this] { m_closeAgain = false; });
     connect(window, &QObject::destroyed, this, [this] {
@@ -604,8 +607,8 @@ void MDIForm1::mnuIstr_Click(Text caption, const QString &file)
 {
     if (ChildWindow *open = child("frmIstruzioni"))
         open->unload();
-    auto *window = new frmIstruzioni(m_program.texts()[caption], m_program.folder().path(file), m_program.texts(),
-                                     m_messages);
+    auto *window =
+        new frmIstruzioni(m_program.texts()[caption], m_program.folder().path(file), m_program.texts(), m_messages);
     openChild(window, Qt::WindowMaximizeButtonHint);
     window->load();
 }

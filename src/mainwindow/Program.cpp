@@ -9,7 +9,8 @@ constexpr int refreshMilliseconds = 10'000;
 } // namespace
 
 Program::Program(const QString &folder, const Clock &clock, const Printers &printers, QObject *parent)
-    : QObject(parent), m_clock(clock),
+    : QObject(parent),
+      m_clock(clock),
       m_folder(folder, m_disk),
       m_settings(m_folder, printers),
       m_archives(m_folder),
@@ -102,6 +103,7 @@ void Program::tmrRefresh_Timer()
     Q_EMIT refreshing();
     if (!m_users.isKnown())
         readUsers();
+    m_timeProgramme.readLocked();
     if (!m_log.changeDayIfNeeded() && !m_timeProgramme.isSuspended())
         m_timeProgramme.run();
 }

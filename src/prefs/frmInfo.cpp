@@ -8,7 +8,9 @@
 #include <QPushButton>
 
 frmInfo::frmInfo(const Texts &texts, const QPixmap &picture, QWidget *parent)
-    : ChildWindow(QStringLiteral("frmInfo"), parent), imgInfo(new QLabel), lblVersione(new QLabel),
+    : ChildWindow(QStringLiteral("frmInfo"), parent),
+      imgInfo(new QLabel),
+      lblVersione(new QLabel),
       cmdOk(new QPushButton)
 {
     auto *buttons = new QHBoxLayout;

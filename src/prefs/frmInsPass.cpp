@@ -3,6 +3,7 @@
 #include "prefs/PasswordFault.h"
 #include "texts/Texts.h"
 #include "widgets/Messages.h"
+#include "widgets/Twips.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -10,9 +11,17 @@
 #include <QPushButton>
 
 frmInsPass::frmInsPass(const Texts &texts, Messages &messages, Passwords &passwords, QWidget *parent)
-    : ChildWindow(QStringLiteral("frmInsPass"), parent), m_texts(texts), m_messages(messages), m_passwords(passwords),
-      lblSpiegIns(new QLabel), lblPass(new QLabel), txtPass(new QLineEdit), lblConfPass(new QLabel),
-      txtConfPass(new QLineEdit), cmdOk(new QPushButton), cmdAnnulla(new QPushButton)
+    : ChildWindow(QStringLiteral("frmInsPass"), parent),
+      m_texts(texts),
+      m_messages(messages),
+      m_passwords(passwords),
+      lblSpiegIns(new QLabel),
+      lblPass(new QLabel),
+      txtPass(new QLineEdit),
+      lblConfPass(new QLabel),
+      txtConfPass(new QLineEdit),
+      cmdOk(new QPushButton),
+      cmdAnnulla(new QPushButton)
 {
     auto *boxes = new QGridLayout;
     boxes->addWidget(lblPass, 0, 0);
@@ -27,6 +36,7 @@ frmInsPass::frmInsPass(const Texts &texts, Messages &messages, Passwords &passwo
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(lblSpiegIns);
     rows->addLayout(boxes);
+    rows->addSpacing(pixels(120));
     rows->addStretch();
     rows->addLayout(buttons);
     lblPass->setBuddy(txtPass);

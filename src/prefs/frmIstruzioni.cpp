@@ -28,9 +28,16 @@ constexpr double pointsPerInch = 72;
 
 frmIstruzioni::frmIstruzioni(const QString &caption, const QString &file, const Texts &texts, Messages &messages,
                              QWidget *parent)
-    : ChildWindow(QStringLiteral("frmIstruzioni"), parent), m_file(file), m_texts(texts), m_messages(messages),
-      m_document(new QPdfDocument(this)), ReadPdf(new QPdfView(this)), lblPagina(new QLabel),
-      cmdZoomMeno(new QToolButton), cmdZoomLarghezza(new QToolButton), cmdZoomPiu(new QToolButton)
+    : ChildWindow(QStringLiteral("frmIstruzioni"), parent),
+      m_file(file),
+      m_texts(texts),
+      m_messages(messages),
+      m_document(new QPdfDocument(this)),
+      ReadPdf(new QPdfView(this)),
+      lblPagina(new QLabel),
+      cmdZoomMeno(new QToolButton),
+      cmdZoomLarghezza(new QToolButton),
+      cmdZoomPiu(new QToolButton)
 {
     auto *tools = new QHBoxLayout;
     tools->addWidget(lblPagina);
@@ -73,6 +80,12 @@ frmIstruzioni::frmIstruzioni(const QString &caption, const QString &file, const 
 
     captions(caption);
     ReadPdf->setFocus();
+}
+
+frmIstruzioni::~frmIstruzioni()
+{
+    // The view draws pages in a thread of its own, and tells of another page when its document goes: it goes first.
+    delete ReadPdf;
 }
 
 bool frmIstruzioni::load()

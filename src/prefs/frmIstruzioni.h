@@ -19,6 +19,7 @@ public:
     /// @param file     path of the manual; @p texts and @p messages must outlive this window
     frmIstruzioni(const QString &caption, const QString &file, const Texts &texts, Messages &messages,
                   QWidget *parent = nullptr);
+    ~frmIstruzioni() override;
 
     /// Reads the manual. When there is none the operator is told so, and the window unloads with that message.
     bool load();

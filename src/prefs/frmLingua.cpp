@@ -3,6 +3,7 @@
 #include "startup/Settings.h"
 #include "texts/Texts.h"
 #include "widgets/Messages.h"
+#include "widgets/Twips.h"
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
@@ -11,8 +12,14 @@
 #include <QRadioButton>
 
 frmLingua::frmLingua(Texts &texts, Settings &settings, Messages &messages, QWidget *parent)
-    : ChildWindow(QStringLiteral("frmLingua"), parent), m_texts(texts), m_settings(settings), m_messages(messages),
-      lblLingua(new QLabel), optLingua(new QButtonGroup(this)), cmdOk(new QPushButton), cmdAnnulla(new QPushButton)
+    : ChildWindow(QStringLiteral("frmLingua"), parent),
+      m_texts(texts),
+      m_settings(settings),
+      m_messages(messages),
+      lblLingua(new QLabel),
+      optLingua(new QButtonGroup(this)),
+      cmdOk(new QPushButton),
+      cmdAnnulla(new QPushButton)
 {
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(lblLingua);
@@ -25,6 +32,7 @@ frmLingua::frmLingua(Texts &texts, Settings &settings, Messages &messages, QWidg
         optLingua->addButton(option, Texts::FirstLanguage + i);
         rows->addWidget(option);
     }
+    rows->addSpacing(pixels(120));
     rows->addStretch();
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();

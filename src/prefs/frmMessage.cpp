@@ -8,7 +8,9 @@
 #include <QPushButton>
 
 frmMessage::frmMessage(const Texts &texts, const QPixmap &warning, QWidget *parent)
-    : ChildWindow(QStringLiteral("frmMessage"), parent), imgWarning(new QLabel), lblMessage(new QLabel),
+    : ChildWindow(QStringLiteral("frmMessage"), parent),
+      imgWarning(new QLabel),
+      lblMessage(new QLabel),
       cmdOk(new QPushButton)
 {
     auto *words = new QHBoxLayout;

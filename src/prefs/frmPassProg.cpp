@@ -2,6 +2,7 @@
 
 #include "texts/Texts.h"
 #include "widgets/Messages.h"
+#include "widgets/Twips.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -9,8 +10,13 @@
 #include <QPushButton>
 
 frmPassProg::frmPassProg(const Texts &texts, Messages &messages, const Passwords &passwords, QWidget *parent)
-    : ChildWindow(QStringLiteral("frmPassProg"), parent), m_texts(texts), m_messages(messages),
-      m_passwords(passwords), lblPass(new QLabel), txtPass(new QLineEdit), cmdOk(new QPushButton),
+    : ChildWindow(QStringLiteral("frmPassProg"), parent),
+      m_texts(texts),
+      m_messages(messages),
+      m_passwords(passwords),
+      lblPass(new QLabel),
+      txtPass(new QLineEdit),
+      cmdOk(new QPushButton),
       cmdAnnulla(new QPushButton)
 {
     setWindowFlags(Qt::Dialog);
@@ -23,6 +29,7 @@ frmPassProg::frmPassProg(const Texts &texts, Messages &messages, const Passwords
     buttons->addWidget(cmdAnnulla);
     auto *rows = new QVBoxLayout(this);
     rows->addLayout(line);
+    rows->addSpacing(pixels(120));
     rows->addStretch();
     rows->addLayout(buttons);
     lblPass->setBuddy(txtPass);

@@ -4,6 +4,7 @@
 #include "startup/Settings.h"
 #include "texts/Texts.h"
 #include "widgets/Messages.h"
+#include "widgets/Twips.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -12,9 +13,16 @@
 #include <QPushButton>
 
 frmTempochk::frmTempochk(const Texts &texts, Settings &settings, Messages &messages, QWidget *parent)
-    : ChildWindow(QStringLiteral("frmTempochk"), parent), m_texts(texts), m_settings(settings), m_messages(messages),
-      chkAutomatico(new QCheckBox), lblCheck(new QLabel), txtMinuti(new QLineEdit), lblMinuti(new QLabel),
-      cmdOk(new QPushButton), cmdAnnulla(new QPushButton)
+    : ChildWindow(QStringLiteral("frmTempochk"), parent),
+      m_texts(texts),
+      m_settings(settings),
+      m_messages(messages),
+      chkAutomatico(new QCheckBox),
+      lblCheck(new QLabel),
+      txtMinuti(new QLineEdit),
+      lblMinuti(new QLabel),
+      cmdOk(new QPushButton),
+      cmdAnnulla(new QPushButton)
 {
     auto *minutes = new QHBoxLayout;
     minutes->addWidget(lblCheck);
@@ -28,11 +36,12 @@ frmTempochk::frmTempochk(const Texts &texts, Settings &settings, Messages &messa
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(chkAutomatico);
     rows->addLayout(minutes);
+    rows->addSpacing(pixels(120));
     rows->addStretch();
     rows->addLayout(buttons);
     lblCheck->setBuddy(txtMinuti);
     txtMinuti->setAlignment(Qt::AlignRight);
-    txtMinuti->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + 12);
+    txtMinuti->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + pixels(180));
 
     chkAutomatico->setObjectName(QStringLiteral("chkAutomatico"));
     lblCheck->setObjectName(QStringLiteral("lblCheck"));
@@ -59,6 +68,8 @@ frmTempochk::frmTempochk(const Texts &texts, Settings &settings, Messages &messa
 void frmTempochk::captions()
 {
     setWindowTitle(m_texts[Text::ImpostazioniDiControlloKor]);
+    // The title is longer than any line below it and stands between the buttons of the frame.
+    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + pixels(2250));
     chkAutomatico->setText(m_texts[Text::ControlloAutomaticoKor]);
     lblCheck->setText(m_texts[Text::ControlloKorOgni]);
     lblMinuti->setText(m_texts[Text::Minuti]);

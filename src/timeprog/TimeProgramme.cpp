@@ -53,8 +53,25 @@ TimeProgramme::TimeProgramme(ArchiveStore &archives, const Clock &clock, QObject
 
 Result<void> TimeProgramme::reload(Part part)
 {
-    const bool isBands = part == Part::Bands;
     m_suspended &= ~bit(part);
+    m_locked &= ~bit(part);
+    Result<void> done = read(part);
+    if (!done && done.fault().code == FaultCode::Locked)
+        m_locked |= bit(part);
+    return done;
+}
+
+void TimeProgramme::readLocked()
+{
+    for (const Part part : {Part::Bands, Part::Holidays}) {
+        if ((m_locked & ~m_suspended & bit(part)) != 0)
+            (void)reload(part);
+    }
+}
+
+Result<void> TimeProgramme::read(Part part)
+{
+    const bool isBands = part == Part::Bands;
     if (isBands)
         m_bands.clear();
     else

@@ -47,6 +47,8 @@ public:
     /// While an editor has an archive, the state that was last applied stays.
     void suspend(Part part);
     bool isSuspended() const { return m_suspended != 0; }
+    /// Reads again what was locked by another program when it was last read.
+    void readLocked();
 
     /// Evaluates now and applies the answer: applied() is emitted, lineChanged() when the line changes by it.
     void run();
@@ -61,6 +63,7 @@ Q_SIGNALS:
     void lineChanged(bool asserted, TimeProgramme::Cause cause);
 
 private:
+    Result<void> read(Part part);
     void apply(bool enabled, Cause cause);
 
     ArchiveStore &m_archives;
@@ -68,6 +71,7 @@ private:
     QList<Band> m_bands;
     QList<Holiday> m_holidays;
     unsigned m_suspended = 0; ///< a bit for each part
+    unsigned m_locked = 0;    ///< the same
     bool m_started = false;
     bool m_enabled = false;
     TimeState m_state = TimeState::OutsideBands;

@@ -80,6 +80,7 @@ private Q_SLOTS:
     void dayChange();
     void killedInABurst();
     void gateAndTimeProgramme();
+    void withItsWindow();
     void demonstration();
 
 private:
@@ -295,6 +296,22 @@ void TestEndToEnd::gateAndTimeProgramme()
     QVERIFY(supervisor.tells("NOTICE: The time bands 'Archivi/Fascie.zeb' cannot be read"));
     QVERIFY(supervisor.tells("Interface disabled (program start)"));
     QCOMPARE(supervisor.end(), 0);
+}
+
+void TestEndToEnd::withItsWindow()
+{
+    TestFolder test;
+    test.addUsers(users);
+    Running interface("kor-simulator", interfaceOn(test));
+    QVERIFY(interface.tells("Porte/COM7"));
+    Running supervisor("kor-supervisor", {u"--folder"_s, test.directory.path(), u"--port"_s, u"7"_s},
+                       {u"QT_QPA_PLATFORM=offscreen"_s});
+    QVERIFY(interface.tells("query answered"));
+    interface.say("tx 12345 A");
+    const QString day = ArchiveName::events(QDate::currentDate().toString(u"dd-MM-yyyy"_s));
+    QTRY_COMPARE(test.rows(day, u"SELECT Codice FROM Eventi"_s), QStringList{u"12345"_s});
+    QCOMPARE(supervisor.end(), 0);
+    QVERIFY(!test.folder.exists(day + u"-wal"_s));
 }
 
 void TestEndToEnd::demonstration()

@@ -178,6 +178,15 @@ void TestFaults::damagedWhileOpen()
     QVERIFY2(told[0].contains(u".guasto"_s), qPrintable(told[0]));
     log.close();
     QCOMPARE(test.rows(name, statement), QStringList{row(anEvent(2, clock))});
+
+    // Another deletes the file: the next tick makes it anew.
+    log.open();
+    QVERIFY(test.archives.remove(name).ok());
+    QVERIFY(log.changeDayIfNeeded());
+    QCOMPARE(takeNotices(notices).size(), 1);
+    QVERIFY(log.append(anEvent(3, clock)));
+    log.close();
+    QCOMPARE(test.rows(name, statement), QStringList{row(anEvent(3, clock))});
 }
 
 void TestFaults::registerLockedAtTheStart()
@@ -198,15 +207,20 @@ void TestFaults::registerLockedAtTheStart()
         QVERIFY(!road.RegistraEvento("R/A-000000001X..\r"));
         QVERIFY(!road.RegistraEvento("R/A-000000002X..\r"));
         QVERIFY(!road.RegistraEvento("R/A-000000003X..\r"));
-        clock.moment = clock.moment.addSecs(60);
+        clock.moment = clock.moment.addDays(1);
         QVERIFY(other.value().execute("COMMIT").ok());
     }
     QVERIFY(users.refresh().ok());
+    log.changeDayIfNeeded();
     road.usersKnown();
     QVERIFY(road.RegistraEvento("R/A-000000001X..\r"));
     log.close();
-    const QStringList rows = test.rows(ArchiveName::events(today), u"SELECT Codice, Ora FROM Eventi ORDER BY ProgEv"_s);
-    QCOMPARE(rows, QStringList({u"1|07:45:00"_s, u"2|07:45:00"_s, u"1|07:46:00"_s}));
+    // Each in the archive of its own day.
+    const auto rows = [&](const QString &day) {
+        return test.rows(ArchiveName::events(day), u"SELECT Codice, Data FROM Eventi ORDER BY ProgEv"_s);
+    };
+    QCOMPARE(rows(today), QStringList({u"1|05-03-2004"_s, u"2|05-03-2004"_s}));
+    QCOMPARE(rows(u"06-03-2004"_s), QStringList{u"1|06-03-2004"_s});
 }
 
 void TestFaults::flushedBeforeTold()

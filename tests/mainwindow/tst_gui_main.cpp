@@ -1,0 +1,331 @@
+#include "archives/Tables.h"
+#include "mainwindow/MDIForm1.h"
+#include "platform/PseudoTerminal.h"
+#include "support/FakeMessages.h"
+#include "support/Fixtures.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+const QByteArray answer = interfaceBanner() + "\rRS_C CH:1 ENABLE\rVERSIONE 1.4\r";
+
+/// The whole program with its window, and an interface that answers as long as it is told to.
+struct Desk {
+    explicit Desk(const QByteArray &settings = "COM=7\r\nLINGUA=2\r\nCHECK=1\r\n", const QString &password = {},
+                  Messages *realMessages = nullptr)
+        : used(realMessages ? *realMessages : messages)
+    {
+        test.addUsers({{u"1"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s}});
+        if (!password.isEmpty()) {
+            Passwords passwords(test.archives);
+            if (passwords.load() != Passwords::Fault::None ||
+                passwords.set(Passwords::Type::Main, password) != Passwords::Fault::None)
+                qFatal("no password");
+        }
+        test.write(u"Impost.stp"_s, settings);
+        if (!interface.open() || program.prepare(2, {}))
+            qFatal("the program cannot be prepared");
+        QObject::connect(&interface, &PseudoTerminal::readyRead, [this] {
+            asked += interface.read();
+            if (answers && asked.endsWith("&IC"))
+                interface.write(answer);
+        });
+        window.load();
+    }
+
+    void comeToLife()
+    {
+        window.findChild<QTimer *>(u"tmrShow"_s)->start(0);
+        QTRY_VERIFY(window.isEnabled());
+    }
+    void pass(int seconds)
+    {
+        for (int i = 0; i < seconds; ++i) {
+            clock.milliseconds += 1000;
+            program.link().wake();
+            QTest::qWait(1);
+        }
+    }
+    QAction *entry(const char *name) { return window.findChild<QAction *>(QString::fromLatin1(name)); }
+    QString panel(int number) { return label(number)->text(); }
+    QString led() { return label(6)->property("file").toString(); }
+    QLabel *label(int number) { return window.findChild<QLabel *>(u"StatusBar1.Panels(%1)"_s.arg(number)); }
+    ChildWindow *open(const char *name) { return window.findChild<ChildWindow *>(QString::fromLatin1(name)); }
+    void click(ChildWindow *on, const char *button)
+    {
+        QTest::mouseClick(on->findChild<QAbstractButton *>(QString::fromLatin1(button)), Qt::LeftButton);
+    }
+
+    TestFolder test;
+    FakeClock clock;
+    FakePrinters printers;
+    FakeMessages messages;
+    Messages &used;
+    PseudoTerminal interface {
+        test.directory.filePath(u"Porte/COM7"_s)
+    };
+    bool answers = true;
+    QByteArray asked;
+    Program program{test.directory.path(), clock, printers};
+    MDIForm1 window{program, used};
+};
+
+const char *const onLine = "MULTIPROTOCOL INTERFACE ON LINE";
+const char *const offLine = "MULTIPROTOCOL INTERFACE NOT ON LINE";
+
+} // namespace
+
+class TestMainWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void gate();
+    void givenUpAtTheGate();
+    void alarm();
+    void lostPort();
+    void firstPort();
+    void configuration();
+    void language();
+    void receptionBehindABox();
+    void faultsAtTheStart_data();
+    void faultsAtTheStart();
+};
+
+void TestMainWindow::gate()
+{
+    Desk desk({"COM=7\r\nLINGUA=2\r\n"}, u"perch\u00E9"_s);
+    QVERIFY(!desk.window.close()); // still loading
+    desk.comeToLife();
+    QTRY_VERIFY(desk.open("frmPassProg"));
+    for (const char *name : {"mnuFile", "mnuExit", "mnuImpCom", "mnuAttPass", "mnuLingua", "mnuAbout"})
+        QVERIFY2(!desk.entry(name)->isEnabled(), name);
+    // A press that gets past the disabled menu does nothing either.
+    for (const char *name : {"mnuImpCom", "mnuLingua", "mnuAttPass", "mnuUtility", "mnuAbout", "mnuExit"}) {
+        desk.entry(name)->setEnabled(true);
+        desk.entry(name)->trigger();
+    }
+    QCOMPARE(desk.window.findChildren<ChildWindow *>().size(), 1);
+    QVERIFY(desk.window.isVisible() && !desk.window.close());
+    desk.pass(3);
+    QCOMPARE(desk.asked, QByteArray());
+
+    ChildWindow *ask = desk.open("frmPassProg");
+    QVERIFY(!ask->close());
+    auto *box = ask->findChild<QLineEdit *>(u"txtPass"_s);
+    QTest::keyClicks(box, u"perche"_s);
+    QTest::keyClick(box, Qt::Key_Return);
+    QTRY_VERIFY(!desk.messages.shown.isEmpty());
+    QCOMPARE(desk.messages.take(), QStringList{u"Critical: Wrong password!"_s});
+    box->setText(u"perch\u00E9"_s);
+    desk.click(ask, "cmdOk");
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    for (const char *name : {"mnuFile", "mnuAnagrafica", "mnuExit", "mnuImpCom"})
+        QVERIFY2(desk.entry(name)->isEnabled(), name);
+    QCOMPARE(desk.entry("mnuAttPass")->text(), u"Disable &Main Password"_s);
+
+    // Removed with the same password, the next start is free.
+    desk.entry("mnuAttPass")->trigger();
+    QVERIFY(!desk.entry("mnuAnagrafica")->isEnabled());
+    ask = desk.open("frmPassProg");
+    ask->findChild<QLineEdit *>(u"txtPass"_s)->setText(u"perch\u00E9"_s);
+    desk.click(ask, "cmdOk");
+    QTRY_VERIFY(desk.entry("mnuAnagrafica")->isEnabled());
+    QCOMPARE(desk.entry("mnuAttPass")->text(), u"Enable &Main Password"_s);
+    Passwords stored(desk.test.archives);
+    QVERIFY(stored.load() == Passwords::Fault::None && !stored.isSet(Passwords::Type::Main));
+}
+
+void TestMainWindow::givenUpAtTheGate()
+{
+    Desk desk({"COM=7\r\nLINGUA=2\r\n"}, u"x"_s);
+    desk.comeToLife();
+    QTRY_VERIFY(desk.open("frmPassProg"));
+    QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
+    QTest::keyClick(desk.open("frmPassProg"), Qt::Key_Escape);
+    QTRY_COMPARE(unloaded.size(), 1);
+    QVERIFY(!desk.window.isVisible());
+}
+
+void TestMainWindow::alarm()
+{
+    Desk desk;
+    QCOMPARE(desk.led(), u"Led_G.bmp"_s);
+    desk.comeToLife();
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    QCOMPARE(desk.led(), u"Led_V.bmp"_s);
+    desk.answers = false;
+    desk.pass(64);
+    QTRY_VERIFY(desk.open("frmMessage"));
+    QVERIFY(desk.window.findChild<QTimer *>(u"tmrFlash"_s)->isActive());
+    // Nothing else is told until the operator has closed it.
+    QCOMPARE(desk.panel(5), QLatin1String(onLine));
+    QCOMPARE(desk.led(), u"Led_V.bmp"_s);
+    desk.click(desk.open("frmMessage"), "cmdOk");
+    QTRY_COMPARE(desk.panel(5), QLatin1String(offLine));
+    QCOMPARE(desk.led(), u"Led_R.bmp"_s);
+    QVERIFY(desk.label(6)->toolTip().contains(u"not on line"_s));
+    QVERIFY(!desk.window.findChild<QTimer *>(u"tmrFlash"_s)->isActive());
+
+    desk.answers = true;
+    desk.pass(3);
+    desk.interface.write(QByteArray("\0", 1));
+    QTRY_COMPARE(desk.led(), u"Led_V.bmp"_s);
+    // The next alarm is closed by the interface itself.
+    desk.answers = false;
+    desk.pass(66);
+    QTRY_VERIFY(desk.open("frmMessage"));
+    desk.answers = true;
+    desk.pass(3);
+    desk.interface.write(QByteArray("\x80", 1));
+    QTRY_VERIFY(!desk.open("frmMessage"));
+    QCOMPARE(desk.panel(5), QLatin1String(onLine));
+    QCOMPARE(desk.led(), u"Led_V.bmp"_s);
+    QVERIFY(!desk.window.findChild<QTimer *>(u"tmrFlash"_s)->isActive());
+}
+
+void TestMainWindow::lostPort()
+{
+    Desk desk;
+    desk.comeToLife();
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    desk.interface.close();
+    QTRY_VERIFY(desk.open("frmMessage"));
+    QCOMPARE(desk.panel(5), u"THE CONFIGURED SERIAL PORT IS NOT AVAILABLE"_s);
+    QVERIFY(desk.interface.open().ok());
+    desk.pass(5);
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    QTRY_VERIFY(!desk.open("frmMessage"));
+}
+
+void TestMainWindow::firstPort()
+{
+    Desk desk("COM=0\r\nLINGUA=2\r\n");
+    desk.comeToLife();
+    QTRY_VERIFY(desk.open("frmImpCom"));
+    QVERIFY(!desk.entry("mnuStrumenti")->isEnabled() && !desk.entry("mnuImpCom")->isEnabled());
+    QVERIFY(!desk.window.close());
+    QTRY_VERIFY(desk.open("frmImpCom")->isEnabled());
+    auto *seven = desk.open("frmImpCom")->findChild<QRadioButton *>(u"Com(6)"_s);
+    QVERIFY(seven->toolTip().contains(desk.interface.device()));
+    seven->click();
+    desk.click(desk.open("frmImpCom"), "cmdOk");
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    QVERIFY(desk.entry("mnuStrumenti")->isEnabled());
+    QVERIFY(desk.test.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
+
+    // Opened again and cancelled, the link comes back as it was; a second choice of the entry opens no second window.
+    desk.entry("mnuImpCom")->trigger();
+    desk.entry("mnuImpCom")->trigger();
+    QVERIFY(!desk.program.serial().portOpen());
+    QTRY_VERIFY(desk.open("frmImpCom")->isEnabled());
+    desk.asked.clear();
+    desk.click(desk.open("frmImpCom"), "cmdAnnulla");
+    QTRY_COMPARE(desk.asked, QByteArray("&IC"));
+    QVERIFY(!desk.open("frmImpCom"));
+}
+
+void TestMainWindow::configuration()
+{
+    Desk desk;
+    desk.comeToLife();
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    desk.entry("mnuLetConfInt")->trigger();
+    QTRY_COMPARE(desk.open("frmConfInt")->findChild<QLineEdit *>(u"txtProtCom"_s)->text(), u"RS_C"_s);
+    QVERIFY(!desk.program.link().checksRun());
+    QTRY_VERIFY(desk.open("frmConfInt")->findChild<QPushButton *>(u"cmdLeggi"_s)->isEnabled());
+    desk.click(desk.open("frmConfInt"), "cmdOk");
+    QTRY_VERIFY(!desk.open("frmConfInt"));
+    QVERIFY(desk.program.link().checksRun());
+    // What the panel shows counts.
+    desk.answers = false;
+    desk.pass(66);
+    QTRY_VERIFY(desk.open("frmMessage"));
+    desk.click(desk.open("frmMessage"), "cmdOk");
+    QTRY_COMPARE(desk.panel(5), QLatin1String(offLine));
+    desk.entry("mnuLetConfInt")->trigger();
+    QTRY_VERIFY(!desk.open("frmConfInt"));
+    QCOMPARE(desk.messages.take(),
+             QStringList{u"Critical: multiprotocol interface not on line\r\nCONNECTION IMPOSSIBLE!"_s});
+}
+
+void TestMainWindow::language()
+{
+    Desk desk;
+    desk.comeToLife();
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    desk.entry("mnuLingua")->trigger();
+    desk.open("frmLingua")->findChild<QRadioButton *>(u"optLingua(3)"_s)->click();
+    desk.click(desk.open("frmLingua"), "cmdOk");
+    QTRY_COMPARE(desk.panel(5), u"MULTIPROTOKOLL-SCHNITTSTELLE ONLINE"_s);
+    QVERIFY(desk.panel(1).startsWith(u"Freitag, 05 M"_s));
+    QVERIFY(desk.window.windowTitle().endsWith(u" - V"_s + QCoreApplication::applicationVersion()));
+    QVERIFY(desk.test.read(u"Impost.stp"_s).contains("LINGUA=4\r\n"));
+    QVERIFY(desk.label(1)->sizeHint().width() <= desk.label(1)->width());
+}
+
+void TestMainWindow::receptionBehindABox()
+{
+    Messages real;
+    Desk desk("COM=7\r\nLINGUA=2\r\nCHECK=1\r\n", {}, &real);
+    QSignalSpy stored(&desk.program.log(), &EventLog::stored);
+    desk.comeToLife();
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    desk.program.notices().post(Icon::Critical, {OwnText::EventsLost, {u"<b>3</b>"_s}, {}});
+    QTRY_VERIFY(desk.window.findChild<QMessageBox *>());
+    auto *box = desk.window.findChild<QMessageBox *>();
+    QVERIFY(box->text().endsWith(u"<b>3</b>"_s) && box->textFormat() == Qt::PlainText);
+    desk.interface.write("R/A-000000001X..\r\n");
+    QTRY_COMPARE(stored.size(), 1);
+    box->button(QMessageBox::Ok)->click();
+    auto *menu = desk.window.findChild<QMenu *>(u"mnuStrumenti"_s);
+    menu->popup({});
+    desk.interface.write("R/A-000000001X..\r\n");
+    QTRY_COMPARE(stored.size(), 2);
+    menu->hide();
+    desk.entry("mnuUtility")->trigger();
+    desk.interface.write("R/C-000000009X..\r\n");
+    QTRY_COMPARE(desk.open("frmUtility")->findChild<QLineEdit *>(u"txtCanale"_s)->text(), u"C - ENABLED"_s);
+    // The end closes archive and windows whatever is open.
+    QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
+    QVERIFY(desk.window.close());
+    QCOMPARE(unloaded.size(), 1);
+    const QString day = ArchiveName::events(u"05-03-2004"_s);
+    QVERIFY(!desk.test.folder.exists(day + u"-wal"_s));
+    QCOMPARE(desk.test.rows(day, u"SELECT Codice FROM Eventi"_s).size(), 2);
+}
+
+void TestMainWindow::faultsAtTheStart_data()
+{
+    QTest::addColumn<QByteArray>("sql");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("no row") << QByteArray("DELETE FROM Password") << u"Critical: Corrupt File Password!"_s;
+    QTest::newRow("no table") << QByteArray("DROP TABLE Password")
+                              << u"Critical: Missing or damaged file!\r\nReinstall!"_s;
+}
+
+void TestMainWindow::faultsAtTheStart()
+{
+    QFETCH(QByteArray, sql);
+    QFETCH(QString, told);
+    Desk desk;
+    QVERIFY(desk.test.archives.open(ArchiveName::Users, Database::Use::Safe).value().execute(sql).ok());
+    QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
+    desk.window.findChild<QTimer *>(u"tmrShow"_s)->start(0);
+    QTRY_COMPARE(unloaded.size(), 1);
+    QCOMPARE(desk.messages.take(), QStringList{told});
+    QCOMPARE(desk.asked, QByteArray());
+}
+
+QTEST_MAIN(TestMainWindow)
+#include "tst_gui_main.moc"
