@@ -81,7 +81,7 @@ Result<void> ArchiveStore::copy(QStringView source, QStringView target)
         return recovered;
     // What stands in the target is lost on purpose, but only once its successor is there: until the rename it must
     // stay whole. A target that cannot be brought together any more is not worth keeping back.
-    if (Result<void> recovered = recover(to); !recovered && recovered.fault().code == FaultCode::Locked)
+    if (Result<void> recovered = recover(to); !recovered && recovered.fault().code != FaultCode::Damaged)
         return recovered;
     if (Result<void> removed = removeSideFiles(to); !removed)
         return removed;
@@ -100,7 +100,7 @@ Result<QString> ArchiveStore::setAside(QStringView name)
 {
     const QString path = m_folder.path(name.toString());
     QString ending = QStringLiteral(".guasto");
-    for (int count = 2; QFile::exists(path + ending); ++count)
+    for (int count = 2; QFile::exists(path + ending) || hasSideFiles(path + ending); ++count)
         ending = QStringLiteral(".guasto%1").arg(count);
     // The journals go first and keep their place beside it, where a later repair looks for them.
     for (const QLatin1String side : sideFiles) {

@@ -25,8 +25,8 @@ Fault faultOf(int code, const QString &path)
         return {QFile::exists(path) ? FaultCode::AccessDenied : FaultCode::NotFound, path};
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
-    case SQLITE_ERROR: // a table or column of ours that is not there
     case SQLITE_SCHEMA:
+    case SQLITE_ERROR: // a table or column of ours that is not there, or a page that cannot be decrypted
         return {FaultCode::Damaged, path};
     default:
         return {FaultCode::InputOutput, path};

@@ -21,8 +21,8 @@ bool mayBecomeRecord(const QByteArray &text)
 
 void ConfigQuery::start(const QByteArray &unfinished)
 {
-    // A query that starts while late answers are awaited goes on with the line that has begun.
-    m_before = m_stage == Stage::Linger ? m_before + m_line : unfinished;
+    // What is still here has not been handed back: the line that has begun goes on.
+    m_before += m_line + unfinished;
     m_line.clear();
     if (m_stage != Stage::Linger) {
         m_unanswered = 0;
@@ -87,7 +87,7 @@ void ConfigQuery::sent(qint64 now)
     m_before += m_line;
     m_line.clear();
     if (m_before.size() > lineLimit)
-        m_before.clear();
+        m_before = m_before.sliced(m_before.lastIndexOf('\n') + 1).right(lineLimit);
     ++m_attempts;
     ++m_unanswered;
     m_stage = Stage::Banner;
@@ -208,8 +208,6 @@ void ConfigQuery::abort()
 
 QByteArray ConfigQuery::takeHandedBack()
 {
-    if (isRunning())
-        return {};
     QByteArray characters = std::exchange(m_records, {});
     if (m_stage == Stage::Idle) {
         characters += m_before + m_line;

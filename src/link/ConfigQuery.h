@@ -10,9 +10,9 @@
 /// The question "&IC" and the interface's three-line answer, as a state machine fed with characters and monotonic time.
 ///
 /// The answer shares the line with records. A line that has the form of a record is set aside at whatever place it
-/// comes, and the answer is read as if it had not; it is handed back, once, when the answer is complete. A query that
-/// was repeated may be answered more than once: late answers are swallowed for a while after the result, so that they
-/// do not spoil the record behind them.
+/// comes, and the answer is read as if it had not; it is handed back at once, so that it need not wait for its place on
+/// disk until the answer is complete. A query that was repeated may be answered more than once: late answers are
+/// swallowed for a while after the result, so that they do not spoil the record behind them.
 ///
 /// The owner's part: when wantsToSend(), drop() what the port still holds, send Request and call sent(); feed() what
 /// comes while takesInput(); tick() at the deadline(); then collect takeResult() and takeHandedBack().

@@ -3,9 +3,13 @@
 #include "archives/Tables.h"
 #include "startup/DateTimeText.h"
 
+#include <QElapsedTimer>
+
 namespace {
 
 constexpr int againMilliseconds = 1000;
+/// Longest that storing what waits keeps the event loop.
+constexpr qint64 turnMilliseconds = 20;
 /// While events are being lost the operator is told how many once a minute.
 constexpr int retriesBetweenCounts = 60;
 
@@ -45,6 +49,14 @@ Result<void> EventLog::openOrReplace(const QString &day)
     Result<void> opened = openDay(day);
     if (opened || opened.fault().code != FaultCode::Damaged)
         return opened;
+    return replace(day);
+}
+
+/// Sets the archive of a day aside and makes a new one.
+Result<void> EventLog::replace(const QString &day)
+{
+    m_open.reset();
+    m_day.clear();
     const QString name = ArchiveName::events(day);
     const Result<QString> aside = m_archives.setAside(name);
     if (!aside)
@@ -56,10 +68,27 @@ Result<void> EventLog::openOrReplace(const QString &day)
 Result<void> EventLog::openDay(const QString &day)
 {
     const QString name = ArchiveName::events(day);
-    if (!m_archives.exists(name)) {
+    const bool isNew = !m_archives.exists(name);
+    if (isNew) {
         if (Result<void> copied = m_archives.copy(ArchiveName::EventsTemplate, name); !copied)
             return copied;
     }
+    Result<OpenDay> opened = openArchive(name);
+    if (!opened && isNew && opened.fault().code == FaultCode::Damaged) {
+        // It is the template that is damaged: another copy would be no better.
+        (void)m_archives.remove(name);
+        return Fault{FaultCode::TemplateDamaged, QStringView(ArchiveName::EventsTemplate).toString()};
+    }
+    if (!opened)
+        return opened.fault();
+    closeDay();
+    m_open = std::make_unique<OpenDay>(std::move(opened.value()));
+    m_day = day;
+    return {};
+}
+
+Result<EventLog::OpenDay> EventLog::openArchive(const QString &name)
+{
     Result<Database> database = m_archives.open(name, Database::Use::Log);
     if (!database)
         return database.fault();
@@ -68,10 +97,7 @@ Result<void> EventLog::openDay(const QString &day)
                        "VALUES (?, ?, ?, ?, ?, ?, ?, ?)"));
     if (!insert)
         return insert.fault();
-    closeDay();
-    m_open = std::make_unique<OpenDay>(OpenDay{std::move(database.value()), std::move(insert.value())});
-    m_day = day;
-    return {};
+    return OpenDay{std::move(database.value()), std::move(insert.value())};
 }
 
 bool EventLog::changeDayIfNeeded()
@@ -105,7 +131,9 @@ void EventLog::closeDay()
 
 void EventLog::close()
 {
-    if (!m_waiting.isEmpty() && !drain()) {
+    while (!m_waiting.isEmpty() && drain() == false && m_again.interval() == 0) {
+    }
+    if (!m_waiting.isEmpty()) {
         m_lost += m_waiting.size();
         m_waiting.clear();
         tellLost();
@@ -138,19 +166,25 @@ void EventLog::retry()
 {
     if (!m_waiting.isEmpty())
         drain();
-    if (++m_retries % retriesBetweenCounts == 0 && m_lost > 0)
+    const bool isStuck = m_again.interval() > 0;
+    if (isStuck && ++m_retries % retriesBetweenCounts == 0 && m_lost > 0)
         tellLost();
 }
 
 /// Stores all that waits. @return false when something still does
 bool EventLog::drain()
 {
-    while (!m_waiting.isEmpty()) {
-        if (const Result<void> stored = storeFirst(); !stored) {
+    QElapsedTimer turn;
+    turn.start();
+    bool isFaultless = true;
+    while (!m_waiting.isEmpty() && isFaultless && turn.elapsed() < turnMilliseconds) {
+        const Result<void> stored = storeFirst();
+        isFaultless = stored.ok();
+        if (!stored)
             waitBegins(stored.fault());
-            break;
-        }
     }
+    // What can be stored goes on in the next turn of the event loop, what cannot is tried again later.
+    m_again.setInterval(isFaultless ? 0 : againMilliseconds);
     if (m_isWaiting) {
         // Late events may have been put into the archive of their own day.
         if (m_open && m_day != DataFile(m_clock.date()))
@@ -171,10 +205,9 @@ Result<void> EventLog::storeFirst()
     }
     Result<qint64> row = insert(event);
     if (!row && row.fault().code == FaultCode::Damaged) {
-        const QString day = m_day;
-        m_open.reset();
-        if (Result<void> opened = openOrReplace(day); !opened)
-            return opened;
+        // Opening reads no more than its first page: what is damaged behind that shows only now.
+        if (Result<void> replaced = replace(QString(m_day)); !replaced)
+            return replaced;
         row = insert(event);
     }
     if (!row)

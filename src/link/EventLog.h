@@ -54,6 +54,8 @@ private:
     struct OpenDay;
 
     Result<void> openDay(const QString &day);
+    Result<OpenDay> openArchive(const QString &name);
+    Result<void> replace(const QString &day);
     Result<void> openOrReplace(const QString &day);
     Result<qint64> insert(const Event &event);
     Result<void> storeFirst();

@@ -13,8 +13,10 @@ bool EventRoad::RegistraEvento(QByteArrayView line)
     m_received = {true, record->code, typeText(record->type)};
     Q_EMIT recordReceived(*record);
     if (!m_users.isKnown()) {
-        if (m_undecided.size() >= EventLog::WaitingLimit)
+        if (m_undecided.size() >= EventLog::WaitingLimit) {
             m_undecided.removeFirst();
+            ++m_undecidedLost;
+        }
         m_undecided.enqueue(makeEvent(*record, m_clock.now()));
         return false;
     }

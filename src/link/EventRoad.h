@@ -30,6 +30,9 @@ public:
     /// Stores those of the kept events that are of registered codes; call when the register has been read.
     void usersKnown();
 
+    /// Events that nobody could decide about so far, those that had to go included.
+    qsizetype undecided() const { return m_undecided.size() + m_undecidedLost; }
+
     ReceivedCode &lastReceived() { return m_received; }
 
 Q_SIGNALS:
@@ -42,4 +45,5 @@ private:
     const Clock &m_clock;
     ReceivedCode m_received;
     QQueue<Event> m_undecided;
+    qsizetype m_undecidedLost = 0;
 };

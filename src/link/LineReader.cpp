@@ -16,6 +16,11 @@ LineReader::LineReader(SerialControl &serial, LinkMonitor &link, EventRoad &road
     connect(&m_link, &LinkMonitor::handsBack, this, &LineReader::takeBack);
 }
 
+LineReader::~LineReader()
+{
+    m_link.unfinishedLine = nullptr;
+}
+
 void LineReader::ConZeb_OnComm()
 {
     if (m_serial.commEvent() != SerialControl::Received)
@@ -51,12 +56,6 @@ void LineReader::take(char character)
 
 void LineReader::takeBack()
 {
-    const QByteArray characters = m_link.takeHandedBack();
-    if (characters.isEmpty())
-        return;
-    // What has come since waits in the control until these are through.
-    m_serial.setRThreshold(0);
-    for (const char character : characters)
+    for (const char character : m_link.takeHandedBack())
         take(character);
-    m_serial.setRThreshold(1);
 }

@@ -14,6 +14,7 @@ class LineReader : public QObject
 public:
     /// All must outlive this object.
     LineReader(SerialControl &serial, LinkMonitor &link, EventRoad &road, QObject *parent = nullptr);
+    ~LineReader() override;
 
 private:
     void ConZeb_OnComm();

@@ -88,7 +88,7 @@ void LinkMonitor::startQuery(Purpose purpose)
 {
     m_purpose = purpose;
     if (!m_serial.portOpen()) {
-        ended({});
+        ended(purpose, {});
         return;
     }
     m_query.start(unfinishedLine ? unfinishedLine() : QByteArray());
@@ -105,15 +105,14 @@ void LinkMonitor::advance()
             else
                 m_query.drop(character);
         }
-        // A port that fails here is closed by the control, which ends the query.
-        (void)m_serial.output(ConfigQuery::Request);
-        m_query.sent(m_clock.monotonic());
+        if (m_serial.output(ConfigQuery::Request))
+            m_query.sent(m_clock.monotonic());
+        else
+            m_query.abort();
     }
-    const std::optional<InterfaceConfig> config = m_query.takeResult();
-    if (!m_query.isRunning())
-        Q_EMIT handsBack();
-    if (config)
-        ended(*config);
+    if (const std::optional<InterfaceConfig> config = m_query.takeResult())
+        ended(m_purpose, *config);
+    Q_EMIT handsBack();
     if (!m_query.isRunning() && !m_next.isEmpty())
         startQuery(m_next.takeFirst());
     arm();
@@ -142,6 +141,8 @@ void LinkMonitor::wake()
     const qint64 now = m_clock.monotonic();
     if (m_query.takesInput())
         m_query.tick(now);
+    // What has ended is judged before anything new is asked.
+    advance();
     if (m_rePowered && !m_query.isRunning() && now >= m_quietUntil) {
         m_rePowered = false;
         ConfigInt(Purpose::RePower);
@@ -165,13 +166,13 @@ void LinkMonitor::minute()
     ConfigInt(Purpose::PeriodicCheck);
 }
 
-void LinkMonitor::ended(const InterfaceConfig &config)
+void LinkMonitor::ended(Purpose purpose, const InterfaceConfig &config)
 {
     m_quietUntil = m_clock.monotonic() + rePowerQuietMilliseconds;
     if (config.answered())
-        updateProtocol(config);
-    Q_EMIT queryEnded(m_purpose, config);
-    switch (m_purpose) {
+        updateProtocol(purpose, config);
+    Q_EMIT queryEnded(purpose, config);
+    switch (purpose) {
     case Purpose::LinkStart:
         if (config.answered())
             becomesOnLine();
@@ -242,6 +243,17 @@ void LinkMonitor::suspend()
     advance();
 }
 
+void LinkMonitor::end()
+{
+    m_checkDue.reset();
+    m_retryDue.reset();
+    m_rePowered = false;
+    m_next.clear();
+    m_query.abort();
+    Q_EMIT handsBack();
+    m_timer.stop();
+}
+
 void LinkMonitor::objImpCom_Chiudi(int port, int result)
 {
     if (result == 1) {
@@ -264,13 +276,13 @@ void LinkMonitor::configurationClosed()
     arm();
 }
 
-void LinkMonitor::updateProtocol(const InterfaceConfig &config)
+void LinkMonitor::updateProtocol(Purpose purpose, const InterfaceConfig &config)
 {
     const int code = protocolCode(config.protocol, config.siteCode, config.channelInfo);
-    if (m_settings.CodProtocollo == code && (code != 0 || m_purpose == Purpose::Window))
+    if (m_settings.CodProtocollo == code && (code != 0 || purpose == Purpose::Window))
         return;
     m_settings.CodProtocollo = code;
-    if (m_purpose != Purpose::Window)
+    if (purpose != Purpose::Window)
         saveSetting(QStringLiteral("PRTC"), code);
 }
 
@@ -295,11 +307,11 @@ void LinkMonitor::lost()
 
 void LinkMonitor::tryPortAgain()
 {
+    m_retryDue.reset();
     if (!openPort()) {
         m_retryDue = m_clock.monotonic() + retryMilliseconds;
         return;
     }
-    m_retryDue.reset();
     Q_EMIT portBack();
     // The port is there again; what stands behind it, the query tells.
     setLink(Link::NotAnswering);

@@ -13,8 +13,8 @@
 /// Opens the port, asks the interface for its configuration, and watches whether it answers.
 ///
 /// The order of things at a failed check: first the alarm is raised (a message in a window, a line on the console), and
-/// only when the operator has closed it link() tells that the interface does not answer. An interface that is heard of
-/// again closes the alarm itself.
+/// only when the operator has closed it link() tells that the interface does not answer. A port that is gone is told at
+/// once, and then raises the alarm. An interface that is heard of again closes the alarm itself.
 class LinkMonitor : public QObject
 {
     Q_OBJECT
@@ -49,6 +49,8 @@ public:
     /// Another interval of the periodic check: @p minutes from now, -1 = as it was.
     void objTempochk_ModificaMin(int minutes);
 
+    /// The program ends: nothing is asked any more, and what a query holds is handed back.
+    void end();
     /// The port window opens: closes the port, so that it can be probed too, and stops all checks.
     void suspend();
     /// The port window has closed: with @p result 1 its @p port is the one from now on. The link is opened as at start.
@@ -85,7 +87,7 @@ Q_SIGNALS:
     /// The interface answers again while the alarm stands: its message closes by itself.
     void alarmEnded();
     void settingNotSaved(const QString &key, const Fault &fault);
-    /// takeHandedBack() has something.
+    /// takeHandedBack() may have something.
     void handsBack();
 
 private:
@@ -97,11 +99,11 @@ private:
     void lost();
     void tryPortAgain();
     void minute();
-    void ended(const InterfaceConfig &config);
+    void ended(Purpose purpose, const InterfaceConfig &config);
     void becomesOnLine();
     void setLink(Link link);
     void raiseAlarm();
-    void updateProtocol(const InterfaceConfig &config);
+    void updateProtocol(Purpose purpose, const InterfaceConfig &config);
     void saveSetting(const QString &key, int value);
 
     SerialControl &m_serial;
@@ -111,7 +113,7 @@ private:
     QTimer m_timer;
     Link m_link = Link::NotAnswering;
     Purpose m_purpose = Purpose::LinkStart;
-    QList<Purpose> m_next;             ///< asked while a query ran, each once
+    QList<Purpose> m_next;            ///< asked while a query ran, each once
     bool m_rePowered = false;         ///< told while no query may start
     qint64 m_quietUntil = 0;          ///< no query for a re-power before this
     std::optional<qint64> m_checkDue; ///< next minute of the countdown

@@ -4,11 +4,14 @@
 
 Result<void> UsersSnapshot::refresh()
 {
-    if (Result<void> removed = m_archives.remove(ArchiveName::UsersSnapshot); !removed)
-        return removed;
-    if (Result<void> copied = m_archives.copy(ArchiveName::Users, ArchiveName::UsersSnapshot); !copied)
+    // The copy keeps the register free for others. Where there is no room for it, the register itself is read.
+    (void)m_archives.remove(ArchiveName::UsersSnapshot);
+    const Result<void> copied = m_archives.copy(ArchiveName::Users, ArchiveName::UsersSnapshot);
+    const bool isCopied = copied || copied.fault().code == FaultCode::Locked;
+    if (!copied && isCopied)
         return copied;
-    Result<Database> database = m_archives.open(ArchiveName::UsersSnapshot, Database::Use::ThrowAway);
+    Result<Database> database = copied ? m_archives.open(ArchiveName::UsersSnapshot, Database::Use::ThrowAway)
+                                       : m_archives.open(ArchiveName::Users, Database::Use::Safe);
     if (!database)
         return database.fault();
     Result<Statement> prepared =

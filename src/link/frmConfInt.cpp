@@ -63,7 +63,7 @@ frmConfInt::frmConfInt(const Texts &texts, Messages &messages, QWidget *parent)
     tmrLoad.setObjectName(QStringLiteral("tmrLoad"));
     setKeys(cmdOk, cmdOk);
     captions();
-    cmdOk->setFocus();
+    setFocusProxy(cmdOk);
 
     connect(cmdLeggi, &QPushButton::clicked, this, &frmConfInt::cmdLeggi_Click);
     connect(cmdOk, &QPushButton::clicked, this, &frmConfInt::unload);
@@ -88,6 +88,7 @@ void frmConfInt::configurationRead(const InterfaceConfig &config)
 
 void frmConfInt::notOnLine()
 {
+    showReading(false);
     const QString text =
         m_texts[Text::InterfacciaNonInLinea] + QStringLiteral("\r\n") + m_texts[Text::ConnessioneImpossibile];
     m_messages.show(this, Icon::Critical, text, [this] { unload(); });

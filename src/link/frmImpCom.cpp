@@ -184,8 +184,10 @@ void frmImpCom::showTest(int port)
     cmdProva->setEnabled(!runs);
     cmdOk->setEnabled(!runs);
     lblProva->setText(runs ? m_texts[OwnText::PortTestRuns].arg(port) : QString());
-    // What is disabled loses the keyboard.
-    if (!runs && m_hadFocus)
+    // The keyboard waits at the window: left to itself it would go on to the cancel button, and the next Enter with it.
+    if (runs)
+        setFocus();
+    else if (m_hadFocus)
         m_hadFocus->setFocus();
 }
 

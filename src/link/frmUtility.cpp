@@ -47,7 +47,7 @@ frmUtility::frmUtility(const Texts &texts, QWidget *parent)
     cmdOk->setObjectName(QStringLiteral("cmdOk"));
     setKeys(cmdOk, cmdOk);
     captions();
-    cmdOk->setFocus();
+    setFocusProxy(cmdOk);
 
     connect(cmdOk, &QPushButton::clicked, this, &frmUtility::unload);
 }
@@ -72,4 +72,6 @@ void frmUtility::captions()
     lblCanale->setText(m_texts[Text::Canale]);
     lblTipo->setText(m_texts[Text::Tipo] + QLatin1Char(':'));
     cmdOk->setText(m_texts[Text::CmdOk]);
+    // Room for the longest content, and for the title above it.
+    txtCanale->setMinimumWidth(28 * fontMetrics().averageCharWidth());
 }

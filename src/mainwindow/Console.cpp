@@ -18,7 +18,9 @@ QByteArray printable(QString text)
 {
     text.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
     for (QChar &character : text) {
-        if (character.category() == QChar::Other_Control)
+        const QChar::Category category = character.category();
+        if (category == QChar::Other_Control || category == QChar::Other_Format || category == QChar::Separator_Line ||
+            category == QChar::Separator_Paragraph)
             character = QLatin1Char('?');
     }
     return text.toUtf8();

@@ -225,6 +225,7 @@ void MDIForm1::load()
     showClock();
     showPicture(m_panels[5], QStringLiteral("Led_G.bmp"), m_program.texts()[OwnText::LedUnknown]);
     show();
+    m_splash->raise();
     m_program.load();
     tmrShow.start(showMilliseconds);
 }

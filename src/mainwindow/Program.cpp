@@ -73,6 +73,14 @@ void Program::end()
     if (!std::exchange(m_running, false))
         return;
     tmrRefresh.stop();
+    // What has reached the program is stored: from the control, from a query, and from before the register was known.
+    m_serial.deliverAll();
+    m_link.end();
+    m_serial.setRThreshold(0);
+    if (!m_users.isKnown())
+        readUsers();
+    if (m_road.undecided() > 0)
+        m_notices.post(Icon::Critical, {OwnText::EventsLost, {QString::number(m_road.undecided())}, {}});
     m_log.close();
     m_timeProgramme.end();
 }
@@ -82,8 +90,7 @@ void Program::readUsers()
     if (const Result<void> read = m_users.refresh(); read) {
         m_road.usersKnown();
     } else if (!std::exchange(m_usersFaultTold, true)) {
-        const QString name = QStringView(ArchiveName::Users).toString();
-        m_notices.post(Icon::Critical, {OwnText::UsersUnreadable, {name}, read.fault()});
+        m_notices.post(Icon::Critical, {OwnText::UsersUnreadable, {read.fault().subject}, read.fault()});
     }
 }
 

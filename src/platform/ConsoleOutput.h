@@ -22,6 +22,7 @@ public:
 private:
     void drain();
 
+    int m_own = -1;
     QByteArrayList m_waiting;
     QTimer m_again;
 };

@@ -105,6 +105,6 @@ Result<void> FolderLock::take(const QString &folder)
     if (m_file < 0)
         return Fault{errno == ENOENT || errno == ENOTDIR ? FaultCode::NotFound : FaultCode::AccessDenied, folder};
     if (::flock(m_file, LOCK_EX | LOCK_NB) != 0)
-        return Fault{FaultCode::AlreadyInUse, folder};
+        return Fault{errno == EWOULDBLOCK ? FaultCode::AlreadyInUse : FaultCode::InputOutput, folder};
     return {};
 }

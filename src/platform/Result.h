@@ -8,14 +8,15 @@
 
 /// What went wrong, in a form that needs no language: the window or the console makes the sentence.
 enum class FaultCode {
-    NotFound,     ///< file, port or template does not exist
-    AccessDenied, ///< exists, but this user may not read or write it
-    AlreadyInUse, ///< port or program folder is held by another program
-    Locked,       ///< archive is locked by another program for the moment
-    DiskFull,     ///< no room left on the device
-    InputOutput,  ///< the device failed while reading or writing
-    Damaged,      ///< content is not a readable archive, or not one of ours
-    NotOpen,      ///< asked of something that is closed
+    NotFound,        ///< file, port or template does not exist
+    AccessDenied,    ///< exists, but this user may not read or write it
+    AlreadyInUse,    ///< port or program folder is held by another program
+    Locked,          ///< archive is locked by another program for the moment
+    DiskFull,        ///< no room left on the device
+    InputOutput,     ///< the device failed while reading or writing
+    Damaged,         ///< content is not a readable archive, or not one of ours
+    TemplateDamaged, ///< the template that an archive is made from is
+    NotOpen,         ///< asked of something that is closed
 };
 
 struct Fault {

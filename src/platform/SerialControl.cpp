@@ -29,8 +29,10 @@ SerialControl::~SerialControl()
 Result<void> SerialControl::setPortOpen(bool open)
 {
     if (!open) {
-        if (m_port.isOpen())
+        if (m_port.isOpen()) {
+            receive(m_port.readAll());
             m_port.close();
+        }
         return {};
     }
     const QString device = m_ports.device(m_commPort);
@@ -56,14 +58,17 @@ Result<void> SerialControl::setPortOpen(bool open)
         }
     }
     tellRts(m_rts);
+    if (!m_port.isOpen())
+        return Fault{FaultCode::InputOutput, device};
     return {};
 }
 
 void SerialControl::setRThreshold(int threshold)
 {
     m_rThreshold = threshold;
-    if (m_rThreshold > 0)
-        deliver();
+    // Never from inside the caller: he may be in the middle of a line.
+    if (m_rThreshold > 0 && !m_delivering && waiting() > 0)
+        m_resume.start();
 }
 
 void SerialControl::setRTSEnable(bool enable)
@@ -117,6 +122,15 @@ void SerialControl::receive(const QByteArray &characters)
     }
     m_buffer.append(characters);
     deliver();
+}
+
+void SerialControl::deliverAll()
+{
+    receive(m_port.isOpen() ? m_port.readAll() : QByteArray());
+    while (m_rThreshold > 0 && m_resume.isActive()) {
+        m_resume.stop();
+        receive(m_port.isOpen() ? m_port.readAll() : QByteArray());
+    }
 }
 
 void SerialControl::deliver()

@@ -42,12 +42,16 @@ public:
 
     /// Most characters one input() returns; 0 = all that are waiting.
     void setInputLen(int length) { m_inputLen = length; }
-    /// 0 = no notifications, else one for each character received.
+    /// 0 = no notifications, else one for each character received, beginning in the next turn of the event loop with
+    /// those that are waiting.
     void setRThreshold(int threshold);
     int rThreshold() const { return m_rThreshold; }
     /// Kept for the interface's protocol of use; the program waits for no transmission to end.
     void setSThreshold(int threshold) { m_sThreshold = threshold; }
     int sThreshold() const { return m_sThreshold; }
+
+    /// Notifies for everything that has come, however long it takes: the program ends.
+    void deliverAll();
 
     /// State wanted for the RTS line: true asserts it. Kept while the port is closed and told to the device as the
     /// first thing after opening, because opening a port asserts the line by itself.
@@ -56,7 +60,7 @@ public:
     /// What the device says of its RTS line; nothing while the port is closed or has no modem lines.
     std::optional<bool> rtsLevel();
 
-    /// Next characters received, empty when none is waiting. The view holds until control returns to the event loop.
+    /// Next characters received, empty when none is waiting. The view holds until the next call of this object.
     QByteArrayView input();
     /// Sends @p bytes without waiting. @return NotOpen when the port is closed
     virtual Result<void> output(const QByteArray &bytes);

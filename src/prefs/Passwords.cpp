@@ -77,7 +77,9 @@ Passwords::Fault Passwords::set(Type type, const QString &password)
 QString Passwords::accepted(const QString &typed)
 {
     QString text;
-    std::copy_if(typed.cbegin(), typed.cend(), std::back_inserter(text),
+    // An accent that was pasted apart from its letter belongs to it.
+    const QString composed = typed.normalized(QString::NormalizationForm_C);
+    std::copy_if(composed.cbegin(), composed.cend(), std::back_inserter(text),
                  [](QChar character) { return Windows1252::holds(QString(character)); });
     return text;
 }

@@ -5,7 +5,8 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-Splash::Splash(const QPixmap &picture, QWidget *parent) : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint)
+Splash::Splash(const QPixmap &picture, QWidget *parent)
+    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
 {
     auto *image = new QLabel;
     image->setPixmap(picture);
@@ -14,6 +15,7 @@ Splash::Splash(const QPixmap &picture, QWidget *parent) : QWidget(parent, Qt::Sp
     layout->addWidget(image);
 
     setObjectName(QStringLiteral("Splash"));
+    setWindowTitle(QStringLiteral("KOR"));
     image->setObjectName(QStringLiteral("Image1"));
     image->setAccessibleName(QStringLiteral("KOR"));
 

@@ -59,9 +59,11 @@ QString Settings::LeggiImpostazione(const QString &key) const
 
 Result<void> Settings::ScriviImpostazione(const QString &key, const QString &line)
 {
-    const Result<QByteArrayList> read = lines();
+    Result<QByteArrayList> read = lines();
     if (!read)
         return read.fault();
+    if (!fileExists())
+        read = currentLines();
     const QByteArray entry = Windows1252::encode(line);
     QByteArray content;
     bool found = false;
@@ -74,6 +76,17 @@ Result<void> Settings::ScriviImpostazione(const QString &key, const QString &lin
         content += entry + "\r\n";
     return m_folder.disk().replaceContent(m_folder.path(fileName()), content,
                                           m_folder.path(QStringLiteral("Setup.tmp")));
+}
+
+/// All entries with the values in force: for a file that somebody has removed meanwhile.
+QByteArrayList Settings::currentLines() const
+{
+    QByteArrayList all;
+    for (const auto &[key, value] :
+         {std::pair("COM", PortaCom), std::pair("LINGUA", Lingua), std::pair("NUMEVOD", NumEvOd),
+          std::pair("CHECK", MinCheck), std::pair("PRN", IndStampante), std::pair("PRTC", CodProtocollo)})
+        all.append(QByteArray(key) + '=' + QByteArray::number(value));
+    return all;
 }
 
 Result<void> Settings::CreaImpostazioni(int language)

@@ -44,6 +44,7 @@ public:
 
 private:
     Result<QByteArrayList> lines() const;
+    QByteArrayList currentLines() const;
     int lenient(const QString &key) const;
 
     ProgramFolder &m_folder;

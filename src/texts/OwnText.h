@@ -53,6 +53,7 @@ enum class OwnText : int {
     ReasonDiskFull,
     ReasonInputOutput,
     ReasonDamaged,
+    ReasonTemplateDamaged,
     ReasonNotOpen,
 };
 

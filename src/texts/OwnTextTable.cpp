@@ -199,6 +199,9 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
      "damaged or not the program's own",
      "endommagé ou étranger au programme",
      "beschädigt oder programmfremd"},
+    /* ReasonTemplateDamaged */
+    {"il modello d'archivio è danneggiato", "the archive template is damaged", "le modèle d'archive est endommagé",
+     "die Archivvorlage ist beschädigt"},
     /* ReasonNotOpen */
     {"non aperto", "not open", "non ouvert", "nicht geöffnet"},
 }};

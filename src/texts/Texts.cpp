@@ -34,6 +34,8 @@ OwnText reason(FaultCode code)
         return OwnText::ReasonDiskFull;
     case FaultCode::Damaged:
         return OwnText::ReasonDamaged;
+    case FaultCode::TemplateDamaged:
+        return OwnText::ReasonTemplateDamaged;
     case FaultCode::NotOpen:
         return OwnText::ReasonNotOpen;
     case FaultCode::InputOutput:

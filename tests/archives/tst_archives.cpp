@@ -62,7 +62,7 @@ void TestArchives::templates()
     }
     const QStringList passwords = test.rows(ArchiveName::UsersTemplate, u"SELECT * FROM Password"_s);
     QCOMPARE(passwords.size(), 1);
-    for (const QString &field : passwords.first().split(QLatin1Char('|')).mid(0, 1))
+    for (const QString &field : passwords.first().split(QLatin1Char('|')))
         QCOMPARE(unscramble(field), QString(10, QLatin1Char(' ')));
     QVERIFY(!layout(ArchiveName::EventsTemplate, "Eventi").isEmpty());
     QVERIFY(makeTemplates(test.archives).ok());
@@ -256,6 +256,13 @@ void TestArchives::staleJournalsNeverComeBack()
     test.write(crashed + (writeAhead ? u"-wal"_s : u"-journal"_s), QByteArray(4096, 'j'));
     QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, crashed).ok());
     QCOMPARE(test.rows(crashed, codes), QStringList());
+    // The same where only a journal is left of an archive.
+    const QString lost = u"Archivi/AnaPrn.zeb"_s;
+    for (const char *side : {"-wal", "-journal"})
+        test.write(lost + QLatin1String(side), QByteArray(4096, 'j'));
+    QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, lost).ok());
+    QCOMPARE(test.rows(lost, codes), QStringList());
+    QVERIFY(!test.folder.exists(lost + u"-wal"_s) && !test.folder.exists(lost + u"-journal"_s));
     QVERIFY(test.archives.remove(crashed).ok());
     QVERIFY(!test.folder.exists(crashed));
 }
@@ -313,6 +320,7 @@ void TestArchives::damagedPasswordFields_data()
     QTest::addColumn<QString>("field");
     QTest::newRow("too short") << QString(21, QChar(150));
     QTest::newRow("key below its range") << QString(11, QChar(150)) + QChar(107) + QString(25, QChar(150));
+    QTest::newRow("character above all codes") << QString(12, QChar(150)) + QString(25, QChar(407));
     QTest::newRow("character below the key") << QString(11, QChar(150)) + QChar(118) + QString(25, QChar(117));
 }
 

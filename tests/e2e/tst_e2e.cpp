@@ -168,8 +168,14 @@ void TestEndToEnd::theWholeWalk()
     const QString day = QStringView(ArchiveName::Folder).toString() +
                         u"/Eventi_%1.zeb"_s.arg(QDate::currentDate().toString(u"dd-MM-yyyy"_s));
     QVERIFY(test.folder.exists(day + u"-wal"_s));
+    // An interface that does not answer keeps a query open: what came during it is stored even when the program ends.
+    interface.say("fault silence");
+    interface.say("repower");
+    interface.say("tx 12345 C");
+    QVERIFY(supervisor.tells("12345      TX    C"));
     interface.say("unplug");
     QVERIFY(supervisor.tells("COM7 was unplugged"));
+    interface.say("fault none");
     QVERIFY(supervisor.tells("THE CONFIGURED SERIAL PORT IS NOT AVAILABLE"));
     interface.say("plug");
     QVERIFY(supervisor.tells("COM7 is available again"));
@@ -180,7 +186,7 @@ void TestEndToEnd::theWholeWalk()
     QCOMPARE(test.files(u"Archivi"_s).filter(u"Eventi_"_s).size(), 1);
     const QStringList codes =
         test.rows(day, u"SELECT ProgEv, Codice, Canale, AbCh, KorDis FROM Eventi ORDER BY Data, Ora, ProgEv"_s);
-    QCOMPARE(codes.size(), 502);
+    QCOMPARE(codes.size(), 503);
     QCOMPARE(codes[0], u"1|12345|A||"_s);
     QCOMPARE(codes[1], u"2|777|D|X|X"_s);
     QCOMPARE(codes[501], u"502|12345|B||"_s);

@@ -114,7 +114,8 @@ void TestFaults::waitingIsBounded()
     QCOMPARE(takeNotices(notices).mid(1), QStringList{u"Events lost: 7"_s});
     log.append(anEvent(1, clock));
     vfs.refusal = 0;
-    log.retry();
+    while (log.waiting() > 0)
+        log.retry();
     QCOMPARE(takeNotices(notices),
              QStringList({u"The events that waited (10000) have been stored."_s, u"Events lost: 1"_s}));
     log.close();
@@ -178,6 +179,29 @@ void TestFaults::damagedWhileOpen()
     QVERIFY2(told[0].contains(u".guasto"_s), qPrintable(told[0]));
     log.close();
     QCOMPARE(test.rows(name, statement), QStringList{row(anEvent(2, clock))});
+
+    // Damage behind the first page shows only when a row is put there.
+    log.open();
+    log.close();
+    QByteArray content = test.read(name);
+    for (qsizetype at = 4096; at < content.size(); at += 512)
+        content[at] = static_cast<char>(~content[at]);
+    test.write(name, content);
+    log.open();
+    QVERIFY(log.append(anEvent(2, clock)));
+    QCOMPARE(takeNotices(notices).size(), 1);
+
+    // A damaged template makes nothing, and is told once.
+    clock.moment = clock.moment.addDays(1);
+    const QByteArray good = test.read(u"Archivi/Eventiorg.zeb"_s);
+    test.write(u"Archivi/Eventiorg.zeb"_s, QByteArray(8192, 'x'));
+    for (int tick = 0; tick < 5; ++tick)
+        QVERIFY(!log.changeDayIfNeeded());
+    QCOMPARE(takeNotices(notices).size(), 1);
+    QVERIFY(!test.folder.exists(ArchiveName::events(u"06-03-2004"_s)));
+    test.write(u"Archivi/Eventiorg.zeb"_s, good);
+    clock.moment = clock.moment.addDays(-1);
+    log.close();
 
     // Another deletes the file: the next tick makes it anew.
     log.open();

@@ -17,32 +17,35 @@
 
 namespace {
 
-/// The window's own control; it notes whether it ever asserted the line that disables the interface.
-class NotedControl : public SerialControl
+using Replies = QList<QByteArrayList>;
+using Told = QList<QVariantList>;
+
+/// A control that may not assert the line that disables the interface.
+class ProbingControl : public SerialControl
 {
 public:
-    NotedControl(const SerialPorts &ports, bool &asserted) : SerialControl(ports), m_asserted(asserted) {}
+    using SerialControl::SerialControl;
 
 protected:
-    void tellRts(bool asserted) override { m_asserted = m_asserted || asserted; }
-
-private:
-    bool &m_asserted;
+    void tellRts(bool asserted) override
+    {
+        if (asserted)
+            qFatal("RTS is asserted on a port that is only looked at");
+    }
 };
 
 /// Lets something happen while a question stands.
 struct SlowMessages : FakeMessages {
-    std::function<void()> meanwhile;
+    std::function<void()> meanwhile = [] {};
 
     void ask(QWidget *over, const QString &text, Buttons buttons, std::function<void(Answer)> then) override
     {
-        if (meanwhile)
-            meanwhile();
+        meanwhile();
         FakeMessages::ask(over, text, buttons, std::move(then));
     }
 };
 
-/// A computer with some of the eight ports.
+/// A computer with some of the eight ports, and the port window.
 struct Computer {
     explicit Computer(const QList<int> &present)
     {
@@ -55,8 +58,8 @@ struct Computer {
     }
     ~Computer()
     {
-        if (rtsAsserted)
-            qFatal("a port that is only looked at was told to assert RTS");
+        if (window)
+            window->unload();
     }
 
     QString link(int port) const { return test.directory.filePath(u"Porte/COM%1"_s.arg(port)); }
@@ -66,43 +69,54 @@ struct Computer {
         QVERIFY(lines[port]->open().ok());
     }
     bool isFree(int port) const { return checkDeviceIsFree(ports.device(port)).ok(); }
-    frmImpCom *open(bool first = false, int configured = 0)
+    void open(bool first, int configured)
     {
-        auto *window = new frmImpCom(texts, messages, portTest);
+        window = new frmImpCom(texts, messages, portTest);
         window->setPrima(first);
         window->setConfiguredPort(configured);
+        QObject::connect(window, &frmImpCom::FineProgramma, [this] { ++ended; });
         window->show();
-        return window;
+        QVERIFY(!window->isEnabled());
+        QTRY_VERIFY(window->isEnabled());
     }
+    QString message(const char *icon, Text text) const { return QLatin1String(icon) + u": "_s + texts[text]; }
 
     TestFolder test;
     SerialPorts ports{test.folder};
     FakeClock clock;
     Texts texts;
     SlowMessages messages;
-    bool rtsAsserted = false;
-    PortTest portTest{std::make_unique<NotedControl>(ports, rtsAsserted), ports, clock};
+    ProbingControl *prova = new ProbingControl(ports);
+    PortTest portTest{std::unique_ptr<SerialControl>(prova), ports, clock};
     std::map<int, std::unique_ptr<PseudoTerminal>> lines;
+    QPointer<frmImpCom> window;
+    int ended = 0; ///< times that the operator wanted to end the program
 };
 
-template<class Widget>
-Widget *control(QWidget *window, const char *name)
+template<class Widget = QPushButton>
+Widget *control(QWidget *window, const QString &name)
 {
-    auto *widget = window->findChild<Widget *>(QLatin1String(name));
+    auto *widget = window->findChild<Widget *>(name);
     if (!widget)
-        qFatal("no control %s", name);
+        qFatal("no control %s", qPrintable(name));
     return widget;
-}
-
-void press(QWidget *window, const char *name)
-{
-    control<QPushButton>(window, name)->click();
 }
 
 QRadioButton *com(QWidget *window, int port)
 {
-    return control<QRadioButton>(window, qPrintable(u"Com(%1)"_s.arg(port - 1)));
+    return control<QRadioButton>(window, u"Com(%1)"_s.arg(port - 1));
 }
+
+/// Contents of text boxes, joined by "|".
+QString shown(QWidget *window, const char *boxes)
+{
+    QStringList texts;
+    for (const QString &name : QString::fromLatin1(boxes).split(u' '))
+        texts.append(control<QLineEdit>(window, u"txt"_s + name)->text());
+    return texts.join(u'|');
+}
+
+constexpr const char *configuration = "ProtCom Enable CanaliAb InfCan Ponte Pc J1 CodSito Ver";
 
 } // namespace
 
@@ -114,17 +128,15 @@ private Q_SLOTS:
     void scan();
     void preselection_data();
     void preselection();
-    void arrowKeysSkipWhatIsNotAvailable();
     void connection_data();
     void connection();
-    void portGoesDuringTheTest();
+    void portGoes();
     void leaving_data();
     void leaving();
     void noPortAtAll();
     void fields_data();
     void fields();
     void reading();
-    void notOnLine();
     void diagnostics_data();
     void diagnostics();
 };
@@ -134,21 +146,19 @@ void TestGuiLink::scan()
     Computer computer({5, 6, 8});
     SerialControl holder(computer.ports);
     holder.setCommPort(6);
+    holder.setRThreshold(1);
     QVERIFY(holder.setPortOpen(true).ok());
-
-    QPointer<frmImpCom> window = computer.open();
-    QVERIFY(!window->isEnabled());
-    QTRY_VERIFY(window->isEnabled());
+    computer.open(false, 0);
     for (int port = 1; port <= PortTest::Ports; ++port) {
-        QCOMPARE(com(window, port)->isEnabled(), port == 5 || port == 8);
-        QCOMPARE(com(window, port)->toolTip(),
-                 com(window, port)->isEnabled() ? computer.ports.device(port) : QString());
-        QCOMPARE(computer.isFree(port), com(window, port)->isEnabled());
+        const bool available = port == 5 || port == 8;
+        QCOMPARE(com(computer.window, port)->isEnabled(), available);
+        QCOMPARE(com(computer.window, port)->toolTip(), available ? computer.ports.device(port) : QString());
+        QCOMPARE(computer.isFree(port), available);
     }
-    QVERIFY(holder.portOpen());
+    QSignalSpy taken(&holder, &SerialControl::OnComm);
     computer.lines[6]->write("R/A");
-    QTRY_COMPARE(holder.input().toByteArray(), QByteArray("R/A"));
-    window->unload();
+    QTRY_VERIFY(!taken.isEmpty());
+    QCOMPARE(holder.input().toByteArray(), QByteArray("R/A"));
 }
 
 void TestGuiLink::preselection_data()
@@ -161,8 +171,7 @@ void TestGuiLink::preselection_data()
     QTest::newRow("never chosen") << false << 0 << 0;
     QTest::newRow("above the ports") << false << 9 << 0;
     QTest::newRow("negative") << false << -6 << 0;
-    QTest::newRow("first start takes the first") << true << 0 << 6;
-    QTest::newRow("first start knows no other") << true << 7 << 6;
+    QTest::newRow("first start") << true << 7 << 6;
 }
 
 void TestGuiLink::preselection()
@@ -171,174 +180,127 @@ void TestGuiLink::preselection()
     QFETCH(int, configured);
     QFETCH(int, chosen);
     Computer computer({6, 7});
-    QPointer<frmImpCom> window = computer.open(first, configured);
-    QSignalSpy closing(window, &frmImpCom::Chiudi);
-    QTRY_VERIFY(window->isEnabled());
+    computer.open(first, configured);
+    QSignalSpy closing(computer.window, &frmImpCom::Chiudi);
     for (int port = 1; port <= PortTest::Ports; ++port)
-        QCOMPARE(com(window, port)->isChecked(), port == chosen);
-    if (chosen == 0) {
-        press(window, "cmdProva");
-        press(window, "cmdOk");
-        const QString refused = u"Exclamation: "_s + computer.texts[Text::SelezionareUnaPortaCom];
-        QCOMPARE(computer.messages.take(), QStringList({refused, refused}));
-        QVERIFY(closing.isEmpty());
-        window->unload();
-    } else {
-        press(window, "cmdOk");
-        QCOMPARE(closing, QList<QVariantList>({{chosen, 1}}));
+        QCOMPARE(com(computer.window, port)->isChecked(), port == chosen);
+    control(computer.window, u"cmdOk"_s)->click();
+    QCOMPARE(closing, chosen == 0 ? Told() : Told({{chosen, 1}}));
+    if (chosen != 0) {
+        QTRY_VERIFY(!computer.window);
+        return;
     }
-    QTRY_VERIFY(!window);
-}
-
-void TestGuiLink::arrowKeysSkipWhatIsNotAvailable()
-{
-    Computer computer({5, 7, 8});
-    QPointer<frmImpCom> window = computer.open(false, 5);
-    QTRY_VERIFY(window->isEnabled());
-    QVERIFY(QTest::qWaitForWindowActive(window));
-    QTRY_VERIFY(com(window, 5)->hasFocus());
-    QTest::keyClick(com(window, 5), Qt::Key_Down);
-    QVERIFY(com(window, 7)->isChecked() && com(window, 7)->hasFocus());
-    QTest::keyClick(com(window, 7), Qt::Key_Down);
-    QVERIFY(com(window, 8)->isChecked());
-    window->unload();
+    control(computer.window, u"cmdProva"_s)->click();
+    QCOMPARE(computer.messages.take(), QStringList(2, computer.message("Exclamation", Text::SelezionareUnaPortaCom)));
 }
 
 void TestGuiLink::connection_data()
 {
     // What the interface says to each question, in pieces that arrive one by one.
-    QTest::addColumn<QList<QByteArrayList>>("replies");
+    QTest::addColumn<Replies>("replies");
     QTest::addColumn<bool>("found");
     QTest::addColumn<int>("asked");
-    const QByteArrayList silence;
     const QByteArrayList answer = {interfaceBanner()};
     const QByteArrayList event = {"R/A-00", "0012345X", "..\r\n"};
-    QTest::newRow("at once") << QList{answer} << true << 1;
-    QTest::newRow("in pieces") << QList{QByteArrayList{"T", "OLM", "AR"}} << true << 1;
-    QTest::newRow("at the last attempt") << QList{silence, silence, silence, answer} << true << 4;
-    QTest::newRow("silent") << QList<QByteArrayList>{} << false << 4;
-    QTest::newRow("too short") << QList{QByteArrayList{"TOLMA"}, QByteArrayList{"R"}} << false << 4;
-    QTest::newRow("another device") << QList<QByteArrayList>(4, QByteArrayList{"&IC\r\nERROR"}) << false << 4;
-    QTest::newRow("an event comes in between") << QList{event + answer, answer} << true << 2;
-    QTest::newRow("name is not at the front") << QList<QByteArrayList>(4, QByteArrayList{" TOLMAR"}) << false << 4;
+    QTest::newRow("at once") << Replies({answer}) << true << 1;
+    QTest::newRow("in pieces") << Replies({{"T", "OLM", "AR"}}) << true << 1;
+    QTest::newRow("at the last attempt") << Replies({{}, {}, {}, answer}) << true << 4;
+    QTest::newRow("silent") << Replies() << false << 4;
+    QTest::newRow("pieces of two attempts") << Replies({{"TOLMA"}, {"R"}}) << false << 4;
+    QTest::newRow("another device") << Replies(4, {"&IC\r\nTOLMAR"}) << false << 4;
+    QTest::newRow("an event comes in between") << Replies({event + answer, answer}) << true << 2;
 }
 
 void TestGuiLink::connection()
 {
-    QFETCH(QList<QByteArrayList>, replies);
+    QFETCH(Replies, replies);
     QFETCH(bool, found);
     QFETCH(int, asked);
     Computer computer({5, 7});
     PseudoTerminal &line = *computer.lines[7];
     QByteArray received;
-    connect(&line, &PseudoTerminal::readyRead, &computer.portTest, [&] { received += line.read(); });
-    QPointer<frmImpCom> window = computer.open(false, 7);
-    QTRY_VERIFY(window->isEnabled());
-    press(window, "cmdProva");
+    connect(&line, &PseudoTerminal::readyRead, [&] { received += line.read(); });
+    computer.open(false, 7);
+    auto *lblProva = control<QLabel>(computer.window, u"lblProva"_s);
+    auto *cmdOk = control(computer.window, u"cmdOk"_s);
+    control(computer.window, u"cmdProva"_s)->click();
     for (int question = 1; question <= asked; ++question) {
         QTRY_COMPARE(received, QByteArray("&IC").repeated(question));
-        QVERIFY(!control<QPushButton>(window, "cmdOk")->isEnabled());
-        QVERIFY(!control<QPushButton>(window, "cmdProva")->isEnabled());
-        QVERIFY(control<QLabel>(window, "lblProva")->text().contains(u"COM7"_s));
+        QVERIFY(!cmdOk->isEnabled() && lblProva->text().contains(u"COM7"_s));
         for (const QByteArray &piece : replies.value(question - 1)) {
+            QSignalSpy taken(computer.prova, &SerialControl::OnComm);
             line.write(piece);
-            QTRY_COMPARE(line.unread(), 0);
+            QTRY_VERIFY(!taken.isEmpty());
         }
         if (found && question == asked)
             break;
         computer.clock.milliseconds += 999;
         computer.portTest.wake();
-        QTest::qWait(0);
-        QCOMPARE(received.size(), 3 * question);
-        QVERIFY(computer.messages.shown.isEmpty());
+        QVERIFY(!computer.isFree(7) && computer.messages.shown.isEmpty());
         computer.clock.milliseconds += 1;
         computer.portTest.wake();
     }
-    const Text result = found ? Text::ConnessioneEffettuata : Text::ImpossibileStabilireCollegamento;
-    const QString told = (found ? u"Information: "_s : u"Exclamation: "_s) + computer.texts[result];
     QTRY_VERIFY(!computer.messages.shown.isEmpty());
-    QCOMPARE(computer.messages.take(), QStringList(told));
-    QVERIFY(computer.isFree(7));
-    QVERIFY(control<QPushButton>(window, "cmdOk")->isEnabled());
-    QVERIFY(control<QLabel>(window, "lblProva")->text().isEmpty());
-    QVERIFY(com(window, 7)->isChecked());
-    window->unload();
+    QCOMPARE(computer.messages.take(),
+             QStringList(found ? computer.message("Information", Text::ConnessioneEffettuata)
+                               : computer.message("Exclamation", Text::ImpossibileStabilireCollegamento)));
+    QVERIFY(computer.isFree(7) && cmdOk->isEnabled() && lblProva->text().isEmpty());
+    QCOMPARE(received.size(), 3 * asked);
 }
 
-void TestGuiLink::portGoesDuringTheTest()
+void TestGuiLink::portGoes()
 {
     Computer computer({7});
-    QPointer<frmImpCom> window = computer.open(false, 7);
-    QTRY_VERIFY(window->isEnabled());
-    const QStringList told(u"Exclamation: "_s + computer.texts[Text::ImpossibileStabilireCollegamento]);
-    for (bool before : {false, true}) {
-        if (before)
-            computer.lines[7]->close();
-        press(window, "cmdProva");
+    computer.open(false, 7);
+    // The first time while the test runs, the second time before it.
+    for (int time = 0; time < 2; ++time) {
+        control(computer.window, u"cmdProva"_s)->click();
         computer.lines[7]->close();
         QTRY_VERIFY(!computer.messages.shown.isEmpty());
-        QCOMPARE(computer.messages.take(), told);
-        QVERIFY(control<QPushButton>(window, "cmdProva")->isEnabled());
+        QCOMPARE(computer.messages.take(),
+                 QStringList(computer.message("Exclamation", Text::ImpossibileStabilireCollegamento)));
+        QVERIFY(control(computer.window, u"cmdProva"_s)->isEnabled());
     }
-    window->unload();
 }
 
 void TestGuiLink::leaving_data()
 {
     QTest::addColumn<bool>("first");
-    QTest::addColumn<QByteArray>("how");
-    QTest::addColumn<QList<QVariantList>>("told");
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<Told>("told");
     QTest::addColumn<bool>("closes");
-    const QList<QVariantList> nothing;
-    const QList<QVariantList> cancelled = {{0, 2}};
-    QTest::newRow("cancel") << false << QByteArray("cmdAnnulla") << cancelled << true;
-    QTest::newRow("escape") << false << QByteArray("Esc") << cancelled << true;
-    QTest::newRow("close box") << false << QByteArray("close") << cancelled << true;
-    QTest::newRow("with the program") << false << QByteArray("unload") << nothing << true;
-    QTest::newRow("first start: cancel") << true << QByteArray("cmdAnnulla") << nothing << false;
-    QTest::newRow("first start: escape") << true << QByteArray("Esc") << nothing << false;
-    QTest::newRow("first start: close box") << true << QByteArray("close") << nothing << false;
-    QTest::newRow("first start: with the program") << true << QByteArray("unload") << nothing << true;
+    QTest::newRow("cancel") << false << u"cmdAnnulla"_s << Told({{0, 2}}) << true;
+    QTest::newRow("close box") << false << u"close"_s << Told({{0, 2}}) << true;
+    QTest::newRow("with the program") << false << u"unload"_s << Told() << true;
+    QTest::newRow("first start: cancel") << true << u"cmdAnnulla"_s << Told() << false;
+    QTest::newRow("first start: close box") << true << u"close"_s << Told() << false;
+    QTest::newRow("first start: with the program") << true << u"unload"_s << Told() << true;
 }
 
 void TestGuiLink::leaving()
 {
     QFETCH(bool, first);
-    QFETCH(QByteArray, how);
-    QFETCH(QList<QVariantList>, told);
+    QFETCH(QString, how);
     QFETCH(bool, closes);
-    for (bool testing : {false, true}) {
-        Computer computer({8});
-        QPointer<frmImpCom> window = computer.open(first, 8);
-        QSignalSpy closing(window, &frmImpCom::Chiudi);
-        QSignalSpy refused(window, &ChildWindow::closeRefused);
-        bool wasFree = true;
-        connect(window, &frmImpCom::Chiudi, &computer.portTest, [&] { wasFree = computer.isFree(8); });
-        QTRY_VERIFY(window->isEnabled());
-        if (testing) {
-            press(window, "cmdProva");
-            QVERIFY(!computer.isFree(8));
-        }
-        if (how == "unload")
-            window->unload();
-        else if (how == "close")
-            window->close();
-        else if (how == "Esc")
-            QTest::keyClick(window, Qt::Key_Escape);
-        else
-            press(window, how.constData());
-        if (closes)
-            QTRY_VERIFY(!window);
-        else
-            QTest::qWait(150); // longer than a button stays down
-        QCOMPARE(closing, told);
-        QCOMPARE(refused.size(), how == "close" && !closes ? 1 : 0);
-        // Who opens the port again when it hears of the end finds it free.
-        QVERIFY(wasFree);
-        QCOMPARE(computer.isFree(8), closes || !testing);
-        if (window)
-            window->unload();
-    }
+    Computer computer({8});
+    computer.open(first, 8);
+    QSignalSpy closing(computer.window, &frmImpCom::Chiudi);
+    QSignalSpy refused(computer.window, &ChildWindow::closeRefused);
+    bool wasFree = true; // for its opener, when it hears of the end
+    connect(computer.window, &frmImpCom::Chiudi, [&] { wasFree = computer.isFree(8); });
+    control(computer.window, u"cmdProva"_s)->click();
+    QVERIFY(!computer.isFree(8));
+    if (how == u"unload"_s)
+        computer.window->unload();
+    else if (how == u"close"_s)
+        computer.window->close();
+    else
+        control(computer.window, how)->click();
+    QCOMPARE(computer.window->isVisible(), !closes);
+    QTEST(Told(closing), "told");
+    QCOMPARE(refused.size(), how == u"close"_s && !closes ? 1 : 0);
+    QVERIFY(wasFree);
+    QCOMPARE(computer.isFree(8), closes);
 }
 
 void TestGuiLink::noPortAtAll()
@@ -346,61 +308,41 @@ void TestGuiLink::noPortAtAll()
     using Answer = Messages::Answer;
     Computer computer({});
     const QString question = u"Question: "_s + computer.texts[OwnText::NoPortAvailable];
-    computer.messages.answers = {Answer::No, Answer::Yes};
-    QPointer<frmImpCom> window = computer.open(true);
-    QSignalSpy ending(window, &frmImpCom::FineProgramma);
-    QTRY_COMPARE(ending.size(), 1);
-    QCOMPARE(computer.messages.take(), QStringList({question, question}));
-    window->unload();
-
-    computer.messages.answers = {Answer::No};
-    computer.messages.meanwhile = [&computer] { computer.plug(6); };
-    window = computer.open(true);
-    QTRY_VERIFY(com(window, 6)->isChecked());
-    QCOMPARE(computer.messages.take(), QStringList(question));
-    window->unload();
-
-    // Who can cancel is not asked.
-    computer.lines.clear();
-    window = computer.open();
-    QTRY_VERIFY(window->isEnabled());
+    computer.open(false, 0); // who can cancel is not asked
     QVERIFY(computer.messages.shown.isEmpty());
-    window->unload();
+    computer.window->unload();
+
+    computer.messages.answers = {Answer::No, Answer::Yes};
+    computer.open(true, 0);
+    QTRY_COMPARE(computer.ended, 1);
+    QCOMPARE(computer.messages.take(), QStringList(2, question));
+    computer.window->unload();
+
+    computer.messages.meanwhile = [&computer] { computer.plug(6); };
+    computer.open(true, 0);
+    QTRY_VERIFY(com(computer.window, 6)->isChecked());
+    QCOMPARE(computer.messages.take(), QStringList(question));
 }
 
 void TestGuiLink::fields_data()
 {
     QTest::addColumn<int>("language");
     QTest::addColumn<QByteArray>("line2");
-    QTest::addColumn<QString>("shown"); // in the order of the window
-    const auto row = [](const char *name, int language, const char *line2, const QString &shown) {
-        QTest::newRow(name) << language << QByteArray(line2) << shown;
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, int language, const char *line2, const char *text) {
+        QTest::newRow(name) << language << QByteArray(line2) << QString::fromUtf8(text);
     };
-    row("all off", 2, "WIEGAND 26 BIT CH:12 DISABLE PC BRIDGE", u"WIEGAND 26 BIT|DISABLED|12|NO|OFF|OFF|OFF|NO|1.4"_s);
-    row("all on", 1, "WIEGAND 26 BIT SITO +CH CH:1234 ENABLE J1",
-        u"WIEGAND 26 BIT|ABILITATA|1234|SI|ON|ON|ON|SI|1.4"_s);
-    row("German", 4, "WIEGAND 50 BIT +CH CH: DISABLE", u"WIEGAND 50 BIT|GESPERRT||JA|ON|ON|OFF|NEIN|1.4"_s);
-    row("BCD", 3, "WIEGAND 37 BIT HID D10302 +CH CH:1 ENABLE",
-        u"WIEGAND 37 BIT HID D10302 BCD|VALIDÉE|1|NON|ON|ON|OFF|NON|1.4"_s);
-    row("the same, not BCD", 2, "WIEGAND 37 BIT HID D10302 CH:1 ENABLE",
-        u"WIEGAND 37 BIT HID D10302|ENABLED|1|NO|ON|ON|OFF|NO|1.4"_s);
-    row("RS_C has channels unsaid", 2, "RS_C CH:1 ENABLE", u"RS_C|ENABLED|1|YES|ON|ON|OFF|NO|1.4"_s);
-    row("ISO2 has channels unsaid", 2, "ISO2 CH:1 ENABLE", u"ISO2|ENABLED|1|YES|ON|ON|OFF|NO|1.4"_s);
-    row("no usable line", 1, "", u"-1||||||||VERSIONE 1.4"_s);
+    const char *bcd = "WIEGAND 37 BIT HID D10302 +CH CH:1 ENABLE";
+    const char *notBcd = "WIEGAND 37 BIT HID D10302 CH:1 ENABLE";
+    row("all off", 2, "TOLMAR CH:12 DISABLE PC BRIDGE", "TOLMAR|DISABLED|12|NO|OFF|OFF|OFF|NO|1.4");
+    row("all on", 1, "TOLMAR SITO +CH CH:123 ENABLE J1", "TOLMAR|ABILITATA|123|SI|ON|ON|ON|SI|1.4");
+    row("German", 4, "WIEGAND 50 BIT +CH CH: PC", "WIEGAND 50 BIT|GESPERRT||JA|ON|OFF|OFF|NEIN|1.4");
+    row("BCD", 3, bcd, "WIEGAND 37 BIT HID D10302 BCD|VALIDÉE|1|NON|ON|ON|OFF|NON|1.4");
+    row("no BCD", 2, notBcd, "WIEGAND 37 BIT HID D10302|ENABLED|1|NO|ON|ON|OFF|NO|1.4");
+    row("RS_C", 2, "RS_C CH:1 BRIDGE", "RS_C|DISABLED|1|YES|OFF|ON|OFF|NO|1.4");
+    row("ISO2", 2, "ISO2 CH:1 ENABLE", "ISO2|ENABLED|1|YES|ON|ON|OFF|NO|1.4");
+    row("no usable line", 1, "", "-1||||||||VERSIONE 1.4");
 }
-
-namespace {
-
-QString asShown(QWidget *window)
-{
-    QStringList shown;
-    for (const char *name :
-         {"txtProtCom", "txtEnable", "txtCanaliAb", "txtInfCan", "txtPonte", "txtPc", "txtJ1", "txtCodSito", "txtVer"})
-        shown.append(control<QLineEdit>(window, name)->text());
-    return shown.join(u'|');
-}
-
-} // namespace
 
 void TestGuiLink::fields()
 {
@@ -412,67 +354,57 @@ void TestGuiLink::fields()
     frmConfInt window(texts, messages);
     window.configurationRead(parseReply("RS_C SITO CH:1 ENABLE ", "")); // nothing of it may stay
     window.configurationRead(parseReply(line2, "VERSIONE 1.4"));
-    QTEST(asShown(&window), "shown");
+    QTEST(shown(&window, configuration), "text");
 }
 
 void TestGuiLink::reading()
 {
     Texts texts;
     FakeMessages messages;
-    frmConfInt window(texts, messages);
-    auto *cmdLeggi = control<QPushButton>(&window, "cmdLeggi");
-    QSignalSpy wanted(&window, &frmConfInt::Leggi);
-    window.show();
+    QPointer<frmConfInt> window = new frmConfInt(texts, messages);
+    auto *cmdLeggi = control(window, u"cmdLeggi"_s);
+    QSignalSpy wanted(window, &frmConfInt::Leggi);
+    window->show();
     QTRY_COMPARE(wanted.size(), 1);
     QVERIFY(!cmdLeggi->isEnabled());
-    window.configurationRead(parseReply("RS_C CH:1 ENABLE", ""));
-    const QString before = asShown(&window);
+    window->configurationRead(parseReply("RS_C CH:1 ENABLE", ""));
+    const QString before = shown(window, configuration);
+
     cmdLeggi->click();
     QCOMPARE(wanted.size(), 2);
     QVERIFY(!cmdLeggi->isEnabled());
-    window.configurationRead({});
+    window->configurationRead({});
     QCOMPARE(messages.take(), QStringList(u"Critical: CONNESSIONE IMPOSSIBILE!"_s));
-    QCOMPARE(asShown(&window), before);
-    QVERIFY(cmdLeggi->isEnabled() && window.isVisible());
-}
+    QCOMPARE(shown(window, configuration), before);
+    QVERIFY(cmdLeggi->isEnabled());
 
-void TestGuiLink::notOnLine()
-{
-    Texts texts;
-    FakeMessages messages;
-    QPointer<frmConfInt> window = new frmConfInt(texts, messages);
-    window->show();
     window->notOnLine();
     QCOMPARE(messages.take(),
              QStringList(u"Critical: Interfaccia multiprotocollo non in linea\r\nCONNESSIONE IMPOSSIBILE!"_s));
-    QVERIFY(window && window->isVisible()); // until the operator has read it
+    QVERIFY(window->isVisible()); // until the operator has read it
     QTRY_VERIFY(!window);
 }
 
 void TestGuiLink::diagnostics_data()
 {
     QTest::addColumn<int>("language");
-    QTest::addColumn<QByteArray>("record");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("enabled") << 1 << record("R/A-000012345X..") << u"12345|A - ABILITATO|TX"_s;
-    QTest::newRow("disabled") << 2 << record("K/B-000000777.D.") << u"777|B - DISABLED|DKS"_s;
-    QTest::newRow("no code") << 4 << record("R/D-000000000.D.") << u"|D - GESPERRT|TX"_s;
-    QTest::newRow("accent") << 3 << record("K/C-000000777X..") << u"777|C - VALIDÉ|DKS"_s;
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("enabled") << 1 << QByteArray("R/A-000012345X..\r") << u"12345|A - ABILITATO|TX"_s;
+    QTest::newRow("disabled") << 2 << QByteArray("K/B-000000777.D.\r") << u"777|B - DISABLED|DKS"_s;
+    QTest::newRow("accent") << 3 << QByteArray("K/C-000000777X..\r") << u"777|C - VALIDÉ|DKS"_s;
+    QTest::newRow("small letters") << 4 << QByteArray("R/D-000000000.D.\r") << u"|D - GESPERRT|TX"_s;
 }
 
 void TestGuiLink::diagnostics()
 {
     QFETCH(int, language);
-    QFETCH(QByteArray, record);
+    QFETCH(QByteArray, line);
     Texts texts;
     texts.fill(language);
     frmUtility window(texts);
-    record.chop(1); // the LF
-    window.showRecord(*decodeRecord(record));
-    QStringList shown;
-    for (const char *name : {"txtCodice", "txtCanale", "txtTipo"})
-        shown.append(control<QLineEdit>(&window, name)->text());
-    QTEST(shown.join(u'|'), "shown");
+    window.showRecord(*decodeRecord(line));
+    QTEST(shown(&window, "Codice Canale Tipo"), "text");
 }
 
 QTEST_MAIN(TestGuiLink)

@@ -59,6 +59,7 @@ private Q_SLOTS:
     void rePowerClosesTheAlarm();
     void anotherInterval();
     void silentAtTheStart();
+    void marksDuringAnUnansweredQuery();
     void lostPort();
 };
 
@@ -172,6 +173,24 @@ void TestLink::silentAtTheStart()
     watched.serial.receive(QByteArray("\0", 1));
     watched.pass(1);
     QCOMPARE(watched.takeTold(), list("0"));
+}
+
+/// Whatever the line says meanwhile, a check that nobody answers ends as one, and records are stored as they come.
+void TestLink::marksDuringAnUnansweredQuery()
+{
+    Watched watched("1");
+    QSignalSpy stored(&watched.log, &EventLog::stored);
+    watched.link.LetturaConf();
+    watched.pass(1);
+    watched.answers = false;
+    watched.takeTold();
+    watched.pass(60);
+    for (int second = 0; second < 10; ++second) {
+        watched.serial.receive(QByteArray("\0R/A-000000001X..\r\n", 19));
+        watched.pass(1);
+        QCOMPARE(stored.size(), second + 1);
+    }
+    QCOMPARE(watched.takeTold(), list("alarm"));
 }
 
 void TestLink::lostPort()

@@ -166,7 +166,7 @@ void TestQuery::attempts()
     QTEST(result.asked, "asked");
     QTEST(result.config.protocol, "protocol");
     QTEST(result.config.version, "version");
-    QCOMPARE(decodeRecord(result.handedBack), std::nullopt);
+    QCOMPARE(result.handedBack.trimmed(), QByteArray());
 }
 
 void TestQuery::recordsAmongTheReply_data()
@@ -239,7 +239,7 @@ void TestQuery::serialControl()
     QCOMPARE(taken, QByteArray("one!"));
     QVERIFY(serial.setPortOpen(false).ok());
     serial.setRThreshold(1);
-    QCOMPARE(taken, QByteArray("one!twothree"));
+    QTRY_COMPARE(taken, QByteArray("one!twothree"));
 }
 
 void TestQuery::portsThatCannotBeOpened()

@@ -24,15 +24,44 @@
 
 namespace {
 
-/// What the windows stand on: settings and an empty register in a folder of their own, English texts.
+constexpr auto Users = Passwords::Type::Users;
+const QString perche = u"perch\u00E9"_s;
+
+/// What the windows stand on: settings with CHECK=60 and LINGUA=2, a register with a users password, English texts.
 struct Desk {
     Desk()
     {
         texts.fill(2);
         if (!settings.CreaImpostazioni(2) || !settings.read(2, notices) ||
             !test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users) ||
-            passwords.load() != Passwords::Fault::None)
+            passwords.load() != Passwords::Fault::None || passwords.set(Users, perche) != Passwords::Fault::None)
             qFatal("the folder cannot be prepared");
+    }
+    /// A window by its name; what it tells is heard.
+    ChildWindow *open(const QString &name)
+    {
+        if (name == u"frmTempochk") {
+            auto *window = new frmTempochk(texts, settings, messages);
+            QObject::connect(window, &frmTempochk::ModificaMin, [this](int m) { heard += u"minutes %1"_s.arg(m); });
+            return window;
+        }
+        if (name == u"frmLingua") {
+            auto *window = new frmLingua(texts, settings, messages);
+            QObject::connect(window, &frmLingua::LinguaCambiata, [this] { heard += texts[Text::Lingua]; });
+            return window;
+        }
+        if (name == u"frmInsPass") {
+            auto *window = new frmInsPass(texts, messages, passwords);
+            window->setTipoPass(Users);
+            QObject::connect(window, &frmInsPass::PasswordImpostata, [this](int t) { heard += u"set %1"_s.arg(t); });
+            return window;
+        }
+        auto *window = new frmPassProg(texts, messages, passwords);
+        window->setTipoPass(Users);
+        window->DisattivaPW = name.endsWith(u"remove");
+        QObject::connect(window, &frmPassProg::Chiudi,
+                         [this](int t, int code) { heard += u"closed %1 %2"_s.arg(t).arg(code); });
+        return window;
     }
 
     TestFolder test;
@@ -42,38 +71,35 @@ struct Desk {
     Settings settings{test.folder, printers};
     Passwords passwords{test.archives};
     FakeMessages messages;
+    QString heard;
 };
 
-template<class T>
-T *control(QWidget *window, const QString &name)
-{
-    return window->findChild<T *>(name);
-}
+/// One way through a window.
+struct Case {
+    const char *name;
+    QString window;
+    QStringList input; ///< "box=text", or what is to be clicked
+    QString heard = {};
+    QString message = {};
+    Qt::Key key = Qt::Key_Return;
+    QString settings = u"CHECK=60 LINGUA=2"_s; ///< in the file afterwards
+    QString password = perche;                 ///< afterwards
+    bool diskWorks = true;
+};
 
-void click(QWidget *window, const QString &name)
+/// Types as a keyboard with dead keys does, each character composed, or clicks.
+void enter(QWidget *window, const QString &input)
 {
-    QTest::mouseClick(control<QAbstractButton>(window, name), Qt::LeftButton);
-}
-
-/// Types as a keyboard with dead keys does: each character arrives composed.
-void type(QLineEdit *edit, const QString &text)
-{
-    edit->clear();
-    for (const QChar character : text) {
+    if (auto *button = window->findChild<QAbstractButton *>(input))
+        return button->click();
+    auto *box = window->findChild<QLineEdit *>(input.section(u'=', 0, 0));
+    box->clear();
+    for (const QChar character : input.section(u'=', 1)) {
         QInputMethodEvent event;
         event.setCommitString(character);
-        QCoreApplication::sendEvent(edit, &event);
+        QCoreApplication::sendEvent(box, &event);
     }
 }
-
-/// Presses a key wherever the keyboard is.
-void press(QWidget *window, Qt::Key key)
-{
-    window->show();
-    QTest::keyClick(window->focusWidget(), key);
-}
-
-const QString notSaved = u"Exclamation: The setting '%1' cannot be saved: read or write error"_s;
 
 } // namespace
 
@@ -84,16 +110,11 @@ class TestGuiPrefs : public QObject
 private Q_SLOTS:
     void minutes_data();
     void minutes();
-    void checkOutcome_data();
-    void checkOutcome();
-    void language_data();
-    void language();
-    void askPassword_data();
-    void askPassword();
-    void setPassword_data();
-    void setPassword();
+    void minutesOnlyWhenChecked();
+    void outcomes_data();
+    void outcomes();
+    void closeBoxIsRefused();
     void passwordNotStored();
-    void noManual_data();
     void noManual();
     void manual();
     void keyboardInTheFrame();
@@ -121,241 +142,141 @@ void TestGuiPrefs::minutes()
     QCOMPARE(checkInterval(false, typed), std::optional<int>(0));
 }
 
-void TestGuiPrefs::checkOutcome_data()
+void TestGuiPrefs::minutesOnlyWhenChecked()
 {
-    QTest::addColumn<int>("before");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<bool>("automatic");
-    QTest::addColumn<bool>("diskWorks");
-    QTest::addColumn<Qt::Key>("key");
-    QTest::addColumn<QList<int>>("told");
-    QTest::addColumn<int>("stored");
-    QTest::addColumn<QStringList>("messages");
-    const QStringList range = {u"Information: The minutes must be between 1 and 1440"_s};
-    QTest::newRow("changed") << 60 << u"1a5"_s << true << true << Qt::Key_Return << QList{15} << 15 << QStringList();
-    QTest::newRow("on") << 0 << u"2000"_s << true << true << Qt::Key_Enter << QList{1440} << 1440 << QStringList();
-    QTest::newRow("off") << 60 << u"30"_s << false << true << Qt::Key_Return << QList{0} << 0 << QStringList();
-    QTest::newRow("cancelled") << 60 << u"5"_s << true << true << Qt::Key_Escape << QList{-1} << 60 << QStringList();
-    QTest::newRow("refused") << 60 << u"0"_s << true << true << Qt::Key_Return << QList<int>() << 60 << range;
-    QTest::newRow("not saved") << 60 << u"7"_s << true << false << Qt::Key_Return << QList{7} << 60
-                               << QStringList{notSaved.arg(u"CHECK"_s)};
+    Desk desk;
+    for (const int before : {0, 30}) {
+        desk.settings.MinCheck = before;
+        const std::unique_ptr<ChildWindow> window(desk.open(u"frmTempochk"_s));
+        auto *box = window->findChild<QLineEdit *>(u"txtMinuti"_s);
+        QCOMPARE(box->text(), before > 0 ? u"30"_s : QString());
+        QCOMPARE(box->isEnabled(), before > 0);
+        enter(window.get(), u"chkAutomatico"_s);
+        QCOMPARE(box->isEnabled(), before == 0);
+    }
 }
 
-void TestGuiPrefs::checkOutcome()
+void TestGuiPrefs::outcomes_data()
 {
-    QFETCH(int, before);
-    QFETCH(QString, typed);
-    QFETCH(bool, automatic);
-    QFETCH(bool, diskWorks);
-    QFETCH(Qt::Key, key);
-    QFETCH(QList<int>, told);
+    const QString check = u"frmTempochk"_s, lingua = u"frmLingua"_s, ask = u"frmPassProg"_s, set = u"frmInsPass"_s;
+    const QString askToRemove = u"frmPassProg to remove"_s, wrong = u"Critical: Wrong password!"_s;
+    const QString range = u"Information: The minutes must be between 1 and 1440"_s;
+    const QString typing = u"Exclamation: Attention! A password typing error has occured"_s;
+    const auto twice = [](const QString &a, const QString &b) {
+        return QStringList{u"txtPass="_s + a, u"txtConfPass="_s + b};
+    };
+    // clang-format off
+    const QList<Case> cases = {
+        {"minutes", check, {u"txtMinuti=1a5"_s}, u"minutes 15"_s, {}, Qt::Key_Return, u"CHECK=15 LINGUA=2"_s},
+        {"too many", check, {u"txtMinuti=2000"_s}, u"minutes 1440"_s, {}, Qt::Key_Enter, u"CHECK=1440 LINGUA=2"_s},
+        {"off", check, {u"chkAutomatico"_s}, u"minutes 0"_s, {}, Qt::Key_Return, u"CHECK=0 LINGUA=2"_s},
+        {"no minutes", check, {u"txtMinuti=0"_s}, {}, range},
+        {"check cancelled", check, {u"txtMinuti=5"_s}, u"minutes -1"_s, {}, Qt::Key_Escape},
+        {.name = "check not saved", .window = check, .input = {u"txtMinuti=7"_s}, .heard = u"minutes 7"_s,
+         .message = u"Exclamation: The setting 'CHECK' cannot be saved: read or write error"_s, .diskWorks = false},
+        {"language", lingua, {u"optLingua(3)"_s}, u"Sprache"_s, {}, Qt::Key_Return, u"CHECK=60 LINGUA=4"_s},
+        {"language cancelled", lingua, {u"optLingua(3)"_s}, {}, {}, Qt::Key_Escape},
+        {.name = "language not saved", .window = lingua, .input = {u"optLingua(0)"_s}, .heard = u"Lingua"_s,
+         .message = u"Exclamation: Impossibile salvare l'impostazione 'LINGUA': errore di lettura o scrittura"_s,
+         .diskWorks = false},
+        {"right", ask, {u"txtPass="_s + perche}, u"closed 2 1"_s},
+        {"right but for trailing blanks", ask, {u"txtPass="_s + perche + u"  "_s}, u"closed 2 1"_s},
+        {"what cannot be stored is not typed", ask, {u"txtPass=\u0436"_s + perche}, u"closed 2 1"_s},
+        {"asking cancelled", ask, {u"txtPass="_s + perche}, u"closed 2 2"_s, {}, Qt::Key_Escape},
+        {"right, to remove it", askToRemove, {u"txtPass="_s + perche}, u"closed 2 3"_s},
+        {"kept after all", askToRemove, {}, u"closed 2 4"_s, {}, Qt::Key_Escape},
+        {"without its accent", ask, {u"txtPass=perche"_s}, {}, wrong},
+        {"nothing", askToRemove, {u"txtPass="_s}, {}, wrong},
+        {.name = "set", .window = set, .input = twice(u"\u00E0 b"_s, u"\u00E0 b"_s), .heard = u"set 2"_s,
+         .password = u"\u00E0 b"_s},
+        {.name = "its first ten", .window = set, .input = twice(u"0123456789A"_s, u"0123456789A"_s),
+         .heard = u"set 2"_s, .password = u"0123456789"_s},
+        {.name = "none", .window = set, .input = twice({}, {}), .heard = u"set 2"_s, .password = QString()},
+        {"not the same past ten", set, twice(u"0123456789A"_s, u"0123456789B"_s), {}, typing},
+        {"setting cancelled", set, twice(u"a"_s, u"a"_s), {}, {}, Qt::Key_Escape},
+    };
+    // clang-format on
+    QTest::addColumn<Case>("row");
+    for (const Case &one : cases)
+        QTest::newRow(one.name) << one;
+}
+
+void TestGuiPrefs::outcomes()
+{
+    QFETCH(Case, row);
     Desk desk;
-    desk.settings.MinCheck = before;
-    QPointer window = new frmTempochk(desk.texts, desk.settings, desk.messages);
-    QList<int> heard;
-    connect(window, &frmTempochk::ModificaMin, this, [&heard](int value) { heard.append(value); });
-    auto *box = control<QLineEdit>(window, u"txtMinuti"_s);
-    auto *check = control<QAbstractButton>(window, u"chkAutomatico"_s);
-    QCOMPARE(box->text(), before > 0 ? QString::number(before) : QString());
-    for (const bool shown : {before > 0, true, automatic}) {
-        if (check->isChecked() != shown)
-            check->click();
-        QCOMPARE(box->isEnabled(), shown);
-    }
-    type(box, typed);
-    desk.test.disk.stopAt = diskWorks ? -1 : 0;
-    press(window, key);
-    if (told.isEmpty()) {
+    QPointer window = desk.open(row.window);
+    window->show();
+    for (const QString &input : row.input)
+        enter(window, input);
+    desk.test.disk.stopAt = row.diskWorks ? -1 : 0;
+    QTest::keyClick(window->focusWidget(), row.key);
+    if (row.heard.isEmpty() && row.key != Qt::Key_Escape) {
         QTRY_VERIFY(!desk.messages.shown.isEmpty());
-        QCOMPARE(window->focusWidget(), box);
-        QCOMPARE(box->selectedText(), typed);
+        auto *faulty = window->findChild<QLineEdit *>(row.input[0].section(u'=', 0, 0));
+        QCOMPARE(window->focusWidget(), faulty);
+        QCOMPARE(faulty->selectedText().size(), faulty->text().size());
+        QVERIFY(window->isVisible());
         window->unload();
     }
     QTRY_VERIFY(!window);
-    QCOMPARE(heard, told);
-    QTEST(desk.settings.LeggiImpostazione(u"CHECK"_s).toInt(), "stored");
-    QTEST(desk.messages.take(), "messages");
+    QCOMPARE(desk.messages.take().join(u'|'), row.message);
+    QCOMPARE(desk.heard, row.heard);
+    QCOMPARE(u"CHECK=%1 LINGUA=%2"_s.arg(desk.settings.LeggiImpostazione(u"CHECK"_s),
+                                         desk.settings.LeggiImpostazione(u"LINGUA"_s)),
+             row.settings);
+    QCOMPARE(desk.passwords.load(), Passwords::Fault::None);
+    QVERIFY(desk.passwords.matches(Users, row.password));
 }
 
-void TestGuiPrefs::language_data()
+void TestGuiPrefs::closeBoxIsRefused()
 {
-    QTest::addColumn<Qt::Key>("key");
-    QTest::addColumn<bool>("diskWorks");
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<int>("spoken");
-    QTest::addColumn<QStringList>("messages");
-    QTest::newRow("chosen") << Qt::Key_Return << true << u"4"_s << 4 << QStringList();
-    QTest::newRow("cancelled") << Qt::Key_Escape << true << u"2"_s << 2 << QStringList();
-    QTest::newRow("not saved") << Qt::Key_Return << false << u"2"_s << 4
-                               << QStringList{u"Exclamation: Die Einstellung 'LINGUA' kann nicht gespeichert werden: "
-                                              "Lese- oder Schreibfehler"_s};
-}
-
-void TestGuiPrefs::language()
-{
-    QFETCH(Qt::Key, key);
-    QFETCH(bool, diskWorks);
-    QFETCH(int, spoken);
     Desk desk;
-    QPointer window = new frmLingua(desk.texts, desk.settings, desk.messages);
-    QStringList captions;
-    connect(window, &frmLingua::LinguaCambiata, this, [&] { captions.append(desk.texts[Text::Lingua]); });
-    window->show();
-    QVERIFY(QTest::qWaitForWindowActive(window));
-    QVERIFY(control<QAbstractButton>(window, u"optLingua(1)"_s)->isChecked());
-    QTest::keyClick(window->focusWidget(), Qt::Key_Down);
-    QTest::keyClick(window->focusWidget(), Qt::Key_Down);
-    desk.test.disk.stopAt = diskWorks ? -1 : 0;
-    press(window, key);
-    QTRY_VERIFY(!window);
-    QTEST(desk.settings.LeggiImpostazione(u"LINGUA"_s), "stored");
-    QCOMPARE(desk.settings.Lingua, spoken);
-    QCOMPARE(desk.texts.language(), spoken);
-    QCOMPARE(captions, spoken == 4 ? QStringList{u"Sprache"_s} : QStringList());
-    QTEST(desk.messages.take(), "messages");
-}
-
-void TestGuiPrefs::askPassword_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<bool>("remove");
-    QTest::addColumn<Qt::Key>("key");
-    QTest::addColumn<int>("code");
-    QTest::newRow("right") << u"perch\u00E9"_s << false << Qt::Key_Return << 1;
-    QTest::newRow("right but for trailing blanks") << u"perch\u00E9  "_s << false << Qt::Key_Return << 1;
-    QTest::newRow("cannot be stored, so cannot be typed") << u"per\u0436ch\u00E9"_s << false << Qt::Key_Return << 1;
-    QTest::newRow("cancelled") << u"perch\u00E9"_s << false << Qt::Key_Escape << 2;
-    QTest::newRow("right, to remove it") << u"perch\u00E9"_s << true << Qt::Key_Return << 3;
-    QTest::newRow("cancelled, to keep it") << QString() << true << Qt::Key_Escape << 4;
-    QTest::newRow("without its accent") << u"perche"_s << false << Qt::Key_Return << 0;
-    QTest::newRow("more than the ten that are stored") << u"perch\u00E9 perch\u00E9"_s << true << Qt::Key_Return << 0;
-    QTest::newRow("nothing") << QString() << false << Qt::Key_Return << 0;
-}
-
-void TestGuiPrefs::askPassword()
-{
-    QFETCH(QString, typed);
-    QFETCH(bool, remove);
-    QFETCH(Qt::Key, key);
-    QFETCH(int, code);
-    Desk desk;
-    QCOMPARE(desk.passwords.set(Passwords::Type::Users, u"perch\u00E9"_s), Passwords::Fault::None);
-    QPointer window = new frmPassProg(desk.texts, desk.messages, desk.passwords);
-    window->DisattivaPW = remove;
-    window->setTipoPass(Passwords::Type::Users);
-    QCOMPARE(window->windowTitle(), u"User Password"_s);
-    QList<std::pair<int, int>> heard;
-    connect(window, &frmPassProg::Chiudi, this, [&heard](int type, int value) { heard.append({type, value}); });
+    QPointer window = desk.open(u"frmPassProg"_s);
     QSignalSpy refused(window, &ChildWindow::closeRefused);
     window->show();
-    QVERIFY(!window->close());
-    QVERIFY(window->isVisible() && heard.isEmpty());
+    QVERIFY(!window->close() && window->isVisible());
     QCOMPARE(refused.count(), 1);
-    auto *box = control<QLineEdit>(window, u"txtPass"_s);
-    type(box, typed);
-    press(window, key);
-    if (code == 0) {
-        QTRY_COMPARE(desk.messages.shown.size(), 1);
-        QCOMPARE(desk.messages.take(), QStringList{u"Critical: Wrong password!"_s});
-        QCOMPARE(window->focusWidget(), box);
-        QCOMPARE(box->selectionLength(), typed.size());
-        QVERIFY(heard.isEmpty() && window->isVisible());
-        return window->unload();
-    }
-    QTRY_VERIFY(!window);
-    QCOMPARE(heard, (QList<std::pair<int, int>>{{2, code}}));
-}
-
-void TestGuiPrefs::setPassword_data()
-{
-    QTest::addColumn<QString>("first");
-    QTest::addColumn<QString>("again");
-    QTest::addColumn<QString>("afterwards");
-    QTest::addColumn<QStringList>("messages");
-    const QStringList typing = {u"Exclamation: Attention! A password typing error has occured"_s};
-    QTest::newRow("set") << u"perch\u00E9"_s << u"perch\u00E9"_s << u"perch\u00E9"_s << QStringList();
-    QTest::newRow("its first ten") << u"0123456789AB"_s << u"0123456789AB"_s << u"0123456789"_s << QStringList();
-    QTest::newRow("none") << QString() << QString() << QString() << QStringList();
-    QTest::newRow("not the same") << u"a"_s << u"A"_s << u"old"_s << typing;
-    QTest::newRow("not the same past ten") << u"0123456789A"_s << u"0123456789B"_s << u"old"_s << typing;
-}
-
-void TestGuiPrefs::setPassword()
-{
-    QFETCH(QString, first);
-    QFETCH(QString, again);
-    QFETCH(QString, afterwards);
-    QFETCH(QStringList, messages);
-    Desk desk;
-    QCOMPARE(desk.passwords.set(Passwords::Type::Diagnostics, u"old"_s), Passwords::Fault::None);
-    QPointer window = new frmInsPass(desk.texts, desk.messages, desk.passwords);
-    window->setTipoPass(Passwords::Type::Diagnostics);
-    QList<int> heard;
-    connect(window, &frmInsPass::PasswordImpostata, this, [&heard](int type) { heard.append(type); });
-    auto *box = control<QLineEdit>(window, u"txtPass"_s);
-    type(box, first);
-    type(control<QLineEdit>(window, u"txtConfPass"_s), again);
-    press(window, Qt::Key_Return);
-    if (!messages.isEmpty()) {
-        QTRY_VERIFY(!desk.messages.shown.isEmpty());
-        QCOMPARE(window->focusWidget(), box);
-        QCOMPARE(box->selectedText().size(), first.size());
-        click(window, u"cmdAnnulla"_s);
-    }
-    QTRY_VERIFY(!window);
-    QCOMPARE(desk.messages.take(), messages);
-    QCOMPARE(heard, messages.isEmpty() ? QList{3} : QList<int>());
-    QCOMPARE(desk.passwords.load(), Passwords::Fault::None);
-    QVERIFY(desk.passwords.matches(Passwords::Type::Diagnostics, afterwards));
-    QVERIFY(!desk.passwords.isSet(Passwords::Type::Main));
+    QCOMPARE(desk.heard, QString());
+    delete window;
 }
 
 void TestGuiPrefs::passwordNotStored()
 {
     Desk desk;
-    frmInsPass window(desk.texts, desk.messages, desk.passwords);
-    window.setAttribute(Qt::WA_DeleteOnClose, false);
-    window.show();
-    QSignalSpy stored(&window, &frmInsPass::PasswordImpostata);
-    type(control<QLineEdit>(&window, u"txtPass"_s), u"abc"_s);
-    type(control<QLineEdit>(&window, u"txtConfPass"_s), u"abc"_s);
+    QPointer window = desk.open(u"frmInsPass"_s);
+    window->show();
+    enter(window, u"txtPass=abc"_s);
+    enter(window, u"txtConfPass=abc"_s);
     {
         Result<Database> other = desk.test.archives.open(ArchiveName::Users, Database::Use::Safe);
         QVERIFY(other.value().execute("BEGIN EXCLUSIVE").ok());
-        click(&window, u"cmdOk"_s);
-        QVERIFY(other.value().execute("DELETE FROM Password").ok());
-        QVERIFY(other.value().execute("COMMIT").ok());
+        enter(window, u"cmdOk"_s);
+        QVERIFY(other.value().execute("DELETE FROM Password").ok() && other.value().execute("COMMIT").ok());
     }
-    click(&window, u"cmdOk"_s);
+    enter(window, u"cmdOk"_s);
     QVERIFY(QFile::remove(desk.test.folder.path(QStringView(ArchiveName::Users).toString())));
-    click(&window, u"cmdOk"_s);
+    enter(window, u"cmdOk"_s);
     QCOMPARE(desk.messages.take(),
-             (QStringList{
-                 u"Critical: The users register 'Archivi/Anagrafico.zeb' cannot be read: locked by another program"_s,
-                 u"Critical: Corrupt File Password!"_s, u"Critical: "_s + desk.texts[Text::FileMancanteODanneggiato]}));
-    QCOMPARE(stored.count(), 0);
-    QVERIFY(window.isVisible() && !desk.passwords.isSet(Passwords::Type::Main));
-    QCOMPARE(control<QLineEdit>(&window, u"txtConfPass"_s)->text(), u"abc"_s);
-}
-
-void TestGuiPrefs::noManual_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("missing") << QByteArray();
-    QTest::newRow("no manual") << QByteArray("a text of somebody");
-    QTest::newRow("cut short") << QByteArray("%PDF-1.4\n1 0 obj\n");
+             (QStringList{u"Critical: The users register 'Archivi/Anagrafico.zeb' cannot be read: "
+                          "locked by another program"_s,
+                          u"Critical: Corrupt File Password!"_s,
+                          u"Critical: "_s + desk.texts[Text::FileMancanteODanneggiato]}));
+    QVERIFY(desk.heard.isEmpty() && window->isVisible() && desk.passwords.matches(Users, perche));
+    QCOMPARE(window->findChild<QLineEdit *>(u"txtConfPass"_s)->text(), u"abc"_s);
+    delete window;
 }
 
 void TestGuiPrefs::noManual()
 {
-    QFETCH(QByteArray, content);
     Desk desk;
-    if (!content.isEmpty())
-        desk.test.write(u"mansw.pdf"_s, content);
-    QPointer window = new frmIstruzioni(u"&Manual"_s, desk.test.folder.path(u"mansw.pdf"_s), desk.texts, desk.messages);
-    QVERIFY(!window->load());
-    QTRY_VERIFY(!window);
-    QCOMPARE(desk.messages.take(), QStringList{u"Critical: file not found"_s});
+    desk.test.write(u"mansw.pdf"_s, "%PDF-1.4\n1 0 obj\n");
+    for (const QString &name : {u"man752.pdf"_s, u"mansw.pdf"_s}) {
+        QPointer window = new frmIstruzioni(name, desk.test.folder.path(name), desk.texts, desk.messages);
+        QVERIFY(!window->load());
+        QTRY_VERIFY(!window);
+        QCOMPARE(desk.messages.take(), QStringList{u"Critical: file not found"_s});
+    }
 }
 
 void TestGuiPrefs::manual()
@@ -372,13 +293,11 @@ void TestGuiPrefs::manual()
         }
     }
     frmIstruzioni window(u"KOR &731"_s, file, desk.texts, desk.messages);
-    window.setAttribute(Qt::WA_DeleteOnClose, false);
     QVERIFY(window.load());
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
     QCOMPARE(window.windowTitle(), u"KOR 731"_s);
-    auto *view = control<QPdfView>(&window, u"ReadPdf"_s);
-    QScrollBar *bar = view->verticalScrollBar();
+    QScrollBar *bar = window.findChild<QPdfView *>()->verticalScrollBar();
     QTRY_VERIFY(bar->maximum() > 0);
     const auto keyed = [&](Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
         QTest::keyClick(window.focusWidget(), key, with);
@@ -394,8 +313,8 @@ void TestGuiPrefs::manual()
     const int place = keyed(Qt::Key_Plus, Qt::ControlModifier);
     QVERIFY(bar->maximum() > fitted);
     QCOMPARE(place, bar->maximum());
-    click(&window, u"cmdZoomMeno"_s);
-    click(&window, u"cmdZoomMeno"_s);
+    enter(&window, u"cmdZoomMeno"_s);
+    enter(&window, u"cmdZoomMeno"_s);
     QVERIFY(bar->maximum() < fitted);
     keyed(Qt::Key_0, Qt::ControlModifier);
     QCOMPARE(bar->maximum(), fitted);
@@ -409,10 +328,8 @@ void TestGuiPrefs::keyboardInTheFrame()
     area.show();
     QVERIFY(QTest::qWaitForWindowActive(&area));
     const QList<std::pair<ChildWindow *, QString>> windows = {
-        {new frmTempochk(desk.texts, desk.settings, desk.messages), u"chkAutomatico"_s},
-        {new frmLingua(desk.texts, desk.settings, desk.messages), u"optLingua(1)"_s},
-        {new frmInsPass(desk.texts, desk.messages, desk.passwords), u"txtPass"_s},
-        {new frmInfo(desk.texts, {}), u"cmdOk"_s},
+        {desk.open(u"frmTempochk"_s), u"chkAutomatico"_s}, {desk.open(u"frmLingua"_s), u"optLingua(1)"_s},
+        {desk.open(u"frmInsPass"_s), u"txtPass"_s},        {new frmInfo(desk.texts, {}), u"cmdOk"_s},
         {new frmMessage(desk.texts, {}), u"cmdOk"_s},
     };
     for (const auto &[window, first] : windows) {
