@@ -49,6 +49,5 @@ before=$(ticks)
 sleep 30
 used=$(($(ticks) - before))
 echo "idle main window: $used of 3000 ticks in 30 s, $(awk '/VmRSS/ {print $2}' "/proc/$program/status") KiB resident"
-awk '/^Rss/ {print $2}' "/proc/$program/smaps" >/dev/null
 kill $program
 wait $program || true

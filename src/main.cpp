@@ -52,15 +52,14 @@ QString parse(Options &options)
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Supervisor of the Kor multiprotocol interface: receives its "
                                                     "events and keeps them in the archive of the day."));
-    const QCommandLineOption console =
-        option("console", "Tell what happens on the terminal, without a window.");
+    const QCommandLineOption console = option("console", "Tell what happens on the terminal, without a window.");
     const QCommandLineOption demo =
         option("demo", "Work with a simulated interface in a folder that is removed at the end.");
     const QCommandLineOption folder =
         option("folder", "Program folder with the archives; the program's own by default.", "DIR");
-    const QCommandLineOption passwordFile = option(
-        "password-file", "With --console: the main password is the first line of FILE, which only its owner may read.",
-        "FILE");
+    const QCommandLineOption passwordFile =
+        option("password-file",
+               "With --console: the main password is the first line of FILE, which only its owner may read.", "FILE");
     const QCommandLineOption port = option("port", "Choose serial port COM1 to COM8 and remember it.", "N");
     parser.addOptions({console, demo, folder, passwordFile, port});
     const QCommandLineOption help = parser.addHelpOption();
@@ -129,6 +128,8 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argumentCount, char **arg
                          qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
     if (console || !display)
         return std::make_unique<QCoreApplication>(argumentCount, arguments);
+    // The window system's library has threads of its own.
+    holdEndSignals();
     return std::make_unique<QApplication>(argumentCount, arguments);
 }
 

@@ -26,8 +26,8 @@ Termination::Termination(QObject *parent) : QObject(parent)
 {
     // A pipe whose reader has gone is reported by write(); it must not kill a program that keeps events.
     std::signal(SIGPIPE, SIG_IGN);
+    holdEndSignals();
     const sigset_t set = endSignals();
-    sigprocmask(SIG_BLOCK, &set, nullptr);
     m_file = ::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
     auto *notifier = new QSocketNotifier(m_file, QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, &Termination::read);
@@ -43,6 +43,12 @@ void Termination::read()
     signalfd_siginfo information{};
     while (::read(m_file, &information, sizeof information) == sizeof information)
         Q_EMIT requested();
+}
+
+void holdEndSignals()
+{
+    const sigset_t set = endSignals();
+    sigprocmask(SIG_BLOCK, &set, nullptr);
 }
 
 void makeHelper(QProcess &process)

@@ -310,14 +310,21 @@ void TestEndToEnd::withItsWindow()
     test.addUsers(users);
     Running interface("kor-simulator", interfaceOn(test));
     QVERIFY(interface.tells("Porte/COM7"));
-    Running supervisor("kor-supervisor", {u"--folder"_s, test.directory.path(), u"--port"_s, u"7"_s},
-                       {u"QT_QPA_PLATFORM=offscreen"_s});
+    // A real window system where there is one to be had: its library's threads are part of the program.
+    QProcess server;
+    server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1024x768x24"_s});
+    QStringList environment = {u"QT_QPA_PLATFORM=offscreen"_s};
+    if (server.waitForReadyRead())
+        environment = {u"QT_QPA_PLATFORM=xcb"_s, u"DISPLAY=:"_s + QString::fromLatin1(server.readLine().trimmed())};
+    Running supervisor("kor-supervisor", {u"--folder"_s, test.directory.path(), u"--port"_s, u"7"_s}, environment);
     QVERIFY(interface.tells("query answered"));
     interface.say("tx 12345 A");
     const QString day = ArchiveName::events(QDate::currentDate().toString(u"dd-MM-yyyy"_s));
     QTRY_COMPARE(test.rows(day, u"SELECT Codice FROM Eventi"_s), QStringList{u"12345"_s});
     QCOMPARE(supervisor.end(), 0);
     QVERIFY(!test.folder.exists(day + u"-wal"_s));
+    server.kill();
+    server.waitForFinished();
 }
 
 void TestEndToEnd::demonstration()
