@@ -4,6 +4,7 @@
 #include "mainwindow/MDIForm1.h"
 #include "platform/SystemLanguage.h"
 #include "platform/Termination.h"
+#include "startup/Version.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -139,7 +140,7 @@ int main(int argumentCount, char *arguments[])
 {
     const std::unique_ptr<QCoreApplication> application = makeApplication(argumentCount, arguments);
     QCoreApplication::setApplicationName(QStringLiteral("kor-supervisor"));
-    QCoreApplication::setApplicationVersion(QStringLiteral("1.03"));
+    QCoreApplication::setApplicationVersion(programVersion());
     Options options;
     if (const QString wrong = parse(options); !wrong.isEmpty())
         return refuse(wrong);

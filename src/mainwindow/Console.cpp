@@ -1,5 +1,7 @@
 #include "mainwindow/Console.h"
 
+#include "startup/Version.h"
+
 #include <array>
 
 namespace {
@@ -52,7 +54,7 @@ Console::Console(Program &program, const QString &remark, QObject *parent) : QOb
         link.objMessage_Chiudi();
     });
 
-    tell(texts[Text::InterfacciaMultiprotocollo] + QStringLiteral(" - V1.03"));
+    tell(texts[Text::InterfacciaMultiprotocollo] + QStringLiteral(" - V") + programVersion());
     tell(texts.sentence({OwnText::ConsoleStarted, {program.folder().root()}, {}}));
     if (!remark.isEmpty())
         tell(remark);

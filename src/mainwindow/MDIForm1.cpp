@@ -13,6 +13,7 @@
 #include "prefs/frmPassProg.h"
 #include "prefs/frmTempochk.h"
 #include "startup/DateTimeText.h"
+#include "startup/Version.h"
 #include "widgets/Twips.h"
 
 #include <QAction>
@@ -34,7 +35,7 @@ constexpr int flashMilliseconds = 300;
 
 QString title(const Texts &texts)
 {
-    return texts[Text::InterfacciaMultiprotocollo] + QStringLiteral(" - V") + QCoreApplication::applicationVersion();
+    return texts[Text::InterfacciaMultiprotocollo] + QStringLiteral(" - V") + programVersion();
 }
 
 Text stateText(LinkMonitor::Link link)

@@ -8,24 +8,26 @@ constexpr int refreshMilliseconds = 10'000;
 
 } // namespace
 
-Program::Program(const QString &folder, const Clock &clock, const Printers &printers, QObject *parent)
+Program::Program(const QString &folder, const Clock &clock, const Printers &printers, const MakeSerial &makeSerial,
+                 QObject *parent)
     : QObject(parent),
       m_clock(clock),
       m_folder(folder, m_disk),
       m_settings(m_folder, printers),
       m_archives(m_folder),
       m_ports(m_folder),
-      m_serial(m_ports),
-      m_link(m_serial, m_settings, clock),
+      m_serial(makeSerial ? makeSerial(m_ports) : std::make_unique<SerialControl>(m_ports)),
+      m_link(*m_serial, m_settings, clock),
       m_users(m_archives),
       m_log(m_archives, clock, m_notices),
       m_road(m_users, m_log, clock),
-      m_reader(m_serial, m_link, m_road),
+      m_reader(*m_serial, m_link, m_road),
       m_timeProgramme(m_archives, clock),
       m_passwords(m_archives)
 {
     connect(&tmrRefresh, &QTimer::timeout, this, &Program::tmrRefresh_Timer);
-    connect(&m_timeProgramme, &TimeProgramme::applied, this, [this](bool enabled) { m_serial.setRTSEnable(!enabled); });
+    connect(&m_timeProgramme, &TimeProgramme::applied, this,
+            [this](bool enabled) { m_serial->setRTSEnable(!enabled); });
     connect(&m_link, &LinkMonitor::settingNotSaved, this, [this](const QString &key, const Fault &fault) {
         m_notices.post(Icon::Exclamation, {OwnText::SettingNotSaved, {key}, fault});
     });
@@ -74,9 +76,9 @@ void Program::end()
         return;
     tmrRefresh.stop();
     // What has reached the program is stored: from the control, from a query, and from before the register was known.
-    m_serial.deliverAll();
+    m_serial->deliverAll();
     m_link.end();
-    m_serial.setRThreshold(0);
+    m_serial->setRThreshold(0);
     if (!m_users.isKnown())
         readUsers();
     if (m_road.undecided() > 0)

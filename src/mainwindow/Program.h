@@ -13,22 +13,30 @@
 
 #include <QTimer>
 
+#include <functional>
+#include <memory>
+
 /// All that the program consists of, in the order in which it stands on one another.
 class Program : public QObject
 {
     Q_OBJECT
 
 public:
-    /// @param folder  program folder; @param clock, @param printers must outlive this object
-    Program(const QString &folder, const Clock &clock, const Printers &printers, QObject *parent = nullptr);
+    /// Makes the program's serial control; a test gives one that notes what the device is told.
+    using MakeSerial = std::function<std::unique_ptr<SerialControl>(const SerialPorts &)>;
+
+    /// @param folder      program folder; @param clock, @param printers must outlive this object
+    /// @param makeSerial  null: a control of a real device
+    Program(const QString &folder, const Clock &clock, const Printers &printers, const MakeSerial &makeSerial = {},
+            QObject *parent = nullptr);
     ~Program() override;
 
     /// Prepares the program folder, reads the settings and chooses the language.
     /// @param port  COM number to choose as the port dialog would, if any
     /// @return why the program cannot run; nothing has been changed then, unless the preparation itself failed
     std::optional<StartFault> prepare(int systemLanguage, std::optional<int> port);
-    /// Opens the archives and applies the time programme. The link to the interface is opened when nothing holds it back
-    /// any more: link().ApriCollegamento().
+    /// Opens the archives and applies the time programme. The link to the interface is opened when nothing holds it
+    /// back any more: link().ApriCollegamento().
     void load();
     /// Stores what can be stored, closes the archives and releases the RTS line.
     void end();
@@ -39,7 +47,7 @@ public:
     ProgramFolder &folder() { return m_folder; }
     const Clock &clock() const { return m_clock; }
     const SerialPorts &ports() const { return m_ports; }
-    SerialControl &serial() { return m_serial; }
+    SerialControl &serial() { return *m_serial; }
     LinkMonitor &link() { return m_link; }
     EventLog &log() { return m_log; }
     EventRoad &road() { return m_road; }
@@ -67,7 +75,7 @@ private:
     Settings m_settings;
     ArchiveStore m_archives;
     SerialPorts m_ports;
-    SerialControl m_serial;
+    std::unique_ptr<SerialControl> m_serial;
     LinkMonitor m_link;
     UsersSnapshot m_users;
     EventLog m_log;

@@ -1,5 +1,7 @@
 #include "prefs/frmInfo.h"
 
+#include "startup/Version.h"
+
 #include "texts/Texts.h"
 
 #include <QHBoxLayout>
@@ -43,6 +45,6 @@ void frmInfo::captions(const Texts &texts)
     setWindowTitle(texts[Text::Informazioni]);
     imgInfo->setAccessibleName(texts[Text::InterfacciaMultiprotocollo]);
     lblVersione->setText(texts[Text::InterfacciaMultiprotocollo] + QLatin1Char(' ') + texts[Text::Versione] +
-                         QStringLiteral("1.03"));
+                         programVersion());
     cmdOk->setText(texts[Text::CmdOk]);
 }

@@ -19,6 +19,21 @@ namespace {
 
 const QByteArray answer = interfaceBanner() + "\rRS_C CH:1 ENABLE\rVERSIONE 1.4\r";
 
+/// Notes what the device is told about its RTS line.
+class NotingSerial : public SerialControl
+{
+public:
+    using SerialControl::SerialControl;
+    QStringList rtsTold;
+
+protected:
+    void tellRts(bool asserted) override
+    {
+        rtsTold.append(asserted ? u"asserted"_s : u"released"_s);
+        SerialControl::tellRts(asserted);
+    }
+};
+
 /// The whole program with its window, and an interface that answers as long as it is told to.
 struct Desk {
     explicit Desk(const QByteArray &settings = "COM=7\r\nLINGUA=2\r\nCHECK=1\r\n", const QString &password = {},
@@ -76,7 +91,12 @@ struct Desk {
     };
     bool answers = true;
     QByteArray asked;
-    Program program{test.directory.path(), clock, printers};
+    NotingSerial *serial = nullptr;
+    Program program{test.directory.path(), clock, printers, [this](const SerialPorts &ports) {
+                        auto made = std::make_unique<NotingSerial>(ports);
+                        serial = made.get();
+                        return made;
+                    }};
     MDIForm1 window{program, used};
 };
 
@@ -269,7 +289,7 @@ void TestMainWindow::language()
     desk.click(desk.open("frmLingua"), "cmdOk");
     QTRY_COMPARE(desk.panel(5), u"MULTIPROTOKOLL-SCHNITTSTELLE ONLINE"_s);
     QVERIFY(desk.panel(1).startsWith(u"Freitag, 05 M"_s));
-    QVERIFY(desk.window.windowTitle().endsWith(u" - V"_s + QCoreApplication::applicationVersion()));
+    QCOMPARE(desk.window.windowTitle(), u"Multiprotokoll-Schnittstelle - V1.03"_s);
     QVERIFY(desk.test.read(u"Impost.stp"_s).contains("LINGUA=4\r\n"));
     QVERIFY(desk.label(1)->sizeHint().width() <= desk.label(1)->width());
 }
@@ -300,6 +320,8 @@ void TestMainWindow::receptionBehindABox()
     QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
     QVERIFY(desk.window.close());
     QCOMPARE(unloaded.size(), 1);
+    // No bands, not enabled: told as the first thing after opening, and let go at the end.
+    QCOMPARE(desk.serial->rtsTold, QStringList({u"asserted"_s, u"released"_s}));
     const QString day = ArchiveName::events(u"05-03-2004"_s);
     QVERIFY(!desk.test.folder.exists(day + u"-wal"_s));
     QCOMPARE(desk.test.rows(day, u"SELECT Codice FROM Eventi"_s).size(), 2);
