@@ -115,7 +115,12 @@ int runWindow(Program &program, std::optional<Termination> &termination)
     QObject::connect(&*termination, &Termination::requested, &window, &MDIForm1::end);
     QObject::connect(&window, &MDIForm1::unloaded, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     window.load();
-    return QCoreApplication::exec();
+    const int exitCode = QCoreApplication::exec();
+    // What was found out at the very end has no window any more.
+    while (!program.notices().isEmpty())
+        std::fprintf(stderr, "kor-supervisor: %s\n",
+                     program.texts().sentence(program.notices().take().message).toUtf8().constData());
+    return exitCode;
 }
 
 /// With --console no display is needed, nor one there.

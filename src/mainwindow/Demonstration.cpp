@@ -86,9 +86,9 @@ Result<void> Demonstration::makeFolder()
         return users.fault();
     for (const DemoUser &user : demoUsers) {
         Result<void> added = users.value().addNew({{QStringLiteral("Codice"), QString::fromUtf8(user.code)},
-                                                         {QStringLiteral("Tipo"), QString::fromUtf8(user.type)},
-                                                         {QStringLiteral("Cognome"), QString::fromUtf8(user.surname)},
-                                                         {QStringLiteral("Nome"), QString::fromUtf8(user.name)}});
+                                                   {QStringLiteral("Tipo"), QString::fromUtf8(user.type)},
+                                                   {QStringLiteral("Cognome"), QString::fromUtf8(user.surname)},
+                                                   {QStringLiteral("Nome"), QString::fromUtf8(user.name)}});
         if (!added)
             return added;
     }

@@ -14,6 +14,8 @@
 #include "prefs/frmTempochk.h"
 #include "startup/DateTimeText.h"
 #include "startup/Version.h"
+#include "timeprog/frmFerie.h"
+#include "timeprog/frmSettimana.h"
 #include "widgets/Twips.h"
 
 #include <QAction>
@@ -90,7 +92,10 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
     connectLink();
 }
 
-MDIForm1::~MDIForm1() = default;
+MDIForm1::~MDIForm1()
+{
+    delete m_splash;
+}
 
 void MDIForm1::buildMenu()
 {
@@ -110,8 +115,8 @@ void MDIForm1::buildMenu()
     addEntry(file, Entry::Exit, "mnuExit", &MDIForm1::mnuExit_Click);
 
     addEntry(users, Entry::Utenti, "mnuUtenti", notBuilt);
-    addEntry(users, Entry::FascieOr, "mnuFascieOr", notBuilt);
-    addEntry(users, Entry::ProgFerie, "mnuProgFerie", notBuilt);
+    addEntry(users, Entry::FascieOr, "mnuFascieOr", &MDIForm1::mnuFascieOr_Click);
+    addEntry(users, Entry::ProgFerie, "mnuProgFerie", &MDIForm1::mnuProgFerie_Click);
 
     addEntry(events, Entry::Eventi, "mnuEventi", notBuilt);
     addEntry(events, Entry::EventiOdierni, "mnuEventiOdierni", notBuilt);
@@ -221,6 +226,7 @@ void MDIForm1::load()
     setWindowState(Qt::WindowMaximized);
     setEnabled(false);
     m_splash = new Splash(picture(QStringLiteral("Splash.bmp")));
+    m_splash->setAttribute(Qt::WA_DeleteOnClose);
     m_splash->show();
     applyTexts();
     showClock();
@@ -293,9 +299,11 @@ void MDIForm1::closeEvent(QCloseEvent *event)
     }
     const QList<ChildWindow *> open = findChildren<ChildWindow *>();
     for (ChildWindow *window : open) {
+        // A window in the client area closes with its frame, one of its own by itself.
+        QWidget *frame = qobject_cast<QMdiSubWindow *>(window->parentWidget());
         if (m_ending)
             window->unload();
-        else if (!(window->parentWidget() ? window->parentWidget()->close() : window->close())) {
+        else if (!(frame ? frame : window)->close()) {
             // It asks the operator first, and this window closes when it has.
             m_closeAgain = true;
             event->ignore();
@@ -511,6 +519,31 @@ void MDIForm1::openChild(ChildWindow *window, Qt::WindowFlags more)
 void MDIForm1::mnuExit_Click()
 {
     close();
+}
+
+template<class Editor>
+void MDIForm1::openEditor(TimeProgramme::Part part)
+{
+    Editor *made = nullptr;
+    openOnce<Editor>([&] {
+        // The archive is the editor's while it is open; the line keeps the state it was told last.
+        m_program.timeProgramme().suspend(part);
+        made = new Editor(m_program.texts(), m_messages, m_program.archives());
+        connect(made, &ChildWindow::unloaded, this, [this, part] { m_program.reloadTimeProgramme(part); });
+        return made;
+    });
+    if (made && !made->open())
+        made->unload();
+}
+
+void MDIForm1::mnuFascieOr_Click()
+{
+    openEditor<frmSettimana>(TimeProgramme::Part::Bands);
+}
+
+void MDIForm1::mnuProgFerie_Click()
+{
+    openEditor<frmFerie>(TimeProgramme::Part::Holidays);
 }
 
 void MDIForm1::mnuImpCom_Click()

@@ -68,6 +68,8 @@ private:
 
     // Menu entries.
     void mnuExit_Click();
+    void mnuFascieOr_Click();
+    void mnuProgFerie_Click();
     void mnuImpCom_Click();
     void mnuLetConfInt_Click();
     void mnuUtility_Click();
@@ -77,6 +79,8 @@ private:
     void mnuIstr_Click(Text caption, const QString &file);
     void mnuAbout_Click();
 
+    template<class Editor>
+    void openEditor(TimeProgramme::Part part);
     void openPortWindow(bool first);
     void askPassword(Passwords::Type type, bool toDeactivate);
     void setPassword(Passwords::Type type);
@@ -96,14 +100,14 @@ private:
     std::array<QMenu *, TopMenuCount> m_menus{};
     std::array<QAction *, EntryCount> m_entries{};
     QMdiArea *m_area;
-    std::array<QLabel *, 6> m_panels{};  ///< panels 1 to 6
+    std::array<QLabel *, 6> m_panels{}; ///< panels 1 to 6
     QPointer<Splash> m_splash;
     QTimer tmrShow;
     QTimer tmrFlash;
-    bool m_panel5Cleared = false;     ///< the link is being opened: its state is not known
+    bool m_panel5Cleared = false; ///< the link is being opened: its state is not known
     bool m_ledIsKnown = false;
     bool m_closedByRePower = false;
-    bool m_ending = false;            ///< the close comes from the program or the session, not from the frame
-    bool m_closeAgain = false;        ///< a close waits for a window to answer its question
+    bool m_ending = false;     ///< the close comes from the program or the session, not from the frame
+    bool m_closeAgain = false; ///< a close waits for a window to answer its question
     bool m_noticeIsShown = false;
 };

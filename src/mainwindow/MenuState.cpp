@@ -8,8 +8,6 @@ bool isBuilt(Entry entry)
     switch (entry) {
     case Entry::ImpPrn:
     case Entry::Utenti:
-    case Entry::FascieOr:
-    case Entry::ProgFerie:
     case Entry::Eventi:
     case Entry::EventiOdierni:
     case Entry::PrnLastEv:

@@ -5,11 +5,27 @@
 
 /// Entries of the menu, in its order.
 enum class Entry {
-    ImpPrn, Exit,
-    Utenti, FascieOr, ProgFerie,
-    Eventi, EventiOdierni, PrnLastEv, NumEvOdVis,
-    ImpCom, LetConfInt, Utility, ImpContKor, Lingua, AttPass, AttPassUte, AttPassUty,
-    IstrKOR, Istr752, IstrSwKOR, About,
+    ImpPrn,
+    Exit,
+    Utenti,
+    FascieOr,
+    ProgFerie,
+    Eventi,
+    EventiOdierni,
+    PrnLastEv,
+    NumEvOdVis,
+    ImpCom,
+    LetConfInt,
+    Utility,
+    ImpContKor,
+    Lingua,
+    AttPass,
+    AttPassUte,
+    AttPassUty,
+    IstrKOR,
+    Istr752,
+    IstrSwKOR,
+    About,
 };
 inline constexpr int EntryCount = static_cast<int>(Entry::About) + 1;
 

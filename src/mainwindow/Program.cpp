@@ -107,6 +107,12 @@ void Program::readTimeProgramme(TimeProgramme::Part part)
                    {isBands ? OwnText::BandsUnreadable : OwnText::HolidaysUnreadable, {name.toString()}, read.fault()});
 }
 
+void Program::reloadTimeProgramme(TimeProgramme::Part part)
+{
+    readTimeProgramme(part);
+    m_timeProgramme.run();
+}
+
 void Program::tmrRefresh_Timer()
 {
     Q_EMIT refreshing();

@@ -38,6 +38,8 @@ public:
     /// Opens the archives and applies the time programme. The link to the interface is opened when nothing holds it
     /// back any more: link().ApriCollegamento().
     void load();
+    /// An editor of bands or holidays has closed: reads its archive anew, evaluates and applies.
+    void reloadTimeProgramme(TimeProgramme::Part part);
     /// Stores what can be stored, closes the archives and releases the RTS line.
     void end();
 
@@ -45,6 +47,7 @@ public:
     Notices &notices() { return m_notices; }
     Settings &settings() { return m_settings; }
     ProgramFolder &folder() { return m_folder; }
+    ArchiveStore &archives() { return m_archives; }
     const Clock &clock() const { return m_clock; }
     const SerialPorts &ports() const { return m_ports; }
     SerialControl &serial() { return *m_serial; }

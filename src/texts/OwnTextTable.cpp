@@ -176,6 +176,25 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
     {"Riduci", "Zoom out", "Réduire", "Verkleinern"},
     /* ZoomToWidth */
     {"Adatta alla larghezza", "Fit to width", "Adapter à la largeur", "An Breite anpassen"},
+    /* ArchiveNotOpened */
+    {"Impossibile aprire l'archivio '%1' per modificarlo",
+     "The archive '%1' cannot be opened to be edited",
+     "Impossible d'ouvrir l'archive '%1' pour la modifier",
+     "Das Archiv '%1' kann nicht zum Bearbeiten geöffnet werden"},
+    /* ArchiveNotSaved */
+    {"Impossibile salvare i cambiamenti all'archivio '%1'",
+     "The changes to the archive '%1' cannot be saved",
+     "Impossible de sauvegarder les modifications de l'archive '%1'",
+     "Die Änderungen am Archiv '%1' können nicht gespeichert werden"},
+    /* ArchiveNotChanged */
+    {"Impossibile eseguire il cambiamento all'archivio '%1'",
+     "The change to the archive '%1' cannot be made",
+     "Impossible d'effectuer la modification de l'archive '%1'",
+     "Die Änderung am Archiv '%1' kann nicht ausgeführt werden"},
+    /* Marked */
+    {"attivo", "marked", "actif", "aktiv"},
+    /* NotMarked */
+    {"non attivo", "not marked", "non actif", "nicht aktiv"},
     /* ReasonNotFound */
     {"non esiste", "does not exist", "n'existe pas", "nicht vorhanden"},
     /* ReasonAccessDenied */

@@ -117,6 +117,7 @@ private Q_SLOTS:
     void firstPort();
     void configuration();
     void language();
+    void editorsHoldTheProgramme();
     void receptionBehindABox();
     void faultsAtTheStart_data();
     void faultsAtTheStart();
@@ -157,6 +158,7 @@ void TestMainWindow::gate()
     // Removed with the same password, the next start is free.
     desk.entry("mnuAttPass")->trigger();
     QVERIFY(!desk.entry("mnuAnagrafica")->isEnabled());
+    QVERIFY(!desk.window.close()); // only its two buttons close the password window
     ask = desk.open("frmPassProg");
     ask->findChild<QLineEdit *>(u"txtPass"_s)->setText(u"perch\u00E9"_s);
     desk.click(ask, "cmdOk");
@@ -292,6 +294,57 @@ void TestMainWindow::language()
     QCOMPARE(desk.window.windowTitle(), u"Multiprotokoll-Schnittstelle - V1.03"_s);
     QVERIFY(desk.test.read(u"Impost.stp"_s).contains("LINGUA=4\r\n"));
     QVERIFY(desk.label(1)->sizeHint().width() <= desk.label(1)->width());
+}
+
+void TestMainWindow::editorsHoldTheProgramme()
+{
+    Desk desk;
+    desk.comeToLife();
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    QCOMPARE(desk.label(3)->property("file").toString(), u"Time_Dis.bmp"_s);
+    const auto told = [&desk] { return std::exchange(desk.serial->rtsTold, {}); };
+    QCOMPARE(told(), QStringList{u"asserted"_s});
+    // A band for this Friday: it counts as soon as its editor closes, and not before.
+    desk.entry("mnuFascieOr")->trigger();
+    desk.entry("mnuFascieOr")->trigger();
+    QCOMPARE(desk.window.findChildren<ChildWindow *>(u"frmSettimana"_s).size(), 1);
+    desk.open("frmSettimana")->findChild<QLineEdit *>(u"txtOraIn"_s)->setText(u"07:00"_s);
+    desk.open("frmSettimana")->findChild<QLineEdit *>(u"txtOraFine"_s)->setText(u"07:45"_s);
+    desk.click(desk.open("frmSettimana"), "cmdAggiungi");
+    QVERIFY(QMetaObject::invokeMethod(&desk.program.tmrRefresh, "timeout"));
+    QCOMPARE(told(), QStringList());
+    desk.click(desk.open("frmSettimana"), "cmdOk");
+    QTRY_VERIFY(!desk.open("frmSettimana"));
+    QCOMPARE(told(), QStringList{u"released"_s});
+    QCOMPARE(desk.label(3)->property("file").toString(), u"Time_En.bmp"_s);
+    // The band ends with the tick after its last minute.
+    desk.clock.moment = desk.clock.moment.addSecs(59);
+    QVERIFY(QMetaObject::invokeMethod(&desk.program.tmrRefresh, "timeout"));
+    desk.clock.moment = desk.clock.moment.addSecs(1);
+    QVERIFY(QMetaObject::invokeMethod(&desk.program.tmrRefresh, "timeout"));
+    QCOMPARE(told(), QStringList({u"released"_s, u"asserted"_s}));
+    // Closing the program asks for the changes; No keeps it open, Yes lets it close.
+    desk.entry("mnuProgFerie")->trigger();
+    desk.open("frmFerie")->findChild<QLineEdit *>(u"txtDalGiorno"_s)->setText(u"05/03/2004"_s);
+    desk.click(desk.open("frmFerie"), "cmdAggiungi");
+    QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
+    desk.messages.answers = {Messages::Answer::No, Messages::Answer::Yes};
+    for (int asked = 1; asked <= 2; ++asked) {
+        QVERIFY(!desk.window.close());
+        QTRY_COMPARE(desk.messages.shown.size(), asked);
+        QTest::qWait(20);
+        QCOMPARE(desk.window.isVisible(), asked == 1);
+    }
+    QTRY_COMPARE(unloaded.size(), 1);
+    QVERIFY(desk.messages.take().constFirst().startsWith(u"Question: Attention: all changes will be cancelled!"_s));
+    // An archive that cannot be opened is told, and its window goes.
+    Desk damaged;
+    damaged.comeToLife();
+    damaged.test.write(u"Archivi/Fascie.zeb"_s, "damaged");
+    damaged.entry("mnuFascieOr")->trigger();
+    QTRY_VERIFY(!damaged.open("frmSettimana"));
+    QTRY_VERIFY(damaged.messages.shown.size() >= 2);
+    QVERIFY(damaged.messages.take().constFirst().contains(u"Fascie.zeb"_s));
 }
 
 void TestMainWindow::receptionBehindABox()

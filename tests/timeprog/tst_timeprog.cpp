@@ -3,6 +3,7 @@
 #include "timeprog/TimeProgramme.h"
 
 #include <QMetaEnum>
+#include <QRandomGenerator>
 #include <QTest>
 
 namespace {
@@ -34,6 +35,7 @@ class TestTimeProgramme : public QObject
 private Q_SLOTS:
     void evaluation_data();
     void evaluation();
+    void agreesWithAPlainModel();
     void linesAndCauses();
     void unreadableArchives_data();
     void unreadableArchives();
@@ -79,6 +81,55 @@ void TestTimeProgramme::evaluation()
     QFETCH(QString, moment);
     const QList<Holiday> holidays = {{u"20041224"_s, u"20041226"_s}, {u"20050106"_s, u"20050106"_s}};
     QTEST(evaluate(bands, holidays, QDateTime::fromString(moment, Qt::ISODate)), "state");
+}
+
+/// A thousand random programmes, each over every minute of a day, against a table of minutes and a set of days.
+void TestTimeProgramme::agreesWithAPlainModel()
+{
+    QRandomGenerator random(20041231);
+    const QTimeZone rome("Europe/Rome");
+    const QList<QDate> edges = {{2004, 2, 28}, {2004, 2, 29},  {2004, 3, 1},   {2004, 3, 28},  {2004, 4, 30},
+                                {2004, 5, 1},  {2004, 10, 31}, {2004, 12, 31}, {2005, 1, 1},   {2005, 2, 28},
+                                {2005, 3, 1},  {2100, 2, 28},  {2100, 3, 1},   {2004, 12, 24}, {2004, 12, 27}};
+    const auto text = [](int minute) { return QTime(minute / 60, minute % 60).toString(u"HH:mm"_s); };
+    for (int programme = 0; programme < 1000; ++programme) {
+        const QDate day = edges[programme % edges.size()];
+        QList<Band> bands;
+        std::array<std::array<bool, 1440>, 7> marked{};
+        for (int count = random.bounded(6); count > 0; --count) {
+            const int from = random.bounded(1440);
+            const int to = random.bounded(from, 1440);
+            Band band{{}, text(from), text(to)};
+            for (size_t weekday = 0; weekday < 7; ++weekday) {
+                const bool counts = random.bounded(2) == 1;
+                band.marks.append(counts ? u"X"_s : u" "_s);
+                for (int minute = from; counts && minute <= to; ++minute)
+                    marked.at(weekday).at(static_cast<size_t>(minute)) = true;
+            }
+            bands.append(band);
+        }
+        std::sort(bands.begin(), bands.end(), [](const Band &a, const Band &b) { return a.Da < b.Da; });
+        QList<Holiday> holidays;
+        QSet<QDate> free;
+        for (int count = random.bounded(3); count > 0; --count) {
+            const QDate first = day.addDays(random.bounded(5) - 3);
+            const QDate last = first.addDays(random.bounded(3));
+            holidays.append({first.toString(u"yyyyMMdd"_s), last.toString(u"yyyyMMdd"_s)});
+            for (QDate one = first; one <= last; one = one.addDays(1))
+                free.insert(one);
+        }
+        std::sort(holidays.begin(), holidays.end(),
+                  [](const Holiday &a, const Holiday &b) { return a.DalGiornoOrd < b.DalGiornoOrd; });
+        // By the seconds of the world, so that the hour that comes twice and the one that does not come are there.
+        QDateTime moment = QDateTime(day, QTime(0, 0, random.bounded(60)), rome);
+        for (; moment.date() == day; moment = moment.addSecs(60)) {
+            const auto minute = static_cast<size_t>(moment.time().hour() * 60 + moment.time().minute());
+            const bool inBand = marked.at(static_cast<size_t>(day.dayOfWeek() - 1)).at(minute);
+            const bool expected = inBand && !free.contains(day);
+            if ((evaluate(bands, holidays, moment) == TimeState::InBand) != expected)
+                QFAIL(qPrintable(QStringLiteral("programme %1, %2").arg(programme).arg(moment.toString(Qt::ISODate))));
+        }
+    }
 }
 
 void TestTimeProgramme::linesAndCauses()

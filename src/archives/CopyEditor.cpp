@@ -1,0 +1,118 @@
+#include "archives/CopyEditor.h"
+
+CopyEditor::CopyEditor(ArchiveStore &archives, Source source) : m_archives(archives), m_source(std::move(source))
+{
+}
+
+CopyEditor::~CopyEditor()
+{
+    discard();
+}
+
+Result<void> CopyEditor::open()
+{
+    discard();
+    // What is locked or damaged is told here, before bytes are copied that another program may be writing.
+    if (const Result<Database> archive = m_archives.open(m_source.archive, Database::Use::Safe); !archive)
+        return archive.fault();
+    if (Result<void> removed = m_archives.remove(m_source.copy); !removed)
+        return removed;
+    m_working = true;
+    Result<void> done = m_archives.copy(m_source.archive, m_source.copy);
+    if (done)
+        done = openCopy();
+    if (done) {
+        Result<RecordSet> set = RecordSet::open(*m_database, m_source.statement, RecordSet::Kind::Dynaset);
+        if (set)
+            m_set = std::move(set.value());
+        else
+            done = set.fault();
+    }
+    if (!done)
+        discard();
+    return done;
+}
+
+Result<void> CopyEditor::openCopy()
+{
+    // Whatever the copy holds is flushed when it takes the archive's place.
+    Result<Database> database = m_archives.open(m_source.copy, Database::Use::ThrowAway);
+    if (!database)
+        return database.fault();
+    m_database = std::move(database.value());
+    return {};
+}
+
+Result<void> CopyEditor::save()
+{
+    if (!m_working)
+        return notOpen();
+    // A damaged or missing archive is mended by the copy; one that another program is writing must not be taken from
+    // it.
+    if (const Result<Database> archive = m_archives.open(m_source.archive, Database::Use::Safe);
+        !archive && archive.fault().code == FaultCode::Locked)
+        return archive.fault();
+    m_database.reset();
+    if (Result<void> copied = m_archives.copy(m_source.copy, m_source.archive); !copied) {
+        // When this fails too, the rows stay in sight and the copy on disk can still be saved.
+        (void)openCopy();
+        return copied;
+    }
+    discard();
+    return {};
+}
+
+void CopyEditor::discard()
+{
+    m_database.reset();
+    m_changed = false;
+    // What cannot be removed now is removed when the archive is opened the next time.
+    if (std::exchange(m_working, false))
+        (void)m_archives.remove(m_source.copy);
+}
+
+Result<bool> CopyEditor::contains(const QString &criteria) const
+{
+    if (!m_database)
+        return notOpen();
+    RecordSet aside = *m_set;
+    return aside.findFirst(criteria);
+}
+
+Result<void> CopyEditor::requery()
+{
+    return m_database ? m_set->requery() : notOpen();
+}
+
+Result<bool> CopyEditor::find(const QString &criteria, RecordSet::Search search)
+{
+    if (!m_database)
+        return notOpen();
+    return m_set->findFirst(criteria, search);
+}
+
+template<class Change>
+Result<void> CopyEditor::change(Change make)
+{
+    if (!m_database)
+        return notOpen();
+    Result<void> made = make(*m_set);
+    if (made)
+        m_changed = true;
+    return made;
+}
+
+Result<void> CopyEditor::add(const RecordSet::Values &values)
+{
+    return change([&values](RecordSet &set) { return set.addNew(values); });
+}
+
+Result<void> CopyEditor::edit(const RecordSet::Values &values)
+{
+    return change([&values](RecordSet &set) { return set.edit(values); });
+}
+
+Result<void> CopyEditor::remove()
+{
+    return change([](RecordSet &set) { return set.remove(); });
+}

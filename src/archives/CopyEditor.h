@@ -1,0 +1,69 @@
+#pragma once
+
+#include "archives/ArchiveStore.h"
+#include "archives/RecordSet.h"
+
+#include <optional>
+
+/// An archive edited in a copy of its own, which takes the archive's place when it is saved.
+///
+/// The working copy exists from open() to save() or discard(). Nothing else ever writes to the archive, and it is only
+/// replaced as a whole: whatever goes wrong, the old or the new content stands there.
+class CopyEditor
+{
+public:
+    /// Names as in ArchiveName.
+    struct Source {
+        QString archive;
+        QString copy;
+        QString statement; ///< of the set that is edited, as for RecordSet::open
+    };
+
+    /// @param archives  must outlive this object
+    CopyEditor(ArchiveStore &archives, Source source);
+    /// Discards what was not saved.
+    ~CopyEditor();
+    CopyEditor(const CopyEditor &) = delete;
+    CopyEditor &operator=(const CopyEditor &) = delete;
+
+    /// Makes the working copy, in place of one that was left by a program that was cut off. On a fault none is left.
+    /// @return Locked also while another program has the archive itself locked
+    Result<void> open();
+    /// Puts the working copy in the archive's place and ends the work. On a fault the work goes on where it was, with
+    /// the same current row, and can be saved again.
+    Result<void> save();
+    /// Ends the work without a trace of it.
+    void discard();
+
+    /// Whether the working copy differs from what was opened.
+    bool isChanged() const { return m_changed; }
+    const QString &archive() const { return m_source.archive; }
+
+    /// The rows, to be read and moved in; valid after open(), and past the end of the work as they were then. Changes
+    /// go through this object.
+    RecordSet &set() { return *m_set; }
+
+    /// Whether any row meets @p criteria; the current row stays.
+    Result<bool> contains(const QString &criteria) const;
+
+    // As of RecordSet, and NotOpen when there is no working copy at hand.
+    Result<void> requery();
+    Result<bool> find(const QString &criteria, RecordSet::Search search = RecordSet::Search::FromFirst);
+    Result<void> add(const RecordSet::Values &values);
+    Result<void> edit(const RecordSet::Values &values);
+    Result<void> remove();
+
+private:
+    Result<void> openCopy();
+    template<class Change>
+    Result<void> change(Change make);
+    Fault notOpen() const { return {FaultCode::NotOpen, m_source.copy}; }
+
+    ArchiveStore &m_archives;
+    const Source m_source;
+    /// Opened anew in the same place after a save that failed, so that the set stays on it with its rows.
+    std::optional<Database> m_database;
+    std::optional<RecordSet> m_set;
+    bool m_working = false;
+    bool m_changed = false;
+};

@@ -1,0 +1,97 @@
+#include "timeprog/frmSettimana.h"
+
+#include "timeprog/BandRules.h"
+#include "timeprog/TimeProgramme.h"
+#include "widgets/Twips.h"
+
+#include <QHeaderView>
+#include <QTableView>
+
+namespace {
+
+constexpr int abbreviation = 3;
+constexpr int timeColumnTwips = 900;
+
+QString capitalised(const QString &text)
+{
+    return text.left(1).toUpper() + text.mid(1);
+}
+
+QList<RecordSetModel::Column> columns(const Texts &texts)
+{
+    static constexpr std::array days = {Text::Lunedi,  Text::Martedi, Text::Mercoledi, Text::Giovedi,
+                                        Text::Venerdi, Text::Sabato,  Text::Domenica};
+    const auto spoken = [words = std::pair(texts[OwnText::Marked], texts[OwnText::NotMarked])](const QString &mark) {
+        return isMarked(mark) ? words.first : words.second;
+    };
+    QList<RecordSetModel::Column> columns;
+    for (int day = 0; day < Band::Days; ++day) {
+        const QString name = texts[days.at(static_cast<size_t>(day))];
+        columns.append({dayFields()[day], name.left(abbreviation), name, spoken, Qt::AlignCenter});
+    }
+    for (const auto &[field, caption] : {std::pair("Da", Text::FasciaDa), std::pair("A", Text::FasciaA)})
+        columns.append({QString::fromLatin1(field), texts[caption], {}, {}, Qt::AlignCenter});
+    return columns;
+}
+
+} // namespace
+
+frmSettimana::frmSettimana(const Texts &texts, Messages &messages, ArchiveStore &archives, QWidget *parent)
+    : GridEditor(form(texts), bandSource(), texts, messages, archives, parent)
+{
+    QHeaderView *header = grid()->horizontalHeader();
+    // The days share what the times leave.
+    for (int column = Band::Days; column < Band::Days + 2; ++column) {
+        header->setSectionResizeMode(column, QHeaderView::Fixed);
+        grid()->setColumnWidth(column, qMax(pixels(timeColumnTwips), header->sectionSizeHint(column)));
+    }
+}
+
+GridEditor::Form frmSettimana::form(const Texts &texts)
+{
+    return {
+        .window = QStringLiteral("frmSettimana"),
+        .grid = QStringLiteral("dbgrdSettimana"),
+        .data = QStringLiteral("DataSettimana"),
+        .title = Text::MnuProgrammazioneSettimanale,
+        .first = {QStringLiteral("Da"), QStringLiteral("txtOraIn"), QStringLiteral("lblOraIn"), texts[Text::OraInizio]},
+        .last = {QStringLiteral("A"), QStringLiteral("txtOraFine"), QStringLiteral("lblOraFine"),
+                 capitalised(texts[Text::OraFine])},
+        .columns = columns(texts),
+        .firstEndColumn = Band::Days,
+        .askDelete = Text::EliminareFasciaOraria,
+        .isThere = Text::FasciaOrariaGiaPresente};
+}
+
+std::optional<GridEditor::Refusal> frmSettimana::check(Entry &entry) const
+{
+    switch (checkBand(entry.first, entry.last)) {
+    case BandFault::None:
+        return {};
+    case BandFault::DaFormat:
+        return Refusal{Text::FormatoOraBreveNonCorretto, Box::First};
+    case BandFault::AFormat:
+        return Refusal{Text::FormatoOraBreveNonCorretto, Box::Last};
+    case BandFault::Order:
+        return Refusal{Text::OraDiPartenzaDopoArrivo, Box::Last};
+    case BandFault::Incomplete:
+        break;
+    }
+    return Refusal{};
+}
+
+RecordSet::Values frmSettimana::modified(const Entry &entry) const
+{
+    return bandTimes(entry.first, entry.last);
+}
+
+RecordSet::Values frmSettimana::added(const Entry &entry) const
+{
+    return newBand(entry.first, entry.last);
+}
+
+void frmSettimana::cellPressed(int column)
+{
+    if (column < Band::Days)
+        storeInPlace(toggledDay(column, currentValue(column)));
+}

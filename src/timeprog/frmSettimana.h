@@ -1,0 +1,22 @@
+#pragma once
+
+#include "widgets/GridEditor.h"
+
+/// The weekly programme: time bands, and the days on which each of them counts.
+class frmSettimana : public GridEditor
+{
+    Q_OBJECT
+
+public:
+    /// All must outlive this window.
+    frmSettimana(const Texts &texts, Messages &messages, ArchiveStore &archives, QWidget *parent = nullptr);
+
+protected:
+    std::optional<Refusal> check(Entry &entry) const override;
+    RecordSet::Values modified(const Entry &entry) const override;
+    RecordSet::Values added(const Entry &entry) const override;
+    void cellPressed(int column) override;
+
+private:
+    static Form form(const Texts &texts);
+};

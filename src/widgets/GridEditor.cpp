@@ -1,0 +1,264 @@
+#include "widgets/GridEditor.h"
+
+#include "startup/PlainText.h"
+#include "widgets/Messages.h"
+
+#include <QFrame>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTableView>
+
+namespace {
+
+constexpr int visibleRows = 8;
+constexpr int spareCharacters = 2; ///< in a column, beside its caption
+
+} // namespace
+
+GridEditor::GridEditor(Form form, CopyEditor::Source source, const Texts &texts, Messages &messages,
+                       ArchiveStore &archives, QWidget *parent)
+    : ChildWindow(form.window, parent),
+      m_form(std::move(form)),
+      m_texts(texts),
+      m_messages(messages),
+      m_editor(archives, std::move(source)),
+      m_grid(new QTableView),
+      m_model(new RecordSetModel(m_form.columns, this)),
+      m_firstLabel(new QLabel),
+      m_first(new QLineEdit),
+      m_lastLabel(new QLabel),
+      m_last(new QLineEdit),
+      cmdAggiungi(new QPushButton),
+      cmdModifica(new QPushButton),
+      cmdElimina(new QPushButton),
+      cmdOk(new QPushButton),
+      cmdAnnulla(new QPushButton)
+{
+    build();
+    captions();
+
+    connect(m_grid, &QTableView::clicked, this, [this](const QModelIndex &cell) {
+        grid_RowColChange();
+        cellPressed(cell.column());
+    });
+    connect(cmdAggiungi, &QPushButton::clicked, this, &GridEditor::cmdAggiungi_Click);
+    connect(cmdModifica, &QPushButton::clicked, this, &GridEditor::cmdModifica_Click);
+    connect(cmdElimina, &QPushButton::clicked, this, &GridEditor::cmdElimina_Click);
+    connect(cmdOk, &QPushButton::clicked, this, &GridEditor::cmdOk_Click);
+    connect(cmdAnnulla, &QPushButton::clicked, this, &GridEditor::cmdAnnulla_Click);
+    // Connected before any opener can be: whoever hears of the end finds no working copy any more.
+    connect(this, &ChildWindow::unloaded, this, [this] { m_editor.discard(); });
+    setKeys(cmdOk, cmdAnnulla);
+}
+
+GridEditor::~GridEditor() = default;
+
+void GridEditor::build()
+{
+    m_grid->setObjectName(m_form.grid);
+    m_model->setObjectName(m_form.data);
+    m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_grid->setTabKeyNavigation(false);
+    m_grid->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    m_grid->horizontalHeader()->setSectionsClickable(false);
+    m_grid->verticalHeader()->hide();
+    m_grid->installEventFilter(this);
+    m_model->bind(m_grid);
+
+    auto *frame = new QFrame;
+    frame->setObjectName(QStringLiteral("Frame1"));
+    frame->setFrameStyle(static_cast<int>(QFrame::StyledPanel) | static_cast<int>(QFrame::Sunken));
+    auto *boxes = new QGridLayout(frame);
+    int row = 0;
+    for (const auto &[end, label, box] :
+         {std::tuple(&m_form.first, m_firstLabel, m_first), std::tuple(&m_form.last, m_lastLabel, m_last)}) {
+        label->setObjectName(end->label);
+        box->setObjectName(end->box);
+        label->setBuddy(box);
+        boxes->addWidget(label, row, 0);
+        boxes->addWidget(box, row++, 1);
+    }
+
+    for (const auto &[button, name] :
+         {std::pair(cmdAggiungi, "cmdAggiungi"), std::pair(cmdModifica, "cmdModifica"),
+          std::pair(cmdElimina, "cmdElimina"), std::pair(cmdOk, "cmdOk"), std::pair(cmdAnnulla, "cmdAnnulla")})
+        button->setObjectName(QString::fromLatin1(name));
+    auto *changes = new QVBoxLayout;
+    changes->addWidget(cmdAggiungi);
+    changes->addWidget(cmdModifica);
+    changes->addWidget(cmdElimina);
+    auto *ends = new QHBoxLayout;
+    ends->addStretch();
+    ends->addWidget(cmdOk);
+    ends->addWidget(cmdAnnulla);
+
+    auto *rows = new QGridLayout(this);
+    rows->addWidget(m_grid, 0, 0, 1, 2);
+    rows->addWidget(frame, 1, 0);
+    rows->addLayout(changes, 1, 1);
+    rows->addLayout(ends, 2, 0, 1, 2);
+    rows->setRowStretch(0, 1);
+    rows->setColumnStretch(0, 1);
+}
+
+void GridEditor::captions()
+{
+    setWindowTitle(TogliAnd(m_texts[m_form.title]));
+    m_grid->setAccessibleName(windowTitle());
+    m_firstLabel->setText(m_form.first.caption);
+    m_lastLabel->setText(m_form.last.caption);
+    QHeaderView *header = m_grid->horizontalHeader();
+    int width = 2 * m_grid->frameWidth() + m_grid->verticalScrollBar()->sizeHint().width();
+    for (int column = 0; column < header->count(); ++column)
+        width += header->sectionSizeHint(column) + m_grid->fontMetrics().averageCharWidth() * spareCharacters;
+    m_grid->setMinimumSize(width, m_grid->verticalHeader()->defaultSectionSize() * visibleRows);
+    cmdAggiungi->setText(m_texts[Text::CmdAggiungi]);
+    cmdModifica->setText(m_texts[Text::CmdModifica]);
+    cmdElimina->setText(m_texts[Text::CmdElimina]);
+    cmdOk->setText(m_texts[Text::CmdOk]);
+    cmdAnnulla->setText(m_texts[Text::CmdAnnulla]);
+}
+
+bool GridEditor::open()
+{
+    if (const Result<void> opened = m_editor.open(); !opened) {
+        // This window is taken away at once; the message must stay.
+        showFault(parentWidget() ? window() : nullptr, OwnText::ArchiveNotOpened, opened.fault());
+        return false;
+    }
+    m_model->setRecordSet(&m_editor.set());
+    cmdModifica->setEnabled(m_model->rowCount() > 0);
+    // From here on only: the first row is current by itself, and the boxes stay free for a new entry.
+    connect(m_grid->selectionModel(), &QItemSelectionModel::currentChanged, this, &GridEditor::grid_RowColChange);
+    return true;
+}
+
+void GridEditor::grid_RowColChange()
+{
+    if (m_model->isFollowing() || m_grid->currentIndex().column() < m_form.firstEndColumn)
+        return;
+    m_first->setText(m_editor.set().value(m_form.first.field));
+    m_last->setText(m_editor.set().value(m_form.last.field));
+}
+
+void GridEditor::cmdAggiungi_Click()
+{
+    if (const std::optional<Entry> entry = acceptedEntry())
+        finish(m_editor.add(added(*entry)));
+}
+
+void GridEditor::cmdModifica_Click()
+{
+    if (const std::optional<Entry> entry = acceptedEntry())
+        finish(m_editor.edit(modified(*entry)));
+}
+
+void GridEditor::cmdElimina_Click()
+{
+    if (m_model->rowCount() == 0)
+        return;
+    m_messages.ask(this, m_texts[m_form.askDelete], Messages::Buttons::YesNo, [this](Messages::Answer answer) {
+        if (answer == Messages::Answer::Yes)
+            finish(m_editor.remove());
+    });
+}
+
+void GridEditor::cmdOk_Click()
+{
+    if (const Result<void> saved = m_editor.save(); !saved)
+        return showFault(this, OwnText::ArchiveNotSaved, saved.fault());
+    unload();
+}
+
+void GridEditor::cmdAnnulla_Click()
+{
+    if (canClose())
+        unload();
+}
+
+bool GridEditor::canClose()
+{
+    if (!m_editor.isChanged())
+        return true;
+    m_messages.ask(this, m_texts[Text::TuttiICambiamentiVerrannoAnnullati], Messages::Buttons::YesNo,
+                   [this](Messages::Answer answer) {
+                       if (answer == Messages::Answer::Yes)
+                           unload();
+                       else
+                           refuseClose();
+                   });
+    return false;
+}
+
+bool GridEditor::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_grid && event->type() == QEvent::KeyPress && m_grid->currentIndex().isValid()) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (key->key() == Qt::Key_Space && key->modifiers() == Qt::NoModifier) {
+            if (!key->isAutoRepeat())
+                cellPressed(m_grid->currentIndex().column());
+            return true;
+        }
+    }
+    return ChildWindow::eventFilter(watched, event);
+}
+
+/// What stands in the boxes when it may become a row, else nothing, and the operator knows why.
+std::optional<GridEditor::Entry> GridEditor::acceptedEntry()
+{
+    Entry entry{m_first->text(), m_last->text()};
+    const std::optional<Refusal> refusal = check(entry);
+    if (m_last->text() != entry.last)
+        m_last->setText(entry.last);
+    if (refusal) {
+        if (!refusal->message)
+            return {};
+        QLineEdit *faulty = refusal->box == Box::First ? m_first : m_last;
+        faulty->setFocus();
+        faulty->selectAll();
+        m_messages.show(this, Icon::Exclamation, m_texts[*refusal->message]);
+        return {};
+    }
+    const Result<bool> isThere = m_editor.contains(criterion(m_form.first.field, entry.first) +
+                                                   QStringLiteral(" AND ") + criterion(m_form.last.field, entry.last));
+    if (!isThere) {
+        showFault(this, OwnText::ArchiveNotChanged, isThere.fault());
+        return {};
+    }
+    if (isThere.value()) {
+        m_messages.show(this, Icon::Exclamation, m_texts[m_form.isThere]);
+        return {};
+    }
+    return entry;
+}
+
+/// Shows the set as it is after a change of rows.
+void GridEditor::finish(Result<void> changed)
+{
+    if (changed)
+        changed = m_editor.requery();
+    m_model->refresh();
+    cmdModifica->setEnabled(m_model->rowCount() > 0);
+    if (!changed)
+        showFault(this, OwnText::ArchiveNotChanged, changed.fault());
+}
+
+void GridEditor::storeInPlace(const RecordSet::Values &values)
+{
+    const Result<void> stored = m_editor.edit(values);
+    m_model->rowChanged();
+    if (!stored)
+        showFault(this, OwnText::ArchiveNotChanged, stored.fault());
+}
+
+void GridEditor::showFault(QWidget *over, OwnText text, const Fault &fault)
+{
+    m_messages.show(over, Icon::Critical, m_texts.sentence({text, {m_editor.archive()}, fault}));
+}

@@ -1,0 +1,113 @@
+#pragma once
+
+#include "archives/CopyEditor.h"
+#include "texts/Texts.h"
+#include "widgets/ChildWindow.h"
+#include "widgets/RecordSetModel.h"
+
+#include <optional>
+
+class Messages;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTableView;
+
+/// Editor of a list of intervals: a grid over a working copy of their archive, two boxes for the ends of an interval,
+/// and the buttons that add, modify and delete. OK puts the copy in the archive's place; every other way out leaves the
+/// archive untouched, and is asked about when something was changed.
+class GridEditor : public ChildWindow
+{
+    Q_OBJECT
+
+public:
+    ~GridEditor() override;
+
+    /// Makes the working copy and shows it. When that cannot be done, the operator is told and this window is of no
+    /// use.
+    bool open();
+
+protected:
+    /// One end of the interval.
+    struct End {
+        QString field;
+        QString box; ///< objectName, as is the next
+        QString label;
+        QString caption;
+    };
+    /// In what one of the editors differs from the other.
+    struct Form {
+        QString window; ///< objectName, as are the next two
+        QString grid;
+        QString data;
+        Text title;
+        End first;
+        End last;
+        QList<RecordSetModel::Column> columns;
+        int firstEndColumn; ///< from this column on, a cell that is entered puts its row into the boxes
+        Text askDelete;
+        Text isThere;
+    };
+    struct Entry {
+        QString first;
+        QString last;
+    };
+    enum class Box { First, Last };
+    /// Why an entry is not stored, and the box to be mended.
+    struct Refusal {
+        std::optional<Text> message; ///< none: nothing happens
+        Box box = Box::First;
+    };
+
+    /// @param texts  like the next two, must outlive this window
+    GridEditor(Form form, CopyEditor::Source source, const Texts &texts, Messages &messages, ArchiveStore &archives,
+               QWidget *parent);
+
+    /// @param entry  may be completed; the boxes then show it
+    virtual std::optional<Refusal> check(Entry &entry) const = 0;
+    /// Values of a row that takes the place of another.
+    virtual RecordSet::Values modified(const Entry &entry) const = 0;
+    virtual RecordSet::Values added(const Entry &entry) const { return modified(entry); }
+    /// A cell of the current row was clicked, or the space bar pressed on it.
+    virtual void cellPressed(int column) { Q_UNUSED(column) }
+
+    /// Stores @p values in the current row, which keeps its place.
+    void storeInPlace(const RecordSet::Values &values);
+    QString currentValue(int column) { return m_editor.set().value(column); }
+    QTableView *grid() const { return m_grid; }
+
+    bool canClose() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void build();
+    void captions();
+
+    void grid_RowColChange();
+    void cmdAggiungi_Click();
+    void cmdModifica_Click();
+    void cmdElimina_Click();
+    void cmdOk_Click();
+    void cmdAnnulla_Click();
+
+    std::optional<Entry> acceptedEntry();
+    void finish(Result<void> changed);
+    void showFault(QWidget *over, OwnText text, const Fault &fault);
+
+    const Form m_form;
+    const Texts &m_texts;
+    Messages &m_messages;
+    CopyEditor m_editor;
+
+    QTableView *m_grid;
+    RecordSetModel *m_model;
+    QLabel *m_firstLabel;
+    QLineEdit *m_first;
+    QLabel *m_lastLabel;
+    QLineEdit *m_last;
+    QPushButton *cmdAggiungi;
+    QPushButton *cmdModifica;
+    QPushButton *cmdElimina;
+    QPushButton *cmdOk;
+    QPushButton *cmdAnnulla;
+};

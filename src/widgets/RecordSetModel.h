@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QPointer>
+
+#include <functional>
+
+class QAbstractItemView;
+class RecordSet;
+
+/// Binds a record set to a view: shows its rows, and keeps the current row of both the same.
+///
+/// It changes nothing. Whoever changes the set says so here: refresh() after rows came or went or another one became
+/// current, rowChanged() after new values in the current row.
+class RecordSetModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    struct Column {
+        QString field;
+        QString caption;
+        QString spokenCaption = {};                            ///< where the caption is an abbreviation
+        std::function<QString(const QString &)> spokenAs = {}; ///< where a value says nothing when it is read aloud
+        Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
+    };
+
+    explicit RecordSetModel(QList<Column> columns, QObject *parent = nullptr);
+
+    /// Becomes the model of @p view.
+    void bind(QAbstractItemView *view);
+    /// @param set  must outlive this model
+    void setRecordSet(RecordSet *set);
+
+    void refresh();
+    void rowChanged();
+
+    /// The view is being moved to the row of the set, by no wish of the operator.
+    bool isFollowing() const { return m_following; }
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    void viewMoved(const QModelIndex &current);
+
+    const QList<Column> m_columns;
+    RecordSet *m_set = nullptr;
+    QPointer<QAbstractItemView> m_view;
+    bool m_following = false;
+};
