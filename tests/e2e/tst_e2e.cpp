@@ -9,7 +9,6 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QTest>
 
 #include <csignal>
 
@@ -51,6 +50,18 @@ public:
         process.waitForBytesWritten();
     }
 
+    /// That it does not start at all, for a reason which @p text is part of.
+    bool refuses(const char *text)
+    {
+        process.waitForFinished();
+        const QByteArray reason = process.readAllStandardError();
+        if (process.exitCode() == 2 && reason.contains(text) && reason.count('\n') == 1 && output.isEmpty() &&
+            process.readAllStandardOutput().isEmpty())
+            return true;
+        qWarning("exit code %d, told %s", process.exitCode(), reason.constData());
+        return false;
+    }
+
     /// Ends it by @p signal. @return its exit code, -1 when it crashed or does not end
     int end(int signal = SIGTERM)
     {
@@ -64,8 +75,21 @@ public:
     QByteArray output;
 };
 
-const QList<QStringList> users = {{u"12345"_s, u"TX"_s, u"Bianchi"_s, u"Anna"_s},
-                                  {u"777"_s, u"DKS"_s, u"O'Hara"_s, u"Sean"_s}};
+/// A program folder whose port 7 is the simulated interface's link.
+struct Site : TestFolder {
+    QStringList interface(const QStringList &more = {}) const
+    {
+        return QStringList{u"--link"_s, directory.filePath(u"Porte/COM7"_s)} + more;
+    }
+    QStringList console(const QStringList &more = {}) const
+    {
+        return QStringList{u"--console"_s, u"--folder"_s, directory.path()} + more;
+    }
+    static QString day() { return ArchiveName::events(QDate::currentDate().toString(u"dd-MM-yyyy"_s)); }
+};
+
+const QList<QStringList> users = {listOf("12345,TX,Bianchi,Anna"), listOf("777,DKS,O'Hara,Sean")};
+const QStringList onPort7 = listOf("--port,7");
 
 } // namespace
 
@@ -74,270 +98,219 @@ class TestEndToEnd : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void refusals_data();
-    void refusals();
-    void theWholeWalk();
-    void dayChange();
-    void killedInABurst();
-    void gateAndTimeProgramme();
-    void withItsWindow();
-    void demonstration();
-
-private:
-    /// Path of the simulated interface's link, so that the folder's port 7 is this one.
-    static QStringList interfaceOn(const TestFolder &test, const QStringList &more = {})
+    void refusals_data()
     {
-        return QStringList{u"--link"_s, test.directory.filePath(u"Porte/COM7"_s)} + more;
+        const Rows<QString, QByteArray> row("arguments", "reason");
+        row("unknown option", u"--nonsense"_s, "nonsense");
+        row("port 0", u"--folder,HERE,--port,0"_s, "1 to 8");
+        row("port x", u"--folder,HERE,--port,1x"_s, "1 to 8");
+        row("stray word", u"--folder,HERE,now"_s, "\"now\"");
+        row("demo in a folder", u"--folder,HERE,--demo"_s, "--demo");
+        row("no folder", u"--folder,HERE/none"_s, "does not exist");
+        row("no archives", u"--folder,HERE/Archivi"_s, "is missing");
+        row("in use", u"--folder,HERE"_s, "already used by another");
     }
-    static QStringList consoleOn(const TestFolder &test, const QStringList &more = {})
+    void refusals()
     {
-        return QStringList{u"--console"_s, u"--folder"_s, test.directory.path()} + more;
+        QFETCH(QString, arguments);
+        QFETCH(QByteArray, reason);
+        TestFolder test;
+        FolderLock other;
+        QVERIFY(other.take(test.directory.path()).ok());
+        arguments.replace(u"HERE"_s, test.directory.path());
+        Running refused("kor-supervisor", QStringList{u"--console"_s} + arguments.split(u','));
+        QVERIFY(refused.refuses(reason));
+        QCOMPARE(test.files(), QStringList());
+        QCOMPARE(test.files(u"Archivi"_s).size(), 5);
     }
-};
 
-void TestEndToEnd::refusals_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("line");
-    const QString console = u"--console"_s;
-    const QString folder = u"--folder"_s;
-    const QString here = u"HERE"_s;
-    QTest::newRow("unknown option") << QStringList{console, u"--nonsense"_s} << "nonsense";
-    QTest::newRow("port 0") << QStringList{console, folder, here, u"--port"_s, u"0"_s} << "1 to 8";
-    QTest::newRow("port x") << QStringList{console, folder, here, u"--port"_s, u"1x"_s} << "1 to 8";
-    QTest::newRow("stray word") << QStringList{console, folder, here, u"now"_s} << "\"now\"";
-    QTest::newRow("demo in a folder") << QStringList{console, folder, here, u"--demo"_s} << "--demo";
-    QTest::newRow("no folder") << QStringList{console, folder, u"HERE/none"_s} << "does not exist";
-    QTest::newRow("no archives") << QStringList{console, folder, u"HERE/Archivi"_s} << "is missing";
-    QTest::newRow("in use") << QStringList{console, folder, here} << "already used by another";
-}
-
-void TestEndToEnd::refusals()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, line);
-    TestFolder test;
-    FolderLock other;
-    QVERIFY(other.take(test.directory.path()).ok());
-    arguments.replaceInStrings(u"HERE"_s, test.directory.path());
-    QProcess process;
-    process.start(program("kor-supervisor"), arguments);
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitCode(), 2);
-    const QByteArray said = process.readAllStandardError();
-    QVERIFY2(said.contains(line.toUtf8()), said.constData());
-    QCOMPARE(said.count('\n'), 1);
-    QCOMPARE(process.readAllStandardOutput(), QByteArray());
-    QCOMPARE(test.files(), QStringList());
-    QCOMPARE(test.files(u"Archivi"_s).size(), 5);
-}
-
-void TestEndToEnd::theWholeWalk()
-{
-    TestFolder test;
+    void theWholeWalk()
     {
-        // First start: no port yet, and it runs on.
-        Running first("kor-supervisor", consoleOn(test));
-        QVERIFY(first.tells("No serial port is chosen (COM=0)."));
-        QCOMPARE(first.end(SIGINT), 0);
-        QVERIFY(test.read(u"Impost.stp"_s).startsWith("COM=0\r\nLINGUA=2\r\n"));
-    }
-    test.addUsers(users);
-    Running interface("kor-simulator", interfaceOn(test, {u"--fast"_s, u"--protocol"_s, u"RS_C"_s}));
-    QVERIFY(interface.tells("Porte/COM7"));
-    Running supervisor("kor-supervisor", consoleOn(test, {u"--port"_s, u"7"_s}));
-    QVERIFY(supervisor.tells("MULTIPROTOCOL INTERFACE ON LINE"));
-    QVERIFY(test.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
-    QVERIFY(test.read(u"Impost.stp"_s).endsWith("PRTC=15\r\n"));
+        Site test;
+        {
+            // First start: no port yet, and it runs on.
+            Running first("kor-supervisor", test.console());
+            QVERIFY(first.tells("No serial port is chosen (COM=0)."));
+            QCOMPARE(first.end(SIGINT), 0);
+            QVERIFY(test.read(u"Impost.stp"_s).startsWith("COM=0\r\nLINGUA=2\r\n"));
+        }
+        test.addUsers(users);
+        Running interface("kor-simulator", test.interface(listOf("--fast,--protocol,RS_C")));
+        QVERIFY(interface.tells("Porte/COM7"));
+        Running supervisor("kor-supervisor", test.console(onPort7));
+        QVERIFY(supervisor.tells("MULTIPROTOCOL INTERFACE ON LINE"));
+        QVERIFY(test.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
+        QVERIFY(test.read(u"Impost.stp"_s).endsWith("PRTC=15\r\n"));
 
-    interface.say("tx 12345 A");
-    interface.say("tx 54321 A");
-    interface.say("dks 777 D off disabled");
-    interface.say("raw noise\\r\\n\\x41");
-    interface.say("raw \\n");
-    QVERIFY(supervisor.tells("777"));
-    QVERIFY(supervisor.output.contains("Bianchi          Anna             12345      TX    A"));
-    QVERIFY(supervisor.output.contains("O'Hara           Sean             777        DKS   D   X       X"));
-    QVERIFY(!supervisor.output.contains("54321"));
+        interface.say("tx 12345 A\ntx 54321 A\ndks 777 D off disabled\nraw noise\\r\\n\\x41\nraw \\n");
+        QVERIFY(supervisor.tells("777"));
+        QVERIFY(supervisor.output.contains("Bianchi          Anna             12345      TX    A"));
+        QVERIFY(supervisor.output.contains("O'Hara           Sean             777        DKS   D   X       X"));
+        QVERIFY(!supervisor.output.contains("54321"));
 
-    interface.say("repower");
-    QVERIFY(supervisor.tells("ON LINE", 2));
-    interface.say(QByteArray("tx 12345 B\n").repeated(500));
-    QVERIFY(supervisor.tells("12345      TX    B", 500));
+        interface.say("repower");
+        QVERIFY(supervisor.tells("ON LINE", 2));
+        interface.say(QByteArray("tx 12345 B\n").repeated(500));
+        QVERIFY(supervisor.tells("12345      TX    B", 500));
 
-    const QString day = QStringView(ArchiveName::Folder).toString() +
-                        u"/Eventi_%1.zeb"_s.arg(QDate::currentDate().toString(u"dd-MM-yyyy"_s));
-    QVERIFY(test.folder.exists(day + u"-wal"_s));
-    // An interface that does not answer keeps a query open: what came during it is stored even when the program ends.
-    interface.say("fault silence");
-    interface.say("repower");
-    interface.say("tx 12345 C");
-    QVERIFY(supervisor.tells("12345      TX    C"));
-    interface.say("unplug");
-    QVERIFY(supervisor.tells("COM7 was unplugged"));
-    interface.say("fault none");
-    QVERIFY(supervisor.tells("THE CONFIGURED SERIAL PORT IS NOT AVAILABLE"));
-    interface.say("plug");
-    QVERIFY(supervisor.tells("COM7 is available again"));
-    QVERIFY(supervisor.tells("ON LINE", 4));
-    QCOMPARE(supervisor.end(), 0);
-    QCOMPARE(interface.end(), 0);
-    QVERIFY(!QFileInfo(test.directory.filePath(u"Porte/COM7"_s)).isSymLink());
-    QCOMPARE(test.files(u"Archivi"_s).filter(u"Eventi_"_s).size(), 1);
-    const QStringList codes =
-        test.rows(day, u"SELECT ProgEv, Codice, Canale, AbCh, KorDis FROM Eventi ORDER BY Data, Ora, ProgEv"_s);
-    QCOMPARE(codes.size(), 503);
-    QCOMPARE(codes[0], u"1|12345|A||"_s);
-    QCOMPARE(codes[1], u"2|777|D|X|X"_s);
-    QCOMPARE(codes[501], u"502|12345|B||"_s);
-}
-
-void TestEndToEnd::dayChange()
-{
-    const QString library = QStringLiteral(KOR_FAKETIME);
-    if (!QFileInfo::exists(library))
-        QSKIP("libfaketime is not installed, or cannot be used with the sanitizers");
-    TestFolder test;
-    test.addUsers(users);
-    const QString timeFile = test.directory.filePath(u"time"_s);
-    test.write(u"time"_s, "@2004-03-05 23:59:56");
-    Running interface("kor-simulator", interfaceOn(test));
-    QVERIFY(interface.tells("Porte/COM7"));
-    Running supervisor("kor-supervisor", consoleOn(test, {u"--port"_s, u"7"_s}),
-                       {u"LD_PRELOAD="_s + library, u"FAKETIME_TIMESTAMP_FILE="_s + timeFile,
-                        u"FAKETIME_DONT_FAKE_MONOTONIC=1"_s, u"TZ=UTC"_s});
-    QVERIFY(supervisor.tells("ON LINE"));
-    interface.say("tx 12345 A");
-    QVERIFY(supervisor.tells("05/03/2004"));
-    // The tick that changes the archive comes ten seconds after the start at the latest.
-    for (int second = 0; second < 12 && !test.folder.exists(ArchiveName::events(u"06-03-2004"_s)); ++second)
-        QTest::qWait(1000);
-    interface.say("tx 12345 B");
-    QVERIFY(supervisor.tells("06/03/2004"));
-    QCOMPARE(supervisor.end(), 0);
-    const QString statement = u"SELECT Data, Canale FROM Eventi"_s;
-    QCOMPARE(test.rows(ArchiveName::events(u"05-03-2004"_s), statement), QStringList{u"05-03-2004|A"_s});
-    QCOMPARE(test.rows(ArchiveName::events(u"06-03-2004"_s), statement), QStringList{u"06-03-2004|B"_s});
-}
-
-void TestEndToEnd::killedInABurst()
-{
-    TestFolder test;
-    QList<QStringList> many;
-    for (int code = 1; code <= 400; ++code)
-        many.append({QString::number(100'000 + code), u"TX"_s, u"S"_s, u"N"_s});
-    test.addUsers(many);
-    Running interface("kor-simulator", interfaceOn(test, {u"--fast"_s}));
-    QVERIFY(interface.tells("Porte/COM7"));
-    QByteArray burst;
-    for (const QStringList &user : many)
-        burst += "tx " + user[0].toLatin1() + " A\n";
-
-    QStringList told;
-    for (int round = 1; round <= 20; ++round) {
-        Running supervisor("kor-supervisor", consoleOn(test, {u"--port"_s, u"7"_s}));
-        QVERIFY(supervisor.tells("INTERFACE ON LINE"));
-        interface.say(burst);
-        QVERIFY(supervisor.tells("  TX  ", 1 + round * 7));
-        supervisor.end(SIGKILL);
-        // What was not told to the end of its line was not told.
-        const QString whole = QString::fromUtf8(supervisor.output.left(supervisor.output.lastIndexOf('\n')));
-        static const QRegularExpression line(QStringLiteral(R"((?m)^[\d/]{10} .* (\d{6})     TX    A$)"));
-        for (auto match = line.globalMatch(whole); match.hasNext();)
-            told.append(match.next().captured(1));
-        // Let the rest of the burst run out before the next round, as nobody reads it.
+        QVERIFY(test.folder.exists(Site::day() + u"-wal"_s));
+        // An interface that does not answer keeps a query open: what came during it is stored even when the program
+        // ends.
+        interface.say("fault silence\nrepower\ntx 12345 C");
+        QVERIFY(supervisor.tells("12345      TX    C"));
         interface.say("unplug");
-        QVERIFY(interface.tells("unplugged", round));
+        QVERIFY(supervisor.tells("COM7 was unplugged"));
+        interface.say("fault none");
+        QVERIFY(supervisor.tells("THE CONFIGURED SERIAL PORT IS NOT AVAILABLE"));
         interface.say("plug");
-        QVERIFY(interface.tells("ready on", 1 + round));
+        QVERIFY(supervisor.tells("COM7 is available again"));
+        QVERIFY(supervisor.tells("ON LINE", 4));
+        QCOMPARE(supervisor.end(), 0);
+        QCOMPARE(interface.end(), 0);
+        QVERIFY(!QFileInfo(test.directory.filePath(u"Porte/COM7"_s)).isSymLink());
+        QCOMPARE(test.files(u"Archivi"_s).filter(u"Eventi_"_s).size(), 1);
+        const QStringList codes = test.rows(
+            Site::day(), u"SELECT ProgEv, Codice, Canale, AbCh, KorDis FROM Eventi ORDER BY Data, Ora, ProgEv"_s);
+        QCOMPARE(codes.size(), 503);
+        QCOMPARE(codes[0], u"1|12345|A||"_s);
+        QCOMPARE(codes[1], u"2|777|D|X|X"_s);
+        QCOMPARE(codes[501], u"502|12345|B||"_s);
     }
-    const QString day = ArchiveName::events(QDate::currentDate().toString(u"dd-MM-yyyy"_s));
-    const QStringList rows =
-        test.rows(day, QStringLiteral("SELECT Codice, length(Data)=10 AND length(Ora)=8 AND Tipo='TX' AND Canale='A' "
-                                      "AND length(DataOrd)=8 FROM Eventi ORDER BY ProgEv"));
-    QVERIFY2(told.size() >= 20 * 8, qPrintable(QString::number(told.size())));
-    qsizetype at = -1;
-    for (const QString &code : told) {
-        at = rows.indexOf(code + u"|1"_s, at + 1);
-        QVERIFY2(at >= 0, qPrintable(code));
-    }
-    QVERIFY(rows.filter(u"|0"_s).isEmpty());
-}
 
-void TestEndToEnd::gateAndTimeProgramme()
-{
-    TestFolder test;
-    QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users).ok());
-    QVERIFY(test.archives.copy(ArchiveName::BandsTemplate, ArchiveName::Bands).ok());
-    Passwords passwords(test.archives);
-    QVERIFY(passwords.load() == Passwords::Fault::None);
-    QVERIFY(passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
+    void dayChange()
     {
-        Running refused("kor-supervisor", consoleOn(test));
-        QVERIFY(refused.process.waitForFinished());
-        QCOMPARE(refused.process.exitCode(), 2);
-        QVERIFY(refused.process.readAllStandardError().contains("--password-file"));
-        QCOMPARE(refused.process.readAllStandardOutput(), QByteArray());
+        const QString library = QStringLiteral(KOR_FAKETIME);
+        if (!QFileInfo::exists(library))
+            QSKIP("libfaketime is not installed, or cannot be used with the sanitizers");
+        Site test;
+        test.addUsers(users);
+        const QString timeFile = test.directory.filePath(u"time"_s);
+        test.write(u"time"_s, "@2004-03-05 23:59:56");
+        Running interface("kor-simulator", test.interface());
+        QVERIFY(interface.tells("Porte/COM7"));
+        Running supervisor("kor-supervisor", test.console(onPort7),
+                           {u"LD_PRELOAD="_s + library, u"FAKETIME_TIMESTAMP_FILE="_s + timeFile,
+                            u"FAKETIME_DONT_FAKE_MONOTONIC=1"_s, u"TZ=UTC"_s});
+        QVERIFY(supervisor.tells("ON LINE"));
+        interface.say("tx 12345 A");
+        QVERIFY(supervisor.tells("05/03/2004"));
+        // The tick that changes the archive comes ten seconds after the start at the latest.
+        for (int second = 0; second < 12 && !test.folder.exists(ArchiveName::events(u"06-03-2004"_s)); ++second)
+            QTest::qWait(1000);
+        interface.say("tx 12345 B");
+        QVERIFY(supervisor.tells("06/03/2004"));
+        QCOMPARE(supervisor.end(), 0);
+        const QString statement = u"SELECT Data, Canale FROM Eventi"_s;
+        QCOMPARE(test.rows(ArchiveName::events(u"05-03-2004"_s), statement), QStringList{u"05-03-2004|A"_s});
+        QCOMPARE(test.rows(ArchiveName::events(u"06-03-2004"_s), statement), QStringList{u"06-03-2004|B"_s});
     }
-    test.write(u"secret"_s, "apriti\n");
-    const QString secret = test.directory.filePath(u"secret"_s);
-    const QStringList withFile = {u"--password-file"_s, secret};
-    QFile::setPermissions(secret, QFile::ReadOwner | QFile::ReadGroup);
+
+    void killedInABurst()
     {
-        Running refused("kor-supervisor", consoleOn(test, withFile));
-        QVERIFY(refused.process.waitForFinished());
-        QCOMPARE(refused.process.exitCode(), 2);
-        QVERIFY(refused.process.readAllStandardError().contains("readable by its owner only"));
+        Site test;
+        QList<QStringList> many;
+        for (int code = 1; code <= 400; ++code)
+            many.append({QString::number(100'000 + code), u"TX"_s, u"S"_s, u"N"_s});
+        test.addUsers(many);
+        Running interface("kor-simulator", test.interface({u"--fast"_s}));
+        QVERIFY(interface.tells("Porte/COM7"));
+        QByteArray burst;
+        for (const QStringList &user : many)
+            burst += "tx " + user[0].toLatin1() + " A\n";
+
+        QStringList told;
+        for (int round = 1; round <= 20; ++round) {
+            Running supervisor("kor-supervisor", test.console(onPort7));
+            QVERIFY(supervisor.tells("INTERFACE ON LINE"));
+            interface.say(burst);
+            QVERIFY(supervisor.tells("  TX  ", 1 + round * 7));
+            supervisor.end(SIGKILL);
+            // What was not told to the end of its line was not told.
+            const QString whole = QString::fromUtf8(supervisor.output.left(supervisor.output.lastIndexOf('\n')));
+            static const QRegularExpression line(QStringLiteral(R"((?m)^[\d/]{10} .* (\d{6})     TX    A$)"));
+            for (auto match = line.globalMatch(whole); match.hasNext();)
+                told.append(match.next().captured(1));
+            // Let the rest of the burst run out before the next round, as nobody reads it.
+            interface.say("unplug");
+            QVERIFY(interface.tells("unplugged", round));
+            interface.say("plug");
+            QVERIFY(interface.tells("ready on", 1 + round));
+        }
+        const QStringList rows = test.rows(
+            Site::day(), QStringLiteral("SELECT Codice, length(Data)=10 AND length(Ora)=8 AND Tipo='TX' AND Canale='A' "
+                                        "AND length(DataOrd)=8 FROM Eventi ORDER BY ProgEv"));
+        QVERIFY2(told.size() >= 20 * 8, qPrintable(QString::number(told.size())));
+        qsizetype at = -1;
+        for (const QString &code : told) {
+            at = rows.indexOf(code + u"|1"_s, at + 1);
+            QVERIFY2(at >= 0, qPrintable(code));
+        }
+        QVERIFY(rows.filter(u"|0"_s).isEmpty());
     }
-    QFile::setPermissions(secret, QFile::ReadOwner);
+
+    void gateAndTimeProgramme()
     {
-        // Bands that nobody has set count as not enabled; at its end the program lets the interface go.
-        Running supervisor("kor-supervisor", consoleOn(test, withFile));
+        Site test;
+        QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users).ok());
+        QVERIFY(test.archives.copy(ArchiveName::BandsTemplate, ArchiveName::Bands).ok());
+        Passwords passwords(test.archives);
+        QVERIFY(passwords.load() == Passwords::Fault::None);
+        QVERIFY(passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
+        QVERIFY(Running("kor-supervisor", test.console()).refuses("--password-file"));
+        test.write(u"secret"_s, "apriti\n");
+        const QString secret = test.directory.filePath(u"secret"_s);
+        const QStringList withFile = {u"--password-file"_s, secret};
+        QFile::setPermissions(secret, QFile::ReadOwner | QFile::ReadGroup);
+        QVERIFY(Running("kor-supervisor", test.console(withFile)).refuses("readable by its owner only"));
+        QFile::setPermissions(secret, QFile::ReadOwner);
+        {
+            // Bands that nobody has set count as not enabled; at its end the program lets the interface go.
+            Running supervisor("kor-supervisor", test.console(withFile));
+            QVERIFY(supervisor.tells("Interface disabled (program start)"));
+            QCOMPARE(supervisor.end(), 0);
+            QVERIFY(supervisor.output.contains("Interface enabled (program end)"));
+        }
+        test.write(u"Archivi/Fascie.zeb"_s, "damaged");
+        Running supervisor("kor-supervisor", test.console(withFile));
+        QVERIFY(supervisor.tells("NOTICE: The time bands 'Archivi/Fascie.zeb' cannot be read"));
         QVERIFY(supervisor.tells("Interface disabled (program start)"));
         QCOMPARE(supervisor.end(), 0);
-        QVERIFY(supervisor.output.contains("Interface enabled (program end)"));
     }
-    test.write(u"Archivi/Fascie.zeb"_s, "damaged");
-    Running supervisor("kor-supervisor", consoleOn(test, withFile));
-    QVERIFY(supervisor.tells("NOTICE: The time bands 'Archivi/Fascie.zeb' cannot be read"));
-    QVERIFY(supervisor.tells("Interface disabled (program start)"));
-    QCOMPARE(supervisor.end(), 0);
-}
 
-void TestEndToEnd::withItsWindow()
-{
-    TestFolder test;
-    test.addUsers(users);
-    Running interface("kor-simulator", interfaceOn(test));
-    QVERIFY(interface.tells("Porte/COM7"));
-    // A real window system where there is one to be had: its library's threads are part of the program.
-    QProcess server;
-    server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1024x768x24"_s});
-    QStringList environment = {u"QT_QPA_PLATFORM=offscreen"_s};
-    if (server.waitForReadyRead())
-        environment = {u"QT_QPA_PLATFORM=xcb"_s, u"DISPLAY=:"_s + QString::fromLatin1(server.readLine().trimmed())};
-    Running supervisor("kor-supervisor", {u"--folder"_s, test.directory.path(), u"--port"_s, u"7"_s}, environment);
-    QVERIFY(interface.tells("query answered"));
-    interface.say("tx 12345 A");
-    const QString day = ArchiveName::events(QDate::currentDate().toString(u"dd-MM-yyyy"_s));
-    QTRY_COMPARE(test.rows(day, u"SELECT Codice FROM Eventi"_s), QStringList{u"12345"_s});
-    QCOMPARE(supervisor.end(), 0);
-    QVERIFY(!test.folder.exists(day + u"-wal"_s));
-    server.kill();
-    server.waitForFinished();
-}
+    void withItsWindow()
+    {
+        Site test;
+        test.addUsers(users);
+        Running interface("kor-simulator", test.interface());
+        QVERIFY(interface.tells("Porte/COM7"));
+        // A real window system where there is one to be had: its library's threads are part of the program.
+        QProcess server;
+        server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1024x768x24"_s});
+        QStringList environment = {u"QT_QPA_PLATFORM=offscreen"_s};
+        if (server.waitForReadyRead())
+            environment = {u"QT_QPA_PLATFORM=xcb"_s, u"DISPLAY=:"_s + QString::fromLatin1(server.readLine().trimmed())};
+        Running supervisor("kor-supervisor", {u"--folder"_s, test.directory.path(), u"--port"_s, u"7"_s}, environment);
+        QVERIFY(interface.tells("query answered"));
+        interface.say("tx 12345 A");
+        QTRY_COMPARE(test.rows(Site::day(), u"SELECT Codice FROM Eventi"_s), QStringList{u"12345"_s});
+        QCOMPARE(supervisor.end(), 0);
+        QVERIFY(!test.folder.exists(Site::day() + u"-wal"_s));
+        server.kill();
+        server.waitForFinished();
+    }
 
-void TestEndToEnd::demonstration()
-{
-    Running demo("kor-supervisor", {u"--console"_s, u"--demo"_s});
-    QVERIFY(demo.tells("ON LINE"));
-    QVERIFY(demo.tells("  TX  ", 1));
-    const qsizetype at = demo.output.indexOf("Folder: ") + 8;
-    const QString folder = QString::fromUtf8(demo.output.sliced(at, demo.output.indexOf(" - ", at) - at));
-    QVERIFY(QFileInfo(folder).isDir());
-    QCOMPARE(demo.end(SIGINT), 0);
-    QVERIFY(!QFileInfo::exists(folder));
-}
+    void demonstration()
+    {
+        Running demo("kor-supervisor", {u"--console"_s, u"--demo"_s});
+        QVERIFY(demo.tells("ON LINE"));
+        QVERIFY(demo.tells("  TX  ", 1));
+        const qsizetype at = demo.output.indexOf("Folder: ") + 8;
+        const QString folder = QString::fromUtf8(demo.output.sliced(at, demo.output.indexOf(" - ", at) - at));
+        QVERIFY(QFileInfo(folder).isDir());
+        QCOMPARE(demo.end(SIGINT), 0);
+        QVERIFY(!QFileInfo::exists(folder));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestEndToEnd)
 #include "tst_e2e.moc"

@@ -11,7 +11,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <map>
 
@@ -21,12 +20,9 @@ using Replies = QList<QByteArrayList>;
 using Told = QList<QVariantList>;
 
 /// A control that may not assert the line that disables the interface.
-class ProbingControl : public SerialControl
-{
-public:
+struct ProbingControl : SerialControl {
     using SerialControl::SerialControl;
 
-protected:
     void tellRts(bool asserted) override
     {
         if (asserted)
@@ -34,35 +30,29 @@ protected:
     }
 };
 
-/// Lets something happen while a question stands.
-struct SlowMessages : FakeMessages {
-    std::function<void()> meanwhile = [] {};
-
-    void ask(QWidget *over, const QString &text, Buttons buttons, std::function<void(Answer)> then) override
-    {
-        meanwhile();
-        FakeMessages::ask(over, text, buttons, std::move(then));
-    }
-};
+template<class Widget = QPushButton>
+Widget *control(QWidget *window, const QString &name)
+{
+    auto *widget = window->findChild<Widget *>(name);
+    if (!widget)
+        qFatal("no control %s", qPrintable(name));
+    return widget;
+}
 
 /// A computer with some of the eight ports, and the port window.
-struct Computer {
+struct Computer : TestFolder {
     explicit Computer(const QList<int> &present)
     {
         texts.fill(2);
-        QDir(test.directory.path()).mkpath(u"Porte"_s);
+        QDir(directory.path()).mkpath(u"Porte"_s);
         for (int port = 1; port <= PortTest::Ports; ++port)
             QFile::link(u"nowhere"_s, link(port));
         for (int port : present)
             plug(port);
     }
-    ~Computer()
-    {
-        if (window)
-            window->unload();
-    }
+    ~Computer() { delete window; }
 
-    QString link(int port) const { return test.directory.filePath(u"Porte/COM%1"_s.arg(port)); }
+    QString link(int port) const { return directory.filePath(u"Porte/COM%1"_s.arg(port)); }
     void plug(int port)
     {
         lines[port] = std::make_unique<PseudoTerminal>(link(port));
@@ -79,33 +69,25 @@ struct Computer {
         QVERIFY(!window->isEnabled());
         QTRY_VERIFY(window->isEnabled());
     }
-    QString message(const char *icon, Text text) const { return QLatin1String(icon) + u": "_s + texts[text]; }
+    QRadioButton *com(int port) const { return control<QRadioButton>(window, u"Com(%1)"_s.arg(port - 1)); }
+    QPushButton *button(const char *name) const { return control(window, QLatin1String(name)); }
+    /// Waits for a message that says just @p text.
+    void awaitMessage(const char *icon, Text text)
+    {
+        QTRY_VERIFY(!messages.shown.isEmpty());
+        QCOMPARE(messages.take(), QStringList{QLatin1String(icon) + u": "_s + texts[text]});
+    }
 
-    TestFolder test;
-    SerialPorts ports{test.folder};
+    SerialPorts ports{folder};
     FakeClock clock;
     Texts texts;
-    SlowMessages messages;
+    FakeMessages messages;
     ProbingControl *prova = new ProbingControl(ports);
     PortTest portTest{std::unique_ptr<SerialControl>(prova), ports, clock};
     std::map<int, std::unique_ptr<PseudoTerminal>> lines;
     QPointer<frmImpCom> window;
     int ended = 0; ///< times that the operator wanted to end the program
 };
-
-template<class Widget = QPushButton>
-Widget *control(QWidget *window, const QString &name)
-{
-    auto *widget = window->findChild<Widget *>(name);
-    if (!widget)
-        qFatal("no control %s", qPrintable(name));
-    return widget;
-}
-
-QRadioButton *com(QWidget *window, int port)
-{
-    return control<QRadioButton>(window, u"Com(%1)"_s.arg(port - 1));
-}
 
 /// Contents of text boxes, joined by "|".
 QString shown(QWidget *window, const char *boxes)
@@ -125,287 +107,239 @@ class TestGuiLink : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void scan();
-    void preselection_data();
-    void preselection();
-    void connection_data();
-    void connection();
-    void portGoes();
-    void leaving_data();
-    void leaving();
-    void noPortAtAll();
-    void fields_data();
-    void fields();
-    void reading();
-    void diagnostics_data();
-    void diagnostics();
-};
-
-void TestGuiLink::scan()
-{
-    Computer computer({5, 6, 8});
-    SerialControl holder(computer.ports);
-    holder.setCommPort(6);
-    holder.setRThreshold(1);
-    QVERIFY(holder.setPortOpen(true).ok());
-    computer.open(false, 0);
-    for (int port = 1; port <= PortTest::Ports; ++port) {
-        const bool available = port == 5 || port == 8;
-        QCOMPARE(com(computer.window, port)->isEnabled(), available);
-        QCOMPARE(com(computer.window, port)->toolTip(), available ? computer.ports.device(port) : QString());
-        QCOMPARE(computer.isFree(port), available);
-    }
-    QSignalSpy taken(&holder, &SerialControl::OnComm);
-    computer.lines[6]->write("R/A");
-    QTRY_VERIFY(!taken.isEmpty());
-    QCOMPARE(holder.input().toByteArray(), QByteArray("R/A"));
-}
-
-void TestGuiLink::preselection_data()
-{
-    QTest::addColumn<bool>("first");
-    QTest::addColumn<int>("configured");
-    QTest::addColumn<int>("chosen"); // 0 = none
-    QTest::newRow("configured") << false << 7 << 7;
-    QTest::newRow("vanished") << false << 5 << 0;
-    QTest::newRow("never chosen") << false << 0 << 0;
-    QTest::newRow("above the ports") << false << 9 << 0;
-    QTest::newRow("negative") << false << -6 << 0;
-    QTest::newRow("first start") << true << 7 << 6;
-}
-
-void TestGuiLink::preselection()
-{
-    QFETCH(bool, first);
-    QFETCH(int, configured);
-    QFETCH(int, chosen);
-    Computer computer({6, 7});
-    computer.open(first, configured);
-    QSignalSpy closing(computer.window, &frmImpCom::Chiudi);
-    for (int port = 1; port <= PortTest::Ports; ++port)
-        QCOMPARE(com(computer.window, port)->isChecked(), port == chosen);
-    control(computer.window, u"cmdOk"_s)->click();
-    QCOMPARE(closing, chosen == 0 ? Told() : Told({{chosen, 1}}));
-    if (chosen != 0) {
-        QTRY_VERIFY(!computer.window);
-        return;
-    }
-    control(computer.window, u"cmdProva"_s)->click();
-    QCOMPARE(computer.messages.take(), QStringList(2, computer.message("Exclamation", Text::SelezionareUnaPortaCom)));
-}
-
-void TestGuiLink::connection_data()
-{
-    // What the interface says to each question, in pieces that arrive one by one.
-    QTest::addColumn<Replies>("replies");
-    QTest::addColumn<bool>("found");
-    QTest::addColumn<int>("asked");
-    const QByteArrayList answer = {interfaceBanner()};
-    const QByteArrayList event = {"R/A-00", "0012345X", "..\r\n"};
-    QTest::newRow("at once") << Replies({answer}) << true << 1;
-    QTest::newRow("in pieces") << Replies({{"T", "OLM", "AR"}}) << true << 1;
-    QTest::newRow("at the last attempt") << Replies({{}, {}, {}, answer}) << true << 4;
-    QTest::newRow("silent") << Replies() << false << 4;
-    QTest::newRow("pieces of two attempts") << Replies({{"TOLMA"}, {"R"}}) << false << 4;
-    QTest::newRow("another device") << Replies(4, {"&IC\r\nTOLMAR"}) << false << 4;
-    QTest::newRow("an event comes in between") << Replies({event + answer, answer}) << true << 2;
-}
-
-void TestGuiLink::connection()
-{
-    QFETCH(Replies, replies);
-    QFETCH(bool, found);
-    QFETCH(int, asked);
-    Computer computer({5, 7});
-    PseudoTerminal &line = *computer.lines[7];
-    QByteArray received;
-    connect(&line, &PseudoTerminal::readyRead, [&] { received += line.read(); });
-    computer.open(false, 7);
-    auto *lblProva = control<QLabel>(computer.window, u"lblProva"_s);
-    auto *cmdOk = control(computer.window, u"cmdOk"_s);
-    control(computer.window, u"cmdProva"_s)->click();
-    for (int question = 1; question <= asked; ++question) {
-        QTRY_COMPARE(received, QByteArray("&IC").repeated(question));
-        QVERIFY(!cmdOk->isEnabled() && lblProva->text().contains(u"COM7"_s));
-        for (const QByteArray &piece : replies.value(question - 1)) {
-            QSignalSpy taken(computer.prova, &SerialControl::OnComm);
-            line.write(piece);
-            QTRY_VERIFY(!taken.isEmpty());
+    void scan()
+    {
+        Computer computer({5, 6, 8});
+        SerialControl holder(computer.ports);
+        holder.setCommPort(6);
+        holder.setRThreshold(1);
+        QVERIFY(holder.setPortOpen(true).ok());
+        computer.open(false, 0);
+        for (int port = 1; port <= PortTest::Ports; ++port) {
+            const bool available = port == 5 || port == 8;
+            QCOMPARE(computer.com(port)->isEnabled(), available);
+            QCOMPARE(computer.isFree(port), available);
         }
-        if (found && question == asked)
-            break;
-        computer.clock.milliseconds += 999;
-        computer.portTest.wake();
-        QVERIFY(!computer.isFree(7) && computer.messages.shown.isEmpty());
-        computer.clock.milliseconds += 1;
-        computer.portTest.wake();
+        computer.lines[6]->write("R/A");
+        QByteArray received;
+        QTRY_COMPARE(received += holder.input().toByteArray(), QByteArray("R/A"));
     }
-    QTRY_VERIFY(!computer.messages.shown.isEmpty());
-    QCOMPARE(computer.messages.take(),
-             QStringList(found ? computer.message("Information", Text::ConnessioneEffettuata)
-                               : computer.message("Exclamation", Text::ImpossibileStabilireCollegamento)));
-    QVERIFY(computer.isFree(7) && cmdOk->isEnabled() && lblProva->text().isEmpty());
-    QCOMPARE(received.size(), 3 * asked);
-}
 
-void TestGuiLink::portGoes()
-{
-    Computer computer({7});
-    computer.open(false, 7);
-    // The first time while the test runs, the second time before it.
-    for (int time = 0; time < 2; ++time) {
-        control(computer.window, u"cmdProva"_s)->click();
-        computer.lines[7]->close();
-        QTRY_VERIFY(!computer.messages.shown.isEmpty());
-        QCOMPARE(computer.messages.take(),
-                 QStringList(computer.message("Exclamation", Text::ImpossibileStabilireCollegamento)));
-        QVERIFY(control(computer.window, u"cmdProva"_s)->isEnabled());
+    void preselection_data()
+    {
+        const Rows<bool, int, int> row("first", "configured", "chosen"); // 0 = none
+        row("configured", false, 7, 7);
+        row("vanished", false, 5, 0);
+        row("negative", false, -6, 0);
+        row("first start", true, 7, 6);
     }
-}
+    void preselection()
+    {
+        QFETCH(bool, first);
+        QFETCH(int, configured);
+        QFETCH(int, chosen);
+        Computer computer({6, 7});
+        computer.open(first, configured);
+        QSignalSpy closing(computer.window, &frmImpCom::Chiudi);
+        for (int port = 1; port <= PortTest::Ports; ++port)
+            QCOMPARE(computer.com(port)->isChecked(), port == chosen);
+        computer.button("cmdOk")->click();
+        QCOMPARE(closing, chosen == 0 ? Told() : Told({{chosen, 1}}));
+        if (chosen != 0) {
+            QTRY_VERIFY(!computer.window);
+            return;
+        }
+        computer.awaitMessage("Exclamation", Text::SelezionareUnaPortaCom);
+        computer.button("cmdProva")->click();
+        computer.awaitMessage("Exclamation", Text::SelezionareUnaPortaCom);
+    }
 
-void TestGuiLink::leaving_data()
-{
-    QTest::addColumn<bool>("first");
-    QTest::addColumn<QString>("how");
-    QTest::addColumn<Told>("told");
-    QTest::addColumn<bool>("closes");
-    QTest::newRow("cancel") << false << u"cmdAnnulla"_s << Told({{0, 2}}) << true;
-    QTest::newRow("close box") << false << u"close"_s << Told({{0, 2}}) << true;
-    QTest::newRow("with the program") << false << u"unload"_s << Told() << true;
-    QTest::newRow("first start: cancel") << true << u"cmdAnnulla"_s << Told() << false;
-    QTest::newRow("first start: close box") << true << u"close"_s << Told() << false;
-    QTest::newRow("first start: with the program") << true << u"unload"_s << Told() << true;
-}
+    void connection_data()
+    {
+        // What the interface says to each question, in pieces that arrive one by one.
+        const Rows<Replies, bool, int> row("replies", "found", "asked");
+        const QByteArrayList answer = {interfaceBanner()};
+        row("in pieces", {{"T", "OLM", "AR"}}, true, 1);
+        row("at the last attempt", {{}, {}, {}, answer}, true, 4);
+        row("silent", {}, false, 4);
+        row("pieces of two attempts", {{"TOLMA"}, {"R"}}, false, 4);
+        row("another device", Replies(4, {"&IC\r\nTOLMAR"}), false, 4);
+        row("an event in between", {QByteArrayList{"R/A-00", "0012345X", "..\r\n"} + answer, answer}, true, 2);
+    }
+    void connection()
+    {
+        QFETCH(Replies, replies);
+        QFETCH(bool, found);
+        QFETCH(int, asked);
+        Computer computer({5, 7});
+        PseudoTerminal &line = *computer.lines[7];
+        QByteArray received;
+        connect(&line, &PseudoTerminal::readyRead, [&] { received += line.read(); });
+        computer.open(false, 7);
+        auto *lblProva = control<QLabel>(computer.window, u"lblProva"_s);
+        computer.button("cmdProva")->click();
+        for (int question = 1; question <= asked; ++question) {
+            QTRY_COMPARE(received, QByteArray("&IC").repeated(question));
+            QVERIFY(!computer.button("cmdOk")->isEnabled() && lblProva->text().contains(u"COM7"_s));
+            for (const QByteArray &piece : replies.value(question - 1)) {
+                QSignalSpy taken(computer.prova, &SerialControl::OnComm);
+                line.write(piece);
+                QTRY_VERIFY(!taken.isEmpty());
+            }
+            if (found && question == asked)
+                break;
+            computer.clock.milliseconds += 999;
+            computer.portTest.wake();
+            QVERIFY(!computer.isFree(7) && computer.messages.shown.isEmpty());
+            computer.clock.milliseconds += 1;
+            computer.portTest.wake();
+        }
+        computer.awaitMessage(found ? "Information" : "Exclamation",
+                              found ? Text::ConnessioneEffettuata : Text::ImpossibileStabilireCollegamento);
+        QVERIFY(computer.isFree(7) && computer.button("cmdOk")->isEnabled() && lblProva->text().isEmpty());
+        QCOMPARE(received.size(), 3 * asked);
+    }
 
-void TestGuiLink::leaving()
-{
-    QFETCH(bool, first);
-    QFETCH(QString, how);
-    QFETCH(bool, closes);
-    Computer computer({8});
-    computer.open(first, 8);
-    QSignalSpy closing(computer.window, &frmImpCom::Chiudi);
-    QSignalSpy refused(computer.window, &ChildWindow::closeRefused);
-    bool wasFree = true; // for its opener, when it hears of the end
-    connect(computer.window, &frmImpCom::Chiudi, [&] { wasFree = computer.isFree(8); });
-    control(computer.window, u"cmdProva"_s)->click();
-    QVERIFY(!computer.isFree(8));
-    if (how == u"unload"_s)
+    void portGoes()
+    {
+        Computer computer({7});
+        computer.open(false, 7);
+        // The first time while the test runs, the second time before it.
+        for (int time = 0; time < 2; ++time) {
+            computer.button("cmdProva")->click();
+            computer.lines[7]->close();
+            computer.awaitMessage("Exclamation", Text::ImpossibileStabilireCollegamento);
+            QVERIFY(computer.button("cmdProva")->isEnabled());
+        }
+    }
+
+    void leaving_data()
+    {
+        const Rows<bool, Told> row("first", "told");
+        row("cmdAnnulla", false, {{0, 2}});
+        row("close", false, {{0, 2}});
+        row("unload", false, {});
+        row("cmdAnnulla at the first start", true, {});
+        row("close at the first start", true, {});
+    }
+    void leaving()
+    {
+        QFETCH(bool, first);
+        const QByteArray how = QByteArray(QTest::currentDataTag()).split(' ')[0];
+        const bool closes = !first || how == "unload";
+        Computer computer({8});
+        computer.open(first, 8);
+        QSignalSpy closing(computer.window, &frmImpCom::Chiudi);
+        QSignalSpy refused(computer.window, &ChildWindow::closeRefused);
+        bool wasFree = true; // for its opener, when it hears of the end
+        connect(computer.window, &frmImpCom::Chiudi, [&] { wasFree = computer.isFree(8); });
+        computer.button("cmdProva")->click();
+        QVERIFY(!computer.isFree(8));
+        if (how == "unload")
+            computer.window->unload();
+        else if (how == "close")
+            computer.window->close();
+        else
+            computer.button(how)->click();
+        QCOMPARE(computer.window->isVisible(), !closes);
+        QTEST(Told(closing), "told");
+        QCOMPARE(refused.size(), how == "close" && !closes ? 1 : 0);
+        QVERIFY(wasFree);
+        QCOMPARE(computer.isFree(8), closes);
+    }
+
+    void noPortAtAll()
+    {
+        using Answer = Messages::Answer;
+        Computer computer({});
+        const QString question = u"Question: "_s + computer.texts[OwnText::NoPortAvailable];
+        computer.open(false, 0); // who can cancel is not asked
+        QVERIFY(computer.messages.shown.isEmpty());
         computer.window->unload();
-    else if (how == u"close"_s)
-        computer.window->close();
-    else
-        control(computer.window, how)->click();
-    QCOMPARE(computer.window->isVisible(), !closes);
-    QTEST(Told(closing), "told");
-    QCOMPARE(refused.size(), how == u"close"_s && !closes ? 1 : 0);
-    QVERIFY(wasFree);
-    QCOMPARE(computer.isFree(8), closes);
-}
 
-void TestGuiLink::noPortAtAll()
-{
-    using Answer = Messages::Answer;
-    Computer computer({});
-    const QString question = u"Question: "_s + computer.texts[OwnText::NoPortAvailable];
-    computer.open(false, 0); // who can cancel is not asked
-    QVERIFY(computer.messages.shown.isEmpty());
-    computer.window->unload();
+        computer.messages.answers = {Answer::No, Answer::Yes};
+        computer.open(true, 0);
+        QTRY_COMPARE(computer.ended, 1);
+        QCOMPARE(computer.messages.take(), QStringList(2, question));
+        computer.window->unload();
 
-    computer.messages.answers = {Answer::No, Answer::Yes};
-    computer.open(true, 0);
-    QTRY_COMPARE(computer.ended, 1);
-    QCOMPARE(computer.messages.take(), QStringList(2, question));
-    computer.window->unload();
+        computer.open(true, 0);
+        QTRY_VERIFY(!computer.messages.shown.isEmpty());
+        computer.plug(6); // while it asks again and again
+        QTRY_VERIFY(computer.com(6)->isChecked());
+        QVERIFY(computer.messages.take().contains(question));
+    }
 
-    computer.messages.meanwhile = [&computer] { computer.plug(6); };
-    computer.open(true, 0);
-    QTRY_VERIFY(com(computer.window, 6)->isChecked());
-    QCOMPARE(computer.messages.take(), QStringList(question));
-}
+    void fields_data()
+    {
+        const Rows<int, QByteArray, QString> row("language", "line2", "text");
+        row("off", 2, "TOLMAR CH:12 DISABLE PC BRIDGE", u"TOLMAR|DISABLED|12|NO|OFF|OFF|OFF|NO|1.4"_s);
+        row("on", 1, "TOLMAR SITO +CH CH:123 ENABLE J1", u"TOLMAR|ABILITATA|123|SI|ON|ON|ON|SI|1.4"_s);
+        row("German", 4, "WIEGAND 50 BIT +CH CH: PC", u"WIEGAND 50 BIT|GESPERRT||JA|ON|OFF|OFF|NEIN|1.4"_s);
+        row("BCD", 3, "WIEGAND 37 BIT HID D10302 +CH CH:1 ENABLE",
+            u"WIEGAND 37 BIT HID D10302 BCD|VALID\u00C9E|1|NON|ON|ON|OFF|NON|1.4"_s);
+        row("no BCD", 2, "WIEGAND 37 BIT HID D10302 CH:1 ENABLE",
+            u"WIEGAND 37 BIT HID D10302|ENABLED|1|NO|ON|ON|OFF|NO|1.4"_s);
+        row("RS_C", 2, "RS_C CH:1 BRIDGE", u"RS_C|DISABLED|1|YES|OFF|ON|OFF|NO|1.4"_s);
+        row("ISO2", 2, "ISO2 CH:1 ENABLE", u"ISO2|ENABLED|1|YES|ON|ON|OFF|NO|1.4"_s);
+        row("no usable line", 1, "", u"-1||||||||VERSIONE 1.4"_s);
+    }
+    void fields()
+    {
+        QFETCH(int, language);
+        QFETCH(QByteArray, line2);
+        Texts texts;
+        texts.fill(language);
+        FakeMessages messages;
+        frmConfInt window(texts, messages);
+        window.configurationRead(parseReply("RS_C SITO CH:1 ENABLE ", "")); // nothing of it may stay
+        window.configurationRead(parseReply(line2, "VERSIONE 1.4"));
+        QTEST(shown(&window, configuration), "text");
+    }
 
-void TestGuiLink::fields_data()
-{
-    QTest::addColumn<int>("language");
-    QTest::addColumn<QByteArray>("line2");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, int language, const char *line2, const char *text) {
-        QTest::newRow(name) << language << QByteArray(line2) << QString::fromUtf8(text);
-    };
-    const char *bcd = "WIEGAND 37 BIT HID D10302 +CH CH:1 ENABLE";
-    const char *notBcd = "WIEGAND 37 BIT HID D10302 CH:1 ENABLE";
-    row("all off", 2, "TOLMAR CH:12 DISABLE PC BRIDGE", "TOLMAR|DISABLED|12|NO|OFF|OFF|OFF|NO|1.4");
-    row("all on", 1, "TOLMAR SITO +CH CH:123 ENABLE J1", "TOLMAR|ABILITATA|123|SI|ON|ON|ON|SI|1.4");
-    row("German", 4, "WIEGAND 50 BIT +CH CH: PC", "WIEGAND 50 BIT|GESPERRT||JA|ON|OFF|OFF|NEIN|1.4");
-    row("BCD", 3, bcd, "WIEGAND 37 BIT HID D10302 BCD|VALIDÉE|1|NON|ON|ON|OFF|NON|1.4");
-    row("no BCD", 2, notBcd, "WIEGAND 37 BIT HID D10302|ENABLED|1|NO|ON|ON|OFF|NO|1.4");
-    row("RS_C", 2, "RS_C CH:1 BRIDGE", "RS_C|DISABLED|1|YES|OFF|ON|OFF|NO|1.4");
-    row("ISO2", 2, "ISO2 CH:1 ENABLE", "ISO2|ENABLED|1|YES|ON|ON|OFF|NO|1.4");
-    row("no usable line", 1, "", "-1||||||||VERSIONE 1.4");
-}
+    void reading()
+    {
+        Texts texts;
+        FakeMessages messages;
+        QPointer<frmConfInt> window = new frmConfInt(texts, messages);
+        auto *cmdLeggi = control(window, u"cmdLeggi"_s);
+        QSignalSpy wanted(window, &frmConfInt::Leggi);
+        window->show();
+        QTRY_COMPARE(wanted.size(), 1);
+        QVERIFY(!cmdLeggi->isEnabled());
+        window->configurationRead(parseReply("RS_C CH:1 ENABLE", ""));
+        const QString before = shown(window, configuration);
 
-void TestGuiLink::fields()
-{
-    QFETCH(int, language);
-    QFETCH(QByteArray, line2);
-    Texts texts;
-    texts.fill(language);
-    FakeMessages messages;
-    frmConfInt window(texts, messages);
-    window.configurationRead(parseReply("RS_C SITO CH:1 ENABLE ", "")); // nothing of it may stay
-    window.configurationRead(parseReply(line2, "VERSIONE 1.4"));
-    QTEST(shown(&window, configuration), "text");
-}
+        cmdLeggi->click();
+        QCOMPARE(wanted.size(), 2);
+        QVERIFY(!cmdLeggi->isEnabled());
+        window->configurationRead({});
+        QCOMPARE(messages.take(), QStringList(u"Critical: CONNESSIONE IMPOSSIBILE!"_s));
+        QCOMPARE(shown(window, configuration), before);
+        QVERIFY(cmdLeggi->isEnabled());
 
-void TestGuiLink::reading()
-{
-    Texts texts;
-    FakeMessages messages;
-    QPointer<frmConfInt> window = new frmConfInt(texts, messages);
-    auto *cmdLeggi = control(window, u"cmdLeggi"_s);
-    QSignalSpy wanted(window, &frmConfInt::Leggi);
-    window->show();
-    QTRY_COMPARE(wanted.size(), 1);
-    QVERIFY(!cmdLeggi->isEnabled());
-    window->configurationRead(parseReply("RS_C CH:1 ENABLE", ""));
-    const QString before = shown(window, configuration);
+        window->notOnLine();
+        QCOMPARE(messages.take(),
+                 QStringList(u"Critical: Interfaccia multiprotocollo non in linea\r\nCONNESSIONE IMPOSSIBILE!"_s));
+        QVERIFY(window->isVisible()); // until the operator has read it
+        QTRY_VERIFY(!window);
+    }
 
-    cmdLeggi->click();
-    QCOMPARE(wanted.size(), 2);
-    QVERIFY(!cmdLeggi->isEnabled());
-    window->configurationRead({});
-    QCOMPARE(messages.take(), QStringList(u"Critical: CONNESSIONE IMPOSSIBILE!"_s));
-    QCOMPARE(shown(window, configuration), before);
-    QVERIFY(cmdLeggi->isEnabled());
-
-    window->notOnLine();
-    QCOMPARE(messages.take(),
-             QStringList(u"Critical: Interfaccia multiprotocollo non in linea\r\nCONNESSIONE IMPOSSIBILE!"_s));
-    QVERIFY(window->isVisible()); // until the operator has read it
-    QTRY_VERIFY(!window);
-}
-
-void TestGuiLink::diagnostics_data()
-{
-    QTest::addColumn<int>("language");
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("enabled") << 1 << QByteArray("R/A-000012345X..\r") << u"12345|A - ABILITATO|TX"_s;
-    QTest::newRow("disabled") << 2 << QByteArray("K/B-000000777.D.\r") << u"777|B - DISABLED|DKS"_s;
-    QTest::newRow("accent") << 3 << QByteArray("K/C-000000777X..\r") << u"777|C - VALIDÉ|DKS"_s;
-    QTest::newRow("small letters") << 4 << QByteArray("R/D-000000000.D.\r") << u"|D - GESPERRT|TX"_s;
-}
-
-void TestGuiLink::diagnostics()
-{
-    QFETCH(int, language);
-    QFETCH(QByteArray, line);
-    Texts texts;
-    texts.fill(language);
-    frmUtility window(texts);
-    window.showRecord(*decodeRecord(line));
-    QTEST(shown(&window, "Codice Canale Tipo"), "text");
-}
+    void diagnostics()
+    {
+        Texts texts;
+        frmUtility window(texts);
+        const auto told = [&](int language, const char *line) {
+            texts.fill(language);
+            window.showRecord(*decodeRecord(line));
+            return shown(&window, "Codice Canale Tipo");
+        };
+        QCOMPARE(told(1, "R/A-000012345X..\r"), u"12345|A - ABILITATO|TX"_s);
+        QCOMPARE(told(2, "K/B-000000777.D.\r"), u"777|B - DISABLED|DKS"_s);
+        QCOMPARE(told(3, "K/C-000000777X..\r"), u"777|C - VALID\u00C9|DKS"_s);
+        QCOMPARE(told(4, "R/D-000000000.D.\r"), u"|D - GESPERRT|TX"_s);
+    }
+};
 
 QTEST_MAIN(TestGuiLink)
 #include "tst_gui_link.moc"

@@ -20,7 +20,6 @@
 #include <QPdfWriter>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTest>
 
 namespace {
 
@@ -37,14 +36,21 @@ struct Desk {
             passwords.load() != Passwords::Fault::None || passwords.set(Users, perche) != Passwords::Fault::None)
             qFatal("the folder cannot be prepared");
     }
+    /// Notes what a window tells.
+    template<class Window, class... Told>
+    Window *listen(Window *window, void (Window::*signal)(Told...), const char *name)
+    {
+        QObject::connect(window, signal, [this, name](Told... numbers) {
+            heard += QLatin1String(name);
+            ((heard += u' ' + QString::number(numbers)), ...);
+        });
+        return window;
+    }
     /// A window by its name; what it tells is heard.
     ChildWindow *open(const QString &name)
     {
-        if (name == u"frmTempochk") {
-            auto *window = new frmTempochk(texts, settings, messages);
-            QObject::connect(window, &frmTempochk::ModificaMin, [this](int m) { heard += u"minutes %1"_s.arg(m); });
-            return window;
-        }
+        if (name == u"frmTempochk")
+            return listen(new frmTempochk(texts, settings, messages), &frmTempochk::ModificaMin, "minutes");
         if (name == u"frmLingua") {
             auto *window = new frmLingua(texts, settings, messages);
             QObject::connect(window, &frmLingua::LinguaCambiata, [this] { heard += texts[Text::Lingua]; });
@@ -53,15 +59,12 @@ struct Desk {
         if (name == u"frmInsPass") {
             auto *window = new frmInsPass(texts, messages, passwords);
             window->setTipoPass(Users);
-            QObject::connect(window, &frmInsPass::PasswordImpostata, [this](int t) { heard += u"set %1"_s.arg(t); });
-            return window;
+            return listen(window, &frmInsPass::PasswordImpostata, "set");
         }
         auto *window = new frmPassProg(texts, messages, passwords);
         window->setTipoPass(Users);
         window->DisattivaPW = name.endsWith(u"remove");
-        QObject::connect(window, &frmPassProg::Chiudi,
-                         [this](int t, int code) { heard += u"closed %1 %2"_s.arg(t).arg(code); });
-        return window;
+        return listen(window, &frmPassProg::Chiudi, "closed");
     }
 
     TestFolder test;
@@ -74,14 +77,14 @@ struct Desk {
     QString heard;
 };
 
-/// One way through a window.
+/// One way through a window: what is typed into a box ("box=text") or clicked, the last key, and what comes of it.
 struct Case {
     const char *name;
     QString window;
-    QStringList input; ///< "box=text", or what is to be clicked
+    QStringList input;
+    Qt::Key key = Qt::Key_Return;
     QString heard = {};
     QString message = {};
-    Qt::Key key = Qt::Key_Return;
     QString settings = u"CHECK=60 LINGUA=2"_s; ///< in the file afterwards
     QString password = perche;                 ///< afterwards
     bool diskWorks = true;
@@ -108,239 +111,197 @@ class TestGuiPrefs : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void minutes_data();
-    void minutes();
-    void minutesOnlyWhenChecked();
-    void outcomes_data();
-    void outcomes();
-    void closeBoxIsRefused();
-    void passwordNotStored();
-    void noManual();
-    void manual();
-    void keyboardInTheFrame();
-};
-
-void TestGuiPrefs::minutes_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("kept");
-    QTest::addColumn<int>("interval");
-    QTest::newRow("longest") << u"1440"_s << u"1440"_s << 1440;
-    QTest::newRow("longer than a day") << u"2000"_s << u"1440"_s << 1440;
-    QTest::newRow("longer than any number") << QString(400, u'9') << u"1440"_s << 1440;
-    QTest::newRow("signs and letters") << u"-1x,5"_s << u"15"_s << 15;
-    QTest::newRow("digits of another script") << u"\u0661\u0662"_s << QString() << -1;
-    QTest::newRow("zero") << u"00"_s << u"00"_s << -1;
-    QTest::newRow("nothing") << QString() << QString() << -1;
-}
-
-void TestGuiPrefs::minutes()
-{
-    QFETCH(QString, typed);
-    QTEST(acceptedMinutes(typed), "kept");
-    QTEST(checkInterval(true, acceptedMinutes(typed)).value_or(-1), "interval");
-    QCOMPARE(checkInterval(false, typed), std::optional<int>(0));
-}
-
-void TestGuiPrefs::minutesOnlyWhenChecked()
-{
-    Desk desk;
-    for (const int before : {0, 30}) {
-        desk.settings.MinCheck = before;
-        const std::unique_ptr<ChildWindow> window(desk.open(u"frmTempochk"_s));
-        auto *box = window->findChild<QLineEdit *>(u"txtMinuti"_s);
-        QCOMPARE(box->text(), before > 0 ? u"30"_s : QString());
-        QCOMPARE(box->isEnabled(), before > 0);
-        enter(window.get(), u"chkAutomatico"_s);
-        QCOMPARE(box->isEnabled(), before == 0);
-    }
-}
-
-void TestGuiPrefs::outcomes_data()
-{
-    const QString check = u"frmTempochk"_s, lingua = u"frmLingua"_s, ask = u"frmPassProg"_s, set = u"frmInsPass"_s;
-    const QString askToRemove = u"frmPassProg to remove"_s, wrong = u"Critical: Wrong password!"_s;
-    const QString range = u"Information: The minutes must be between 1 and 1440"_s;
-    const QString typing = u"Exclamation: Attention! A password typing error has occured"_s;
-    const auto twice = [](const QString &a, const QString &b) {
-        return QStringList{u"txtPass="_s + a, u"txtConfPass="_s + b};
-    };
-    // clang-format off
-    const QList<Case> cases = {
-        {"minutes", check, {u"txtMinuti=1a5"_s}, u"minutes 15"_s, {}, Qt::Key_Return, u"CHECK=15 LINGUA=2"_s},
-        {"too many", check, {u"txtMinuti=2000"_s}, u"minutes 1440"_s, {}, Qt::Key_Enter, u"CHECK=1440 LINGUA=2"_s},
-        {"off", check, {u"chkAutomatico"_s}, u"minutes 0"_s, {}, Qt::Key_Return, u"CHECK=0 LINGUA=2"_s},
-        {"no minutes", check, {u"txtMinuti=0"_s}, {}, range},
-        {"check cancelled", check, {u"txtMinuti=5"_s}, u"minutes -1"_s, {}, Qt::Key_Escape},
-        {.name = "check not saved", .window = check, .input = {u"txtMinuti=7"_s}, .heard = u"minutes 7"_s,
-         .message = u"Exclamation: The setting 'CHECK' cannot be saved: read or write error"_s, .diskWorks = false},
-        {"language", lingua, {u"optLingua(3)"_s}, u"Sprache"_s, {}, Qt::Key_Return, u"CHECK=60 LINGUA=4"_s},
-        {"language cancelled", lingua, {u"optLingua(3)"_s}, {}, {}, Qt::Key_Escape},
-        {.name = "language not saved", .window = lingua, .input = {u"optLingua(0)"_s}, .heard = u"Lingua"_s,
-         .message = u"Exclamation: Impossibile salvare l'impostazione 'LINGUA': errore di lettura o scrittura"_s,
-         .diskWorks = false},
-        {"right", ask, {u"txtPass="_s + perche}, u"closed 2 1"_s},
-        {"right but for trailing blanks", ask, {u"txtPass="_s + perche + u"  "_s}, u"closed 2 1"_s},
-        {"what cannot be stored is not typed", ask, {u"txtPass=\u0436"_s + perche}, u"closed 2 1"_s},
-        {"asking cancelled", ask, {u"txtPass="_s + perche}, u"closed 2 2"_s, {}, Qt::Key_Escape},
-        {"right, to remove it", askToRemove, {u"txtPass="_s + perche}, u"closed 2 3"_s},
-        {"kept after all", askToRemove, {}, u"closed 2 4"_s, {}, Qt::Key_Escape},
-        {"without its accent", ask, {u"txtPass=perche"_s}, {}, wrong},
-        {"nothing", askToRemove, {u"txtPass="_s}, {}, wrong},
-        {.name = "set", .window = set, .input = twice(u"\u00E0 b"_s, u"\u00E0 b"_s), .heard = u"set 2"_s,
-         .password = u"\u00E0 b"_s},
-        {.name = "its first ten", .window = set, .input = twice(u"0123456789A"_s, u"0123456789A"_s),
-         .heard = u"set 2"_s, .password = u"0123456789"_s},
-        {.name = "none", .window = set, .input = twice({}, {}), .heard = u"set 2"_s, .password = QString()},
-        {"not the same past ten", set, twice(u"0123456789A"_s, u"0123456789B"_s), {}, typing},
-        {"setting cancelled", set, twice(u"a"_s, u"a"_s), {}, {}, Qt::Key_Escape},
-    };
-    // clang-format on
-    QTest::addColumn<Case>("row");
-    for (const Case &one : cases)
-        QTest::newRow(one.name) << one;
-}
-
-void TestGuiPrefs::outcomes()
-{
-    QFETCH(Case, row);
-    Desk desk;
-    QPointer window = desk.open(row.window);
-    window->show();
-    for (const QString &input : row.input)
-        enter(window, input);
-    desk.test.disk.stopAt = row.diskWorks ? -1 : 0;
-    QTest::keyClick(window->focusWidget(), row.key);
-    if (row.heard.isEmpty() && row.key != Qt::Key_Escape) {
-        QTRY_VERIFY(!desk.messages.shown.isEmpty());
-        auto *faulty = window->findChild<QLineEdit *>(row.input[0].section(u'=', 0, 0));
-        QCOMPARE(window->focusWidget(), faulty);
-        QCOMPARE(faulty->selectedText().size(), faulty->text().size());
-        QVERIFY(window->isVisible());
-        window->unload();
-    }
-    QTRY_VERIFY(!window);
-    QCOMPARE(desk.messages.take().join(u'|'), row.message);
-    QCOMPARE(desk.heard, row.heard);
-    QCOMPARE(u"CHECK=%1 LINGUA=%2"_s.arg(desk.settings.LeggiImpostazione(u"CHECK"_s),
-                                         desk.settings.LeggiImpostazione(u"LINGUA"_s)),
-             row.settings);
-    QCOMPARE(desk.passwords.load(), Passwords::Fault::None);
-    QVERIFY(desk.passwords.matches(Users, row.password));
-}
-
-void TestGuiPrefs::closeBoxIsRefused()
-{
-    Desk desk;
-    QPointer window = desk.open(u"frmPassProg"_s);
-    QSignalSpy refused(window, &ChildWindow::closeRefused);
-    window->show();
-    QVERIFY(!window->close() && window->isVisible());
-    QCOMPARE(refused.count(), 1);
-    QCOMPARE(desk.heard, QString());
-    delete window;
-}
-
-void TestGuiPrefs::passwordNotStored()
-{
-    Desk desk;
-    QPointer window = desk.open(u"frmInsPass"_s);
-    window->show();
-    enter(window, u"txtPass=abc"_s);
-    enter(window, u"txtConfPass=abc"_s);
+    void minutes()
     {
-        Result<Database> other = desk.test.archives.open(ArchiveName::Users, Database::Use::Safe);
-        QVERIFY(other.value().execute("BEGIN EXCLUSIVE").ok());
-        enter(window, u"cmdOk"_s);
-        QVERIFY(other.value().execute("DELETE FROM Password").ok() && other.value().execute("COMMIT").ok());
-    }
-    enter(window, u"cmdOk"_s);
-    QVERIFY(QFile::remove(desk.test.folder.path(QStringView(ArchiveName::Users).toString())));
-    enter(window, u"cmdOk"_s);
-    QCOMPARE(desk.messages.take(),
-             (QStringList{u"Critical: The users register 'Archivi/Anagrafico.zeb' cannot be read: "
-                          "locked by another program"_s,
-                          u"Critical: Corrupt File Password!"_s,
-                          u"Critical: "_s + desk.texts[Text::FileMancanteODanneggiato]}));
-    QVERIFY(desk.heard.isEmpty() && window->isVisible() && desk.passwords.matches(Users, perche));
-    QCOMPARE(window->findChild<QLineEdit *>(u"txtConfPass"_s)->text(), u"abc"_s);
-    delete window;
-}
-
-void TestGuiPrefs::noManual()
-{
-    Desk desk;
-    desk.test.write(u"mansw.pdf"_s, "%PDF-1.4\n1 0 obj\n");
-    for (const QString &name : {u"man752.pdf"_s, u"mansw.pdf"_s}) {
-        QPointer window = new frmIstruzioni(name, desk.test.folder.path(name), desk.texts, desk.messages);
-        QVERIFY(!window->load());
-        QTRY_VERIFY(!window);
-        QCOMPARE(desk.messages.take(), QStringList{u"Critical: file not found"_s});
-    }
-}
-
-void TestGuiPrefs::manual()
-{
-    Desk desk;
-    const QString file = desk.test.folder.path(u"manuale \u00E8.pdf"_s);
-    {
-        QPdfWriter writer(file);
-        QPainter painter(&writer);
-        for (int page = 0; page < 3; ++page) {
-            if (page > 0)
-                writer.newPage();
-            painter.drawText(500, 500, QString::number(page));
+        QCOMPARE(acceptedMinutes(QString(400, u'9')), u"1440"_s);
+        QCOMPARE(acceptedMinutes(u"-1x,5\u0661"_s), u"15"_s);
+        QCOMPARE(checkInterval(true, u"1440"_s), std::optional<int>(1440));
+        QVERIFY(!checkInterval(true, u"00"_s) && !checkInterval(true, {}));
+        QCOMPARE(checkInterval(false, u"5"_s), std::optional<int>(0));
+        // They can be typed only when the check is on.
+        Desk desk;
+        for (const int before : {0, 30}) {
+            desk.settings.MinCheck = before;
+            const std::unique_ptr<ChildWindow> window(desk.open(u"frmTempochk"_s));
+            auto *box = window->findChild<QLineEdit *>(u"txtMinuti"_s);
+            QCOMPARE(box->text(), before > 0 ? u"30"_s : QString());
+            QCOMPARE(box->isEnabled(), before > 0);
+            enter(window.get(), u"chkAutomatico"_s);
+            QCOMPARE(box->isEnabled(), before == 0);
         }
     }
-    frmIstruzioni window(u"KOR &731"_s, file, desk.texts, desk.messages);
-    QVERIFY(window.load());
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QCOMPARE(window.windowTitle(), u"KOR 731"_s);
-    QScrollBar *bar = window.findChild<QPdfView *>()->verticalScrollBar();
-    QTRY_VERIFY(bar->maximum() > 0);
-    const auto keyed = [&](Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
-        QTest::keyClick(window.focusWidget(), key, with);
-        return bar->value();
-    };
-    const int onePage = keyed(Qt::Key_PageDown);
-    QVERIFY(onePage > 0);
-    QCOMPARE(keyed(Qt::Key_End), bar->maximum());
-    QVERIFY(keyed(Qt::Key_PageUp) < bar->maximum());
-    QCOMPARE(keyed(Qt::Key_Home), 0);
-    const int fitted = bar->maximum();
-    keyed(Qt::Key_End);
-    const int place = keyed(Qt::Key_Plus, Qt::ControlModifier);
-    QVERIFY(bar->maximum() > fitted);
-    QCOMPARE(place, bar->maximum());
-    enter(&window, u"cmdZoomMeno"_s);
-    enter(&window, u"cmdZoomMeno"_s);
-    QVERIFY(bar->maximum() < fitted);
-    keyed(Qt::Key_0, Qt::ControlModifier);
-    QCOMPARE(bar->maximum(), fitted);
-}
 
-/// In the main window too the first control of each window has the keyboard, and Esc closes it.
-void TestGuiPrefs::keyboardInTheFrame()
-{
-    Desk desk;
-    QMdiArea area;
-    area.show();
-    QVERIFY(QTest::qWaitForWindowActive(&area));
-    const QList<std::pair<ChildWindow *, QString>> windows = {
-        {desk.open(u"frmTempochk"_s), u"chkAutomatico"_s}, {desk.open(u"frmLingua"_s), u"optLingua(1)"_s},
-        {desk.open(u"frmInsPass"_s), u"txtPass"_s},        {new frmInfo(desk.texts, {}), u"cmdOk"_s},
-        {new frmMessage(desk.texts, {}), u"cmdOk"_s},
-    };
-    for (const auto &[window, first] : windows) {
-        area.addSubWindow(window)->show();
-        QTRY_VERIFY(QApplication::focusWidget() && window->isAncestorOf(QApplication::focusWidget()));
-        QCOMPARE(QApplication::focusWidget()->objectName(), first);
-        QSignalSpy unloaded(window, &ChildWindow::unloaded);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-        QTRY_COMPARE(unloaded.count(), 1);
+    void outcomes_data()
+    {
+        const QString check = u"frmTempochk"_s, lingua = u"frmLingua"_s, ask = u"frmPassProg"_s, set = u"frmInsPass"_s;
+        const QString askToRemove = u"frmPassProg to remove"_s, wrong = u"Critical: Wrong password!"_s;
+        const QString range = u"Information: The minutes must be between 1 and 1440"_s;
+        const QString typing = u"Exclamation: Attention! A password typing error has occured"_s;
+        const QString notSaved = u"Exclamation: The setting 'CHECK' cannot be saved: read or write error"_s;
+        const QString italian =
+            u"Exclamation: Impossibile salvare l'impostazione 'LINGUA': errore di lettura o scrittura"_s;
+        const QString same = u"CHECK=60 LINGUA=2"_s, digits = u"0123456789"_s;
+        const QStringList right = {u"txtPass="_s + perche};
+        const Qt::Key ok = Qt::Key_Return, esc = Qt::Key_Escape;
+        const auto twice = [](const QString &a, const QString &b) {
+            return QStringList{u"txtPass="_s + a, u"txtConfPass="_s + b};
+        };
+        // clang-format off
+        const QList<Case> cases = {
+            {"minutes", check, {u"txtMinuti=1a5"_s}, ok, u"minutes 15"_s, {}, u"CHECK=15 LINGUA=2"_s},
+            {"too many", check, {u"txtMinuti=2000"_s}, Qt::Key_Enter, u"minutes 1440"_s, {}, u"CHECK=1440 LINGUA=2"_s},
+            {"off", check, {u"chkAutomatico"_s}, ok, u"minutes 0"_s, {}, u"CHECK=0 LINGUA=2"_s},
+            {"no minutes", check, {u"txtMinuti=0"_s}, ok, {}, range},
+            {"check cancelled", check, {u"txtMinuti=5"_s}, esc, u"minutes -1"_s},
+            {"check not saved", check, {u"txtMinuti=7"_s}, ok, u"minutes 7"_s, notSaved, same, perche, false},
+            {"language", lingua, {u"optLingua(3)"_s}, ok, u"Sprache"_s, {}, u"CHECK=60 LINGUA=4"_s},
+            {"language cancelled", lingua, {u"optLingua(3)"_s}, esc},
+            {"language not saved", lingua, {u"optLingua(0)"_s}, ok, u"Lingua"_s, italian, same, perche, false},
+            {"right", ask, right, ok, u"closed 2 1"_s},
+            {"what cannot be stored is not typed", ask, {u"txtPass=\u0436"_s + perche}, ok, u"closed 2 1"_s},
+            {"asking cancelled", ask, right, esc, u"closed 2 2"_s},
+            {"right, to remove it", askToRemove, right, ok, u"closed 2 3"_s},
+            {"kept after all", askToRemove, {}, esc, u"closed 2 4"_s},
+            {"without its accent", ask, {u"txtPass=perche"_s}, ok, {}, wrong},
+            {"nothing", askToRemove, {u"txtPass="_s}, ok, {}, wrong},
+            {"set", set, twice(u"\u00E0 b"_s, u"\u00E0 b"_s), ok, u"set 2"_s, {}, same, u"\u00E0 b"_s},
+            {"its first ten", set, twice(digits + u'A', digits + u'A'), ok, u"set 2"_s, {}, same, digits},
+            {"none", set, twice({}, {}), ok, u"set 2"_s, {}, same, QString()},
+            {"not the same past ten", set, twice(digits + u'A', digits + u'B'), ok, {}, typing},
+            {"setting cancelled", set, twice(u"a"_s, u"a"_s), esc},
+        };
+        // clang-format on
+        QTest::addColumn<Case>("row");
+        for (const Case &one : cases)
+            QTest::newRow(one.name) << one;
     }
-}
+    void outcomes()
+    {
+        QFETCH(Case, row);
+        Desk desk;
+        QPointer window = desk.open(row.window);
+        window->show();
+        for (const QString &input : row.input)
+            enter(window, input);
+        desk.test.disk.stopAt = row.diskWorks ? -1 : 0;
+        QTest::keyClick(window->focusWidget(), row.key);
+        if (row.heard.isEmpty() && row.key != Qt::Key_Escape) {
+            QTRY_VERIFY(!desk.messages.shown.isEmpty());
+            auto *faulty = window->findChild<QLineEdit *>(row.input[0].section(u'=', 0, 0));
+            QCOMPARE(window->focusWidget(), faulty);
+            QCOMPARE(faulty->selectedText().size(), faulty->text().size());
+            QVERIFY(window->isVisible());
+            window->unload();
+        }
+        QTRY_VERIFY(!window);
+        QCOMPARE(desk.messages.take().join(u'|'), row.message);
+        QCOMPARE(desk.heard, row.heard);
+        QCOMPARE(u"CHECK=%1 LINGUA=%2"_s.arg(desk.settings.LeggiImpostazione(u"CHECK"_s),
+                                             desk.settings.LeggiImpostazione(u"LINGUA"_s)),
+                 row.settings);
+        QCOMPARE(desk.passwords.load(), Passwords::Fault::None);
+        QVERIFY(desk.passwords.matches(Users, row.password));
+    }
+
+    void passwordNotStored()
+    {
+        Desk desk;
+        const std::unique_ptr<ChildWindow> window(desk.open(u"frmInsPass"_s));
+        window->show();
+        enter(window.get(), u"txtPass=abc"_s);
+        enter(window.get(), u"txtConfPass=abc"_s);
+        {
+            Result<Database> other = desk.test.archives.open(ArchiveName::Users, Database::Use::Safe);
+            QVERIFY(other.value().execute("BEGIN EXCLUSIVE").ok());
+            enter(window.get(), u"cmdOk"_s);
+            QVERIFY(other.value().execute("DELETE FROM Password").ok() && other.value().execute("COMMIT").ok());
+        }
+        enter(window.get(), u"cmdOk"_s);
+        QVERIFY(QFile::remove(desk.test.folder.path(QStringView(ArchiveName::Users).toString())));
+        enter(window.get(), u"cmdOk"_s);
+        QCOMPARE(desk.messages.take(),
+                 (QStringList{u"Critical: The users register 'Archivi/Anagrafico.zeb' cannot be read: "
+                              "locked by another program"_s,
+                              u"Critical: Corrupt File Password!"_s,
+                              u"Critical: "_s + desk.texts[Text::FileMancanteODanneggiato]}));
+        QVERIFY(desk.heard.isEmpty() && window->isVisible() && desk.passwords.matches(Users, perche));
+        QCOMPARE(window->findChild<QLineEdit *>(u"txtConfPass"_s)->text(), u"abc"_s);
+    }
+
+    void manual()
+    {
+        Desk desk;
+        const QString file = desk.test.folder.path(u"manuale \u00E8.pdf"_s);
+        desk.test.write(u"mansw.pdf"_s, "%PDF-1.4\n1 0 obj\n");
+        for (const QString &name : listOf("man752.pdf,mansw.pdf")) {
+            QPointer window = new frmIstruzioni(name, desk.test.folder.path(name), desk.texts, desk.messages);
+            QVERIFY(!window->load());
+            QTRY_VERIFY(!window);
+            QCOMPARE(desk.messages.take(), QStringList{u"Critical: file not found"_s});
+        }
+        {
+            QPdfWriter writer(file);
+            QPainter painter(&writer);
+            for (int page = 1; page < 3; ++page)
+                writer.newPage();
+        }
+        frmIstruzioni window(u"KOR &731"_s, file, desk.texts, desk.messages);
+        QVERIFY(window.load());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QCOMPARE(window.windowTitle(), u"KOR 731"_s);
+        QScrollBar *bar = window.findChild<QPdfView *>()->verticalScrollBar();
+        QTRY_VERIFY(bar->maximum() > 0);
+        const auto keyed = [&](Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
+            QTest::keyClick(window.focusWidget(), key, with);
+            return bar->value();
+        };
+        const int onePage = keyed(Qt::Key_PageDown);
+        QVERIFY(onePage > 0);
+        QCOMPARE(keyed(Qt::Key_End), bar->maximum());
+        QVERIFY(keyed(Qt::Key_PageUp) < bar->maximum());
+        QCOMPARE(keyed(Qt::Key_Home), 0);
+        const int fitted = bar->maximum();
+        keyed(Qt::Key_End);
+        const int place = keyed(Qt::Key_Plus, Qt::ControlModifier);
+        QVERIFY(bar->maximum() > fitted);
+        QCOMPARE(place, bar->maximum());
+        enter(&window, u"cmdZoomMeno"_s);
+        enter(&window, u"cmdZoomMeno"_s);
+        QVERIFY(bar->maximum() < fitted);
+        keyed(Qt::Key_0, Qt::ControlModifier);
+        QCOMPARE(bar->maximum(), fitted);
+    }
+
+    /// In the main window too the first control of each window has the keyboard, and Esc closes it.
+    void keyboardInTheFrame()
+    {
+        Desk desk;
+        // The one that asks for a password has no close box.
+        std::unique_ptr<ChildWindow> asking(desk.open(u"frmPassProg"_s));
+        QSignalSpy refused(asking.get(), &ChildWindow::closeRefused);
+        asking->show();
+        QVERIFY(!asking->close() && asking->isVisible() && desk.heard.isEmpty());
+        QCOMPARE(refused.count(), 1);
+        asking.reset();
+        QMdiArea area;
+        area.show();
+        QVERIFY(QTest::qWaitForWindowActive(&area));
+        const QList<std::pair<ChildWindow *, QString>> windows = {
+            {desk.open(u"frmTempochk"_s), u"chkAutomatico"_s}, {desk.open(u"frmLingua"_s), u"optLingua(1)"_s},
+            {desk.open(u"frmInsPass"_s), u"txtPass"_s},        {new frmInfo(desk.texts, {}), u"cmdOk"_s},
+            {new frmMessage(desk.texts, {}), u"cmdOk"_s},
+        };
+        for (const auto &[window, first] : windows) {
+            area.addSubWindow(window)->show();
+            QTRY_VERIFY(QApplication::focusWidget() && window->isAncestorOf(QApplication::focusWidget()));
+            QCOMPARE(QApplication::focusWidget()->objectName(), first);
+            QSignalSpy unloaded(window, &ChildWindow::unloaded);
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+            QTRY_COMPARE(unloaded.count(), 1);
+        }
+    }
+};
 
 QTEST_MAIN(TestGuiPrefs)
 #include "tst_gui_prefs.moc"

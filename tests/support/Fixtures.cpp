@@ -89,6 +89,10 @@ QString asText(const Event &event)
 
 qint64 residentPages()
 {
+#ifdef __SANITIZE_ADDRESS__
+    // The sanitizer keeps freed memory on purpose; the size is then looked at in the other builds alone.
+    return 0;
+#endif
     QFile file(u"/proc/self/statm"_s);
     return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() : -1;
 }

@@ -8,9 +8,33 @@
 #include "texts/Notices.h"
 
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimeZone>
 
 using namespace Qt::StringLiterals;
+
+/// Makes the columns of a test's table, then its rows.
+template<class... Values>
+class Rows
+{
+public:
+    template<class... Names>
+    explicit Rows(Names... names)
+    {
+        (QTest::addColumn<Values>(names), ...);
+    }
+    void operator()(const char *tag, const Values &...values) const
+    {
+        QTestData &row = QTest::newRow(tag);
+        ((row << values), ...);
+    }
+};
+
+/// @p words without the commas between them; nothing is no word.
+inline QStringList listOf(const char *words)
+{
+    return QString::fromLatin1(words).split(u',', Qt::SkipEmptyParts);
+}
 
 /// A clock that the test turns.
 class FakeClock : public Clock

@@ -16,7 +16,7 @@ sqlite3_vfs *below = nullptr;
 struct File {
     sqlite3_file base;
     QString *path;
-    alignas(16) sqlite3_file real; // and what the layer below needs behind it
+    sqlite3_file real; // and what the layer below needs behind it
 };
 
 File *ours(sqlite3_file *file)

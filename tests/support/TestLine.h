@@ -37,6 +37,14 @@ struct Road {
             qFatal("the road cannot be laid");
         log.open();
     }
+    /// Lets @p milliseconds pass, and that as often as said.
+    void pass(int milliseconds, int times = 1)
+    {
+        for (int i = 0; i < times; ++i) {
+            clock.milliseconds += milliseconds;
+            link.wake();
+        }
+    }
 
     TestFolder test;
     FakeClock clock;
