@@ -511,9 +511,7 @@ void MDIForm1::openChild(ChildWindow *window, Qt::WindowFlags more)
     const QPoint wanted = window->place(area, own);
     frame->move(qBound(0, wanted.x(), area.width() - own.width()), qBound(0, wanted.y(), area.height() - own.height()));
     m_area->setActiveSubWindow(frame);
-    window->setFocus();
-    if (QWidget *first = window->nextInFocusChain(); window->focusWidget() == nullptr && first)
-        first->setFocus();
+    window->takeKeyboard();
 }
 
 void MDIForm1::mnuExit_Click()

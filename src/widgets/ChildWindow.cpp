@@ -25,6 +25,21 @@ void ChildWindow::unload()
         close();
 }
 
+void ChildWindow::takeKeyboard()
+{
+    QWidget *chosen = focusWidget();
+    if (chosen && chosen != this) {
+        chosen->setFocus();
+        return;
+    }
+    for (QWidget *next = nextInFocusChain(); next != this; next = next->nextInFocusChain()) {
+        if (isAncestorOf(next) && next->isEnabled() && (next->focusPolicy() & Qt::TabFocus) != 0) {
+            next->setFocus();
+            return;
+        }
+    }
+}
+
 void ChildWindow::setKeys(QPushButton *accept, QPushButton *cancel)
 {
     m_accept = accept;

@@ -25,6 +25,8 @@ public:
 
     /// Closes the window by the program's own will.
     void unload();
+    /// Gives the keyboard to the control that the window has chosen itself, else to its first.
+    void takeKeyboard();
 
 Q_SIGNALS:
     /// The window has closed, for whatever reason.

@@ -56,7 +56,11 @@ GridEditor::GridEditor(Form form, CopyEditor::Source source, const Texts &texts,
     setKeys(cmdOk, cmdAnnulla);
 }
 
-GridEditor::~GridEditor() = default;
+GridEditor::~GridEditor()
+{
+    // The grid lives longer than the rows.
+    m_model->setRecordSet(nullptr);
+}
 
 void GridEditor::build()
 {

@@ -29,7 +29,7 @@ public:
 
     /// Becomes the model of @p view.
     void bind(QAbstractItemView *view);
-    /// @param set  must outlive this model
+    /// @param set  must live until another one, or none (null), is set
     void setRecordSet(RecordSet *set);
 
     void refresh();

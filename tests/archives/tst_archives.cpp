@@ -187,6 +187,7 @@ private Q_SLOTS:
         const QString users = QStringView(ArchiveName::Users).toString();
         const QString crashed = u"Archivi/Fascie.zeb"_s;
         const QString codes = u"SELECT Codice FROM Utenti ORDER BY Codice"_s;
+        QByteArray left; // of the journal
         {
             Result<Database> writer = test.archives.open(users, writeAhead ? Database::Use::Log : Database::Use::Safe);
             QVERIFY(
@@ -196,7 +197,8 @@ private Q_SLOTS:
             QVERIFY(writer.value().execute(writeAhead ? "COMMIT" : much).ok());
             for (const QString &side : {QString(), journal})
                 test.write(crashed + side, test.read(users + side));
-            QVERIFY(!test.read(crashed + journal).isEmpty());
+            left = test.read(crashed + journal);
+            QVERIFY(!left.isEmpty());
         }
         const QStringList told = writeAhead ? listOf("1,2") : listOf("1");
 
@@ -206,12 +208,12 @@ private Q_SLOTS:
         QVERIFY(!test.folder.exists(crashed + u"-wal"_s));
 
         // Replaced, the old content is gone for good although a journal stood beside it.
-        test.write(crashed + journal, QByteArray(4096, 'j'));
+        test.write(crashed + journal, left);
         QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, crashed).ok());
         QCOMPARE(test.rows(crashed, codes), QStringList());
         // The same where only a journal is left of an archive.
         const QString lost = u"Archivi/AnaPrn.zeb"_s;
-        test.write(lost + journal, QByteArray(4096, 'j'));
+        test.write(lost + journal, left);
         QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, lost).ok());
         QCOMPARE(test.rows(lost, codes), QStringList());
         QVERIFY(!test.folder.exists(lost + journal));

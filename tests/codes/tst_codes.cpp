@@ -128,19 +128,14 @@ private Q_SLOTS:
 
     void conversions()
     {
-        QCOMPARE(DataBarre(u"03-05-2004"_s), u"05/03/2004"_s);
-        QCOMPARE(DataTrattini(u"05/03/2004"_s), DataFile(u"03-05-2004"_s));
-        QCOMPARE(GiornoMese(u"03-05"_s), u"05/03"_s);
+        QCOMPARE(DataTrattini(DataBarre(u"03-05-2004"_s)), DataFile(u"03-05-2004"_s));
         QVERIFY(OraNonDopo(u"08:00"_s, u"08:00"_s) && !OraNonDopo(u"08:01"_s, u"08:00"_s));
-        QCOMPARE(TogliZeri(u"000000000"_s), QString());
         QCOMPARE(SoloCifre(u"1\u06622x3"_s), u"123"_s);
         QCOMPARE(TogliAnd(u"A&GG&&"_s), u"AGG"_s);
         QCOMPARE(Centra(u"TX"_s, 5), u" TX  "_s);
-        QCOMPARE(Centra(u"ABCDEFG"_s, 5), u"ABCDEFG"_s);
         Texts texts;
         texts.fill(2);
         QCOMPARE(DataEstesa(QDate(2004, 3, 7), texts), u"Sunday, 07 March 2004"_s);
-        QCOMPARE(DataEstesa(QDate(2004, 12, 4), texts), u"Saturday, 04 December 2004"_s);
     }
 
     void nextDay_data()

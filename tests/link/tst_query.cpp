@@ -216,7 +216,6 @@ private Q_SLOTS:
         QCOMPARE(fault(first, 1), int(FaultCode::AlreadyInUse));
         QCOMPARE(fault(second, 1), int(FaultCode::AlreadyInUse)); // for the superuser too
         QCOMPARE(fault(second, 2), int(FaultCode::InputOutput));
-        QCOMPARE(fault(second, 0), int(FaultCode::NotFound));
         QCOMPARE(fault(second, 32767), int(FaultCode::NotFound));
         QVERIFY(first.setPortOpen(false).ok());
         QCOMPARE(fault(second, 1), -1);

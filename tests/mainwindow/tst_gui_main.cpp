@@ -308,6 +308,7 @@ void TestMainWindow::editorsHoldTheProgramme()
     desk.entry("mnuFascieOr")->trigger();
     desk.entry("mnuFascieOr")->trigger();
     QCOMPARE(desk.window.findChildren<ChildWindow *>(u"frmSettimana"_s).size(), 1);
+    QCOMPARE(desk.open("frmSettimana")->focusWidget()->objectName(), u"dbgrdSettimana"_s);
     desk.open("frmSettimana")->findChild<QLineEdit *>(u"txtOraIn"_s)->setText(u"07:00"_s);
     desk.open("frmSettimana")->findChild<QLineEdit *>(u"txtOraFine"_s)->setText(u"07:45"_s);
     desk.click(desk.open("frmSettimana"), "cmdAggiungi");

@@ -132,10 +132,6 @@ private Q_SLOTS:
         QVERIFY(prepare(4));
         QCOMPARE(start.disk.steps, QStringList());
         QVERIFY(start.notices.isEmpty());
-
-        start.printers.installed.clear();
-        QCOMPARE(start.settings.IndiceStampanteDefault(), -1);
-        QVERIFY(!start.settings.StampanteValida(0));
     }
 
     void missingParts_data()
