@@ -184,6 +184,12 @@ private Q_SLOTS:
             QSKIP("libfaketime is not installed, or cannot be used with the sanitizers");
         Site test;
         test.addUsers(users);
+        // A band that ends with the day: the line changes within a tick or two.
+        QVERIFY(test.archives.copy(ArchiveName::BandsTemplate, ArchiveName::Bands).ok());
+        QVERIFY(test.archives.open(ArchiveName::Bands, Database::Use::Safe)
+                    .value()
+                    .execute("INSERT INTO Fascie VALUES ('X','X','X','X','X','X','X','20:00','23:59')")
+                    .ok());
         const QString timeFile = test.directory.filePath(u"time"_s);
         test.write(u"time"_s, "@2004-03-05 23:59:56");
         Running interface("kor-simulator", test.interface());
@@ -199,6 +205,8 @@ private Q_SLOTS:
             QTest::qWait(1000);
         interface.say("tx 12345 B");
         QVERIFY(supervisor.tells("06/03/2004"));
+        QVERIFY(supervisor.output.contains("Interface enabled (program start)"));
+        QVERIFY(supervisor.tells("Interface disabled (time band)"));
         QCOMPARE(supervisor.end(), 0);
         const QString statement = u"SELECT Data, Canale FROM Eventi"_s;
         QCOMPARE(test.rows(ArchiveName::events(u"05-03-2004"_s), statement), QStringList{u"05-03-2004|A"_s});
