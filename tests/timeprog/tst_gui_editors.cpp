@@ -182,7 +182,6 @@ void TestGuiEditors::edits()
     QCOMPARE(desk.shown(), QLatin1String(row.rows));
 }
 
-/// Each way out: unchanged, changed and then No, changed and then Yes.
 void TestGuiEditors::ends_data()
 {
     QTest::addColumn<QString>("way");
@@ -190,6 +189,7 @@ void TestGuiEditors::ends_data()
         QTest::newRow(way) << QString::fromLatin1(way);
 }
 
+/// Each way out: unchanged, changed and then No, changed and then Yes.
 void TestGuiEditors::ends()
 {
     QFETCH(QString, way);
