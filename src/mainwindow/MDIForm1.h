@@ -4,6 +4,7 @@
 #include "mainwindow/Program.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Messages.h"
+#include "widgets/StatusPanels.h"
 #include "widgets/Translation.h"
 
 #include <QMainWindow>
@@ -11,7 +12,6 @@
 #include <QPointer>
 
 class QAction;
-class QLabel;
 class QMdiArea;
 class QMenu;
 class Splash;
@@ -46,7 +46,6 @@ protected:
 
 private:
     void buildMenu();
-    void buildStatusBar();
     void connectLink();
     void applyTexts();
     void applyMenu();
@@ -54,7 +53,9 @@ private:
     void showLed(LinkMonitor::Link link);
     void showTime(bool enabled);
     void showClock();
-    void showPicture(QLabel *panel, const QString &file, const QString &words);
+    QString caption() const;
+    QString pictureFile(const char *name) const;
+    void showConfiguration(const InterfaceConfig &config);
 
     void tmrShow_Timer();
     void tmrFlash_Timer();
@@ -91,7 +92,6 @@ private:
     bool isAllowed(Entry entry) const { return menuState(m_menu)[entry]; }
     void addEntry(QMenu *menu, Entry entry, const char *name, void (MDIForm1::*clicked)());
     void addEntry(QMenu *menu, Entry entry, const char *name, std::function<void()> clicked);
-    QPixmap picture(const QString &file) const;
 
     Program &m_program;
     Messages &m_messages;
@@ -100,7 +100,7 @@ private:
     std::array<QMenu *, TopMenuCount> m_menus{};
     std::array<QAction *, EntryCount> m_entries{};
     QMdiArea *m_area;
-    std::array<QLabel *, 6> m_panels{}; ///< panels 1 to 6
+    StatusPanels *StatusBar1;
     QPointer<Splash> m_splash;
     QTimer tmrShow;
     QTimer tmrFlash;

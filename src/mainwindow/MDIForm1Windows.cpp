@@ -1,0 +1,314 @@
+#include "mainwindow/MDIForm1.h"
+
+#include "link/PortTest.h"
+#include "link/frmConfInt.h"
+#include "link/frmImpCom.h"
+#include "link/frmUtility.h"
+#include "prefs/frmInfo.h"
+#include "prefs/frmInsPass.h"
+#include "prefs/frmIstruzioni.h"
+#include "prefs/frmLingua.h"
+#include "prefs/frmMessage.h"
+#include "prefs/frmPassProg.h"
+#include "prefs/frmTempochk.h"
+#include "timeprog/frmFerie.h"
+#include "timeprog/frmSettimana.h"
+
+#include <QApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+// The windows that the frame window opens, and what they report.
+
+// The link's alarm ---------------------------------------------------------------------------------------------------
+
+void MDIForm1::raiseAlarm()
+{
+    tmrFlash.start();
+    openOnce<frmMessage>([this] {
+        auto *message = new frmMessage(m_program.texts(), QPixmap(pictureFile("Warning.bmp")));
+        connect(message, &ChildWindow::unloaded, this, &MDIForm1::objMessage_Chiudi);
+        return message;
+    });
+}
+
+void MDIForm1::objMessage_Chiudi()
+{
+    if (!std::exchange(m_closedByRePower, false)) {
+        m_program.link().objMessage_Chiudi();
+        showLed(m_program.link().link());
+    }
+    tmrFlash.stop();
+    StatusBar1->invert(5, false);
+    setWindowTitle(caption());
+}
+
+void MDIForm1::tmrFlash_Timer()
+{
+    if (const ChildWindow *message = child("frmMessage"))
+        m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(message->parentWidget()));
+    QApplication::alert(this);
+    const bool inverted = !StatusBar1->isInverted(5);
+    StatusBar1->invert(5, inverted);
+    setWindowTitle(inverted ? QStringLiteral("\u25CF ") + caption() : caption());
+}
+
+// Windows ------------------------------------------------------------------------------------------------------------
+
+ChildWindow *MDIForm1::child(const char *name) const
+{
+    return findChild<ChildWindow *>(QString::fromLatin1(name));
+}
+
+template<class Window, class Make>
+void MDIForm1::openOnce(Make make)
+{
+    ChildWindow *open = child(Window::staticMetaObject.className());
+    if (!open)
+        openChild(make());
+    else
+        m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(open->parentWidget()));
+}
+
+void MDIForm1::openChild(ChildWindow *window, Qt::WindowFlags more)
+{
+    QMdiSubWindow *frame = m_area->addSubWindow(window, Qt::SubWindow | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                                                            Qt::WindowCloseButtonHint | more);
+    frame->setAttribute(Qt::WA_DeleteOnClose);
+    connect(window, &ChildWindow::closeRefused, this, [this] { m_closeAgain = false; });
+    connect(window, &QObject::destroyed, this, [this] {
+        if (std::exchange(m_closeAgain, false))
+            QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+    });
+    window->show();
+    frame->adjustSize();
+    const QSize area = m_area->viewport()->size();
+    frame->resize(frame->size().boundedTo(area));
+    const QSize own = frame->size();
+    const QPoint wanted = window->place(area, own);
+    frame->move(qBound(0, wanted.x(), area.width() - own.width()), qBound(0, wanted.y(), area.height() - own.height()));
+    m_area->setActiveSubWindow(frame);
+    window->takeKeyboard();
+}
+
+void MDIForm1::mnuExit_Click()
+{
+    close();
+}
+
+template<class Editor>
+void MDIForm1::openEditor(TimeProgramme::Part part)
+{
+    Editor *made = nullptr;
+    openOnce<Editor>([&] {
+        // The archive is the editor's while it is open; the line keeps the state it was told last.
+        m_program.timeProgramme().suspend(part);
+        made = new Editor(m_program.texts(), m_messages, m_program.archives());
+        connect(made, &ChildWindow::unloaded, this, [this, part] { m_program.reloadTimeProgramme(part); });
+        return made;
+    });
+    if (made && !made->open())
+        made->unload();
+}
+
+void MDIForm1::mnuFascieOr_Click()
+{
+    openEditor<frmSettimana>(TimeProgramme::Part::Bands);
+}
+
+void MDIForm1::mnuProgFerie_Click()
+{
+    openEditor<frmFerie>(TimeProgramme::Part::Holidays);
+}
+
+void MDIForm1::mnuImpCom_Click()
+{
+    if (!child("frmImpCom"))
+        m_program.link().suspend();
+    openPortWindow(false);
+}
+
+void MDIForm1::openPortWindow(bool first)
+{
+    m_menu.portIsMissing = first;
+    applyMenu();
+    openOnce<frmImpCom>([this, first] {
+        auto *test = new PortTest(m_program.ports(), m_program.clock());
+        auto *window = new frmImpCom(m_program.texts(), m_messages, *test);
+        test->setParent(window);
+        window->setPrima(first);
+        window->setConfiguredPort(m_program.settings().PortaCom);
+        connect(window, &frmImpCom::Chiudi, this, &MDIForm1::objImpCom_Chiudi);
+        connect(window, &frmImpCom::FineProgramma, this, &MDIForm1::end);
+        return window;
+    });
+}
+
+void MDIForm1::objImpCom_Chiudi(int port, int result)
+{
+    if (m_ending)
+        return;
+    if (result == 1)
+        m_menu.portIsMissing = false;
+    applyMenu();
+    m_panel5Cleared = true;
+    applyPanel5();
+    m_program.link().objImpCom_Chiudi(port, result);
+}
+
+void MDIForm1::mnuLetConfInt_Click()
+{
+    openOnce<frmConfInt>([this] {
+        auto *window = new frmConfInt(m_program.texts(), m_messages);
+        connect(window, &frmConfInt::Leggi, this, [this, window] {
+            // What the operator has been shown counts, not what may be known by now.
+            const QString offLine = m_program.texts()[Text::InterfacciaNonInLinea].toUpper().trimmed();
+            if (StatusBar1->text(5) == offLine)
+                window->notOnLine();
+            else
+                m_program.link().readConfiguration();
+        });
+        connect(window, &ChildWindow::unloaded, this, [this] { m_program.link().configurationClosed(); });
+        return window;
+    });
+}
+
+void MDIForm1::showConfiguration(const InterfaceConfig &config)
+{
+    if (auto *window = qobject_cast<frmConfInt *>(child("frmConfInt")))
+        window->configurationRead(config);
+}
+
+void MDIForm1::mnuUtility_Click()
+{
+    if (child("frmUtility") || !m_program.passwords().isSet(Passwords::Type::Diagnostics)) {
+        openDiagnostics();
+        return;
+    }
+    m_menu.diagnosticsAreAsked = true;
+    askPassword(Passwords::Type::Diagnostics, false);
+}
+
+void MDIForm1::openDiagnostics()
+{
+    openOnce<frmUtility>([this] {
+        auto *window = new frmUtility(m_program.texts());
+        connect(&m_program.road(), &EventRoad::recordReceived, window, &frmUtility::showRecord);
+        return window;
+    });
+}
+
+void MDIForm1::mnuImpContKor_Click()
+{
+    openOnce<frmTempochk>([this] {
+        auto *window = new frmTempochk(m_program.texts(), m_program.settings(), m_messages);
+        connect(window, &frmTempochk::ModificaMin, &m_program.link(), &LinkMonitor::objTempochk_ModificaMin);
+        return window;
+    });
+}
+
+void MDIForm1::mnuLingua_Click()
+{
+    openOnce<frmLingua>([this] {
+        auto *window = new frmLingua(m_program.texts(), m_program.settings(), m_messages);
+        connect(window, &frmLingua::LinguaCambiata, this, [this] {
+            m_translation.apply(m_program.texts().language());
+            applyTexts();
+        });
+        return window;
+    });
+}
+
+void MDIForm1::mnuIstr_Click(Text caption, const QString &file)
+{
+    if (ChildWindow *open = child("frmIstruzioni"))
+        open->unload();
+    auto *window =
+        new frmIstruzioni(m_program.texts()[caption], m_program.folder().path(file), m_program.texts(), m_messages);
+    openChild(window, Qt::WindowMaximizeButtonHint);
+    window->load();
+}
+
+void MDIForm1::mnuAbout_Click()
+{
+    openOnce<frmInfo>([this] { return new frmInfo(m_program.texts(), QPixmap(pictureFile("Splash.bmp"))); });
+}
+
+// Passwords ----------------------------------------------------------------------------------------------------------
+
+void MDIForm1::mnuAttPass_Click(Passwords::Type type)
+{
+    if (m_program.passwords().isSet(type))
+        askPassword(type, true);
+    else
+        setPassword(type);
+}
+
+void MDIForm1::askPassword(Passwords::Type type, bool toDeactivate)
+{
+    if (ChildWindow *open = child("frmPassProg")) {
+        open->activateWindow();
+        return;
+    }
+    auto *window = new frmPassProg(m_program.texts(), m_messages, m_program.passwords(), this);
+    window->DisattivaPW = toDeactivate;
+    window->setTipoPass(type);
+    connect(window, &frmPassProg::Chiudi, this, &MDIForm1::objPassProg_Chiudi);
+    connect(window, &ChildWindow::unloaded, this, [this] {
+        m_menu.passwordWindowIsOpen = false;
+        m_menu.usersAreAsked = false;
+        m_menu.diagnosticsAreAsked = false;
+        applyMenu();
+    });
+    m_menu.passwordWindowIsOpen = true;
+    applyMenu();
+    window->adjustSize();
+    window->move(pos() + QPoint((width() - window->width()) / 2, (height() - window->height()) / 3));
+    window->show();
+    window->activateWindow();
+}
+
+void MDIForm1::setPassword(Passwords::Type type)
+{
+    openOnce<frmInsPass>([this, type] {
+        auto *window = new frmInsPass(m_program.texts(), m_messages, m_program.passwords());
+        window->setTipoPass(type);
+        m_menu.passwordWindowIsOpen = true;
+        applyMenu();
+        connect(window, &frmInsPass::PasswordImpostata, this, &MDIForm1::applyTexts);
+        connect(window, &ChildWindow::unloaded, this, [this] {
+            m_menu.passwordWindowIsOpen = false;
+            applyMenu();
+        });
+        return window;
+    });
+}
+
+void MDIForm1::objPassProg_Chiudi(int type, int code)
+{
+    enum Code { Right = 1, Cancelled = 2, RightToDeactivate = 3 };
+    const auto which = static_cast<Passwords::Type>(type);
+    if (code == RightToDeactivate) {
+        deactivate(which);
+    } else if (which == Passwords::Type::Main && code == Right) {
+        m_menu.gateIsClosed = false;
+        applyMenu();
+        m_panel5Cleared = true;
+        applyPanel5();
+        m_program.link().ApriCollegamento();
+    } else if (which == Passwords::Type::Main && code == Cancelled) {
+        QMetaObject::invokeMethod(this, &MDIForm1::end, Qt::QueuedConnection);
+    } else if (which == Passwords::Type::Diagnostics && code == Right) {
+        openDiagnostics();
+    }
+}
+
+void MDIForm1::deactivate(Passwords::Type type)
+{
+    if (m_program.passwords().set(type, {}) != Passwords::Fault::None) {
+        showCritical(m_program.texts().sentence(
+            {OwnText::UsersUnreadable, {QStringLiteral("Anagrafico.zeb")}, m_program.passwords().reason()}));
+        return;
+    }
+    applyTexts();
+}
