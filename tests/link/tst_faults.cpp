@@ -235,6 +235,15 @@ private Q_SLOTS:
         for (qsizetype i = 1; i < whole.size(); ++i)
             QVERIFY(!whole[i].startsWith(u"rename"_s) || whole[i - 1].startsWith(u"flush"_s));
         QVERIFY(whole.contains(u"rename Eventi_05-03-2004.zeb"_s));
+
+        // A change of the register is on disk when it is reported, and its journal before the first page changes.
+        stage.test.addUsers({});
+        Result<Database> users = stage.test.archives.open(ArchiveName::Users, Database::Use::Safe);
+        stage.vfs.steps.clear();
+        QVERIFY(users.value().execute("INSERT INTO Utenti (Codice) VALUES ('1')").ok());
+        const qsizetype journal = steps.indexOf(u"flush Anagrafico.zeb-journal"_s);
+        QVERIFY(journal >= 0 && journal < steps.indexOf(u"write Anagrafico.zeb"_s));
+        QVERIFY(steps.lastIndexOf(u"flush Anagrafico.zeb"_s) > steps.lastIndexOf(u"write Anagrafico.zeb"_s));
     }
 
     void powerCutAtAnyStep_data()

@@ -143,6 +143,7 @@ private Q_SLOTS:
         row("only its LF missing", one.chopped(1), {"\n" + answer}, {}, one);
         row("cut by the end of an attempt", {}, {one.left(5), one.mid(5) + answer}, {}, one);
         row("cut by the end of the query", {}, {banner + line2 + one.left(9)}, one.mid(9), one);
+        row("begun before silence", one.left(7), {}, one.mid(7), one);
         row("cut by the end of silence", {}, {{}, {}, one.left(4)}, one.mid(4), one);
         row("after noise with its own LF", {}, {"noise\n" + one, answer}, {}, one);
         row("late second answer", {}, {{}, answer}, one + banner + line2 + two + line3 + one, one + two + one);
