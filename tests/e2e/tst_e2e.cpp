@@ -9,8 +9,10 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
 
 #include <csignal>
+#include <memory>
 
 namespace {
 
@@ -86,6 +88,73 @@ struct Site : TestFolder {
         return QStringList{u"--console"_s, u"--folder"_s, directory.path()} + more;
     }
     static QString day() { return ArchiveName::events(QDate::currentDate().toString(u"dd-MM-yyyy"_s)); }
+};
+
+/// A display with a window manager, and somebody at its keyboard.
+class Desktop
+{
+public:
+    Desktop()
+    {
+        server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1024x768x24"_s});
+        if (!server.waitForReadyRead())
+            return;
+        environment = {u"QT_QPA_PLATFORM=xcb"_s, u"DISPLAY=:"_s + QString::fromLatin1(server.readLine().trimmed())};
+        manager.setEnvironment(QProcess::systemEnvironment() + environment);
+        manager.start(u"openbox"_s, {});
+    }
+    ~Desktop()
+    {
+        for (QProcess *process : {&manager, &server}) {
+            process->kill();
+            process->waitForFinished();
+        }
+    }
+
+    bool isThere()
+    {
+        return !environment.isEmpty() && manager.waitForStarted() &&
+               !QStandardPaths::findExecutable(u"xdotool"_s).isEmpty();
+    }
+    void press(const char *keys)
+    {
+        const QStringList all = QString::fromLatin1(keys).split(u' ');
+        for (const QString &one : all) {
+            run({u"key"_s, one});
+            QTest::qWait(500);
+        }
+    }
+    void type(const QString &text) { run({u"type"_s, u"--delay"_s, u"80"_s, text}); }
+    /// Waits for a window whose title matches @p title.
+    bool shows(const QString &title, int seconds = 10)
+    {
+        return QTest::qWaitFor(
+            [&] {
+                return !run({u"search"_s, u"--onlyvisible"_s, u"--name"_s, title}).isEmpty();
+            },
+            seconds * 1000);
+    }
+    /// Waits until no window has shown such a title for a second.
+    bool hides(const QString &title)
+    {
+        return QTest::qWaitFor([&] { return !shows(title, 1); }, 10'000);
+    }
+
+    QStringList environment;
+
+private:
+    QByteArray run(const QStringList &arguments)
+    {
+        QProcess tool;
+        // Titles and typed text are UTF-8, whatever the language of the tests.
+        tool.setEnvironment(QProcess::systemEnvironment() + environment + QStringList{u"LC_ALL=C.UTF-8"_s});
+        tool.start(u"xdotool"_s, arguments);
+        tool.waitForFinished();
+        return tool.readAllStandardOutput().trimmed();
+    }
+
+    QProcess server;
+    QProcess manager;
 };
 
 const QList<QStringList> users = {listOf("12345,TX,Bianchi,Anna"), listOf("777,DKS,O'Hara,Sean")};
@@ -286,26 +355,72 @@ private Q_SLOTS:
         QCOMPARE(supervisor.end(), 0);
     }
 
+    /// The guard's day at the keyboard, on a display of its own.
     void withItsWindow()
     {
+        Desktop desktop;
+        if (!desktop.isThere())
+            QSKIP("Xvfb, xdotool or openbox is not installed");
         Site test;
         test.addUsers(users);
+        test.write(u"Impost.stp"_s, "COM=0\r\nLINGUA=2\r\nNUMEVOD=25\r\nCHECK=1\r\nPRN=-1\r\n");
         Running interface("kor-simulator", test.interface());
         QVERIFY(interface.tells("Porte/COM7"));
-        // A real window system where there is one to be had: its library's threads are part of the program.
-        QProcess server;
-        server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1024x768x24"_s});
-        QStringList environment = {u"QT_QPA_PLATFORM=offscreen"_s};
-        if (server.waitForReadyRead())
-            environment = {u"QT_QPA_PLATFORM=xcb"_s, u"DISPLAY=:"_s + QString::fromLatin1(server.readLine().trimmed())};
-        Running supervisor("kor-supervisor", {u"--folder"_s, test.directory.path(), u"--port"_s, u"7"_s}, environment);
+        const QStringList arguments = {u"--folder"_s, test.directory.path()};
+        auto supervisor = std::make_unique<Running>("kor-supervisor", arguments, desktop.environment);
+        const QString alarm = u"^.+Multiprotocol Interface"_s; // the caption flashes with a mark before it
+
+        // The first start asks for the port; the last one that can be opened is the simulated interface's.
+        QVERIFY(desktop.shows(u"^Multiprotocol Interface"_s));
+        QTest::qWait(2500);
+        desktop.press("Down Return");
         QVERIFY(interface.tells("query answered"));
+        QVERIFY(test.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
         interface.say("tx 12345 A");
         QTRY_COMPARE(test.rows(Site::day(), u"SELECT Codice FROM Eventi"_s), QStringList{u"12345"_s});
-        QCOMPARE(supervisor.end(), 0);
+
+        // Silence: the alarm of the periodic check, closed by hand, ended by the interface.
+        interface.say("fault silence");
+        QVERIFY(desktop.shows(alarm, 80));
+        desktop.press("Return");
+        QVERIFY(desktop.hides(alarm));
+        interface.say("fault none");
+        interface.say("repower");
+        QVERIFY(interface.tells("query answered", 2));
+        // Pulled out and back.
+        interface.say("unplug");
+        QVERIFY(desktop.shows(alarm));
+        interface.say("plug");
+        QVERIFY(interface.tells("query answered", 3));
+        QVERIFY(desktop.hides(alarm));
+
+        // The main password is set, asked at the next start, and removed.
+        const QString password = u"perch\u00E9"_s;
+        desktop.press("alt+t m");
+        desktop.type(password);
+        desktop.press("Tab");
+        desktop.type(password);
+        desktop.press("Return");
+        Passwords stored(test.archives);
+        QTRY_VERIFY(stored.load() == Passwords::Fault::None && stored.matches(Passwords::Type::Main, password));
+        QCOMPARE(supervisor->end(), 0);
+        supervisor = std::make_unique<Running>("kor-supervisor", arguments, desktop.environment);
+        QVERIFY(desktop.shows(u"^Main Password"_s));
+        QTest::qWait(500);
+        desktop.type(u"perche"_s);
+        desktop.press("Return Return"); // wrong, and its message closed
+        QVERIFY(desktop.shows(u"^Main Password"_s));
+        QVERIFY(!interface.process.waitForReadyRead(1500)); // nothing was asked
+        desktop.type(password);
+        desktop.press("Return");
+        QVERIFY(interface.tells("query answered", 4));
+        desktop.press("alt+t m");
+        QVERIFY(desktop.shows(u"^Main Password"_s));
+        desktop.type(password);
+        desktop.press("Return");
+        QTRY_VERIFY(stored.load() == Passwords::Fault::None && !stored.isSet(Passwords::Type::Main));
+        QCOMPARE(supervisor->end(), 0);
         QVERIFY(!test.folder.exists(Site::day() + u"-wal"_s));
-        server.kill();
-        server.waitForFinished();
     }
 
     void demonstration()
