@@ -7,8 +7,7 @@ Result<void> UsersSnapshot::refresh()
     // The copy keeps the register free for others. Where there is no room for it, the register itself is read.
     (void)m_archives.remove(ArchiveName::UsersSnapshot);
     Result<void> copied = m_archives.copy(ArchiveName::Users, ArchiveName::UsersSnapshot);
-    const bool isCopied = copied || copied.fault().code == FaultCode::Locked;
-    if (!copied && isCopied)
+    if (!copied && copied.fault().code == FaultCode::Locked)
         return copied;
     Result<Database> database = copied ? m_archives.open(ArchiveName::UsersSnapshot, Database::Use::ThrowAway)
                                        : m_archives.open(ArchiveName::Users, Database::Use::Safe);
