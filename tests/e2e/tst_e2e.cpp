@@ -397,6 +397,7 @@ private Q_SLOTS:
         // The main password is set, asked at the next start, and removed.
         const QString password = u"perch\u00E9"_s;
         desktop.press("alt+t m");
+        QTest::qWait(500);
         desktop.type(password);
         desktop.press("Tab");
         desktop.type(password);
@@ -411,11 +412,17 @@ private Q_SLOTS:
         desktop.press("Return Return"); // wrong, and its message closed
         QVERIFY(desktop.shows(u"^Main Password"_s));
         QVERIFY(!interface.process.waitForReadyRead(1500)); // nothing was asked
-        desktop.type(password);
-        desktop.press("Return");
+        // On a slow machine a message may still lie over the box: what is typed then closes it, and is typed again.
+        for (int turn = 0; turn < 5 && desktop.shows(u"^Main Password"_s, 1); ++turn) {
+            desktop.press("ctrl+a");
+            desktop.type(password);
+            desktop.press("Return");
+            QTest::qWait(1000);
+        }
         QVERIFY(interface.tells("query answered", 4));
         desktop.press("alt+t m");
         QVERIFY(desktop.shows(u"^Main Password"_s));
+        QTest::qWait(500);
         desktop.type(password);
         desktop.press("Return");
         QTRY_VERIFY(stored.load() == Passwords::Fault::None && !stored.isSet(Passwords::Type::Main));
