@@ -128,6 +128,21 @@ QString RecordSet::value(int column) const
     return row ? row->values.value(column) : QString();
 }
 
+qint64 RecordSet::rowId() const
+{
+    const Row *row = current();
+    return row ? row->id : 0;
+}
+
+bool RecordSet::moveToRow(qint64 id)
+{
+    const auto found = std::find_if(m_rows.cbegin(), m_rows.cend(), [id](const Row &row) { return row.id == id; });
+    if (found == m_rows.cend())
+        return false;
+    moveTo(found - m_rows.cbegin());
+    return true;
+}
+
 Result<QStringList> RecordSet::read(qint64 id) const
 {
     Result<Statement> prepared =

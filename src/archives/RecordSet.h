@@ -47,6 +47,15 @@ public:
     /// Value of a field of the current row; "" without one.
     QString value(const QString &field) const;
     QString value(int column) const;
+    /// Value of any row, which does not become current. @param row  0 to recordCount() - 1
+    QString value(qsizetype row, int column) const { return m_rows[row].values.value(column); }
+    /// Place of a field among the columns, -1 when the set has none of that name.
+    int column(const QString &field) const { return static_cast<int>(m_fields.indexOf(field)); }
+
+    /// What the database knows the current row by, whatever its values and place; 0 without one.
+    qint64 rowId() const;
+    /// Makes the row with that id current. @return false, and nothing changes, when the set does not hold it
+    bool moveToRow(qint64 id);
     int columnCount() const { return static_cast<int>(m_fields.size()); }
 
     using Values = QHash<QString, QString>; ///< field -> value

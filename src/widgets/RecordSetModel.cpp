@@ -64,10 +64,7 @@ QVariant RecordSetModel::data(const QModelIndex &index, int role) const
         return static_cast<int>(column.alignment);
     if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole)
         return {};
-    // Looking at another row must not move the set: a copy shares its rows and costs next to nothing.
-    RecordSet aside = *m_set;
-    aside.moveTo(index.row());
-    const QString value = aside.value(column.field);
+    const QString value = m_set->value(index.row(), m_set->column(column.field));
     return role == Qt::AccessibleTextRole && column.spokenAs ? column.spokenAs(value) : value;
 }
 

@@ -1,0 +1,77 @@
+#include "events/frmRicercapr.h"
+
+#include "widgets/Twips.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+
+frmRicercapr::frmRicercapr(const QString &caption, const QString &cancel, Parts parts, QWidget *over)
+    : QWidget(over, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
+      lblGiorno(new QLabel),
+      prgBarRic(new QProgressBar),
+      cmdAnnulla(new QPushButton(cancel))
+{
+    setObjectName(QStringLiteral("frmRicercapr"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(caption);
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(cmdAnnulla);
+    buttons->addStretch();
+    auto *rows = new QVBoxLayout(this);
+    rows->addWidget(lblGiorno);
+    rows->addWidget(prgBarRic);
+    rows->addLayout(buttons);
+    lblGiorno->setObjectName(QStringLiteral("lblGiorno"));
+    lblGiorno->setTextFormat(Qt::PlainText);
+    lblGiorno->setVisible(parts.testFlag(Label));
+    prgBarRic->setObjectName(QStringLiteral("prgBarRic"));
+    prgBarRic->setAccessibleName(caption);
+    prgBarRic->setMinimumWidth(pixels(4500));
+    cmdAnnulla->setObjectName(QStringLiteral("cmdAnnulla"));
+    cmdAnnulla->setVisible(parts.testFlag(Button));
+    cmdAnnulla->setAutoDefault(true);
+    setProgress(0, 1);
+    connect(cmdAnnulla, &QPushButton::clicked, this, &frmRicercapr::Annulla);
+
+    adjustSize();
+    setFixedHeight(height());
+    const QPoint middle = over->mapToGlobal(QPoint((over->width() - width()) / 2, (over->height() - height()) / 3));
+    move(middle);
+    show();
+}
+
+void frmRicercapr::setLabel(const QString &text)
+{
+    lblGiorno->setText(text);
+}
+
+void frmRicercapr::setProgress(int value, int maximum)
+{
+    prgBarRic->setRange(0, maximum);
+    prgBarRic->setValue(value);
+}
+
+void frmRicercapr::closeEvent(QCloseEvent *event)
+{
+    // Whoever runs the task closes its notice; a window manager's wish to close it is one to stop.
+    if (event->spontaneous()) {
+        event->ignore();
+        if (!cmdAnnulla->isHidden())
+            Q_EMIT Annulla();
+    }
+}
+
+void frmRicercapr::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && !cmdAnnulla->isHidden())
+        cmdAnnulla->click();
+    else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && cmdAnnulla->hasFocus())
+        cmdAnnulla->click();
+    else
+        QWidget::keyPressEvent(event);
+}
