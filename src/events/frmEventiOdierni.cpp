@@ -56,6 +56,8 @@ frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, Archi
     flxgrdEventi->horizontalHeader()->setFixedHeight(2 * flxgrdEventi->verticalHeader()->defaultSectionSize());
     flxgrdEventi->setMinimumSize(flxgrdEventi->horizontalHeader()->length() + pixels(450), pixels(5400));
 
+    tmrLoad.setObjectName(QStringLiteral("tmrLoad"));
+    tmrRefresh.setObjectName(QStringLiteral("tmrRefresh"));
     tmrLoad.setSingleShot(true);
     tmrRefresh.setSingleShot(true);
     connect(&tmrLoad, &QTimer::timeout, this, &frmEventiOdierni::tmrLoad_Timer);

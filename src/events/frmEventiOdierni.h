@@ -51,6 +51,6 @@ private:
     RowsModel *m_rows;
     QPushButton *cmdStampa;
     QPushButton *cmdChiudi;
-    QTimer tmrLoad;
-    QTimer tmrRefresh;
+    QTimer tmrLoad{this};
+    QTimer tmrRefresh{this};
 };
