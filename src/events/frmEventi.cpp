@@ -29,10 +29,15 @@ constexpr int mostDaysTold = 12;
 
 QList<RowsModel::Column> columns(const Texts &texts)
 {
-    return {{texts[Text::CognomeUtente], 1700},         {texts[Text::NomeUtente], 1700},
-            {texts[Text::Tipo], 600, Qt::AlignCenter},  {texts[Text::Ch], 400, Qt::AlignCenter},
-            {texts[Text::ChDis], 600, Qt::AlignCenter}, {texts[Text::Data], 1000, Qt::AlignCenter},
-            {texts[Text::Ora], 800, Qt::AlignCenter},   {texts[Text::KorDis], 600, Qt::AlignCenter}};
+    const Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
+    return {{texts[Text::CognomeUtente], 1700, left, {}, true},
+            {texts[Text::NomeUtente], 1700, left, {}, true},
+            {texts[Text::Tipo], 600, Qt::AlignCenter},
+            {texts[Text::Ch], 400, Qt::AlignCenter},
+            {texts[Text::ChDis], 600, Qt::AlignCenter},
+            {texts[Text::Data], 1000, Qt::AlignCenter, QStringLiteral("00-00-0000")},
+            {texts[Text::Ora], 800, Qt::AlignCenter, QStringLiteral("00:00:00")},
+            {texts[Text::KorDis], 600, Qt::AlignCenter}};
 }
 
 QList<UserCombo::Entry> entries(const UsersCopy &users, const QList<int> &places, QString UsersCopy::User::*name)
@@ -81,7 +86,7 @@ void frmEventi::build()
     dbgrdDati = new QTableView;
     dbgrdDati->setObjectName(QStringLiteral("dbgrdDati"));
     m_rows->bind(dbgrdDati);
-    dbgrdDati->setMinimumSize(dbgrdDati->horizontalHeader()->length() + pixels(450), pixels(3600));
+    dbgrdDati->setMinimumHeight(pixels(3600));
 
     const auto button = [](const char *name) {
         auto *made = new QPushButton;

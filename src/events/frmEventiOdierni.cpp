@@ -8,7 +8,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QTableView>
 
 namespace {
@@ -21,10 +20,14 @@ QList<RowsModel::Column> columns(const Texts &texts)
 {
     const Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
     const Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
-    return {{texts[Text::NumeroColonna], 700, right},   {texts[Text::Tipo], 600, Qt::AlignCenter},
-            {texts[Text::CognomeUtente], 1700, left},   {texts[Text::NomeUtente], 1700, left},
-            {texts[Text::Ch], 400, Qt::AlignCenter},    {texts[Text::ChDis], 600, Qt::AlignCenter},
-            {texts[Text::Data], 1000, Qt::AlignCenter}, {texts[Text::Ora], 800, Qt::AlignCenter},
+    return {{texts[Text::NumeroColonna], 700, right, QStringLiteral("000000")},
+            {texts[Text::Tipo], 600, Qt::AlignCenter},
+            {texts[Text::CognomeUtente], 1700, left, {}, true},
+            {texts[Text::NomeUtente], 1700, left, {}, true},
+            {texts[Text::Ch], 400, Qt::AlignCenter},
+            {texts[Text::ChDis], 600, Qt::AlignCenter},
+            {texts[Text::Data], 1000, Qt::AlignCenter, QStringLiteral("00-00-0000")},
+            {texts[Text::Ora], 800, Qt::AlignCenter, QStringLiteral("00:00:00")},
             {texts[Text::KorDis], 600, Qt::AlignCenter}};
 }
 
@@ -54,7 +57,7 @@ frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, Archi
     cmdChiudi->setObjectName(QStringLiteral("cmdChiudi"));
     m_rows->bind(flxgrdEventi);
     flxgrdEventi->horizontalHeader()->setFixedHeight(2 * flxgrdEventi->verticalHeader()->defaultSectionSize());
-    flxgrdEventi->setMinimumSize(flxgrdEventi->horizontalHeader()->length() + pixels(450), pixels(5400));
+    flxgrdEventi->setMinimumHeight(pixels(7500));
 
     tmrLoad.setObjectName(QStringLiteral("tmrLoad"));
     tmrRefresh.setObjectName(QStringLiteral("tmrRefresh"));

@@ -4,6 +4,7 @@
 
 #include <QFont>
 #include <QHeaderView>
+#include <QScrollBar>
 #include <QTableView>
 
 #include <limits>
@@ -28,10 +29,19 @@ void RowsModel::bind(QTableView *view)
     bold.setBold(true);
     view->horizontalHeader()->setFont(bold);
     view->horizontalHeader()->setHighlightSections(false);
-    const QFontMetrics metrics(bold);
-    for (int column = 0; column < m_columns.size(); ++column) {
-        const int needed = metrics.horizontalAdvance(m_columns[column].caption) + pixels(210);
-        view->setColumnWidth(column, qMax(pixels(m_columns[column].width), needed));
+    view->horizontalHeader()->setMinimumSectionSize(pixels(300));
+    for (int i = 0; i < m_columns.size(); ++i) {
+        const Column &column = m_columns[i];
+        const int text = qMax(QFontMetrics(bold).horizontalAdvance(column.caption),
+                              view->fontMetrics().horizontalAdvance(column.widest));
+        view->setColumnWidth(i, qMax(pixels(column.width), text + pixels(210)));
+    }
+    // The view is as wide as its columns at least; what it gets beyond that, those that stretch share.
+    view->setMinimumWidth(view->horizontalHeader()->length() + view->verticalScrollBar()->sizeHint().width() +
+                          2 * view->frameWidth());
+    for (int i = 0; i < m_columns.size(); ++i) {
+        if (m_columns[i].stretches)
+            view->horizontalHeader()->setSectionResizeMode(i, QHeaderView::Stretch);
     }
 }
 

@@ -15,8 +15,10 @@ class RowsModel : public QAbstractTableModel
 public:
     struct Column {
         QString caption;
-        int width = 0; ///< twips; 0 = as wide as its caption needs
+        int width = 0; ///< twips, at least; the caption and the widest text always fit
         Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
+        QString widest = {};    ///< a text as wide as any of the column
+        bool stretches = false; ///< shares what the view is wider
     };
     /// Texts of a row, one for each column; fewer read as empty ones.
     using Row = std::function<QStringList(qsizetype row)>;
