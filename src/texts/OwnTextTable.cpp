@@ -211,6 +211,21 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
     /* DayNotShown */
     {"Gli eventi del giorno non possono essere letti", "The events of the day cannot be read",
      "Les évènements du jour ne peuvent pas être lus", "Die Ereignisse des Tages können nicht gelesen werden"},
+    /* PrinterGone */
+    {"La stampante scelta, la n. %1 dell'elenco, non è più installata: sceglierne un'altra.",
+     "The chosen printer, no. %1 of the list, is no longer installed: choose another one.",
+     "L'imprimante choisie, n° %1 de la liste, n'est plus installée: en choisir une autre.",
+     "Der gewählte Drucker, Nr. %1 der Liste, ist nicht mehr installiert: einen anderen wählen."},
+    /* PrintNotMade */
+    {"Impossibile stampare su '%1'",
+     "Printing on '%1' is not possible",
+     "Impossible d'imprimer sur '%1'",
+     "Drucken auf '%1' nicht möglich"},
+    /* PrintFontMissing */
+    {"Impossibile stampare: manca il carattere '%1'.",
+     "Printing is not possible: the font '%1' is missing.",
+     "Impossible d'imprimer: la police '%1' est absente.",
+     "Drucken nicht möglich: die Schrift '%1' fehlt."},
     /* ReasonNotFound */
     {"non esiste", "does not exist", "n'existe pas", "nicht vorhanden"},
     /* ReasonAccessDenied */
