@@ -93,7 +93,7 @@ void MDIForm1::buildMenu()
     const auto separate = [](QMenu *menu, const char *name) {
         menu->addSeparator()->setObjectName(QString::fromLatin1(name));
     };
-    addEntry(file, Entry::ImpPrn, "mnuImpPrn", notBuilt);
+    addEntry(file, Entry::ImpPrn, "mnuImpPrn", &MDIForm1::mnuImpPrn_Click);
     separate(file, "mnuLinea");
     addEntry(file, Entry::Exit, "mnuExit", &MDIForm1::mnuExit_Click);
 
@@ -103,7 +103,7 @@ void MDIForm1::buildMenu()
 
     addEntry(events, Entry::Eventi, "mnuEventi", &MDIForm1::mnuEventi_Click);
     addEntry(events, Entry::EventiOdierni, "mnuEventiOdierni", &MDIForm1::mnuEventiOdierni_Click);
-    addEntry(events, Entry::PrnLastEv, "mnuPrnLastEv", notBuilt);
+    addEntry(events, Entry::PrnLastEv, "mnuPrnLastEv", &MDIForm1::mnuPrnLastEv_Click);
     separate(events, "mnuLineaCons");
     addEntry(events, Entry::NumEvOdVis, "mnuNumEvOdVis", &MDIForm1::mnuNumEvOdVis_Click);
 

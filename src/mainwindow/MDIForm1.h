@@ -82,6 +82,8 @@ private:
     void mnuEventi_Click();
     void mnuEventiOdierni_Click();
     void mnuNumEvOdVis_Click();
+    void mnuPrnLastEv_Click();
+    void mnuImpPrn_Click();
     void mnuImpCom_Click();
     void mnuLetConfInt_Click();
     void mnuUtility_Click();
