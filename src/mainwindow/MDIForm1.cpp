@@ -1,5 +1,6 @@
 #include "mainwindow/MDIForm1.h"
 
+#include "prefs/PasswordFault.h"
 #include "prefs/Splash.h"
 #include "startup/DateTimeText.h"
 #include "startup/Version.h"
@@ -223,27 +224,20 @@ void MDIForm1::tmrShow_Timer()
 bool MDIForm1::readPasswords()
 {
     const Texts &texts = m_program.texts();
-    switch (m_program.passwords().load()) {
-    case Passwords::Fault::None:
+    const Passwords::Fault fault = m_program.passwords().load();
+    if (fault == Passwords::Fault::None)
         return true;
-    case Passwords::Fault::RegisterUnusable:
-        showCritical(texts[Text::FileMancanteODanneggiato], [this] { end(); });
-        break;
-    case Passwords::Fault::Corrupt:
-        showCritical(texts[Text::FilePasswordCorrotto], [this] { end(); });
-        break;
-    case Passwords::Fault::Unreadable:
+    m_menu.gateIsClosed = true;
+    applyMenu();
+    const Fault &reason = m_program.passwords().reason();
+    if (fault == Passwords::Fault::Unreadable) {
         // Another program holds the register for the moment; nothing opens before it can be read.
-        m_menu.gateIsClosed = true;
-        applyMenu();
-        StatusBar1->showText(
-            5, texts.sentence(
-                   {OwnText::RegisterTriedAgain, {QStringLiteral("Anagrafico.zeb")}, m_program.passwords().reason()}));
+        StatusBar1->showText(5,
+                             texts.sentence({OwnText::RegisterTriedAgain, {QStringLiteral("Anagrafico.zeb")}, reason}));
         tmrShow.start(showMilliseconds);
         return false;
     }
-    m_menu.gateIsClosed = true;
-    applyMenu();
+    showCritical(texts.sentence(passwordMessage(fault, reason)), [this] { end(); });
     return false;
 }
 
