@@ -1,5 +1,6 @@
 #include "mainwindow/MDIForm1.h"
 
+#include "prefs/PasswordFault.h"
 #include "prefs/Splash.h"
 #include "startup/DateTimeText.h"
 #include "startup/Version.h"
@@ -93,7 +94,7 @@ void MDIForm1::buildMenu()
     const auto separate = [](QMenu *menu, const char *name) {
         menu->addSeparator()->setObjectName(QString::fromLatin1(name));
     };
-    addEntry(file, Entry::ImpPrn, "mnuImpPrn", notBuilt);
+    addEntry(file, Entry::ImpPrn, "mnuImpPrn", &MDIForm1::mnuImpPrn_Click);
     separate(file, "mnuLinea");
     addEntry(file, Entry::Exit, "mnuExit", &MDIForm1::mnuExit_Click);
 
@@ -101,11 +102,11 @@ void MDIForm1::buildMenu()
     addEntry(users, Entry::FascieOr, "mnuFascieOr", &MDIForm1::mnuFascieOr_Click);
     addEntry(users, Entry::ProgFerie, "mnuProgFerie", &MDIForm1::mnuProgFerie_Click);
 
-    addEntry(events, Entry::Eventi, "mnuEventi", notBuilt);
-    addEntry(events, Entry::EventiOdierni, "mnuEventiOdierni", notBuilt);
-    addEntry(events, Entry::PrnLastEv, "mnuPrnLastEv", notBuilt);
+    addEntry(events, Entry::Eventi, "mnuEventi", &MDIForm1::mnuEventi_Click);
+    addEntry(events, Entry::EventiOdierni, "mnuEventiOdierni", &MDIForm1::mnuEventiOdierni_Click);
+    addEntry(events, Entry::PrnLastEv, "mnuPrnLastEv", &MDIForm1::mnuPrnLastEv_Click);
     separate(events, "mnuLineaCons");
-    addEntry(events, Entry::NumEvOdVis, "mnuNumEvOdVis", notBuilt);
+    addEntry(events, Entry::NumEvOdVis, "mnuNumEvOdVis", &MDIForm1::mnuNumEvOdVis_Click);
 
     addEntry(tools, Entry::ImpCom, "mnuImpCom", &MDIForm1::mnuImpCom_Click);
     addEntry(tools, Entry::LetConfInt, "mnuLetConfInt", &MDIForm1::mnuLetConfInt_Click);
@@ -223,27 +224,20 @@ void MDIForm1::tmrShow_Timer()
 bool MDIForm1::readPasswords()
 {
     const Texts &texts = m_program.texts();
-    switch (m_program.passwords().load()) {
-    case Passwords::Fault::None:
+    const Passwords::Fault fault = m_program.passwords().load();
+    if (fault == Passwords::Fault::None)
         return true;
-    case Passwords::Fault::RegisterUnusable:
-        showCritical(texts[Text::FileMancanteODanneggiato], [this] { end(); });
-        break;
-    case Passwords::Fault::Corrupt:
-        showCritical(texts[Text::FilePasswordCorrotto], [this] { end(); });
-        break;
-    case Passwords::Fault::Unreadable:
+    m_menu.gateIsClosed = true;
+    applyMenu();
+    const Fault &reason = m_program.passwords().reason();
+    if (fault == Passwords::Fault::Unreadable) {
         // Another program holds the register for the moment; nothing opens before it can be read.
-        m_menu.gateIsClosed = true;
-        applyMenu();
-        StatusBar1->showText(
-            5, texts.sentence(
-                   {OwnText::RegisterTriedAgain, {QStringLiteral("Anagrafico.zeb")}, m_program.passwords().reason()}));
+        StatusBar1->showText(5,
+                             texts.sentence({OwnText::RegisterTriedAgain, {QStringLiteral("Anagrafico.zeb")}, reason}));
         tmrShow.start(showMilliseconds);
         return false;
     }
-    m_menu.gateIsClosed = true;
-    applyMenu();
+    showCritical(texts.sentence(passwordMessage(fault, reason)), [this] { end(); });
     return false;
 }
 
@@ -320,6 +314,8 @@ void MDIForm1::applyTexts()
     };
     for (size_t i = 0; i < captions.size(); ++i)
         m_entries.at(i)->setText(texts[captions.at(i)]);
+    QAction *number = m_entries.at(static_cast<size_t>(Entry::NumEvOdVis));
+    number->setText(QStringLiteral("%1 (%2)").arg(number->text()).arg(m_program.settings().NumEvOd));
     applyMenu();
     applyPanel5();
     showClock();

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "events/EventExport.h"
+#include "events/EventSearch.h"
+#include "platform/Clock.h"
+#include "widgets/ChildWindow.h"
+#include "widgets/Printing.h"
+
+#include <QPointer>
+#include <QTimer>
+
+class frmRicercapr;
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTableView;
+class RowsModel;
+class UserCombo;
+
+/// Searches the events of a range of days, prints and exports what was found.
+class frmEventi : public ChildWindow
+{
+    Q_OBJECT
+
+public:
+    /// All must outlive this window.
+    frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
+              const CurrentPrinter &printer, QWidget *parent = nullptr);
+    ~frmEventi() override;
+
+    /// Reads the users. When they cannot be read, the operator is told and this window is of no use.
+    bool open();
+
+private:
+    QGroupBox *buildParameters();
+    void build();
+    void captions();
+
+    void txtCodice_Change();
+    void dbcmbCognome_Change();
+    void dbcmbNome_Change();
+    void cmdRicerca_Click();
+    void cmdStampa_Click();
+    void cmdToExcel_Click();
+    void cmdToExcel_FileChosen(const QString &file);
+    void tmrEsporta_Timer();
+    void tmrRicerca_Timer();
+    void objRicercaPr_Annulla();
+
+    EventQuery query() const;
+    void refuse(QueryFault fault);
+    void showPartner(const UserCombo *chosen, UserCombo *other, QString UsersCopy::User::*name);
+    void searchDone();
+    void exportTo(const QString &file);
+    void exportDone();
+    void resultUnreadable(const Fault &fault);
+    void setBusy(bool busy);
+
+    const Texts &m_texts;
+    Messages &m_messages;
+    Disk &m_disk;
+    UsersCopy m_users;
+    EventSearch m_search;
+    std::unique_ptr<EventExport> m_export;
+    Printing m_printing;
+
+    QGroupBox *FrameRic;
+    QLabel *lblDataOrig;
+    QLineEdit *txtDataOrig;
+    QLabel *lblDataFine;
+    QLineEdit *txtDataFine;
+    QLabel *lblOraPart;
+    QLineEdit *txtOraIn;
+    QLabel *lblOraFine;
+    QLineEdit *txtOraFine;
+    QLabel *lblCodice;
+    QLineEdit *txtCodice;
+    QLabel *lblCognome;
+    UserCombo *dbcmbCognome;
+    QLabel *lblNome;
+    UserCombo *dbcmbNome;
+    QLabel *lblCanali;
+    std::array<QCheckBox *, 4> chkCanali{};
+    QLabel *lblTipo;
+    std::array<QCheckBox *, 2> chkTipo{};
+    QLabel *lblTipoEv;
+    QComboBox *cmbCanali;
+    QTableView *dbgrdDati;
+    RowsModel *m_rows;
+    QPushButton *cmdRicerca;
+    QPushButton *cmdStampa;
+    QPushButton *cmdToExcel;
+    QPushButton *cmdChiudi;
+    QTimer tmrRicerca;
+    QTimer tmrEsporta;
+    QPointer<frmRicercapr> m_progress;
+};

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "events/DayView.h"
+#include "widgets/ChildWindow.h"
+#include "widgets/Printing.h"
+
+#include <QTimer>
+
+class QPushButton;
+class QTableView;
+class RowsModel;
+
+/// The latest events of the day, live.
+class frmEventiOdierni : public ChildWindow
+{
+    Q_OBJECT
+
+public:
+    /// All must outlive this window.
+    frmEventiOdierni(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
+                     const CurrentPrinter &printer, QWidget *parent = nullptr);
+
+    /// Reads the users and begins to look at the day. When the users cannot be read, the operator is told and this
+    /// window is of no use.
+    bool open();
+    /// Most rows to be shown, 1 to 1000; an open view keeps those that it began with.
+    void setNumEv(int rows) { m_limit = rows; }
+
+private:
+    void captions();
+    void tmrLoad_Timer();
+    void tmrRefresh_Timer();
+    void cmdStampa_Click();
+    void holdStill(bool still);
+    void fill();
+
+    const Texts &m_texts;
+    Messages &m_messages;
+    DayView m_view;
+    Printing m_printing;
+    int m_limit = 1;
+    bool m_faultTold = false;
+
+    QTableView *flxgrdEventi;
+    RowsModel *m_rows;
+    QPushButton *cmdStampa;
+    QPushButton *cmdChiudi;
+    QTimer tmrLoad{this};
+    QTimer tmrRefresh{this};
+};
