@@ -78,6 +78,11 @@ void Statement::bind(int position, qint64 number)
     sqlite3_bind_int64(m_statement.get(), position, number);
 }
 
+void Statement::bind(int position, const Statement &row, int column)
+{
+    sqlite3_bind_value(m_statement.get(), position, sqlite3_column_value(row.m_statement.get(), column));
+}
+
 Result<bool> Statement::step()
 {
     const int code = sqlite3_step(m_statement.get());

@@ -20,6 +20,8 @@ public:
     /// Positions of parameters count from 1, those of columns from 0.
     void bind(int position, const QString &text);
     void bind(int position, qint64 number);
+    /// The value that @p row, on a row of its own, has in @p column.
+    void bind(int position, const Statement &row, int column);
     /// True while there is a row.
     Result<bool> step();
     /// Ready to run again; the bound values stay.

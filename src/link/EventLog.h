@@ -46,6 +46,15 @@ public:
     /// Day of the open archive, "dd-mm-yyyy"; "" while none is open.
     const QString &day() const { return m_day; }
 
+    /// A stored event as it is read back.
+    struct Stored {
+        QString ProgEv;
+        Event event; ///< without DataOrd
+    };
+    /// The last @p most events of the open archive, or all of them when there are fewer, by their date and time; those
+    /// that wait are not among them. @return NotOpen while no archive is open; the subject is the archive
+    Result<QList<Stored>> last(qsizetype most) const;
+
 Q_SIGNALS:
     /// An event is on disk. @param row  its ProgEv
     void stored(const Event &event, qint64 row);

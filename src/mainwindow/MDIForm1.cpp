@@ -101,11 +101,11 @@ void MDIForm1::buildMenu()
     addEntry(users, Entry::FascieOr, "mnuFascieOr", &MDIForm1::mnuFascieOr_Click);
     addEntry(users, Entry::ProgFerie, "mnuProgFerie", &MDIForm1::mnuProgFerie_Click);
 
-    addEntry(events, Entry::Eventi, "mnuEventi", notBuilt);
-    addEntry(events, Entry::EventiOdierni, "mnuEventiOdierni", notBuilt);
+    addEntry(events, Entry::Eventi, "mnuEventi", &MDIForm1::mnuEventi_Click);
+    addEntry(events, Entry::EventiOdierni, "mnuEventiOdierni", &MDIForm1::mnuEventiOdierni_Click);
     addEntry(events, Entry::PrnLastEv, "mnuPrnLastEv", notBuilt);
     separate(events, "mnuLineaCons");
-    addEntry(events, Entry::NumEvOdVis, "mnuNumEvOdVis", notBuilt);
+    addEntry(events, Entry::NumEvOdVis, "mnuNumEvOdVis", &MDIForm1::mnuNumEvOdVis_Click);
 
     addEntry(tools, Entry::ImpCom, "mnuImpCom", &MDIForm1::mnuImpCom_Click);
     addEntry(tools, Entry::LetConfInt, "mnuLetConfInt", &MDIForm1::mnuLetConfInt_Click);
@@ -320,6 +320,8 @@ void MDIForm1::applyTexts()
     };
     for (size_t i = 0; i < captions.size(); ++i)
         m_entries.at(i)->setText(texts[captions.at(i)]);
+    QAction *number = m_entries.at(static_cast<size_t>(Entry::NumEvOdVis));
+    number->setText(QStringLiteral("%1 (%2)").arg(number->text()).arg(m_program.settings().NumEvOd));
     applyMenu();
     applyPanel5();
     showClock();

@@ -62,8 +62,16 @@ private:
     void showNotices();
     bool readPasswords();
 
+    /// Opens the window that @p make makes, or brings the one forward that is open already.
     template<class Window, class Make>
-    void openOnce(Make make);
+    void openOnce(Make make)
+    {
+        if (ChildWindow *open = child(Window::staticMetaObject.className()))
+            bringForward(open);
+        else
+            openChild(make());
+    }
+    void bringForward(ChildWindow *open);
     void openChild(ChildWindow *window, Qt::WindowFlags more = {});
     ChildWindow *child(const char *name) const;
 
@@ -71,6 +79,9 @@ private:
     void mnuExit_Click();
     void mnuFascieOr_Click();
     void mnuProgFerie_Click();
+    void mnuEventi_Click();
+    void mnuEventiOdierni_Click();
+    void mnuNumEvOdVis_Click();
     void mnuImpCom_Click();
     void mnuLetConfInt_Click();
     void mnuUtility_Click();

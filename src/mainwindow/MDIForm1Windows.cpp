@@ -60,14 +60,9 @@ ChildWindow *MDIForm1::child(const char *name) const
     return findChild<ChildWindow *>(QString::fromLatin1(name));
 }
 
-template<class Window, class Make>
-void MDIForm1::openOnce(Make make)
+void MDIForm1::bringForward(ChildWindow *open)
 {
-    ChildWindow *open = child(Window::staticMetaObject.className());
-    if (!open)
-        openChild(make());
-    else
-        m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(open->parentWidget()));
+    m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(open->parentWidget()));
 }
 
 void MDIForm1::openChild(ChildWindow *window, Qt::WindowFlags more)

@@ -8,10 +8,7 @@ bool isBuilt(Entry entry)
     switch (entry) {
     case Entry::ImpPrn:
     case Entry::Utenti:
-    case Entry::Eventi:
-    case Entry::EventiOdierni:
     case Entry::PrnLastEv:
-    case Entry::NumEvOdVis:
         return false;
     default:
         return true;

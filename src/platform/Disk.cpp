@@ -11,24 +11,6 @@
 
 namespace {
 
-Fault systemFault(const QString &path)
-{
-    switch (errno) {
-    case ENOENT:
-    case ENOTDIR:
-        return {FaultCode::NotFound, path};
-    case EACCES:
-    case EPERM:
-    case EROFS:
-        return {FaultCode::AccessDenied, path};
-    case ENOSPC:
-    case EDQUOT:
-        return {FaultCode::DiskFull, path};
-    default:
-        return {FaultCode::InputOutput, path};
-    }
-}
-
 /// Owns a file descriptor.
 class Descriptor
 {
@@ -54,6 +36,24 @@ Descriptor create(const QString &path)
 }
 
 } // namespace
+
+Fault systemFault(const QString &path)
+{
+    switch (errno) {
+    case ENOENT:
+    case ENOTDIR:
+        return {FaultCode::NotFound, path};
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return {FaultCode::AccessDenied, path};
+    case ENOSPC:
+    case EDQUOT:
+        return {FaultCode::DiskFull, path};
+    default:
+        return {FaultCode::InputOutput, path};
+    }
+}
 
 bool Disk::before(Step, const QString &)
 {

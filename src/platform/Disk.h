@@ -35,10 +35,15 @@ protected:
     virtual bool before(Step step, const QString &path);
 
 private:
+    friend class FreshFile;
+
     Result<void> write(int file, const QString &path, const char *bytes, qsizetype count);
     Result<void> finish(int file, const QString &beside, const QString &target);
     Result<void> flushFolder(const QString &path);
 };
+
+/// What errno says about @p path.
+Fault systemFault(const QString &path);
 
 /// From here on, files that this process makes are readable by their owner only.
 void keepFilesPrivate();

@@ -1,5 +1,7 @@
 #include "platform/Printers.h"
 
+#include <QFile>
+
 #include <cups/cups.h>
 
 #include <span>
@@ -21,6 +23,22 @@ private:
     int m_count;
 };
 
+FaultCode faultOf(ipp_status_t status)
+{
+    switch (status) {
+    case IPP_STATUS_ERROR_NOT_FOUND:
+    case IPP_STATUS_ERROR_GONE:
+        return FaultCode::NotFound;
+    case IPP_STATUS_ERROR_NOT_ACCEPTING_JOBS:
+    case IPP_STATUS_ERROR_NOT_AUTHORIZED:
+    case IPP_STATUS_ERROR_NOT_AUTHENTICATED:
+    case IPP_STATUS_ERROR_FORBIDDEN:
+        return FaultCode::AccessDenied;
+    default:
+        return FaultCode::InputOutput;
+    }
+}
+
 } // namespace
 
 QStringList Printers::names() const
@@ -40,6 +58,20 @@ QString Printers::defaultName() const
             return QString::fromUtf8(printer.name);
     }
     return {};
+}
+
+Result<void> Printers::send(const QString &printer, const QString &file, const QString &title) const
+{
+    // The list carries the options that the operator has set for each printer, which the print system wants back.
+    const Destinations destinations;
+    for (const cups_dest_t &destination : destinations.all()) {
+        if (QString::fromUtf8(destination.name) != printer)
+            continue;
+        const int job = cupsPrintFile(destination.name, QFile::encodeName(file).constData(), title.toUtf8().constData(),
+                                      destination.num_options, destination.options);
+        return job == 0 ? Result<void>(Fault{faultOf(cupsLastError()), printer}) : Result<void>();
+    }
+    return Fault{FaultCode::NotFound, printer};
 }
 
 int Printers::defaultIndex() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Result.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -13,6 +15,12 @@ public:
     virtual QStringList names() const;
     /// Device name of the default printer, "" when there is none.
     virtual QString defaultName() const;
+
+    /// Hands a PDF file over to a printer, and returns when the print system has taken it or said no.
+    /// @param printer  its device name; @param title  of the job, for lists of jobs
+    /// @return NotFound when there is no such printer, AccessDenied when it accepts no jobs, or none of this user,
+    ///         InputOutput when the print system cannot be reached or reports any other fault
+    virtual Result<void> send(const QString &printer, const QString &file, const QString &title) const;
 
     /// Index of the default printer in names(); 0 when none of them is the default, -1 when no printer is installed.
     int defaultIndex() const;

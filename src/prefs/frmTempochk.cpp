@@ -3,6 +3,7 @@
 #include "prefs/CheckInterval.h"
 #include "startup/Settings.h"
 #include "texts/Texts.h"
+#include "widgets/Filtering.h"
 #include "widgets/Messages.h"
 #include "widgets/Twips.h"
 
@@ -86,13 +87,7 @@ void frmTempochk::chkAutomatico_Click()
 
 void frmTempochk::txtMinuti_Change()
 {
-    const QString typed = txtMinuti->text();
-    const QString accepted = acceptedMinutes(typed);
-    if (accepted == typed)
-        return;
-    const QString before = acceptedMinutes(typed.left(txtMinuti->cursorPosition()));
-    txtMinuti->setText(accepted);
-    txtMinuti->setCursorPosition(static_cast<int>(before.size()));
+    keepAccepted(txtMinuti, acceptedMinutes);
 }
 
 void frmTempochk::cmdOk_Click()

@@ -195,6 +195,37 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
     {"attivo", "marked", "actif", "aktiv"},
     /* NotMarked */
     {"non attivo", "not marked", "non actif", "nicht aktiv"},
+    /* SearchNotPossible */
+    {"La ricerca degli eventi non è possibile", "Events cannot be searched",
+     "La recherche des évènements n'est pas possible", "Die Ereignissuche ist nicht möglich"},
+    /* SearchBrokenOff */
+    {"La ricerca è stata interrotta: gli eventi trovati non possono essere conservati",
+     "The search was broken off: the events found cannot be kept",
+     "La recherche a été interrompue: les évènements trouvés ne peuvent pas être conservés",
+     "Die Suche wurde abgebrochen: Die gefundenen Ereignisse können nicht aufbewahrt werden"},
+    /* DaysNotRead */
+    {"Gli archivi di questi giorni non sono stati letti, o non per intero: %1",
+     "The archives of these days were not read, or not completely: %1",
+     "Les archives de ces jours n'ont pas été lues, ou pas entièrement: %1",
+     "Die Archive dieser Tage wurden nicht oder nicht vollständig gelesen: %1"},
+    /* DayNotShown */
+    {"Gli eventi del giorno non possono essere letti", "The events of the day cannot be read",
+     "Les évènements du jour ne peuvent pas être lus", "Die Ereignisse des Tages können nicht gelesen werden"},
+    /* PrinterGone */
+    {"La stampante scelta, la n. %1 dell'elenco, non è più installata: sceglierne un'altra.",
+     "The chosen printer, no. %1 of the list, is no longer installed: choose another one.",
+     "L'imprimante choisie, n° %1 de la liste, n'est plus installée: en choisir une autre.",
+     "Der gewählte Drucker, Nr. %1 der Liste, ist nicht mehr installiert: einen anderen wählen."},
+    /* PrintNotMade */
+    {"Impossibile stampare su '%1'",
+     "Printing on '%1' is not possible",
+     "Impossible d'imprimer sur '%1'",
+     "Drucken auf '%1' nicht möglich"},
+    /* PrintFontMissing */
+    {"Impossibile stampare: manca il carattere '%1'.",
+     "Printing is not possible: the font '%1' is missing.",
+     "Impossible d'imprimer: la police '%1' est absente.",
+     "Drucken nicht möglich: die Schrift '%1' fehlt."},
     /* ReasonNotFound */
     {"non esiste", "does not exist", "n'existe pas", "nicht vorhanden"},
     /* ReasonAccessDenied */

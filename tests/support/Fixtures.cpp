@@ -2,6 +2,7 @@
 
 #include "archives/Tables.h"
 #include "archives/Templates.h"
+#include "startup/DateTimeText.h"
 
 #include <QDir>
 #include <QFile>
@@ -42,23 +43,42 @@ QStringList TestFolder::files(const QString &name) const
     return QDir(folder.path(name)).entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }
 
-void TestFolder::addUsers(const QList<QStringList> &users)
+namespace {
+
+void addRows(ArchiveStore &archives, const QString &archive, QStringView archiveTemplate, const QString &insertion,
+             const QList<QStringList> &rows)
 {
-    if (!archives.exists(ArchiveName::Users))
-        QFile::copy(folder.path(QStringView(ArchiveName::UsersTemplate).toString()),
-                    folder.path(QStringView(ArchiveName::Users).toString()));
-    Result<Database> database = archives.open(ArchiveName::Users, Database::Use::ThrowAway);
-    Result<Statement> insert =
-        database.value().prepare(u"INSERT INTO Utenti (Codice, Tipo, Cognome, Nome) VALUES (?,?,?,?)"_s);
+    const ProgramFolder &folder = archives.folder();
+    if (!archives.exists(archive))
+        QFile::copy(folder.path(archiveTemplate.toString()), folder.path(archive));
+    Result<Database> database = archives.open(archive, Database::Use::ThrowAway);
+    Result<Statement> insert = database.value().prepare(insertion);
     (void)database.value().execute("BEGIN");
-    for (const QStringList &user : users) {
-        for (int field = 0; field < 4; ++field)
-            insert.value().bind(field + 1, user.value(field));
+    for (const QStringList &row : rows) {
+        for (int field = 0; field < insertion.count(u'?'); ++field)
+            insert.value().bind(field + 1, row.value(field));
         if (!insert.value().step())
-            qFatal("a user cannot be added");
+            qFatal("a row cannot be added");
         insert.value().reset();
     }
     (void)database.value().execute("COMMIT");
+}
+
+} // namespace
+
+void TestFolder::addUsers(const QList<QStringList> &users)
+{
+    addRows(archives, QStringView(ArchiveName::Users).toString(), ArchiveName::UsersTemplate,
+            u"INSERT INTO Utenti (Codice, Tipo, Cognome, Nome) VALUES (?,?,?,?)"_s, users);
+}
+
+void TestFolder::addEvents(const QString &day, const QList<QStringList> &events)
+{
+    addRows(
+        archives, ArchiveName::events(day), ArchiveName::EventsTemplate,
+        u"INSERT INTO Eventi (Codice, Tipo, Canale, AbCh, KorDis, Ora, Data, DataOrd) VALUES (?,?,?,?,?,?,'%1','%2')"_s
+            .arg(day, DataOrdinabile(day)),
+        events);
 }
 
 QStringList TestFolder::rows(QStringView archive, const QString &statement)

@@ -84,6 +84,9 @@ public:
     QStringList files(const QString &name = {}) const;
     /// Puts users "code type surname name" into the register, which is made when it is not there.
     void addUsers(const QList<QStringList> &users);
+    /// Puts events "Codice Tipo Canale AbCh KorDis Ora" into the archive of a day, which is made when it is not there.
+    /// @param day  "dd-mm-yyyy"
+    void addEvents(const QString &day, const QList<QStringList> &events);
     /// All rows of a statement on one archive, fields joined by "|"; a fault reads as "FAULT <code>".
     QStringList rows(QStringView archive, const QString &statement);
 };

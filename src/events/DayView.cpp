@@ -1,0 +1,90 @@
+#include "events/DayView.h"
+
+#include "archives/Tables.h"
+#include "startup/DateTimeText.h"
+
+#include <algorithm>
+
+DayView::DayView(ArchiveStore &archives, const Clock &clock)
+    : m_archives(archives), m_clock(clock), m_users(archives, QStringLiteral("Archivi/AnaCon2.zeb"))
+{
+}
+
+Result<void> DayView::open()
+{
+    m_today = DataFile(m_clock.date());
+    m_shown = 0;
+    m_rows.clear();
+    return m_users.open();
+}
+
+bool DayView::hasArchive() const
+{
+    return m_archives.exists(ArchiveName::events(m_today));
+}
+
+bool DayView::changeDay()
+{
+    const QString today = DataFile(m_clock.date());
+    if (today == m_today || !m_archives.exists(ArchiveName::events(today)))
+        return false;
+    m_today = today;
+    m_shown = 0;
+    m_rows.clear();
+    return true;
+}
+
+Result<bool> DayView::refresh(int limit)
+{
+    const bool changed = changeDay();
+    Result<Database> database = m_archives.open(ArchiveName::events(m_today), Database::Use::Safe);
+    if (!database && changed)
+        return true;
+    if (!database)
+        return database.fault();
+    // Events are numbered as they are stored and never removed: the highest number is their count, at the cost of one
+    // page.
+    Result<Statement> newest = database.value().prepare(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
+    if (!newest)
+        return newest.fault();
+    if (const Result<bool> stepped = newest.value().step(); !stepped)
+        return stepped.fault();
+    const qint64 count = newest.value().integer(0);
+    newest.value().reset();
+    if (count == m_shown)
+        return changed;
+    Result<QList<QStringList>> rows = read(database.value(), limit);
+    if (!rows)
+        return rows.fault();
+    m_rows = std::move(rows.value());
+    m_shown = count;
+    return true;
+}
+
+Result<QList<QStringList>> DayView::read(Database &database, int limit) const
+{
+    Result<Statement> prepared =
+        database.prepare(QStringLiteral("SELECT ProgEv, Tipo, Codice, '', Canale, AbCh, Data, Ora, KorDis FROM Eventi "
+                                        "ORDER BY Data DESC, Ora DESC, ProgEv DESC LIMIT ?"));
+    if (!prepared)
+        return prepared.fault();
+    Statement &statement = prepared.value();
+    statement.bind(1, qint64{limit});
+    QList<QStringList> rows;
+    for (;;) {
+        const Result<bool> stepped = statement.step();
+        if (!stepped)
+            return stepped.fault();
+        if (!stepped.value())
+            break;
+        QStringList row;
+        for (int column = 0; column < FieldCount; ++column)
+            row.append(statement.text(column));
+        const UsersCopy::User *user = m_users.find(row[Cognome], row[Tipo]);
+        row[Cognome] = user ? user->Cognome : QString();
+        row[Nome] = user ? user->Nome : QString();
+        rows.append(std::move(row));
+    }
+    std::reverse(rows.begin(), rows.end());
+    return rows;
+}

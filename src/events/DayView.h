@@ -1,0 +1,42 @@
+#pragma once
+
+#include "events/UsersCopy.h"
+#include "platform/Clock.h"
+
+/// The latest events of the day, as they are read again and again from its archive while the log appends to it.
+///
+/// The archive is opened for each look at it: the log is never kept from closing the day, and an archive that was
+/// replaced is seen at the next look.
+class DayView
+{
+public:
+    /// Fields of a row.
+    enum Field { ProgEv, Tipo, Cognome, Nome, Canale, AbCh, Data, Ora, KorDis, FieldCount };
+
+    /// @param archives, @param clock  must outlive this object
+    DayView(ArchiveStore &archives, const Clock &clock);
+
+    /// Reads the users and takes today as the day shown.
+    Result<void> open();
+    /// Whether the day shown has an archive.
+    bool hasArchive() const;
+
+    /// Looks for new events and, once the new day has an archive, goes over to it.
+    /// @param limit  most rows to hold, 1 to 1000
+    /// @return true when rows() have changed
+    Result<bool> refresh(int limit);
+
+    /// The latest events, oldest first.
+    const QList<QStringList> &rows() const { return m_rows; }
+
+private:
+    bool changeDay();
+    Result<QList<QStringList>> read(Database &database, int limit) const;
+
+    ArchiveStore &m_archives;
+    const Clock &m_clock;
+    UsersCopy m_users;
+    QString m_today;
+    qint64 m_shown = 0; ///< number of the newest event shown
+    QList<QStringList> m_rows;
+};

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/FreshFile.h"
+#include "platform/Workbook.h"
+
+#include <functional>
+#include <optional>
+
+/// What an export writes.
+struct ExportedEvents {
+    QString sheetName;    ///< 1 to 25 characters, none of []:*?/\ .
+    QStringList captions; ///< of the eight columns
+    qsizetype count = 0;  ///< of the rows
+    /// Row @p index from 0: Cognome, Nome, Tipo, Canale, AbCh, Data, Ora, KorDis. Each is asked for once, in order; a
+    /// fault ends the export.
+    std::function<Result<QStringList>(qsizetype index)> row;
+};
+
+/// Writes events into a spreadsheet file, in turns that its owner gives it.
+///
+/// The file appears under its name when it is whole, in the place of one that was there. An export that fails, or that
+/// goes before it has ended, leaves nothing behind, and the old file as it was.
+class EventExport
+{
+public:
+    /// @param disk    must outlive this object
+    /// @param target  absolute path of the file to be made or replaced
+    EventExport(Disk &disk, const QString &target, ExportedEvents events);
+
+    /// Works for about @p budget milliseconds, at least one row.
+    /// @return true when the file is there, false when there is more to do; after a fault the export has ended
+    Result<bool> step(qint64 budget);
+
+    qsizetype position() const { return m_position; } ///< rows taken so far
+    qsizetype count() const { return m_events.count; }
+
+private:
+    enum class Stage { Create, Rows, Write, Settle, Commit, Ended };
+
+    Result<void> work();
+    Result<void> takeRow();
+    Result<void> writePiece();
+
+    ExportedEvents m_events;
+    Stage m_stage = Stage::Create;
+    qsizetype m_position = 0;
+    Result<void> m_outcome;
+    std::optional<Workbook> m_workbook;
+    std::optional<FreshFile> m_file;
+    std::optional<WorkbookWriter> m_writer;
+};

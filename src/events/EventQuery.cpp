@@ -1,0 +1,49 @@
+#include "events/EventQuery.h"
+
+#include "startup/DateTimeText.h"
+
+QueryFault checkQuery(const EventQuery &query, const UsersCopy &users)
+{
+    if (!DataValida(query.firstDay))
+        return QueryFault::FirstDay;
+    if (!DataValida(query.lastDay))
+        return QueryFault::LastDay;
+    if (!OraValida(query.from))
+        return QueryFault::From;
+    if (!OraValida(query.to))
+        return QueryFault::To;
+    if (DataOrdinabile(query.firstDay) > DataOrdinabile(query.lastDay))
+        return QueryFault::Order;
+    if (query.channels == std::array<bool, 4>{})
+        return QueryFault::NoChannel;
+    if (!query.transmitters && !query.keypads)
+        return QueryFault::NoType;
+    if (query.person && !users.findCode(query.person->code))
+        return QueryFault::UnknownPerson;
+    return QueryFault::None;
+}
+
+QString dayStatement(const EventQuery &query)
+{
+    const QString code = query.person ? query.person->code : query.code;
+    QString condition;
+    if (!code.isEmpty())
+        condition = criterion(QStringLiteral("Codice"), code) + QStringLiteral(" AND ");
+    condition += QStringLiteral("Ora>=") + quoted(query.from) + QStringLiteral(" AND Ora<=") + quoted(query.to);
+    if (query.state == EventQuery::State::OnlyEnabled)
+        condition += QStringLiteral(" AND AbCh<>'X' AND KorDis<>'X'");
+    else if (query.state == EventQuery::State::OnlyDisabled)
+        condition += QStringLiteral(" AND (AbCh='X' OR KorDis='X')");
+
+    QStringList channels;
+    for (int i = 0; i < 4; ++i) {
+        if (query.channels[static_cast<std::size_t>(i)])
+            channels.append(criterion(QStringLiteral("Canale"), QString(QChar(u'A' + i))));
+    }
+    condition += QStringLiteral(" AND (") + channels.join(QStringLiteral(" OR ")) + QStringLiteral(") AND (");
+    if (query.transmitters)
+        condition += QStringLiteral("Tipo='TX'");
+    if (query.keypads)
+        condition += query.transmitters ? QStringLiteral("OR Tipo='DKS'") : QStringLiteral("Tipo='DKS'");
+    return QStringLiteral("SELECT * FROM Eventi WHERE ") + condition + QLatin1Char(')');
+}

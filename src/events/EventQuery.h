@@ -1,0 +1,33 @@
+#pragma once
+
+#include "events/UsersCopy.h"
+
+#include <array>
+
+/// What the operator searches the events for.
+struct EventQuery {
+    enum class State { All, OnlyEnabled, OnlyDisabled };
+    /// A user who was chosen by name. @c code is "" when the name that was typed is nobody's.
+    struct Person {
+        QString code;
+    };
+
+    QString firstDay; ///< "dd/mm/yyyy", as is lastDay
+    QString lastDay;
+    QString from = QStringLiteral("00:00:00"); ///< window of the time of day, on each day anew
+    QString to = QStringLiteral("23:59:59");
+    QString code; ///< digits, "" = any; counts when no person is chosen
+    std::optional<Person> person;
+    std::array<bool, 4> channels{true, true, true, true}; ///< A to D
+    bool transmitters = true;
+    bool keypads = true;
+    State state = State::All;
+};
+
+enum class QueryFault { None, FirstDay, LastDay, From, To, Order, NoChannel, NoType, UnknownPerson };
+
+/// First of the faults, in the order in which the operator is told them.
+QueryFault checkQuery(const EventQuery &query, const UsersCopy &users);
+
+/// The statement that finds the events of a checked query in the archive of a day.
+QString dayStatement(const EventQuery &query);

@@ -1,0 +1,122 @@
+#include "events/SearchResults.h"
+
+#include "archives/Tables.h"
+
+namespace {
+
+const QString workingName = QStringLiteral("Archivi/Eventitmp.$$$");
+
+/// Rows that are read at once: a screen of them and some to scroll.
+constexpr qsizetype pageOfRows = 128;
+
+} // namespace
+
+SearchResults::~SearchResults()
+{
+    close();
+    // What cannot be removed now is replaced by the next search.
+    (void)m_archives.remove(workingName);
+}
+
+void SearchResults::close()
+{
+    m_open.reset();
+    m_count = 0;
+    m_held.clear();
+}
+
+Result<void> SearchResults::clear()
+{
+    close();
+    if (Result<void> removed = m_archives.remove(workingName); !removed)
+        return removed;
+    if (Result<void> copied = m_archives.copy(ArchiveName::ResultsTemplate, workingName); !copied)
+        return copied;
+    Result<Open> opened = openArchive();
+    if (!opened)
+        return opened.fault();
+    m_open = std::move(opened.value());
+    return {};
+}
+
+Result<SearchResults::Open> SearchResults::openArchive()
+{
+    Result<Database> database = m_archives.open(workingName, Database::Use::ThrowAway);
+    if (!database)
+        return database.fault();
+    // Nobody else looks at these rows, and they live only as long as this object.
+    if (const Result<void> begun = database.value().execute("PRAGMA journal_mode = MEMORY; BEGIN EXCLUSIVE;"); !begun)
+        return begun.fault();
+    Result<Statement> insert = database.value().prepare(
+        QStringLiteral("INSERT INTO Eventi (Cognome, Nome, Tipo, Canale, AbCh, Data, Ora, KorDis, Codice) "
+                       "VALUES (?, ?, ?, ?, ifnull(?, ''), ?, ?, ifnull(?, ''), ?)"));
+    if (!insert)
+        return insert.fault();
+    Result<Statement> select = database.value().prepare(
+        QStringLiteral("SELECT Cognome, Nome, Tipo, Canale, AbCh, Data, Ora, KorDis FROM Eventi "
+                       "WHERE ProgEv > ? ORDER BY ProgEv LIMIT ?"));
+    if (!select)
+        return select.fault();
+    return Open{std::move(database.value()), std::move(insert.value()), std::move(select.value())};
+}
+
+Result<void> SearchResults::add(const Statement &row, const Columns &columns, const QString &surname,
+                                const QString &firstName)
+{
+    if (!m_open)
+        return Fault{FaultCode::NotOpen, workingName};
+    Statement &insert = m_open->insert;
+    insert.bind(1, surname);
+    insert.bind(2, firstName);
+    insert.bind(3, row, columns.Tipo);
+    insert.bind(4, row, columns.Canale);
+    insert.bind(5, row, columns.AbCh);
+    insert.bind(6, row, columns.Data);
+    insert.bind(7, row, columns.Ora);
+    insert.bind(8, row, columns.KorDis);
+    insert.bind(9, row, columns.Codice);
+    const Result<bool> stepped = insert.step();
+    insert.reset();
+    if (!stepped)
+        return stepped.fault();
+    ++m_count;
+    return {};
+}
+
+Result<void> SearchResults::finish()
+{
+    if (!m_open)
+        return Fault{FaultCode::NotOpen, workingName};
+    Result<void> done = m_open->database.execute("COMMIT;");
+    // A full disk takes rows back that were added before.
+    Result<Statement> count = m_open->database.prepare(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
+    const bool counted = count && count.value().step();
+    m_count = counted ? count.value().integer(0) : 0;
+    m_held.clear();
+    return done;
+}
+
+QStringList SearchResults::row(qsizetype row) const
+{
+    if (row < m_firstHeld || row >= m_firstHeld + m_held.size()) {
+        m_held.clear();
+        m_firstHeld = row / (pageOfRows / 2) * (pageOfRows / 2);
+        if (m_open) {
+            Statement &select = m_open->select;
+            select.bind(1, qint64{m_firstHeld});
+            select.bind(2, qint64{pageOfRows});
+            for (;;) {
+                const Result<bool> stepped = select.step();
+                if (!stepped || !stepped.value())
+                    break;
+                QStringList fields;
+                for (int column = 0; column < FieldCount; ++column)
+                    fields.append(select.text(column));
+                m_held.append(std::move(fields));
+            }
+            select.reset();
+        }
+    }
+    const QStringList none(FieldCount, QString());
+    return m_held.value(row - m_firstHeld, none);
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "archives/ArchiveStore.h"
+
+#include <QStringList>
+
+#include <optional>
+
+/// The events that a search has found, in the order in which they were added, in a throw-away archive of their own:
+/// there may be millions, and no more than a page of them is held in memory.
+class SearchResults
+{
+public:
+    /// Fields of a row, in the order of the grid, the print and the export.
+    enum Field { Cognome, Nome, Tipo, Canale, AbCh, Data, Ora, KorDis, FieldCount };
+
+    /// @param archives  must outlive this object
+    explicit SearchResults(ArchiveStore &archives) : m_archives(archives) {}
+    /// Removes the archive.
+    ~SearchResults();
+    SearchResults(const SearchResults &) = delete;
+    SearchResults &operator=(const SearchResults &) = delete;
+
+    /// Starts anew without a row, in an archive that takes the place of any that was left behind.
+    Result<void> clear();
+
+    /// Columns of the statement that reads a day.
+    struct Columns {
+        int Codice, Tipo, Data, Ora, Canale, AbCh, KorDis;
+    };
+    /// Copies the event that @p row stands on, with the names of its user.
+    Result<void> add(const Statement &row, const Columns &columns, const QString &surname, const QString &firstName);
+    /// Ends the adding. @return why rows were lost; count() tells how many there are then
+    Result<void> finish();
+
+    qsizetype count() const { return m_count; }
+    /// Fields of a row in the order of Field; empty texts when it cannot be read. @param row  0 to count() - 1
+    QStringList row(qsizetype row) const;
+
+private:
+    struct Open {
+        Database database;
+        Statement insert;
+        Statement select;
+    };
+
+    void close();
+    Result<Open> openArchive();
+
+    ArchiveStore &m_archives;
+    mutable std::optional<Open> m_open;
+    qsizetype m_count = 0;
+    mutable qsizetype m_firstHeld = 0; ///< place of the first of the rows that are held
+    mutable QList<QStringList> m_held;
+};

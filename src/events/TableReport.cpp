@@ -1,0 +1,100 @@
+#include "events/TableReport.h"
+
+#include "startup/PlainText.h"
+
+#include <QElapsedTimer>
+
+namespace {
+
+constexpr double topOfNextPages = 400;
+constexpr QChar softHyphen(0x00AD);
+
+} // namespace
+
+QString TableReport::fitted(const QString &text, int width, Fit fit)
+{
+    switch (fit) {
+    case Fit::Left:
+        return text.leftJustified(width, QLatin1Char(' '), true);
+    case Fit::Right:
+        return text.rightJustified(width).right(width);
+    case Fit::Centred:
+        break;
+    }
+    return Centra(text, width);
+}
+
+int TableReport::characters() const
+{
+    int count = m_layout.leading;
+    for (const Column &column : m_layout.columns)
+        count += column.width + column.gap;
+    return count - m_layout.columns.last().gap;
+}
+
+QString TableReport::headingLine(int line) const
+{
+    QString text(m_layout.leading, QLatin1Char(' '));
+    for (const Column &column : m_layout.columns) {
+        const qsizetype blank = column.heading.indexOf(QLatin1Char(' '));
+        const QString first = blank < 0 ? column.heading : column.heading.left(blank);
+        const QString second = blank < 0 ? QString() : column.heading.mid(blank + 1);
+        text += Centra(line == 0 ? first : second, column.width) + QString(column.gap, QLatin1Char(' '));
+    }
+    return text;
+}
+
+QString TableReport::rowText(const QStringList &fields) const
+{
+    QString text(m_layout.leading, QLatin1Char(' '));
+    qsizetype field = 0;
+    for (const Column &column : m_layout.columns)
+        text += fitted(fields.value(field++), column.width, column.fit) + QString(column.gap, QLatin1Char(' '));
+    // A printer's font would show nothing for it.
+    return text.replace(softHyphen, QLatin1Char('-'));
+}
+
+QString TableReport::pageNumber() const
+{
+    return m_layout.page + QLatin1Char(' ') + QString::number(m_page) + QStringLiteral("  ");
+}
+
+Report::Progress TableReport::step(Page &page, int milliseconds)
+{
+    QElapsedTimer turn;
+    turn.start();
+    if (!std::exchange(m_hasBegun, true))
+        begin(page);
+    while (m_next < m_rows.count) {
+        printRow(page, rowText(m_rows.fields(m_next++)));
+        // The next row needs two lines, and a third stays free above the page number.
+        if (m_rowBottom + 3 * m_line > page.height() - m_line - FooterSpace) {
+            closePage(page);
+            if (!page.newPage())
+                return Progress::Failed;
+            ++m_page;
+            m_y = topOfNextPages;
+            setTextFont(page);
+            printHeadings(page);
+        }
+        if (turn.elapsed() >= milliseconds && m_next < m_rows.count)
+            return Progress::Running;
+    }
+    closePage(page);
+    return Progress::Finished;
+}
+
+void TableReport::begin(Page &page)
+{
+    setTextFont(page);
+    m_line = page.textHeight();
+    m_characterWidth = page.textWidth(QString(characters(), QLatin1Char(' '))) / characters();
+    m_left = (page.width() - span(characters())) / 2;
+    m_y = 2 * m_line;
+    page.setFont(16, true);
+    const QString title = m_layout.title.toUpper();
+    page.text((page.width() - page.textWidth(title)) / 2, m_y, title);
+    m_y += 3 * page.textHeight();
+    setTextFont(page);
+    printHeadings(page);
+}

@@ -1,0 +1,30 @@
+#include "events/TextReport.h"
+
+#include <QElapsedTimer>
+
+Report::Progress TextReport::step(Page &page, int milliseconds)
+{
+    QElapsedTimer turn;
+    turn.start();
+    page.setFont(10, false);
+    const double height = page.textHeight();
+    const auto room = qMax<qsizetype>(1, static_cast<qsizetype>(page.width() / page.textWidth(QStringLiteral(" "))));
+    while (m_next < m_lines.size()) {
+        if (turn.elapsed() >= milliseconds && (m_next > 0 || m_printed > 0))
+            return Progress::Running;
+        if (m_y + height > page.height()) {
+            if (!page.newPage())
+                return Progress::Failed;
+            m_y = 0;
+        }
+        const QString &text = m_lines[m_next];
+        page.text(0, m_y, text.mid(m_printed, room));
+        m_y += height;
+        m_printed += room;
+        if (m_printed >= text.size()) {
+            m_printed = 0;
+            ++m_next;
+        }
+    }
+    return Progress::Finished;
+}

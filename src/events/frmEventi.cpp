@@ -1,0 +1,363 @@
+#include "events/frmEventi.h"
+
+#include "events/frmRicercapr.h"
+#include "startup/DateTimeText.h"
+#include "startup/PlainText.h"
+#include "texts/Texts.h"
+#include "widgets/Filtering.h"
+#include "widgets/Messages.h"
+#include "widgets/RowsModel.h"
+#include "widgets/Twips.h"
+#include "widgets/UserCombo.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+
+namespace {
+
+constexpr int stepMilliseconds = 20;
+/// More names would make a message that no screen holds.
+constexpr int mostDaysTold = 12;
+
+QList<RowsModel::Column> columns(const Texts &texts)
+{
+    const Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
+    return {{texts[Text::CognomeUtente], 1700, left, {}, true},
+            {texts[Text::NomeUtente], 1700, left, {}, true},
+            {texts[Text::Tipo], 600, Qt::AlignCenter},
+            {texts[Text::Ch], 400, Qt::AlignCenter},
+            {texts[Text::ChDis], 600, Qt::AlignCenter},
+            {texts[Text::Data], 1000, Qt::AlignCenter, QStringLiteral("00-00-0000")},
+            {texts[Text::Ora], 800, Qt::AlignCenter, QStringLiteral("00:00:00")},
+            {texts[Text::KorDis], 600, Qt::AlignCenter}};
+}
+
+QList<UserCombo::Entry> entries(const UsersCopy &users, const QList<int> &places, QString UsersCopy::User::*name)
+{
+    QList<UserCombo::Entry> list;
+    list.reserve(places.size());
+    for (const int place : places)
+        list.append({users.users()[place].*name, place});
+    return list;
+}
+
+} // namespace
+
+frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
+                     QWidget *parent)
+    : ChildWindow(QStringLiteral("frmEventi"), parent),
+      m_texts(texts),
+      m_messages(messages),
+      m_users(archives, QStringLiteral("Archivi/AnaCon.zeb")),
+      m_search(archives, m_users),
+      m_rows(new RowsModel(columns(texts), this))
+{
+    build();
+    captions();
+    const QString today = DataBarre(clock.date());
+    txtDataOrig->setText(today);
+    txtDataFine->setText(today);
+    txtOraIn->setText(QStringLiteral("00:00:00"));
+    txtOraFine->setText(QStringLiteral("23:59:59"));
+
+    connect(txtCodice, &QLineEdit::textChanged, this, &frmEventi::txtCodice_Change);
+    connect(dbcmbCognome, &UserCombo::edited, this, &frmEventi::dbcmbCognome_Change);
+    connect(dbcmbNome, &UserCombo::edited, this, &frmEventi::dbcmbNome_Change);
+    connect(cmdRicerca, &QPushButton::clicked, this, &frmEventi::cmdRicerca_Click);
+    connect(cmdChiudi, &QPushButton::clicked, this, &ChildWindow::unload);
+    connect(&tmrRicerca, &QTimer::timeout, this, &frmEventi::tmrRicerca_Timer);
+    setKeys(cmdRicerca, cmdChiudi);
+    txtDataOrig->setFocus();
+}
+
+frmEventi::~frmEventi() = default;
+
+void frmEventi::build()
+{
+    FrameRic = buildParameters();
+    dbgrdDati = new QTableView;
+    dbgrdDati->setObjectName(QStringLiteral("dbgrdDati"));
+    m_rows->bind(dbgrdDati);
+    dbgrdDati->setMinimumHeight(pixels(3600));
+
+    const auto button = [](const char *name) {
+        auto *made = new QPushButton;
+        made->setObjectName(QString::fromLatin1(name));
+        return made;
+    };
+    cmdRicerca = button("cmdRicerca");
+    cmdStampa = button("cmdStampa");
+    cmdToExcel = button("cmdToExcel");
+    cmdChiudi = button("cmdChiudi");
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(cmdRicerca);
+    buttons->addStretch();
+    buttons->addWidget(cmdStampa);
+    buttons->addWidget(cmdToExcel);
+    buttons->addWidget(cmdChiudi);
+
+    auto *rows = new QVBoxLayout(this);
+    rows->addWidget(FrameRic);
+    rows->addWidget(dbgrdDati, 1);
+    rows->addLayout(buttons);
+}
+
+QGroupBox *frmEventi::buildParameters()
+{
+    auto *frame = new QGroupBox;
+    frame->setObjectName(QStringLiteral("FrameRic"));
+    auto *grid = new QGridLayout(frame);
+    const auto place = [grid](QLabel *&label, const char *labelName, QWidget *box, int row, int column) {
+        label = new QLabel;
+        label->setObjectName(QString::fromLatin1(labelName));
+        label->setBuddy(box);
+        grid->addWidget(label, row, column);
+        grid->addWidget(box, row, column + 1);
+    };
+    const auto edit = [this](const char *name, int characters) {
+        auto *box = new QLineEdit;
+        box->setObjectName(QString::fromLatin1(name));
+        box->setMinimumWidth(fontMetrics().horizontalAdvance(QString(characters + 2, QLatin1Char('0'))));
+        return box;
+    };
+    const auto check = [](const QString &name, const QString &caption) {
+        auto *box = new QCheckBox(caption);
+        box->setObjectName(name);
+        box->setChecked(true);
+        return box;
+    };
+    place(lblDataOrig, "lblDataOrig", txtDataOrig = edit("txtDataOrig", 10), 0, 0);
+    place(lblDataFine, "lblDataFine", txtDataFine = edit("txtDataFine", 10), 0, 2);
+    place(lblOraPart, "lblOraPart", txtOraIn = edit("txtOraIn", 8), 0, 4);
+    place(lblOraFine, "lblOraFine", txtOraFine = edit("txtOraFine", 8), 0, 6);
+    place(lblCodice, "lblCodice", txtCodice = edit("txtCodice", 10), 1, 0);
+    place(lblCognome, "lblCognome", dbcmbCognome = new UserCombo(QStringLiteral("dbcmbCognome")), 1, 2);
+    place(lblNome, "lblNome", dbcmbNome = new UserCombo(QStringLiteral("dbcmbNome")), 1, 4);
+    grid->addWidget(dbcmbNome, 1, 5, 1, 3);
+
+    auto *channels = new QWidget;
+    auto *channelRow = new QHBoxLayout(channels);
+    channelRow->setContentsMargins(0, 0, 0, 0);
+    for (int i = 0; i < 4; ++i) {
+        auto *box = check(QStringLiteral("chkCanali(%1)").arg(i), QString(QChar(u'A' + i)));
+        channelRow->addWidget(chkCanali[static_cast<std::size_t>(i)] = box);
+    }
+    channelRow->addStretch();
+    place(lblCanali, "lblCanali", channels, 2, 0);
+    lblCanali->setBuddy(chkCanali[0]);
+    auto *types = new QWidget;
+    auto *typeRow = new QHBoxLayout(types);
+    typeRow->setContentsMargins(0, 0, 0, 0);
+    typeRow->addWidget(chkTipo[0] = check(QStringLiteral("chkTipo(0)"), QStringLiteral("TX")));
+    typeRow->addWidget(chkTipo[1] = check(QStringLiteral("chkTipo(1)"), QStringLiteral("DKS")));
+    typeRow->addStretch();
+    place(lblTipo, "lblTipo", types, 2, 2);
+    lblTipo->setBuddy(chkTipo[0]);
+    cmbCanali = new QComboBox;
+    cmbCanali->setObjectName(QStringLiteral("cmbCanali"));
+    place(lblTipoEv, "lblTipoEv", cmbCanali, 2, 4);
+    grid->addWidget(cmbCanali, 2, 5, 1, 3);
+    return frame;
+}
+
+void frmEventi::captions()
+{
+    const QString colon = QStringLiteral(":");
+    setWindowTitle(m_texts[Text::RicercaEventi]);
+    dbgrdDati->setAccessibleName(windowTitle());
+    FrameRic->setTitle(m_texts[Text::ParametriDiRicerca]);
+    lblDataOrig->setText(m_texts[Text::DallaData]);
+    lblDataFine->setText(m_texts[Text::AllaData]);
+    lblOraPart->setText(m_texts[Text::OraInizio]);
+    lblOraFine->setText(m_texts[Text::OraFine]);
+    lblCodice->setText(m_texts[Text::Codice] + colon);
+    lblCognome->setText(m_texts[Text::Cognome]);
+    lblNome->setText(m_texts[Text::Nome]);
+    lblCanali->setText(m_texts[Text::CanaliEtichetta]);
+    lblTipo->setText(m_texts[Text::Tipo] + colon);
+    lblTipoEv->setText(m_texts[Text::TipoDiEvento]);
+    cmbCanali->addItems({m_texts[Text::Tutti], m_texts[Text::SoloAbilitati], m_texts[Text::SoloDisabilitati]});
+    cmdRicerca->setText(m_texts[Text::CmdRicerca]);
+    cmdStampa->setText(m_texts[Text::CmdStampa]);
+    cmdToExcel->setText(m_texts[Text::CmdEsportaInExcel]);
+    cmdChiudi->setText(m_texts[Text::CmdChiudi]);
+}
+
+bool frmEventi::open()
+{
+    Result<void> opened = m_users.open();
+    if (opened)
+        opened = m_search.prepare();
+    if (!opened) {
+        // This window is taken away at once; the message must stay.
+        m_messages.show(parentWidget() ? window() : nullptr, Icon::Critical,
+                        m_texts.sentence({OwnText::SearchNotPossible, {}, opened.fault()}));
+        return false;
+    }
+    dbcmbCognome->setEntries(entries(m_users, m_users.bySurname(), &UsersCopy::User::Cognome));
+    dbcmbNome->setEntries(entries(m_users, m_users.byFirstName(), &UsersCopy::User::Nome));
+    return true;
+}
+
+void frmEventi::txtCodice_Change()
+{
+    keepAccepted(txtCodice, SoloCifre);
+    if (txtCodice->text().isEmpty())
+        return;
+    dbcmbCognome->showEntry({});
+    dbcmbNome->showEntry({});
+}
+
+void frmEventi::dbcmbCognome_Change()
+{
+    showPartner(dbcmbCognome, dbcmbNome, &UsersCopy::User::Nome);
+}
+
+void frmEventi::dbcmbNome_Change()
+{
+    showPartner(dbcmbNome, dbcmbCognome, &UsersCopy::User::Cognome);
+}
+
+void frmEventi::showPartner(const UserCombo *chosen, UserCombo *other, QString UsersCopy::User::*name)
+{
+    if (!chosen->currentText().isEmpty())
+        txtCodice->clear();
+    const std::optional<qint64> place = chosen->shown();
+    other->showEntry(place && !(m_users.users()[*place].*name).isEmpty() ? place : std::nullopt);
+}
+
+void frmEventi::cmdRicerca_Click()
+{
+    const EventQuery wanted = query();
+    if (const QueryFault fault = checkQuery(wanted, m_users); fault != QueryFault::None)
+        return refuse(fault);
+    m_rows->setRows(0, {});
+    if (const Result<void> started = m_search.start(wanted); !started) {
+        m_messages.show(this, Icon::Critical, m_texts.sentence({OwnText::SearchNotPossible, {}, started.fault()}));
+        return;
+    }
+    setBusy(true);
+    m_progress = new frmRicercapr(m_texts[Text::RicercaInCorso], m_texts[Text::CmdAnnulla],
+                                  frmRicercapr::Button | frmRicercapr::Label, this);
+    m_progress->setLabel(m_texts[Text::Giorno] + m_search.day());
+    connect(m_progress, &frmRicercapr::Annulla, this, &frmEventi::objRicercaPr_Annulla);
+    tmrRicerca.start(0);
+}
+
+void frmEventi::tmrRicerca_Timer()
+{
+    if (!m_search.step(QDeadlineTimer(stepMilliseconds)))
+        return searchDone();
+    m_progress->setLabel(m_texts[Text::Giorno] + m_search.day());
+    m_progress->setProgress(m_search.position(), qMax(1, m_search.matches()));
+}
+
+void frmEventi::objRicercaPr_Annulla()
+{
+    m_search.stop();
+}
+
+EventQuery frmEventi::query() const
+{
+    EventQuery wanted;
+    wanted.firstDay = txtDataOrig->text();
+    wanted.lastDay = txtDataFine->text();
+    wanted.from = txtOraIn->text();
+    wanted.to = txtOraFine->text();
+    wanted.code = txtCodice->text();
+    // The code is that of the surname: who has none cannot be searched for by name.
+    if (!dbcmbCognome->currentText().isEmpty() || !dbcmbNome->currentText().isEmpty()) {
+        const std::optional<qint64> place = dbcmbCognome->shown();
+        wanted.person = EventQuery::Person{place ? m_users.users()[*place].Codice : QString()};
+    }
+    for (std::size_t i = 0; i < chkCanali.size(); ++i)
+        wanted.channels[i] = chkCanali[i]->isChecked();
+    wanted.transmitters = chkTipo[0]->isChecked();
+    wanted.keypads = chkTipo[1]->isChecked();
+    wanted.state = static_cast<EventQuery::State>(cmbCanali->currentIndex());
+    return wanted;
+}
+
+void frmEventi::refuse(QueryFault fault)
+{
+    struct Refusal {
+        Text message;
+        QLineEdit *box;
+    };
+    const auto refusal = [this, fault]() -> Refusal {
+        switch (fault) {
+        case QueryFault::FirstDay:
+            return {Text::FormatoDataNonCorretto, txtDataOrig};
+        case QueryFault::LastDay:
+            return {Text::FormatoDataNonCorretto, txtDataFine};
+        case QueryFault::From:
+            return {Text::FormatoOraNonCorretto, txtOraIn};
+        case QueryFault::To:
+            return {Text::FormatoOraNonCorretto, txtOraFine};
+        case QueryFault::Order:
+            return {Text::DataDiPartenzaDopoArrivo, txtDataOrig};
+        case QueryFault::NoChannel:
+            return {Text::SelezionareUnCanale, nullptr};
+        case QueryFault::NoType:
+            return {Text::SelezionareUnTipo, nullptr};
+        case QueryFault::UnknownPerson:
+        case QueryFault::None:
+            break;
+        }
+        return {Text::CodiceONominativoNonPresente, nullptr};
+    }();
+    const auto select = [box = refusal.box] {
+        if (box) {
+            box->setFocus();
+            box->selectAll();
+        }
+    };
+    select();
+    m_messages.show(this, Icon::Exclamation, m_texts[refusal.message], select);
+}
+
+void frmEventi::searchDone()
+{
+    tmrRicerca.stop();
+    if (m_progress)
+        m_progress->close();
+    setBusy(false);
+    const SearchResults &results = m_search.results();
+    m_rows->setRows(results.count(), [&results](qsizetype row) { return results.row(row); });
+    const auto tellNothingFound = [this] {
+        if (m_rows->rowCount() == 0)
+            m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoTrovato]);
+    };
+    if (m_rows->rowCount() > 0) {
+        dbgrdDati->setCurrentIndex(m_rows->index(0, 0));
+        dbgrdDati->setFocus();
+    }
+    if (m_search.fault()) {
+        m_messages.show(this, Icon::Critical, m_texts.sentence({OwnText::SearchBrokenOff, {}, m_search.fault()}),
+                        tellNothingFound);
+    } else if (const QStringList &unread = m_search.unreadDays(); !unread.isEmpty()) {
+        QString days = unread.first(qMin<qsizetype>(unread.size(), mostDaysTold)).join(QStringLiteral(", "));
+        if (unread.size() > mostDaysTold)
+            days += QStringLiteral(", ... (%1)").arg(unread.size());
+        m_messages.show(this, Icon::Exclamation, m_texts.sentence({OwnText::DaysNotRead, {days}, {}}),
+                        tellNothingFound);
+    } else {
+        tellNothingFound();
+    }
+}
+
+void frmEventi::setBusy(bool busy)
+{
+    FrameRic->setEnabled(!busy);
+    cmdRicerca->setEnabled(!busy);
+    cmdStampa->setEnabled(!busy);
+    cmdToExcel->setEnabled(!busy);
+}

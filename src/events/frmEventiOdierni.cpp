@@ -1,0 +1,138 @@
+#include "events/frmEventiOdierni.h"
+
+#include "texts/Texts.h"
+#include "widgets/Messages.h"
+#include "widgets/RowsModel.h"
+#include "widgets/Twips.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTableView>
+
+namespace {
+
+constexpr int firstLookMilliseconds = 500;
+constexpr int secondLookMilliseconds = 2000;
+constexpr int nextLookMilliseconds = 500;
+
+QList<RowsModel::Column> columns(const Texts &texts)
+{
+    const Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
+    const Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
+    return {{texts[Text::NumeroColonna], 700, right, QStringLiteral("000000")},
+            {texts[Text::Tipo], 600, Qt::AlignCenter},
+            {texts[Text::CognomeUtente], 1700, left, {}, true},
+            {texts[Text::NomeUtente], 1700, left, {}, true},
+            {texts[Text::Ch], 400, Qt::AlignCenter},
+            {texts[Text::ChDis], 600, Qt::AlignCenter},
+            {texts[Text::Data], 1000, Qt::AlignCenter, QStringLiteral("00-00-0000")},
+            {texts[Text::Ora], 800, Qt::AlignCenter, QStringLiteral("00:00:00")},
+            {texts[Text::KorDis], 600, Qt::AlignCenter}};
+}
+
+} // namespace
+
+frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
+                                   QWidget *parent)
+    : ChildWindow(QStringLiteral("frmEventiOdierni"), parent),
+      m_texts(texts),
+      m_messages(messages),
+      m_view(archives, clock),
+      flxgrdEventi(new QTableView),
+      m_rows(new RowsModel(columns(texts), this)),
+      cmdStampa(new QPushButton),
+      cmdChiudi(new QPushButton)
+{
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(cmdStampa);
+    buttons->addWidget(cmdChiudi);
+    auto *rows = new QVBoxLayout(this);
+    rows->addWidget(flxgrdEventi);
+    rows->addLayout(buttons);
+
+    flxgrdEventi->setObjectName(QStringLiteral("flxgrdEventi"));
+    cmdStampa->setObjectName(QStringLiteral("cmdStampa"));
+    cmdChiudi->setObjectName(QStringLiteral("cmdChiudi"));
+    m_rows->bind(flxgrdEventi);
+    flxgrdEventi->horizontalHeader()->setFixedHeight(2 * flxgrdEventi->verticalHeader()->defaultSectionSize());
+    flxgrdEventi->setMinimumHeight(pixels(7500));
+
+    tmrLoad.setObjectName(QStringLiteral("tmrLoad"));
+    tmrRefresh.setObjectName(QStringLiteral("tmrRefresh"));
+    tmrLoad.setSingleShot(true);
+    tmrRefresh.setSingleShot(true);
+    connect(&tmrLoad, &QTimer::timeout, this, &frmEventiOdierni::tmrLoad_Timer);
+    connect(&tmrRefresh, &QTimer::timeout, this, &frmEventiOdierni::tmrRefresh_Timer);
+    connect(cmdStampa, &QPushButton::clicked, this, &frmEventiOdierni::StampaRichiesta);
+    connect(cmdChiudi, &QPushButton::clicked, this, &ChildWindow::unload);
+    setKeys(cmdChiudi, cmdChiudi);
+    captions();
+}
+
+void frmEventiOdierni::captions()
+{
+    setWindowTitle(m_texts[Text::UltimiEventi]);
+    flxgrdEventi->setAccessibleName(windowTitle());
+    cmdStampa->setText(m_texts[Text::CmdStampa]);
+    cmdChiudi->setText(m_texts[Text::CmdChiudi]);
+}
+
+bool frmEventiOdierni::open()
+{
+    if (const Result<void> opened = m_view.open(); !opened) {
+        // This window is taken away at once; the message must stay.
+        m_messages.show(
+            parentWidget() ? window() : nullptr, Icon::Critical,
+            m_texts.sentence({OwnText::UsersUnreadable, {QStringLiteral("Anagrafico.zeb")}, opened.fault()}));
+        return false;
+    }
+    if (m_view.hasArchive())
+        tmrLoad.start(firstLookMilliseconds);
+    return true;
+}
+
+void frmEventiOdierni::holdStill(bool still)
+{
+    if (still)
+        tmrRefresh.stop();
+    else if (!tmrLoad.isActive() && m_rows->rowCount() > 0)
+        tmrRefresh.start(nextLookMilliseconds);
+}
+
+void frmEventiOdierni::tmrLoad_Timer()
+{
+    m_rows->setRows(m_limit, [this](qsizetype row) { return m_view.rows().value(row); });
+    fill();
+    tmrRefresh.start(secondLookMilliseconds);
+}
+
+void frmEventiOdierni::tmrRefresh_Timer()
+{
+    fill();
+    tmrRefresh.start(nextLookMilliseconds);
+}
+
+void frmEventiOdierni::fill()
+{
+    const auto newest = [this] { return m_rows->index(qMax(0, static_cast<int>(m_view.rows().size()) - 1), 0); };
+    const QModelIndex before = newest();
+    const bool isFollowed = flxgrdEventi->viewport()->rect().intersects(flxgrdEventi->visualRect(before));
+    const Result<bool> refreshed = m_view.refresh(m_limit);
+    if (!refreshed) {
+        // Told once; the next look that succeeds shows all that was missed.
+        if (!std::exchange(m_faultTold, true))
+            m_messages.show(this, Icon::Exclamation, m_texts.sentence({OwnText::DayNotShown, {}, refreshed.fault()}));
+        return;
+    }
+    m_faultTold = false;
+    if (!refreshed.value())
+        return;
+    m_rows->rowsChanged();
+    // Whoever has moved away from the newest event to read an older one is left where he is.
+    if (isFollowed) {
+        flxgrdEventi->setCurrentIndex(newest());
+        flxgrdEventi->scrollTo(newest());
+    }
+}

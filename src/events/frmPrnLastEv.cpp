@@ -1,0 +1,131 @@
+#include "events/frmPrnLastEv.h"
+
+#include "archives/Tables.h"
+#include "events/EventReport.h"
+#include "link/EventLog.h"
+#include "startup/Numbers.h"
+#include "startup/PlainText.h"
+#include "widgets/Messages.h"
+#include "widgets/Twips.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include <limits>
+
+frmPrnLastEv::frmPrnLastEv(Source source, const CurrentPrinter &printer, const Texts &texts, Messages &messages,
+                           QWidget *parent)
+    : ChildWindow(QStringLiteral("frmPrnLastEv"), parent),
+      m_log(source.log),
+      m_texts(texts),
+      m_messages(messages),
+      m_users(source.archives, QStringLiteral("Archivi/AnaPrn.zeb")),
+      m_printing(this, printer, texts, messages),
+      lblPrnLast(new QLabel),
+      txtNumEv(new QLineEdit),
+      lblPrnEv(new QLabel),
+      cmdOk(new QPushButton),
+      cmdAnnulla(new QPushButton)
+{
+    auto *number = new QHBoxLayout;
+    number->addWidget(lblPrnLast);
+    number->addWidget(txtNumEv);
+    number->addWidget(lblPrnEv);
+    number->addStretch();
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(cmdOk);
+    buttons->addWidget(cmdAnnulla);
+    auto *rows = new QVBoxLayout(this);
+    rows->addLayout(number);
+    rows->addSpacing(pixels(120));
+    rows->addStretch();
+    rows->addLayout(buttons);
+    lblPrnLast->setBuddy(txtNumEv);
+    txtNumEv->setAlignment(Qt::AlignRight);
+    txtNumEv->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + pixels(180));
+
+    lblPrnLast->setObjectName(QStringLiteral("lblPrnLast"));
+    txtNumEv->setObjectName(QStringLiteral("txtNumEv"));
+    lblPrnEv->setObjectName(QStringLiteral("lblPrnEv"));
+    cmdOk->setObjectName(QStringLiteral("cmdOk"));
+    cmdAnnulla->setObjectName(QStringLiteral("cmdAnnulla"));
+
+    connect(txtNumEv, &QLineEdit::textChanged, this, &frmPrnLastEv::txtNumEv_Change);
+    connect(cmdOk, &QPushButton::clicked, this, &frmPrnLastEv::cmdOk_Click);
+    connect(cmdAnnulla, &QPushButton::clicked, this, &frmPrnLastEv::unload);
+    setKeys(cmdOk, cmdAnnulla);
+
+    captions();
+}
+
+void frmPrnLastEv::captions()
+{
+    setWindowTitle(m_texts[Text::StampaDegliUltimiEventi]);
+    // The title is longer than any line below it and stands between the buttons of the frame.
+    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + pixels(2250));
+    lblPrnLast->setText(m_texts[Text::StampaDegliUltimi]);
+    lblPrnEv->setText(m_texts[Text::EventiDopoNumero]);
+    cmdOk->setText(m_texts[Text::CmdOk]);
+    cmdAnnulla->setText(m_texts[Text::CmdChiudi]);
+}
+
+bool frmPrnLastEv::open()
+{
+    const Result<void> opened = m_users.open();
+    if (!opened) {
+        // This window is taken away at once; the message must stay.
+        m_messages.show(
+            parentWidget() ? window() : nullptr, Icon::Critical,
+            m_texts.sentence({OwnText::UsersUnreadable, {QStringView(ArchiveName::Users).toString()}, opened.fault()}));
+    }
+    return opened.ok();
+}
+
+void frmPrnLastEv::txtNumEv_Change()
+{
+    const QString typed = txtNumEv->text();
+    const QString digits = SoloCifre(typed);
+    if (digits == typed)
+        return;
+    const QString before = SoloCifre(typed.left(txtNumEv->cursorPosition()));
+    txtNumEv->setText(digits);
+    txtNumEv->setCursorPosition(static_cast<int>(before.size()));
+}
+
+void frmPrnLastEv::cmdOk_Click()
+{
+    const double number = leadingNumber(txtNumEv->text());
+    if (number <= 0)
+        return txtNumEv->clear();
+    if (!m_printing.isReady())
+        return;
+    constexpr auto most = std::numeric_limits<int>::max();
+    Result<QList<EventLog::Stored>> read = m_log.last(static_cast<qsizetype>(qMin<double>(number, most)));
+    if (!read)
+        return m_messages.show(
+            this, Icon::Critical,
+            m_texts.sentence({OwnText::DayArchiveUnavailable, {read.fault().subject}, read.fault()}));
+    if (read.value().isEmpty())
+        return m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoDisponibile]);
+
+    const qsizetype count = read.value().size();
+    const auto fields = [this, rows = std::move(read.value())](qsizetype index) {
+        const auto &[progressive, event] = rows[index];
+        const UsersCopy::User *user = m_users.findCode(event.Codice);
+        return QStringList{progressive,
+                           event.Tipo,
+                           user ? user->Cognome : QString(),
+                           user ? user->Nome : QString(),
+                           event.Canale,
+                           event.AbCh,
+                           event.Data,
+                           event.Ora,
+                           event.KorDis};
+    };
+    m_printing.print(
+        std::make_unique<EventReport>(EventReport::Table::LastEvents, m_texts, TableReport::Rows{count, fields}),
+        m_texts[Text::UltimiEventiTitolo]);
+}

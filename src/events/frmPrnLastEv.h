@@ -1,0 +1,46 @@
+#pragma once
+
+#include "events/UsersCopy.h"
+#include "widgets/ChildWindow.h"
+#include "widgets/Printing.h"
+
+class EventLog;
+class QLabel;
+class QLineEdit;
+
+/// Print of the day's last events.
+class frmPrnLastEv : public ChildWindow
+{
+    Q_OBJECT
+
+public:
+    /// What is printed.
+    struct Source {
+        const EventLog &log;
+        ArchiveStore &archives; ///< with the users register
+    };
+
+    /// @param source  what it refers to, like all others, must outlive this window
+    frmPrnLastEv(Source source, const CurrentPrinter &printer, const Texts &texts, Messages &messages,
+                 QWidget *parent = nullptr);
+
+    /// Copies the users register. When that cannot be done, the operator is told and this window is of no use.
+    bool open();
+
+private:
+    void captions();
+    void txtNumEv_Change();
+    void cmdOk_Click();
+
+    const EventLog &m_log;
+    const Texts &m_texts;
+    Messages &m_messages;
+    UsersCopy m_users;
+    Printing m_printing;
+
+    QLabel *lblPrnLast;
+    QLineEdit *txtNumEv;
+    QLabel *lblPrnEv;
+    QPushButton *cmdOk;
+    QPushButton *cmdAnnulla;
+};

@@ -1,0 +1,88 @@
+#include "platform/FreshFile.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr qint64 Portion = 1 << 20;
+
+QString linkFollowed(const QString &path)
+{
+    const QString real = QFileInfo(path).canonicalFilePath();
+    return real.isEmpty() ? path : real;
+}
+
+} // namespace
+
+FreshFile::FreshFile(Disk &disk, const QString &target)
+    : m_disk(disk), m_target(linkFollowed(target)), m_fault{FaultCode::InputOutput, target}
+{
+}
+
+FreshFile::~FreshFile()
+{
+    if (m_file >= 0)
+        ::close(m_file);
+    if (!m_beside.isEmpty())
+        ::unlink(QFile::encodeName(m_beside).constData());
+}
+
+Result<void> FreshFile::create()
+{
+    // The name is short, so that there is room for it wherever the target's own name fits.
+    QByteArray name = QFile::encodeName(QFileInfo(m_target).path() + QStringLiteral("/.kor-XXXXXX"));
+    m_file = ::mkostemp(name.data(), O_CLOEXEC);
+    if (m_file < 0)
+        return systemFault(m_target);
+    m_beside = QFile::decodeName(name);
+    // Unbuffered: whoever writes small pieces gathers them.
+    open(WriteOnly | Unbuffered);
+    return {};
+}
+
+bool FreshFile::seek(qint64 position)
+{
+    return ::lseek(m_file, position, SEEK_SET) == position && QIODevice::seek(position);
+}
+
+qint64 FreshFile::writeData(const char *bytes, qint64 count)
+{
+    const Result<void> written = m_disk.write(m_file, m_target, bytes, count);
+    if (!written) {
+        m_fault = written.fault();
+        return -1;
+    }
+    m_size = qMax(m_size, pos() + count);
+    // The device begins at once: a flush of the whole file at its end would take far longer than a turn may.
+    if (m_size - m_begun >= Portion) {
+        ::sync_file_range(m_file, m_begun, m_size - m_begun, SYNC_FILE_RANGE_WRITE);
+        m_begun = m_size;
+    }
+    return count;
+}
+
+bool FreshFile::settle()
+{
+    if (m_settled >= m_size)
+        return true;
+    // Nothing but a head start: what fails here fails in the flush, and is told there.
+    ::sync_file_range(m_file, m_settled, Portion,
+                      SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+    m_settled += Portion;
+    return m_settled >= m_size;
+}
+
+Result<void> FreshFile::commit()
+{
+    const Result<void> done = m_disk.finish(m_file, m_beside, m_target);
+    if (!done)
+        return Fault{done.fault().code, m_target};
+    m_beside.clear();
+    return {};
+}

@@ -1,0 +1,85 @@
+#include "prefs/frmImpStampa.h"
+
+#include "startup/CurrentPrinter.h"
+#include "texts/Texts.h"
+#include "widgets/Messages.h"
+#include "widgets/Twips.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+namespace {
+
+constexpr int visibleCharacters = 28; ///< of a printer's name
+
+} // namespace
+
+frmImpStampa::frmImpStampa(const Texts &texts, CurrentPrinter &printer, Messages &messages, QWidget *parent)
+    : ChildWindow(QStringLiteral("frmImpStampa"), parent),
+      m_texts(texts),
+      m_printer(printer),
+      m_messages(messages),
+      lblSelStampa(new QLabel),
+      cmbStampanti(new QComboBox),
+      cmdOk(new QPushButton),
+      cmdAnnulla(new QPushButton)
+{
+    auto *choice = new QHBoxLayout;
+    choice->addWidget(lblSelStampa);
+    choice->addWidget(cmbStampanti, 1);
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(cmdOk);
+    buttons->addWidget(cmdAnnulla);
+    auto *rows = new QVBoxLayout(this);
+    rows->addLayout(choice);
+    rows->addSpacing(pixels(120));
+    rows->addStretch();
+    rows->addLayout(buttons);
+    lblSelStampa->setBuddy(cmbStampanti);
+    // The width is the window's own: names of printers may be long ones.
+    cmbStampanti->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    cmbStampanti->setMinimumContentsLength(visibleCharacters);
+
+    lblSelStampa->setObjectName(QStringLiteral("lblSelStampa"));
+    cmbStampanti->setObjectName(QStringLiteral("cmbStampanti"));
+    cmdOk->setObjectName(QStringLiteral("cmdOk"));
+    cmdAnnulla->setObjectName(QStringLiteral("cmdAnnulla"));
+
+    connect(cmdOk, &QPushButton::clicked, this, &frmImpStampa::cmdOk_Click);
+    connect(cmdAnnulla, &QPushButton::clicked, this, &frmImpStampa::unload);
+    setKeys(cmdOk, cmdAnnulla);
+
+    captions();
+    const QStringList installed = printer.printers().names();
+    cmbStampanti->addItems(installed);
+    cmbStampanti->setCurrentIndex(printer.shownIndex(installed));
+    cmdOk->setEnabled(!installed.isEmpty());
+}
+
+void frmImpStampa::captions()
+{
+    setWindowTitle(m_texts[Text::ImpostazioneStampante]);
+    lblSelStampa->setText(m_texts[Text::Stampante] + QLatin1Char(':'));
+    cmdOk->setText(m_texts[Text::CmdOk]);
+    cmdAnnulla->setText(m_texts[Text::CmdAnnulla]);
+}
+
+void frmImpStampa::showEvent(QShowEvent *event)
+{
+    ChildWindow::showEvent(event);
+    if (!cmdOk->isEnabled() && !std::exchange(m_isTold, true))
+        m_messages.show(this, Icon::None, m_texts[Text::NessunaStampanteInstallata]);
+}
+
+void frmImpStampa::cmdOk_Click()
+{
+    const Result<void> saved = m_printer.choose(cmbStampanti->currentIndex());
+    if (saved)
+        return unload();
+    m_messages.show(this, Icon::Exclamation,
+                    m_texts.sentence({OwnText::SettingNotSaved, {QStringLiteral("PRN")}, saved.fault()}),
+                    [this] { unload(); });
+}

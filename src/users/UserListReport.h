@@ -1,0 +1,21 @@
+#pragma once
+
+#include "events/TableReport.h"
+
+class Texts;
+
+/// The printed register of users.
+class UserListReport : public TableReport
+{
+public:
+    /// @param rows  fields Codice, Tipo, Cognome, Nome, Note, CodTronc
+    UserListReport(const Texts &texts, Rows rows);
+
+private:
+    void printHeadings(Page &page) override;
+    void printRow(Page &page, const QString &text) override;
+    void closePage(Page &page) override;
+
+    void frame(Page &page, double top) const;
+    void codeBand(Page &page, double top) const;
+};

@@ -1,0 +1,208 @@
+#include "events/EventExport.h"
+#include "support/Fixtures.h"
+
+#include <QBuffer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProcess>
+
+namespace {
+
+const QStringList Captions{u"Cognome Utente"_s, u"KOR DIS"_s};
+const QString FileName = u"Eventi.xls"_s;
+
+/// A device that takes @p room bytes and no more.
+class SmallDevice : public QBuffer
+{
+public:
+    qint64 room = 0;
+
+protected:
+    qint64 writeData(const char *bytes, qint64 count) override
+    {
+        room -= count;
+        return room < 0 ? -1 : QBuffer::writeData(bytes, count);
+    }
+};
+
+Workbook workbook(const QStringList &captions, const QList<QStringList> &rows)
+{
+    Workbook made(u"Eventi"_s, captions);
+    for (const QStringList &row : rows) {
+        if (!made.addRow(row))
+            qFatal("a row was refused");
+    }
+    return made;
+}
+
+bool write(const Workbook &book, QIODevice &device)
+{
+    WorkbookWriter writer(book, device);
+    Result<bool> done = false;
+    while (done && !done.value())
+        done = writer.step();
+    return done.ok();
+}
+
+/// What another program reads in all workbooks of @p folder, in order of their names, each a list of sheets: name,
+/// weights of the fonts of the first and of the second row, number of rows, then the first two rows and the last.
+QJsonArray readWorkbooks(const QString &folder)
+{
+    static const QString script = uR"(import glob, json, struct, sys, xlrd
+def weights(book, sheet, row):
+    cells = range(len(sheet.row(row))) if row < sheet.nrows else []
+    fonts = [book.font_list[book.xf_list[sheet.cell_xf_index(row, c)].font_index] for c in cells]
+    return sorted({f.weight for f in fonts})
+def content(sheet, row):
+    return sheet.row_values(row) if row < sheet.nrows else []
+books = []
+for name in sorted(glob.glob(sys.argv[1] + '/*')):
+    books.append(xlrd.open_workbook(name, formatting_info=True))
+    with open(name, 'rb') as file:
+        stream, place, size = xlrd.compdoc.CompDoc(file.read()).locate_named_stream('Workbook')
+    kind = 0
+    while kind != 10:  # a record may hold 8,224 bytes; this reader would take more
+        kind, length = struct.unpack('<HH', stream[place:place + 4])
+        assert length <= 8224, length
+        place += 4 + length
+print(json.dumps([[[s.name, weights(b, s, 0), weights(b, s, 1), s.nrows, content(s, 0), content(s, 1),
+    content(s, s.nrows - 1)] for s in b.sheets()] for b in books])))"_s;
+    QProcess reader; // the package belongs to the system's own Python, whichever stands first in the path
+    reader.start(u"/usr/bin/python3"_s, {u"-c"_s, script, folder});
+    if (!reader.waitForFinished(120'000) || reader.exitCode() != 0)
+        qWarning("no workbook read (is python3-xlrd installed?): %s", reader.readAllStandardError().constData());
+    return QJsonDocument::fromJson(reader.readAllStandardOutput()).array();
+}
+
+} // namespace
+
+class TestExport : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void textsAcrossRecords()
+    {
+        // The first text of each workbook ends at another place around the end of the first record; behind it come one
+        // that begins there, and one that goes through several records.
+        const QTemporaryDir folder;
+        QJsonArray expected;
+        for (const QString &kind : {u"a"_s, u"è"_s, u"€"_s, u"ł"_s}) {
+            for (qsizetype length = 8165; length < 8220; ++length) {
+                const QStringList texts{QString(length, u'f'), kind.repeated(30), kind.repeated(20'000) + u'z',
+                                        u"end"_s};
+                QFile file(folder.filePath(u"%1"_s.arg(expected.size(), 4)));
+                QVERIFY(file.open(QIODevice::WriteOnly));
+                QVERIFY(write(workbook({u"C"_s, u"C"_s, u"C"_s, u"C"_s}, {texts}), file));
+                expected.append(QJsonArray::fromStringList(texts));
+            }
+        }
+        const QJsonArray books = readWorkbooks(folder.path());
+        QCOMPARE(books.size(), expected.size());
+        for (qsizetype number = 0; number < books.size(); ++number)
+            QVERIFY2(books[number][0][5] == expected[number], qPrintable(QString::number(number)));
+    }
+
+    void sheets_data()
+    {
+        const Rows<qsizetype, QList<int>> row("count", "rows");
+        row("none", 0, {1});
+        row("one sheet, full", 65'535, {65'536});
+        row("one row too many", 65'536, {65'536, 2});
+        row("three sheets", 131'071, {65'536, 65'536, 2});
+    }
+    void sheets()
+    {
+        QFETCH(qsizetype, count);
+        QFETCH(QList<int>, rows);
+        const QTemporaryDir folder;
+        Disk disk;
+        const auto text = [](qsizetype index) { return u"Nicolò %1"_s.arg(index); };
+        EventExport work(disk, folder.filePath(FileName),
+                         {u"Eventi"_s, Captions, count, [&](qsizetype index) {
+                              return QStringList{text(index), index % 2 ? u"•"_s : QString()};
+                          }});
+        Result<bool> done = false;
+        while (done && !done.value())
+            done = work.step(20);
+        QVERIFY(done.ok());
+        QCOMPARE(work.position(), count);
+
+        const QJsonArray sheets = readWorkbooks(folder.path())[0].toArray();
+        QCOMPARE(sheets.size(), rows.size());
+        qsizetype first = 0;
+        for (qsizetype number = 0; number < rows.size(); ++number) {
+            const QJsonValue sheet = sheets[number];
+            QCOMPARE(sheet[0].toString(), number ? u"Eventi %1"_s.arg(number + 1) : u"Eventi"_s);
+            QCOMPARE(sheet[1], QJsonArray{700});
+            QCOMPARE(sheet[3].toInt(), rows[number]);
+            QCOMPARE(sheet[4], QJsonArray::fromStringList(Captions));
+            if (rows[number] > 1) {
+                QCOMPARE(sheet[2], QJsonArray{400});
+                QCOMPARE(sheet[5], (QJsonArray{text(first), first % 2 ? u"•"_s : u""_s}));
+                first += rows[number] - 1;
+                QCOMPARE(sheet[6][0].toString(), text(first - 1));
+            }
+        }
+    }
+
+    void deviceThatFails()
+    {
+        const Workbook book = workbook(Captions, {{u"è"_s.repeated(30'000), u"•"_s}, {u"€"_s.repeated(30'000), {}}});
+        QBuffer whole;
+        whole.open(QIODevice::WriteOnly);
+        QVERIFY(write(book, whole));
+        for (qint64 room = 0; room <= whole.size() + 1024; room += 512) {
+            SmallDevice device;
+            device.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+            device.room = room;
+            if (write(book, device))
+                QCOMPARE(device.data(), whole.data());
+            else
+                QVERIFY(room < whole.size() + 1024);
+        }
+        QCOMPARE(Workbook(u"E"_s, Captions).addRow({QString(32'768, u'x')}).fault().code, FaultCode::Damaged);
+    }
+
+    void oldFileIsKept_data()
+    {
+        const Rows<int, int, int> row("diskSteps", "turns", "faultyRow");
+        for (int steps = 0; steps < 5; ++steps)
+            row(qPrintable(u"disk fails after %1 steps"_s.arg(steps)), steps, -1, -1);
+        row("stopped in the rows", -1, 40, -1);
+        row("stopped in the file", -1, 102, -1);
+        row("rows cannot be read", -1, -1, 50);
+    }
+    void oldFileIsKept()
+    {
+        QFETCH(int, diskSteps);
+        QFETCH(int, turns);
+        QFETCH(int, faultyRow);
+        const QTemporaryDir folder;
+        QFile old(folder.filePath(FileName));
+        QVERIFY(old.open(QIODevice::ReadWrite) && old.write("old") && old.flush());
+        FakeDisk disk;
+        disk.stopAt = diskSteps;
+        {
+            const auto rows = [&](qsizetype index) -> Result<QStringList> {
+                return index == faultyRow ? Result<QStringList>(Fault{FaultCode::Locked, {}}) : QStringList{u"x"_s};
+            };
+            EventExport work(disk, old.fileName(), {u"Eventi"_s, Captions, 100, rows});
+            Result<bool> done = false;
+            for (int turn = 0; done && turn != turns; ++turn) {
+                done = work.step(0);
+                QVERIFY(!done || !done.value());
+            }
+            if (!done)
+                QCOMPARE(done.fault().code, diskSteps < 0 ? FaultCode::Locked : FaultCode::InputOutput);
+        }
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList(FileName));
+        old.seek(0);
+        QFile now(old.fileName());
+        QVERIFY(now.open(QIODevice::ReadOnly));
+        QCOMPARE(now.readAll(), "old");
+    }
+};
+
+QTEST_GUILESS_MAIN(TestExport)
+#include "tst_export.moc"
