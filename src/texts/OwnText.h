@@ -58,6 +58,7 @@ enum class OwnText : int {
     PrinterGone,
     PrintNotMade,
     PrintFontMissing,
+    FileNotWritten,
     ReasonNotFound,
     ReasonAccessDenied,
     ReasonAlreadyInUse,
