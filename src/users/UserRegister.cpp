@@ -156,13 +156,13 @@ Result<void> UserRegister::truncatedCodesEnded(const TruncatedCodes &run)
     return run.changes() > 0 ? m_editor.requery() : Result<void>();
 }
 
-Result<void> UserRegister::codeRunEnded(const CodeRun &run)
+Result<void> UserRegister::codeRunEnded(const QString &firstAdded)
 {
     setChanged();
-    if (run.firstAdded().isEmpty())
+    if (firstAdded.isEmpty())
         return {};
     Result<void> read = m_editor.requery();
     if (read)
-        find(run.firstAdded());
+        find(firstAdded);
     return read;
 }

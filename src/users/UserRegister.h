@@ -55,7 +55,8 @@ public:
     std::unique_ptr<TruncatedCodes> truncatedCodes();
     Result<void> truncatedCodesEnded(const TruncatedCodes &run);
     std::unique_ptr<CodeRun> codeRun(int first, int count);
-    Result<void> codeRunEnded(const CodeRun &run);
+    /// @param firstAdded  of the run; he becomes current
+    Result<void> codeRunEnded(const QString &firstAdded);
 
 private:
     const int m_protocol;

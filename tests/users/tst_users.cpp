@@ -150,7 +150,7 @@ void TestUsers::runs()
     }
     const auto run = desk.edited.codeRun(first, count);
     QCOMPARE(runThrough(*run), count);
-    QVERIFY(desk.edited.codeRunEnded(*run).ok() && desk.edited.isChanged());
+    QVERIFY(desk.edited.codeRunEnded(run->firstAdded()).ok() && desk.edited.isChanged());
     QTEST(run->isIncomplete(), "isIncomplete");
     QTEST(run->firstAdded(), "firstAdded");
     QTEST(desk.shown(), "users");
