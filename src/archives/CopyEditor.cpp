@@ -1,5 +1,7 @@
 #include "archives/CopyEditor.h"
 
+#include "archives/Tables.h"
+
 CopyEditor::CopyEditor(ArchiveStore &archives, Source source) : m_archives(archives), m_source(std::move(source))
 {
 }
@@ -47,11 +49,20 @@ Result<void> CopyEditor::save()
 {
     if (!m_working)
         return notOpen();
-    // A damaged or missing archive is mended by the copy; one that another program is writing must not be taken from
-    // it.
-    if (const Result<Database> archive = m_archives.open(m_source.archive, Database::Use::Safe);
-        !archive && archive.fault().code == FaultCode::Locked)
-        return archive.fault();
+    bool isWhole = false;
+    {
+        // A damaged or missing archive is mended by the copy; one that another program is writing must not be taken
+        // from it.
+        const Result<Database> archive = m_archives.open(m_source.archive, Database::Use::Safe);
+        if (!archive && archive.fault().code == FaultCode::Locked)
+            return archive.fault();
+        isWhole = archive.ok();
+    }
+    // An earlier backup is worth more than an archive that cannot be read.
+    if (isWhole) {
+        if (Result<void> kept = keepBackup(); !kept)
+            return kept;
+    }
     m_database.reset();
     if (Result<void> copied = m_archives.copy(m_source.copy, m_source.archive); !copied) {
         // When this fails too, the rows stay in sight and the copy on disk can still be saved.
@@ -60,6 +71,19 @@ Result<void> CopyEditor::save()
     }
     discard();
     return {};
+}
+
+Result<void> CopyEditor::keepBackup()
+{
+    if (m_source.backup.isEmpty())
+        return {};
+    ProgramFolder &folder = m_archives.folder();
+    const QString backups = QStringView(ArchiveName::BackupFolder).toString();
+    if (!folder.isFolder(backups)) {
+        if (Result<void> made = folder.disk().makeFolder(folder.path(backups)); !made)
+            return made;
+    }
+    return m_archives.copy(m_source.archive, m_source.backup);
 }
 
 void CopyEditor::discard()

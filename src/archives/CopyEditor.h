@@ -16,7 +16,8 @@ public:
     struct Source {
         QString archive;
         QString copy;
-        QString statement; ///< of the set that is edited, as for RecordSet::open
+        QString statement;   ///< of the set that is edited, as for RecordSet::open
+        QString backup = {}; ///< keeps what a save replaces, in Archivi/Backup; "" = nothing does
     };
 
     /// @param archives  must outlive this object
@@ -35,13 +36,18 @@ public:
     /// Ends the work without a trace of it.
     void discard();
 
-    /// Whether the working copy differs from what was opened.
+    /// Whether the operator has changed something.
     bool isChanged() const { return m_changed; }
+    void setChanged() { m_changed = true; }
     const QString &archive() const { return m_source.archive; }
 
     /// The rows, to be read and moved in; valid after open(), and past the end of the work as they were then. Changes
     /// go through this object.
     RecordSet &set() { return *m_set; }
+
+    /// The working copy, for work on many rows at once; null when there is none at hand. It goes with save() and
+    /// discard(), and what hangs on it must be gone before.
+    Database *database() { return m_database ? &*m_database : nullptr; }
 
     /// Whether any row meets @p criteria; the current row stays.
     Result<bool> contains(const QString &criteria) const;
@@ -55,6 +61,7 @@ public:
 
 private:
     Result<void> openCopy();
+    Result<void> keepBackup();
     template<class Change>
     Result<void> change(Change make);
     Fault notOpen() const { return {FaultCode::NotOpen, m_source.copy}; }

@@ -71,8 +71,7 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
     connect(&program, &Program::refreshing, this, &MDIForm1::showClock);
     connect(&program.timeProgramme(), &TimeProgramme::applied, this, &MDIForm1::showTime);
     connect(&program.notices(), &Notices::posted, this, &MDIForm1::showNotices, Qt::QueuedConnection);
-    // At the end of a session nobody can be asked to give the password first.
-    connect(qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &) { m_ending = true; });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &MDIForm1::sessionEnds);
     connectLink();
 }
 
@@ -90,7 +89,6 @@ void MDIForm1::buildMenu()
         m_menus.at(i)->menuAction()->setObjectName(QString::fromLatin1(names.at(i)));
     }
     const auto [file, users, events, tools, help] = m_menus;
-    const std::function<void()> notBuilt = [] {};
     const auto separate = [](QMenu *menu, const char *name) {
         menu->addSeparator()->setObjectName(QString::fromLatin1(name));
     };
@@ -98,7 +96,7 @@ void MDIForm1::buildMenu()
     separate(file, "mnuLinea");
     addEntry(file, Entry::Exit, "mnuExit", &MDIForm1::mnuExit_Click);
 
-    addEntry(users, Entry::Utenti, "mnuUtenti", notBuilt);
+    addEntry(users, Entry::Utenti, "mnuUtenti", &MDIForm1::mnuUtenti_Click);
     addEntry(users, Entry::FascieOr, "mnuFascieOr", &MDIForm1::mnuFascieOr_Click);
     addEntry(users, Entry::ProgFerie, "mnuProgFerie", &MDIForm1::mnuProgFerie_Click);
 
@@ -247,6 +245,27 @@ void MDIForm1::end()
     close();
 }
 
+void MDIForm1::sessionEnds(QSessionManager &manager)
+{
+    const QList<ChildWindow *> open = findChildren<ChildWindow *>();
+    for (ChildWindow *window : open) {
+        // At the gate nobody can be asked to give the password first.
+        if (m_menu.gateIsClosed || closeChild(window) || !manager.allowsInteraction())
+            continue;
+        // It asks the operator what becomes of his work; the session goes on.
+        manager.cancel();
+        return;
+    }
+    m_ending = true;
+}
+
+bool MDIForm1::closeChild(ChildWindow *window)
+{
+    // A window in the client area closes with its frame, one of its own by itself.
+    QWidget *frame = qobject_cast<QMdiSubWindow *>(window->parentWidget());
+    return (frame ? frame : window)->close();
+}
+
 void MDIForm1::closeEvent(QCloseEvent *event)
 {
     const bool isHeld = !isEnabled() || !menuState(m_menu)[TopMenu::File];
@@ -256,11 +275,9 @@ void MDIForm1::closeEvent(QCloseEvent *event)
     }
     const QList<ChildWindow *> open = findChildren<ChildWindow *>();
     for (ChildWindow *window : open) {
-        // A window in the client area closes with its frame, one of its own by itself.
-        QWidget *frame = qobject_cast<QMdiSubWindow *>(window->parentWidget());
         if (m_ending)
             window->unload();
-        else if (!(frame ? frame : window)->close()) {
+        else if (!closeChild(window)) {
             // It asks the operator first, and this window closes when it has.
             m_closeAgain = true;
             event->ignore();

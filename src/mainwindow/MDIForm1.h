@@ -11,9 +11,12 @@
 #include <QPixmap>
 #include <QPointer>
 
+class frmLstUtenti;
+class Printing;
 class QAction;
 class QMdiArea;
 class QMenu;
+class QSessionManager;
 class Splash;
 
 /// The frame window: menu, status bar, timers, and the windows that are opened from the menu.
@@ -40,6 +43,7 @@ public Q_SLOTS:
     void objImpCom_Chiudi(int port, int result);
     void objPassProg_Chiudi(int type, int code);
     void objMessage_Chiudi();
+    void objLstUtenti_Chiudi(int result);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -61,6 +65,10 @@ private:
     void tmrFlash_Timer();
     void showNotices();
     bool readPasswords();
+    void sessionEnds(QSessionManager &manager);
+
+    /// @return false when the window stays open, perhaps because it asks the operator first
+    static bool closeChild(ChildWindow *window);
 
     /// Opens the window that @p make makes, or brings the one forward that is open already.
     template<class Window, class Make>
@@ -79,6 +87,7 @@ private:
     void mnuExit_Click();
     void mnuFascieOr_Click();
     void mnuProgFerie_Click();
+    void mnuUtenti_Click();
     void mnuEventi_Click();
     void mnuEventiOdierni_Click();
     void mnuNumEvOdVis_Click();
@@ -100,6 +109,9 @@ private:
     void setPassword(Passwords::Type type);
     void deactivate(Passwords::Type type);
     void openDiagnostics();
+    void openRegister();
+    void printRegister(frmLstUtenti *window, Printing *printing);
+    void printDuplicates(ChildWindow *window, const QString &report);
     void raiseAlarm();
     void showCritical(const QString &text, std::function<void()> then = {});
     bool isAllowed(Entry entry) const { return menuState(m_menu)[entry]; }

@@ -59,6 +59,7 @@ enum class OwnText : int {
     PrinterGone,
     PrintNotMade,
     PrintFontMissing,
+    FileNotWritten,
     ReasonNotFound,
     ReasonAccessDenied,
     ReasonAlreadyInUse,

@@ -229,6 +229,9 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
      "Printing is not possible: the font '%1' is missing.",
      "Impossible d'imprimer: la police '%1' est absente.",
      "Drucken nicht möglich: die Schrift '%1' fehlt."},
+    /* FileNotWritten */
+    {"Impossibile scrivere il file '%1'", "The file '%1' cannot be written", "Impossible d'écrire le fichier '%1'",
+     "Die Datei '%1' kann nicht geschrieben werden"},
     /* ReasonNotFound */
     {"non esiste", "does not exist", "n'existe pas", "nicht vorhanden"},
     /* ReasonAccessDenied */

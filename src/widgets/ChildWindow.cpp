@@ -13,6 +13,8 @@ ChildWindow::ChildWindow(const QString &name, QWidget *parent) : QWidget(parent)
 
 QPoint ChildWindow::place(QSize area, QSize own) const
 {
+    if (m_place)
+        return m_place(own);
     return {(area.width() - own.width()) / 2, (area.height() - own.height()) / 3};
 }
 

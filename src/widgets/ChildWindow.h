@@ -4,6 +4,8 @@
 #include <QSize>
 #include <QWidget>
 
+#include <functional>
+
 class QPushButton;
 
 /// A window of one function. The main window puts it into its client area and deletes it when it has closed.
@@ -22,6 +24,8 @@ public:
     /// Upper left corner in the main window's client area, in pixels.
     /// @param area  size of the client area; @param own  size of this window with its frame
     virtual QPoint place(QSize area, QSize own) const;
+    /// Another window's rule for the place of this one, which it opens.
+    void placeBy(std::function<QPoint(QSize own)> rule) { m_place = std::move(rule); }
 
     /// Closes the window by the program's own will.
     void unload();
@@ -49,5 +53,6 @@ protected:
 private:
     QPushButton *m_accept = nullptr;
     QPushButton *m_cancel = nullptr;
+    std::function<QPoint(QSize)> m_place;
     bool m_unloading = false;
 };

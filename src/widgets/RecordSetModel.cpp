@@ -62,7 +62,7 @@ QVariant RecordSetModel::data(const QModelIndex &index, int role) const
     const Column &column = m_columns[index.column()];
     if (role == Qt::TextAlignmentRole)
         return static_cast<int>(column.alignment);
-    if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole)
+    if (role != Qt::DisplayRole && role != Qt::EditRole && role != Qt::AccessibleTextRole)
         return {};
     const QString value = m_set->value(index.row(), m_set->column(column.field));
     return role == Qt::AccessibleTextRole && column.spokenAs ? column.spokenAs(value) : value;
@@ -76,4 +76,19 @@ QVariant RecordSetModel::headerData(int section, Qt::Orientation orientation, in
     if (role == Qt::AccessibleTextRole)
         return column.spokenCaption.isEmpty() ? column.caption : column.spokenCaption;
     return role == Qt::DisplayRole ? QVariant(column.caption) : QVariant();
+}
+
+Qt::ItemFlags RecordSetModel::flags(const QModelIndex &index) const
+{
+    const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    return index.isValid() && m_columns[index.column()].isEditable ? flags | Qt::ItemIsEditable : flags;
+}
+
+bool RecordSetModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::EditRole || !flags(index).testFlag(Qt::ItemIsEditable))
+        return false;
+    Q_EMIT edited(index.row(), m_columns[index.column()].field, value.toString());
+    Q_EMIT dataChanged(index, index);
+    return true;
 }

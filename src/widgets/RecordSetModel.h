@@ -23,6 +23,7 @@ public:
         QString spokenCaption = {};                            ///< where the caption is an abbreviation
         std::function<QString(const QString &)> spokenAs = {}; ///< where a value says nothing when it is read aloud
         Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
+        bool isEditable = false;
     };
 
     explicit RecordSetModel(QList<Column> columns, QObject *parent = nullptr);
@@ -42,6 +43,12 @@ public:
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+
+Q_SIGNALS:
+    /// The operator has typed into a cell: to be stored by whoever changes the set.
+    void edited(int row, const QString &field, const QString &text);
 
 private:
     void viewMoved(const QModelIndex &current);

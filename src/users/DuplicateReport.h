@@ -1,0 +1,48 @@
+#pragma once
+
+#include "archives/RecordSet.h"
+#include "platform/ProgramFolder.h"
+
+#include <QDeadlineTimer>
+
+/// Lists the users who share a truncated code with another one in RepDoppioni.txt, group after group. Without any the
+/// file is removed.
+class DuplicateReport
+{
+public:
+    /// @param users   all fields of all users
+    /// @param folder  that gets the file; must outlive this object
+    /// @param realCode, truncatedCode  words over the two columns
+    DuplicateReport(RecordSet users, ProgramFolder &folder, const QString &realCode, const QString &truncatedCode);
+
+    /// Users that have a truncated code.
+    qsizetype count() const { return m_rows.size(); }
+    qsizetype done() const { return m_next; }
+
+    /// Goes on with at least one user until @p budget is spent.
+    /// @return true when the file is written, or removed
+    Result<bool> step(QDeadlineTimer budget);
+
+    bool isFound() const { return m_isFound; }
+    /// The report as it is shown and printed: lines that end with LF, and hyphens for the rule, whose characters have
+    /// no shape of their own.
+    QString text() const;
+    static QString fileName() { return QStringLiteral("RepDoppioni.txt"); }
+
+private:
+    void look(qsizetype row);
+    void writeLine(const QString &code, const QString &truncated);
+    Result<void> finish();
+
+    const RecordSet m_users;
+    ProgramFolder &m_folder;
+    const int m_code;
+    const int m_truncated;
+    QList<qsizetype> m_rows; ///< of the users with a truncated code, in the order of the report
+    qsizetype m_next = 0;
+    bool m_isFound = false;
+    QString m_before; ///< code and truncated code of the user looked at last
+    QString m_truncatedBefore;
+    QString m_written; ///< code written last
+    QByteArray m_content;
+};

@@ -1,0 +1,33 @@
+#include "users/NameList.h"
+
+#include "texts/NameKey.h"
+
+#include <algorithm>
+
+void NameList::read(RecordSet users)
+{
+    m_entries.clear();
+    const int column = users.column(m_field);
+    for (users.moveFirst(); !users.isEof(); users.moveNext()) {
+        const QString name = users.value(column);
+        if (!name.isEmpty())
+            m_entries.append({nameKey(name), name, users.rowId()});
+    }
+    std::stable_sort(m_entries.begin(), m_entries.end(), [](const Entry &a, const Entry &b) { return a.key < b.key; });
+}
+
+void NameList::change(qint64 id, const QString &before, const QString &after)
+{
+    if (!before.isEmpty()) {
+        const auto found =
+            std::find_if(m_entries.cbegin(), m_entries.cend(), [id](const Entry &entry) { return entry.id == id; });
+        if (found != m_entries.cend())
+            m_entries.erase(found);
+    }
+    if (after.isEmpty())
+        return;
+    const QString key = nameKey(after);
+    const auto place = std::upper_bound(m_entries.cbegin(), m_entries.cend(), key,
+                                        [](const QString &k, const Entry &entry) { return k < entry.key; });
+    m_entries.insert(place, {key, after, id});
+}

@@ -1,0 +1,168 @@
+#include "users/UserRegister.h"
+
+#include "archives/Tables.h"
+
+namespace {
+
+QString text(QStringView name)
+{
+    return name.toString();
+}
+
+const QString &codeField()
+{
+    static const QString field = QStringLiteral("Codice");
+    return field;
+}
+
+RecordSet::Values codeValues(const QString &code, CodeType type, int protocol)
+{
+    return {{codeField(), code},
+            {QStringLiteral("Tipo"), typeText(type)},
+            {QStringLiteral("CodTronc"), truncatedCode(code, protocol)}};
+}
+
+} // namespace
+
+QString limitedText(const QString &text)
+{
+    return text.left(UserRegister::LongestText);
+}
+
+UserRegister::UserRegister(ArchiveStore &archives, int protocol)
+    : m_protocol(protocol),
+      m_editor(archives, {text(ArchiveName::Users), text(ArchiveName::UsersCopy),
+                          QStringLiteral("SELECT * FROM Utenti ORDER BY Codice"), text(ArchiveName::UsersBackup)})
+{
+}
+
+Result<void> UserRegister::open()
+{
+    Result<void> opened = m_editor.open();
+    if (opened) {
+        m_surnames.read(users());
+        m_firstNames.read(users());
+    }
+    return opened;
+}
+
+Result<void> UserRegister::save()
+{
+    return m_editor.save();
+}
+
+void UserRegister::discard()
+{
+    m_editor.discard();
+}
+
+bool UserRegister::find(const QString &code)
+{
+    RecordSet &all = users();
+    if (all.value(codeField()) == code)
+        return true;
+    const int column = all.column(codeField());
+    for (qsizetype row = 0; row < all.recordCount(); ++row) {
+        if (all.value(row, column) == code) {
+            all.moveTo(row);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool UserRegister::contains(const QString &code, CodeType type)
+{
+    const RecordSet &all = users();
+    const int codes = all.column(codeField());
+    const int types = all.column(QStringLiteral("Tipo"));
+    const QString wanted = typeText(type);
+    for (qsizetype row = 0; row < all.recordCount(); ++row) {
+        if (all.value(row, codes) == code && all.value(row, types) == wanted)
+            return true;
+    }
+    return false;
+}
+
+Result<void> UserRegister::add(const QString &code, CodeType type)
+{
+    if (Result<void> added = m_editor.add(codeValues(code, type, m_protocol)); !added)
+        return added;
+    const qint64 id = m_editor.database()->lastRow();
+    Result<void> read = m_editor.requery();
+    users().moveToRow(id);
+    return read;
+}
+
+Result<void> UserRegister::changeCode(qint64 id, const QString &code, CodeType type)
+{
+    if (!users().moveToRow(id))
+        return Fault{FaultCode::NotFound, archive()};
+    if (Result<void> changed = m_editor.edit(codeValues(code, type, m_protocol)); !changed)
+        return changed;
+    Result<void> read = m_editor.requery();
+    users().moveToRow(id);
+    return read;
+}
+
+Result<void> UserRegister::remove()
+{
+    const qint64 id = users().rowId();
+    const QString surname = users().value(m_surnames.field());
+    const QString firstName = users().value(m_firstNames.field());
+    if (Result<void> removed = m_editor.remove(); !removed)
+        return removed;
+    users().moveNext();
+    if (users().isEof())
+        users().moveLast();
+    m_surnames.change(id, surname, {});
+    m_firstNames.change(id, firstName, {});
+    return {};
+}
+
+Result<void> UserRegister::setText(qsizetype row, const QString &field, const QString &text)
+{
+    RecordSet &all = users();
+    const QString limited = limitedText(text);
+    const QString before = all.value(row, all.column(field));
+    if (limited == before)
+        return {};
+    const qsizetype current = all.position();
+    all.moveTo(row);
+    const qint64 id = all.rowId();
+    Result<void> stored = m_editor.edit({{field, limited}});
+    all.moveTo(current);
+    if (stored) {
+        for (NameList *names : {&m_surnames, &m_firstNames}) {
+            if (names->field() == field)
+                names->change(id, before, limited);
+        }
+    }
+    return stored;
+}
+
+std::unique_ptr<TruncatedCodes> UserRegister::truncatedCodes()
+{
+    return std::make_unique<TruncatedCodes>(*m_editor.database(), users(), m_protocol);
+}
+
+std::unique_ptr<CodeRun> UserRegister::codeRun(int first, int count)
+{
+    return std::make_unique<CodeRun>(*m_editor.database(), users(), m_protocol, first, count);
+}
+
+Result<void> UserRegister::truncatedCodesEnded(const TruncatedCodes &run)
+{
+    return run.changes() > 0 ? m_editor.requery() : Result<void>();
+}
+
+Result<void> UserRegister::codeRunEnded(const QString &firstAdded)
+{
+    setChanged();
+    if (firstAdded.isEmpty())
+        return {};
+    Result<void> read = m_editor.requery();
+    if (read)
+        find(firstAdded);
+    return read;
+}

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "archives/CopyEditor.h"
+#include "codes/CodeRules.h"
+#include "users/CodeRun.h"
+#include "users/NameList.h"
+#include "users/TruncatedCodes.h"
+
+#include <memory>
+
+/// The register of users while it is edited, in a working copy that a save puts in its place. The register that a save
+/// replaces stays as the backup.
+///
+/// A user is known by his row: the same code can be one user's as a transmitter and another's as a keypad code.
+class UserRegister
+{
+public:
+    /// Most characters of a surname, a first name and the notes.
+    static constexpr int LongestText = 15;
+
+    /// @param archives  must outlive this object
+    /// @param protocol  of the interface, 0 to 15
+    UserRegister(ArchiveStore &archives, int protocol);
+
+    // As of CopyEditor.
+    Result<void> open();
+    Result<void> save();
+    void discard();
+    bool isChanged() const { return m_editor.isChanged(); }
+    void setChanged() { m_editor.setChanged(); }
+    const QString &archive() const { return m_editor.archive(); }
+
+    /// The users in the order of their codes; valid after open(). To be read and moved in.
+    RecordSet &users() { return m_editor.set(); }
+    const NameList &surnames() const { return m_surnames; }
+    const NameList &firstNames() const { return m_firstNames; }
+    bool hasTruncatedCodes() const { return ::hasTruncatedCodes(m_protocol); }
+
+    /// Makes a user with this code current, whatever its type; the current one stays when it has the code.
+    bool find(const QString &code);
+    bool contains(const QString &code, CodeType type);
+
+    /// Adds a user, who becomes current.
+    Result<void> add(const QString &code, CodeType type);
+    /// Gives the user of the row @p id another code; he becomes current.
+    Result<void> changeCode(qint64 id, const QString &code, CodeType type);
+    /// Deletes the current user; his follower becomes current, or the last one.
+    Result<void> remove();
+    /// Stores Cognome, Nome or Note of a user, cut to LongestText; the current user stays current.
+    /// @param row  0 to users().recordCount() - 1
+    Result<void> setText(qsizetype row, const QString &field, const QString &text);
+
+    // Work on all users, in steps. It must be gone before save() and discard(), and only one may be under way; its
+    // changes are seen after its end has been told here. Only when there is a working copy at hand.
+    std::unique_ptr<TruncatedCodes> truncatedCodes();
+    Result<void> truncatedCodesEnded(const TruncatedCodes &run);
+    std::unique_ptr<CodeRun> codeRun(int first, int count);
+    /// @param firstAdded  of the run; he becomes current
+    Result<void> codeRunEnded(const QString &firstAdded);
+
+private:
+    const int m_protocol;
+    CopyEditor m_editor;
+    NameList m_surnames{QStringLiteral("Cognome")};
+    NameList m_firstNames{QStringLiteral("Nome")};
+};
+
+/// What stays of a surname, a first name or notes.
+QString limitedText(const QString &text);

@@ -1,0 +1,202 @@
+#include "users/frmAddCod.h"
+
+#include "texts/Texts.h"
+#include "users/RunEntry.h"
+#include "widgets/Messages.h"
+#include "widgets/Twips.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalBlocker>
+
+namespace {
+
+constexpr int stepMilliseconds = 20;
+constexpr int numberLength = 4;
+constexpr int codeLength = 9;
+
+/// The caret goes to the end, as after typing there.
+void setTyped(QLineEdit *box, const QString &text)
+{
+    const QSignalBlocker blocker(box);
+    if (box->text() != text)
+        box->setText(text);
+}
+
+} // namespace
+
+frmAddCod::frmAddCod(const Texts &texts, Messages &messages, UserRegister &users, QWidget *parent)
+    : ChildWindow(QStringLiteral("frmAddCod"), parent),
+      m_texts(texts),
+      m_messages(messages),
+      m_users(users),
+      lblNumTrasm(new QLabel),
+      txtNumTrasm(new QLineEdit),
+      lblCodPart(new QLabel),
+      txtCodPart(new QLineEdit),
+      lblMessage(new QLabel),
+      Bar(new QProgressBar),
+      cmdOK(new QPushButton),
+      cmdAnnulla(new QPushButton)
+{
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(cmdOK);
+    buttons->addWidget(cmdAnnulla);
+    auto *rows = new QGridLayout(this);
+    rows->addWidget(lblNumTrasm, 0, 0);
+    rows->addWidget(txtNumTrasm, 0, 1);
+    rows->addWidget(lblCodPart, 1, 0);
+    rows->addWidget(txtCodPart, 1, 1);
+    rows->addWidget(lblMessage, 2, 0, 1, 2);
+    rows->addWidget(Bar, 3, 0, 1, 2);
+    rows->setRowStretch(4, 1);
+    rows->addLayout(buttons, 5, 0, 1, 2);
+
+    lblNumTrasm->setObjectName(QStringLiteral("lblNumTrasm"));
+    lblNumTrasm->setBuddy(txtNumTrasm);
+    txtNumTrasm->setObjectName(QStringLiteral("txtNumTrasm"));
+    txtNumTrasm->setMaxLength(numberLength);
+    lblCodPart->setObjectName(QStringLiteral("lblCodPart"));
+    lblCodPart->setBuddy(txtCodPart);
+    txtCodPart->setObjectName(QStringLiteral("txtCodPart"));
+    txtCodPart->setMaxLength(codeLength);
+    lblMessage->setObjectName(QStringLiteral("lblMessage"));
+    lblMessage->setTextFormat(Qt::PlainText);
+    Bar->setObjectName(QStringLiteral("Bar"));
+    Bar->setTextVisible(false);
+    Bar->setValue(0);
+    cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    cmdAnnulla->setObjectName(QStringLiteral("cmdAnnulla"));
+    for (QWidget *control : QList<QWidget *>{txtNumTrasm, txtCodPart, cmdOK, cmdAnnulla})
+        control->installEventFilter(this);
+
+    connect(txtNumTrasm, &QLineEdit::textChanged, this, &frmAddCod::txtNumTrasm_Change);
+    connect(txtCodPart, &QLineEdit::textChanged, this, &frmAddCod::txtCodPart_Change);
+    connect(cmdOK, &QPushButton::clicked, this, &frmAddCod::cmdOK_Click);
+    connect(cmdAnnulla, &QPushButton::clicked, this, &frmAddCod::cmdAnnulla_Click);
+    connect(&m_steps, &QTimer::timeout, this, &frmAddCod::step);
+    connect(this, &ChildWindow::unloaded, this, [this] {
+        m_steps.stop();
+        m_run.reset();
+    });
+    setKeys(cmdOK, cmdAnnulla);
+    captions();
+    txtNumTrasm->setFocus();
+}
+
+void frmAddCod::captions()
+{
+    setWindowTitle(m_texts[Text::NuoviPrecodificati]);
+    lblNumTrasm->setText(m_texts[Text::NumeroTrasmettitori] + QLatin1Char(':'));
+    lblCodPart->setText(m_texts[Text::CodiceDiPartenza] + QLatin1Char(':'));
+    Bar->setAccessibleName(windowTitle());
+    cmdOK->setText(m_texts[Text::CmdOk]);
+    cmdAnnulla->setText(m_texts[Text::CmdAnnulla]);
+    int width = 0;
+    for (const QString &message :
+         {m_texts[Text::InserireNumeroTrasmettitori], m_texts[Text::NumeroTrasmettitoriMaggioreDiZero],
+          m_texts[Text::NumeroCodiceMaggioreDiZero], aboveMaximum()})
+        width = qMax(width, fontMetrics().horizontalAdvance(message));
+    lblMessage->setMinimumSize(width + pixels(60), fontMetrics().height());
+}
+
+QString frmAddCod::aboveMaximum() const
+{
+    return m_texts[Text::SuperatoNumeroMassimoDiCodici] + QString::number(HighestTransmitterCode) + QLatin1Char('!');
+}
+
+void frmAddCod::txtNumTrasm_Change()
+{
+    setTyped(txtNumTrasm, acceptedDigits(txtNumTrasm->text()));
+}
+
+void frmAddCod::txtCodPart_Change()
+{
+    const StartEntry entry = acceptedStart(txtCodPart->text(), txtNumTrasm->text());
+    setTyped(txtCodPart, entry.text);
+    if (entry.hint == StartHint::NumberFirst) {
+        lblMessage->setText(m_texts[Text::InserireNumeroTrasmettitori]);
+        txtNumTrasm->setFocus();
+    } else if (entry.hint == StartHint::AboveMaximum) {
+        lblMessage->setText(aboveMaximum());
+    }
+}
+
+void frmAddCod::cmdOK_Click()
+{
+    const RunCheck check = checkRun(txtNumTrasm->text(), txtCodPart->text());
+    switch (check.fault) {
+    case RunFault::NumberNotAboveZero:
+        return require(txtNumTrasm, m_texts[Text::NumeroTrasmettitoriMaggioreDiZero]);
+    case RunFault::StartNotAboveZero:
+        return require(txtCodPart, m_texts[Text::NumeroCodiceMaggioreDiZero]);
+    case RunFault::AboveMaximum:
+        return require(txtCodPart, aboveMaximum());
+    case RunFault::None:
+        break;
+    }
+    // What has begun is not cancelled: the window refuses to close while it is disabled.
+    setEnabled(false);
+    Bar->setRange(0, check.count);
+    m_run = m_users.codeRun(check.first, check.count);
+    m_steps.start();
+}
+
+void frmAddCod::step()
+{
+    const Result<bool> stepped = m_run->step(QDeadlineTimer(stepMilliseconds));
+    Bar->setValue(stepped ? m_run->done() : 0);
+    if (stepped && !stepped.value())
+        return;
+    m_steps.stop();
+    if (!stepped) {
+        m_run.reset();
+        setEnabled(true);
+        m_messages.show(this, Icon::Critical,
+                        m_texts.sentence({OwnText::ArchiveNotChanged, {m_users.archive()}, stepped.fault()}));
+    } else if (m_run->isIncomplete()) {
+        m_messages.show(this, Icon::Exclamation, m_texts[Text::NonTuttiICodiciAggiunti], [this] { end(); });
+    } else {
+        end();
+    }
+}
+
+void frmAddCod::end()
+{
+    // The answer to a message can come after the program has closed the window.
+    if (!m_run)
+        return;
+    Q_EMIT Chiudi(Done, m_run->firstAdded());
+    unload();
+}
+
+void frmAddCod::cmdAnnulla_Click()
+{
+    canClose();
+    unload();
+}
+
+bool frmAddCod::canClose()
+{
+    Q_EMIT Chiudi(Cancelled, {});
+    return true;
+}
+
+bool frmAddCod::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress)
+        lblMessage->clear();
+    return ChildWindow::eventFilter(watched, event);
+}
+
+void frmAddCod::require(QLineEdit *box, const QString &message)
+{
+    lblMessage->setText(message);
+    box->setFocus();
+    box->selectAll();
+}

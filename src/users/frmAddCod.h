@@ -1,0 +1,60 @@
+#pragma once
+
+#include "users/UserRegister.h"
+#include "widgets/ChildWindow.h"
+
+#include <QTimer>
+
+class Messages;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class Texts;
+
+/// Adds a run of pre-coded transmitters.
+class frmAddCod : public ChildWindow
+{
+    Q_OBJECT
+
+public:
+    /// @param users  the run is added to its working copy, which must stay until this window has unloaded; like the
+    /// texts and the messages, must outlive it
+    frmAddCod(const Texts &texts, Messages &messages, UserRegister &users, QWidget *parent = nullptr);
+
+Q_SIGNALS:
+    /// Not told when the program itself closes the window.
+    /// @param Esito  1 done, 2 cancelled; @param Codice  first code that was added, "" if none
+    void Chiudi(int Esito, const QString &Codice);
+
+protected:
+    bool canClose() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    enum Outcome { Done = 1, Cancelled = 2 };
+
+    void captions();
+    void txtNumTrasm_Change();
+    void txtCodPart_Change();
+    void cmdOK_Click();
+    void cmdAnnulla_Click();
+    void step();
+    void end();
+    void require(QLineEdit *box, const QString &message);
+    QString aboveMaximum() const;
+
+    const Texts &m_texts;
+    Messages &m_messages;
+    UserRegister &m_users;
+    std::unique_ptr<CodeRun> m_run;
+    QTimer m_steps;
+
+    QLabel *lblNumTrasm;
+    QLineEdit *txtNumTrasm;
+    QLabel *lblCodPart;
+    QLineEdit *txtCodPart;
+    QLabel *lblMessage;
+    QProgressBar *Bar;
+    QPushButton *cmdOK;
+    QPushButton *cmdAnnulla;
+};

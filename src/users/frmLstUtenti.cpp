@@ -1,0 +1,356 @@
+#include "users/frmLstUtenti.h"
+
+#include "widgets/CellEditor.h"
+#include "widgets/Messages.h"
+#include "widgets/RecordSetModel.h"
+#include "widgets/Twips.h"
+#include "widgets/UserCombo.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTableView>
+
+namespace {
+
+constexpr int loadMilliseconds = 100;
+constexpr int visibleRows = 15;
+
+/// Longest value of each column; a caption can be longer.
+const QStringList &samples()
+{
+    static const QString name(UserRegister::LongestText, QLatin1Char('n'));
+    static const QStringList all = {QStringLiteral("000000000"), QStringLiteral("DKS"), name, name, name,
+                                    QStringLiteral("00000000")};
+    return all;
+}
+
+} // namespace
+
+frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore &archives, Interface interface,
+                           QWidget *parent)
+    : ChildWindow(QStringLiteral("frmLstUtenti"), parent),
+      m_texts(texts),
+      m_messages(messages),
+      m_archives(archives),
+      m_received(interface.received),
+      m_register(archives, interface.protocol),
+      dbgrdDati(new QTableView),
+      m_cell(new CellEditor(limitedText, this)),
+      lblMessage(new QLabel),
+      FrameRicerca(new QGroupBox),
+      lblCognome(new QLabel),
+      dbcmbCognome(new UserCombo(QStringLiteral("dbcmbCognome"))),
+      lblNome(new QLabel),
+      dbcmbNome(new UserCombo(QStringLiteral("dbcmbNome"))),
+      cmdNuovo(new QPushButton),
+      cmdModifica(new QPushButton),
+      cmdElimina(new QPushButton),
+      cmdPrecod(new QPushButton),
+      cmdRicTx(new QPushButton),
+      cmdDoppioni(new QPushButton),
+      cmdStampa(new QPushButton),
+      cmdSalva(new QPushButton),
+      cmdChiudi(new QPushButton)
+{
+    const auto column = [this](const char *field, Text caption, bool isEditable) {
+        RecordSetModel::Column made{QString::fromLatin1(field), m_texts[caption]};
+        made.isEditable = isEditable;
+        return made;
+    };
+    rsDati = new RecordSetModel({column("Codice", Text::CodiceColonna, false), column("Tipo", Text::Tipo, false),
+                                 column("Cognome", Text::CognomeUtente, true), column("Nome", Text::NomeUtente, true),
+                                 column("Note", Text::InformazioniAggiuntive, true),
+                                 column("CodTronc", Text::CodiceTroncatoColonna, false)},
+                                this);
+    build();
+    captions();
+
+    tmrLoad.setSingleShot(true);
+    connect(&tmrLoad, &QTimer::timeout, this, &frmLstUtenti::tmrLoad_Timer);
+    connect(&tmrRicOn, &QTimer::timeout, this, &frmLstUtenti::tmrRicOn_Timer);
+    connect(&m_steps, &QTimer::timeout, this, &frmLstUtenti::step);
+    connect(m_cell, &CellEditor::typed, this, &frmLstUtenti::dbgrdDati_Change);
+    connect(rsDati, &RecordSetModel::edited, this, &frmLstUtenti::dbgrdDati_Update);
+    connect(dbgrdDati->selectionModel(), &QItemSelectionModel::currentChanged, lblMessage, &QLabel::clear);
+    connect(dbcmbCognome, &UserCombo::edited, this,
+            [this] { dbcmb_Change(dbcmbCognome, dbcmbNome, m_register.firstNames().field()); });
+    connect(dbcmbNome, &UserCombo::edited, this,
+            [this] { dbcmb_Change(dbcmbNome, dbcmbCognome, m_register.surnames().field()); });
+    connect(cmdNuovo, &QPushButton::clicked, this, &frmLstUtenti::cmdNuovo_Click);
+    connect(cmdModifica, &QPushButton::clicked, this, &frmLstUtenti::cmdModifica_Click);
+    connect(cmdElimina, &QPushButton::clicked, this, &frmLstUtenti::cmdElimina_Click);
+    connect(cmdPrecod, &QPushButton::clicked, this, &frmLstUtenti::cmdPrecod_Click);
+    connect(cmdRicTx, &QPushButton::clicked, this, &frmLstUtenti::cmdRicTx_Click);
+    connect(cmdDoppioni, &QPushButton::clicked, this, &frmLstUtenti::cmdDoppioni_Click);
+    connect(cmdStampa, &QPushButton::clicked, this, &frmLstUtenti::cmdStampa_Click);
+    connect(cmdSalva, &QPushButton::clicked, this, &frmLstUtenti::cmdSalva_Click);
+    connect(cmdChiudi, &QPushButton::clicked, this, &frmLstUtenti::cmdChiudi_Click);
+    // Connected before any opener can be: whoever hears of the end finds no working copy any more.
+    connect(this, &ChildWindow::unloaded, this, [this] {
+        if (m_child)
+            m_child->unload();
+        stopAll();
+        m_register.discard();
+        Q_EMIT Chiudi(m_outcome);
+    });
+    // No default button: Enter in the grid or in a box must not save.
+    setKeys(nullptr, cmdChiudi);
+    cmdRicTx->setEnabled(!interface.isOffLine);
+}
+
+frmLstUtenti::~frmLstUtenti()
+{
+    // What works on the copy ends before it, and the grid lives longer than the rows.
+    delete m_child.data();
+    stopAll();
+    rsDati->setRecordSet(nullptr);
+}
+
+void frmLstUtenti::build()
+{
+    dbgrdDati->setObjectName(QStringLiteral("dbgrdDati"));
+    rsDati->setObjectName(QStringLiteral("rsDati"));
+    dbgrdDati->setItemDelegate(m_cell);
+    QAbstractItemView::EditTriggers triggers = QAbstractItemView::DoubleClicked;
+    triggers |= QAbstractItemView::EditKeyPressed;
+    triggers |= QAbstractItemView::AnyKeyPressed;
+    dbgrdDati->setEditTriggers(triggers);
+    dbgrdDati->setSelectionMode(QAbstractItemView::SingleSelection);
+    dbgrdDati->setTabKeyNavigation(false);
+    dbgrdDati->setWordWrap(false);
+    dbgrdDati->horizontalHeader()->setSectionsClickable(false);
+    dbgrdDati->horizontalHeader()->setStretchLastSection(true);
+    dbgrdDati->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    dbgrdDati->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + pixels(120));
+    dbgrdDati->verticalHeader()->hide();
+    rsDati->bind(dbgrdDati);
+
+    lblMessage->setObjectName(QStringLiteral("lblMessage"));
+    lblMessage->setTextFormat(Qt::PlainText);
+    lblMessage->setMinimumHeight(fontMetrics().height());
+    FrameRicerca->setObjectName(QStringLiteral("FrameRicerca"));
+    lblCognome->setObjectName(QStringLiteral("lblCognome"));
+    lblCognome->setBuddy(dbcmbCognome);
+    lblNome->setObjectName(QStringLiteral("lblNome"));
+    lblNome->setBuddy(dbcmbNome);
+    auto *search = new QGridLayout(FrameRicerca);
+    search->addWidget(lblCognome, 0, 0);
+    search->addWidget(dbcmbCognome, 0, 1);
+    search->setColumnMinimumWidth(2, pixels(240));
+    search->addWidget(lblNome, 0, 3);
+    search->addWidget(dbcmbNome, 0, 4);
+    search->setColumnStretch(1, 1);
+    search->setColumnStretch(4, 1);
+
+    auto *buttons = new QVBoxLayout;
+    for (const auto &[button, name] :
+         {std::pair(cmdNuovo, "cmdNuovo"), std::pair(cmdModifica, "cmdModifica"), std::pair(cmdElimina, "cmdElimina"),
+          std::pair(cmdPrecod, "cmdPrecod"), std::pair(cmdRicTx, "cmdRicTx"), std::pair(cmdDoppioni, "cmdDoppioni"),
+          std::pair(cmdStampa, "cmdStampa"), std::pair(cmdSalva, "cmdSalva"), std::pair(cmdChiudi, "cmdChiudi")}) {
+        button->setObjectName(QString::fromLatin1(name));
+        if (button == cmdSalva)
+            buttons->addStretch();
+        buttons->addWidget(button);
+    }
+    for (const auto &[timer, name] : {std::pair(&tmrLoad, "tmrLoad"), std::pair(&tmrRicOn, "tmrRicOn")})
+        timer->setObjectName(QString::fromLatin1(name));
+
+    auto *rows = new QGridLayout(this);
+    rows->addWidget(dbgrdDati, 0, 0);
+    rows->addWidget(lblMessage, 1, 0);
+    rows->addWidget(FrameRicerca, 2, 0);
+    rows->addLayout(buttons, 0, 1, 3, 1);
+    rows->setRowStretch(0, 1);
+    rows->setColumnStretch(0, 1);
+}
+
+void frmLstUtenti::captions()
+{
+    setWindowTitle(m_texts[Text::ListaUtenti]);
+    dbgrdDati->setAccessibleName(windowTitle());
+    QHeaderView *header = dbgrdDati->horizontalHeader();
+    int width = 2 * dbgrdDati->frameWidth() + dbgrdDati->verticalScrollBar()->sizeHint().width();
+    for (int column = 0; column < header->count(); ++column) {
+        const int sample = fontMetrics().horizontalAdvance(samples()[column] + QStringLiteral("nn"));
+        const int wanted = qMax(header->sectionSizeHint(column) + pixels(120), sample);
+        header->resizeSection(column, wanted);
+        width += wanted;
+    }
+    dbgrdDati->setMinimumSize(width, dbgrdDati->verticalHeader()->defaultSectionSize() * visibleRows);
+    FrameRicerca->setTitle(m_texts[Text::Ricerca]);
+    lblCognome->setText(m_texts[Text::Cognome]);
+    lblNome->setText(m_texts[Text::Nome]);
+    cmdNuovo->setText(m_texts[Text::CmdNuovo]);
+    cmdModifica->setText(m_texts[Text::CmdModifica]);
+    cmdElimina->setText(m_texts[Text::CmdElimina]);
+    cmdPrecod->setText(m_texts[Text::CmdNuoviPrecodificati]);
+    cmdRicTx->setText(m_texts[Text::CmdRiconoscimentoTx]);
+    cmdDoppioni->setText(m_texts[Text::CmdDoppioni]);
+    cmdStampa->setText(m_texts[Text::CmdStampa]);
+    cmdSalva->setText(m_texts[Text::CmdSalva]);
+    cmdChiudi->setText(m_texts[Text::CmdAnnulla]);
+}
+
+QPoint frmLstUtenti::place(QSize area, QSize own) const
+{
+    return {(area.width() - own.width()) / 3, (area.height() - own.height()) / 3};
+}
+
+// Opening ------------------------------------------------------------------------------------------------------------
+
+bool frmLstUtenti::open()
+{
+    if (const Result<void> opened = m_register.open(); !opened) {
+        // This window is taken away at once; the message must stay.
+        showFault(parentWidget() ? window() : nullptr, OwnText::ArchiveNotOpened, m_register.archive(), opened.fault());
+        return false;
+    }
+    fillCombos();
+    setEnabled(false);
+    tmrLoad.start(loadMilliseconds);
+    return true;
+}
+
+void frmLstUtenti::tmrLoad_Timer()
+{
+    cmdDoppioni->setEnabled(m_register.hasTruncatedCodes());
+    if (m_register.users().isEmpty())
+        return loaded({});
+    m_loading = m_register.truncatedCodes();
+    startSteps(m_texts[Text::CaricamentoUtenti]);
+}
+
+void frmLstUtenti::loaded(const Result<void> &result)
+{
+    rsDati->setRecordSet(&m_register.users());
+    endSteps();
+    enable();
+    if (!result)
+        showFault(this, OwnText::ArchiveNotChanged, m_register.archive(), result.fault());
+}
+
+// The grid -----------------------------------------------------------------------------------------------------------
+
+void frmLstUtenti::dbgrdDati_Change(bool wasCut)
+{
+    m_register.setChanged();
+    lblMessage->setText(wasCut ? m_texts[Text::Max15Caratteri] : QString());
+}
+
+void frmLstUtenti::dbgrdDati_Update(int row, const QString &field, const QString &text)
+{
+    const Result<void> stored = m_register.setText(row, field, text);
+    m_isStored = stored.ok();
+    if (!stored)
+        return showFault(this, OwnText::ArchiveNotChanged, m_register.archive(), stored.fault());
+    fillCombos();
+}
+
+/// Stores the cell that is being edited. @return false when that cannot be done, which the operator has been told
+bool frmLstUtenti::commitCell()
+{
+    m_isStored = true;
+    m_cell->commit();
+    return m_isStored;
+}
+
+void frmLstUtenti::fillCombos()
+{
+    for (const auto &[names, box] :
+         {std::pair(&m_register.surnames(), dbcmbCognome), std::pair(&m_register.firstNames(), dbcmbNome)}) {
+        QList<UserCombo::Entry> entries;
+        entries.reserve(names->entries().size());
+        for (const NameList::Entry &entry : names->entries())
+            entries.append({entry.text, entry.id});
+        box->setEntries(std::move(entries));
+    }
+}
+
+/// After rows came or went.
+void frmLstUtenti::showRows()
+{
+    rsDati->refresh();
+    dbgrdDati->scrollTo(dbgrdDati->currentIndex());
+}
+
+/// After another user became current.
+void frmLstUtenti::showCurrent()
+{
+    const int column = qMax(0, dbgrdDati->currentIndex().column());
+    dbgrdDati->setCurrentIndex(rsDati->index(static_cast<int>(m_register.users().position()), column));
+}
+
+/// Whether there is no user, which the operator is told.
+bool frmLstUtenti::isEmpty()
+{
+    if (!m_register.users().isEmpty())
+        return false;
+    m_messages.show(this, Icon::Information, m_texts[Text::NessunUtenteRegistrato]);
+    return true;
+}
+
+// Closing ------------------------------------------------------------------------------------------------------------
+
+/// @return false when the work goes on, which the operator has been told
+bool frmLstUtenti::save()
+{
+    const Result<void> saved = m_register.save();
+    if (!saved)
+        showFault(this, OwnText::ArchiveNotSaved, m_register.archive(), saved.fault());
+    return saved.ok();
+}
+
+void frmLstUtenti::end(Outcome outcome)
+{
+    m_outcome = outcome;
+    unload();
+}
+
+void frmLstUtenti::cmdSalva_Click()
+{
+    if (commitCell() && save())
+        end(Saved);
+}
+
+void frmLstUtenti::cmdChiudi_Click()
+{
+    if (!commitCell())
+        return;
+    if (!m_register.isChanged())
+        return end(NotSaved);
+    m_messages.ask(this, m_texts[Text::TuttiICambiamentiVerrannoAnnullati], Messages::Buttons::YesNo,
+                   [this](Messages::Answer answer) {
+                       if (answer == Messages::Answer::Yes)
+                           end(NotSaved);
+                   });
+}
+
+bool frmLstUtenti::canClose()
+{
+    if (!commitCell()) {
+        refuseClose();
+        return false;
+    }
+    if (!m_register.isChanged())
+        return true;
+    endRecognition();
+    m_messages.ask(this, m_texts[Text::SalvareICambiamenti], Messages::Buttons::YesNoCancel,
+                   [this](Messages::Answer answer) {
+                       if (answer == Messages::Answer::No)
+                           end(NotSaved);
+                       else if (answer == Messages::Answer::Yes && save())
+                           end(Saved);
+                       else
+                           refuseClose();
+                   });
+    return false;
+}
+
+void frmLstUtenti::showFault(QWidget *over, OwnText text, const QString &subject, const Fault &fault)
+{
+    m_messages.show(over, Icon::Critical, m_texts.sentence({text, {subject}, fault}));
+}

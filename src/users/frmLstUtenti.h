@@ -1,0 +1,144 @@
+#pragma once
+
+#include "link/EventRoad.h"
+#include "users/DuplicateReport.h"
+#include "users/RecognitionWait.h"
+#include "users/UserRegister.h"
+#include "widgets/ChildWindow.h"
+
+#include <QPointer>
+#include <QTimer>
+
+class CellEditor;
+class QGroupBox;
+class QLabel;
+class QTableView;
+class RecordSetModel;
+class Messages;
+class UserCombo;
+class frmRicercapr;
+
+/// The register of users: lists them all, and lets the operator add, change, find and delete them. It works on a copy;
+/// what the rest of the program knows changes with a save alone.
+class frmLstUtenti : public ChildWindow
+{
+    Q_OBJECT
+
+public:
+    enum Outcome { Saved = 1, NotSaved = 2 };
+
+    /// What the window has to know about the interface.
+    struct Interface {
+        int protocol = 0; ///< 0 to 15
+        bool isOffLine = false;
+        EventRoad::ReceivedCode &received; ///< must outlive this window
+    };
+
+    /// @param texts  like the next two, must outlive this window
+    frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore &archives, Interface interface,
+                 QWidget *parent = nullptr);
+    ~frmLstUtenti() override;
+
+    /// Makes the working copy; the users are shown a moment later. When it cannot be made, the operator is told and
+    /// this window is of no use.
+    bool open();
+
+    QPoint place(QSize area, QSize own) const override;
+
+    /// The users as they are at this moment; only after open().
+    RecordSet users() { return m_register.users(); }
+    /// The list has been printed: the first user becomes current.
+    void printed();
+
+Q_SIGNALS:
+    /// The window has closed and its working copy is gone. @param Esito  an Outcome
+    void Chiudi(int Esito);
+    /// A window to be opened beside this one, which is disabled until it has closed.
+    void openChild(ChildWindow *window);
+    /// The operator wants the list on paper; there is at least one user.
+    void Stampa();
+    /// The operator wants the report of duplicates on paper, which @p window shows.
+    void StampaDoppioni(ChildWindow *window, const QString &report);
+
+protected:
+    bool canClose() override;
+
+private:
+    void build();
+    void captions();
+
+    void tmrLoad_Timer();
+    void tmrRicOn_Timer();
+    void dbgrdDati_Change(bool wasCut);
+    void dbgrdDati_Update(int row, const QString &field, const QString &text);
+    void cmdNuovo_Click();
+    void cmdModifica_Click();
+    void cmdElimina_Click();
+    void cmdPrecod_Click();
+    void cmdRicTx_Click();
+    void cmdDoppioni_Click();
+    void cmdStampa_Click();
+    void cmdSalva_Click();
+    void cmdChiudi_Click();
+    void dbcmb_Change(const UserCombo *chosen, UserCombo *other, const QString &otherField);
+
+    void openCode(const QString &CodMod);
+    void objInsCodice_Chiudi(const QString &Codice, const QString &Tipo, int Esito);
+    void objAddCod_Chiudi(int Esito, const QString &Codice);
+    void objRepDoppioni_Chiudi();
+
+    bool commitCell();
+    bool isEmpty();
+    void openOver(ChildWindow *window, std::function<QPoint(QRect own, QSize child)> place);
+    void startSteps(const QString &caption);
+    void step();
+    void enable();
+    void loaded(const Result<void> &result);
+    void duplicatesListed();
+    void endSteps();
+    void endRecognition();
+    void stopAll();
+    void fillCombos();
+    void showRows();
+    void showCurrent();
+    bool save();
+    void end(Outcome outcome);
+    void showFault(QWidget *over, OwnText text, const QString &subject, const Fault &fault);
+
+    const Texts &m_texts;
+    Messages &m_messages;
+    ArchiveStore &m_archives;
+    EventRoad::ReceivedCode &m_received;
+    UserRegister m_register;
+    Outcome m_outcome = NotSaved;
+
+    std::unique_ptr<TruncatedCodes> m_loading;
+    std::unique_ptr<DuplicateReport> m_duplicates;
+    QPointer<frmRicercapr> m_progress;
+    QPointer<ChildWindow> m_child;
+    qint64 m_modified = 0;  ///< row of the user who gets another code
+    bool m_isStored = true; ///< the last change of a cell
+    RecognitionWait m_recognition;
+    QTimer tmrLoad{this};
+    QTimer tmrRicOn{this};
+    QTimer m_steps;
+
+    QTableView *dbgrdDati;
+    RecordSetModel *rsDati;
+    CellEditor *m_cell;
+    QLabel *lblMessage;
+    QGroupBox *FrameRicerca;
+    QLabel *lblCognome;
+    UserCombo *dbcmbCognome;
+    QLabel *lblNome;
+    UserCombo *dbcmbNome;
+    QPushButton *cmdNuovo;
+    QPushButton *cmdModifica;
+    QPushButton *cmdElimina;
+    QPushButton *cmdPrecod;
+    QPushButton *cmdRicTx;
+    QPushButton *cmdDoppioni;
+    QPushButton *cmdStampa;
+    QPushButton *cmdSalva;
+    QPushButton *cmdChiudi;
+};

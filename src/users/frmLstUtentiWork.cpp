@@ -1,0 +1,265 @@
+#include "events/frmRicercapr.h"
+#include "users/frmAddCod.h"
+#include "users/frmInsCodice.h"
+#include "users/frmLstUtenti.h"
+#include "users/frmRepDoppioni.h"
+#include "widgets/Messages.h"
+#include "widgets/RecordSetModel.h"
+#include "widgets/Twips.h"
+#include "widgets/UserCombo.h"
+
+#include <QPushButton>
+#include <QTableView>
+
+// What the register does with its users: their codes, finding them, and the tasks that look at all of them.
+
+namespace {
+
+constexpr int tickMilliseconds = 100;
+constexpr int stepMilliseconds = 20;
+
+} // namespace
+
+// Codes --------------------------------------------------------------------------------------------------------------
+
+void frmLstUtenti::openOver(ChildWindow *window, std::function<QPoint(QRect own, QSize child)> place)
+{
+    endRecognition();
+    setEnabled(false);
+    // In the client area it is the frame that has a place.
+    const QRect own = parentWidget() ? parentWidget()->geometry() : geometry();
+    window->placeBy([own, place = std::move(place)](QSize child) { return place(own, child); });
+    m_child = window;
+    Q_EMIT openChild(window);
+}
+
+void frmLstUtenti::openCode(const QString &CodMod)
+{
+    auto *objInsCodice =
+        new frmInsCodice(m_texts, m_messages, CodMod, m_received,
+                         [this](const QString &code, CodeType type) { return m_register.contains(code, type); });
+    connect(objInsCodice, &frmInsCodice::Chiudi, this, &frmLstUtenti::objInsCodice_Chiudi);
+    openOver(objInsCodice, [](QRect own, QSize) { return own.topLeft() + QPoint(pixels(300), pixels(500)); });
+}
+
+void frmLstUtenti::cmdNuovo_Click()
+{
+    if (!commitCell())
+        return;
+    m_modified = 0;
+    openCode(frmInsCodice::noCode());
+}
+
+void frmLstUtenti::cmdModifica_Click()
+{
+    if (!commitCell() || isEmpty())
+        return;
+    m_modified = m_register.users().rowId();
+    openCode(m_register.users().value(QStringLiteral("Codice")));
+}
+
+void frmLstUtenti::objInsCodice_Chiudi(const QString &Codice, const QString &Tipo, int Esito)
+{
+    enable();
+    if (Esito != 1)
+        return;
+    const CodeType type = Tipo == typeText(CodeType::Transmitter) ? CodeType::Transmitter : CodeType::Keypad;
+    const Result<void> stored =
+        m_modified == 0 ? m_register.add(Codice, type) : m_register.changeCode(m_modified, Codice, type);
+    showRows();
+    if (!stored)
+        showFault(this, OwnText::ArchiveNotChanged, m_register.archive(), stored.fault());
+}
+
+void frmLstUtenti::cmdElimina_Click()
+{
+    if (!commitCell() || isEmpty())
+        return;
+    const RecordSet &users = m_register.users();
+    const QString question = m_texts[Text::EliminareUtente] + users.value(QStringLiteral("Cognome")) +
+                             QLatin1Char(' ') + users.value(QStringLiteral("Nome")) + QStringLiteral(" ?");
+    endRecognition();
+    m_messages.ask(this, question, Messages::Buttons::YesNo, [this](Messages::Answer answer) {
+        if (answer != Messages::Answer::Yes)
+            return;
+        const Result<void> removed = m_register.remove();
+        showRows();
+        fillCombos();
+        if (!removed)
+            showFault(this, OwnText::ArchiveNotChanged, m_register.archive(), removed.fault());
+    });
+}
+
+void frmLstUtenti::cmdPrecod_Click()
+{
+    if (!commitCell())
+        return;
+    auto *objAddCod = new frmAddCod(m_texts, m_messages, m_register);
+    connect(objAddCod, &frmAddCod::Chiudi, this, &frmLstUtenti::objAddCod_Chiudi);
+    openOver(objAddCod, [](QRect own, QSize child) {
+        return QPoint(own.left() + (own.width() - child.width()) / 2, own.top() + pixels(500));
+    });
+}
+
+void frmLstUtenti::objAddCod_Chiudi(int Esito, const QString &Codice)
+{
+    enable();
+    if (Esito != 1)
+        return;
+    const Result<void> read = m_register.codeRunEnded(Codice);
+    showRows();
+    if (!read)
+        showFault(this, OwnText::ArchiveNotChanged, m_register.archive(), read.fault());
+}
+
+// Finding ------------------------------------------------------------------------------------------------------------
+
+void frmLstUtenti::cmdRicTx_Click()
+{
+    if (!commitCell() || isEmpty())
+        return;
+    cmdRicTx->setEnabled(false);
+    m_received.received = false;
+    m_received.code.clear();
+    m_recognition.start();
+    tmrRicOn.start(tickMilliseconds);
+}
+
+void frmLstUtenti::tmrRicOn_Timer()
+{
+    const RecognitionWait::Tick tick = m_recognition.tick(m_received.received);
+    if (tick == RecognitionWait::Tick::Again)
+        return;
+    endRecognition();
+    if (tick == RecognitionWait::Tick::GivenUp || !commitCell())
+        return;
+    const bool isFound = m_register.find(m_received.code);
+    dbgrdDati->setCurrentIndex(rsDati->index(static_cast<int>(m_register.users().position()), 0));
+    m_received.received = false;
+    if (!isFound)
+        m_messages.show(this, Icon::Information,
+                        QStringList{m_texts[Text::IlCodice], m_received.type, m_received.code,
+                                    m_texts[Text::NonPresenteInAnagrafica]}
+                            .join(QLatin1Char(' ')));
+}
+
+/// The next code is another window's, or nobody's.
+void frmLstUtenti::endRecognition()
+{
+    if (!tmrRicOn.isActive())
+        return;
+    tmrRicOn.stop();
+    cmdRicTx->setEnabled(true);
+}
+
+void frmLstUtenti::dbcmb_Change(const UserCombo *chosen, UserCombo *other, const QString &otherField)
+{
+    const std::optional<qint64> user = chosen->shown();
+    if (!user || !commitCell() || !m_register.users().moveToRow(*user))
+        return;
+    if (!m_register.users().value(otherField).isEmpty())
+        other->showEntry(user);
+    showCurrent();
+}
+
+// Reports ------------------------------------------------------------------------------------------------------------
+
+void frmLstUtenti::cmdDoppioni_Click()
+{
+    if (!commitCell() || isEmpty())
+        return;
+    endRecognition();
+    m_duplicates = std::make_unique<DuplicateReport>(m_register.users(), m_archives.folder(),
+                                                     m_texts[Text::CodiceReale], m_texts[Text::CodiceTroncatoReport]);
+    startSteps(m_texts[Text::RicercaDoppioni]);
+}
+
+void frmLstUtenti::duplicatesListed()
+{
+    const bool isFound = m_duplicates->isFound();
+    const QString report = m_duplicates->text();
+    endSteps();
+    if (!isFound) {
+        enable();
+        return m_messages.show(this, Icon::Information, m_texts[Text::NessunDoppioneTrovato]);
+    }
+    auto *objRepDoppioni = new frmRepDoppioni(m_texts, report);
+    connect(objRepDoppioni, &frmRepDoppioni::Chiudi, this, &frmLstUtenti::objRepDoppioni_Chiudi);
+    connect(objRepDoppioni, &frmRepDoppioni::Stampa, this,
+            [this, objRepDoppioni](const QString &shown) { Q_EMIT StampaDoppioni(objRepDoppioni, shown); });
+    openOver(objRepDoppioni, [](QRect own, QSize child) {
+        return QPoint(own.left() + (own.width() - child.width()) / 2, own.top() + pixels(200));
+    });
+}
+
+void frmLstUtenti::objRepDoppioni_Chiudi()
+{
+    enable();
+}
+
+void frmLstUtenti::cmdStampa_Click()
+{
+    if (commitCell() && !isEmpty())
+        Q_EMIT Stampa();
+}
+
+void frmLstUtenti::printed()
+{
+    m_register.users().moveFirst();
+    showCurrent();
+}
+
+// Long tasks ---------------------------------------------------------------------------------------------------------
+
+void frmLstUtenti::startSteps(const QString &caption)
+{
+    setEnabled(false);
+    m_progress = new frmRicercapr(caption, {}, frmRicercapr::Bar, this);
+    m_steps.start();
+}
+
+void frmLstUtenti::step()
+{
+    const QDeadlineTimer budget(stepMilliseconds);
+    const Result<bool> stepped = m_loading ? m_loading->step(budget) : m_duplicates->step(budget);
+    if (stepped && !stepped.value()) {
+        const auto [done, count] = m_loading ? std::pair(m_loading->done(), m_loading->count())
+                                             : std::pair(m_duplicates->done(), m_duplicates->count());
+        m_progress->setProgress(static_cast<int>(done), static_cast<int>(count));
+        return;
+    }
+    if (m_loading) {
+        loaded(stepped ? m_register.truncatedCodesEnded(*m_loading) : stepped.fault());
+    } else if (stepped) {
+        duplicatesListed();
+    } else {
+        endSteps();
+        enable();
+        showFault(this, OwnText::FileNotWritten, DuplicateReport::fileName(), stepped.fault());
+    }
+}
+
+void frmLstUtenti::endSteps()
+{
+    m_steps.stop();
+    m_loading.reset();
+    m_duplicates.reset();
+    if (m_progress)
+        m_progress->close();
+}
+
+/// Disabled, the window has lost the keyboard; it takes it back where no other window has got it meanwhile.
+void frmLstUtenti::enable()
+{
+    setEnabled(true);
+    const QWidget *keyboard = window()->focusWidget();
+    if (!keyboard || keyboard == parentWidget())
+        takeKeyboard();
+}
+
+void frmLstUtenti::stopAll()
+{
+    tmrLoad.stop();
+    tmrRicOn.stop();
+    endSteps();
+}

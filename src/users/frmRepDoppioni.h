@@ -1,0 +1,27 @@
+#pragma once
+
+#include "widgets/ChildWindow.h"
+
+class QPlainTextEdit;
+class Texts;
+
+/// Shows the users whose truncated codes are the same.
+class frmRepDoppioni : public ChildWindow
+{
+    Q_OBJECT
+
+public:
+    /// @param report  lines that end with LF
+    frmRepDoppioni(const Texts &texts, const QString &report, QWidget *parent = nullptr);
+
+Q_SIGNALS:
+    /// The operator wants the report on paper.
+    void Stampa(const QString &report);
+    /// The window has closed, for whatever reason.
+    void Chiudi();
+
+private:
+    QPlainTextEdit *rtbRepDoppioni;
+    QPushButton *cmdOk;
+    QPushButton *cmdStampa;
+};

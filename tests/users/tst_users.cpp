@@ -1,0 +1,266 @@
+#include "archives/Tables.h"
+#include "platform/Windows1252.h"
+#include "support/Fixtures.h"
+#include "users/DuplicateReport.h"
+#include "users/RecognitionWait.h"
+#include "users/RunEntry.h"
+#include "users/UserRegister.h"
+
+#include <QRandomGenerator>
+
+namespace {
+
+constexpr auto TX = CodeType::Transmitter;
+constexpr auto DKS = CodeType::Keypad;
+const QString all = u"SELECT Codice, Tipo, Cognome, Nome, CodTronc FROM Utenti ORDER BY Codice, Tipo"_s;
+
+/// A register open to be edited. @param users  "code type surname name", a comma between them
+struct Desk {
+    explicit Desk(const QString &users, int protocol = 0) : edited(test.archives, protocol)
+    {
+        QList<QStringList> rows;
+        for (const QString &user : users.split(u',', Qt::SkipEmptyParts))
+            rows.append(user.split(u' '));
+        test.addUsers(rows);
+        if (!edited.open())
+            qFatal("the register does not open");
+    }
+    /// All users, the current one between brackets.
+    QString shown()
+    {
+        QStringList rows;
+        const RecordSet &set = edited.users();
+        for (qsizetype row = 0; row < set.recordCount(); ++row) {
+            QStringList cells;
+            for (int column : {0, 1, 2, 3})
+                cells.append(set.value(row, column));
+            const QString user = cells.join(u' ').trimmed();
+            rows.append(row == set.position() ? u'[' + user + u']' : user);
+        }
+        return rows.join(u',');
+    }
+    QStringList names(const NameList &list)
+    {
+        QStringList names;
+        for (const NameList::Entry &entry : list.entries())
+            names.append(entry.text);
+        return names;
+    }
+    QStringList stored(QStringView archive = ArchiveName::Users) { return test.rows(archive, all); }
+
+    TestFolder test;
+    UserRegister edited;
+};
+
+/// Runs a task in steps that are as short as can be. @return their number
+template<class Task>
+int runThrough(Task &task)
+{
+    int steps = 1;
+    for (; !task.step(QDeadlineTimer(0)).value(); ++steps)
+        ;
+    return steps;
+}
+
+} // namespace
+
+class TestUsers : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void rows();
+    void truncated();
+    void runs_data();
+    void runs();
+    void typing();
+    void duplicates();
+    void stopped();
+};
+
+/// With the same code as a transmitter and as a keypad code, each change acts on its own row.
+void TestUsers::rows()
+{
+    Desk desk(u"5 TX Rossi Ada,5 DKS rossini Bea,7 TX,9 TX \u00C9mile"_s);
+    UserRegister &edited = desk.edited;
+    QVERIFY(edited.contains(u"5"_s, DKS) && !edited.contains(u"7"_s, DKS) && !edited.isChanged());
+    edited.users().moveTo(1);
+    QVERIFY(edited.find(u"5"_s) && !edited.find(u"6"_s));
+    QCOMPARE(desk.shown(), u"5 TX Rossi Ada,[5 DKS rossini Bea],7 TX,9 TX \u00C9mile"_s);
+    const qint64 keypad = edited.users().rowId();
+    edited.users().moveTo(3);
+    QVERIFY(edited.setText(0, u"Cognome"_s, u"Zanibonetti Maggi"_s).ok() && edited.isChanged());
+    QVERIFY(edited.setText(2, u"Nome"_s, u"ada"_s).ok() && edited.setText(1, u"Cognome"_s, {}).ok());
+    QCOMPARE(desk.shown(), u"5 TX Zanibonetti Mag Ada,5 DKS  Bea,7 TX  ada,[9 TX \u00C9mile]"_s);
+    QCOMPARE(desk.names(edited.surnames()), (QStringList{u"\u00C9mile"_s, u"Zanibonetti Mag"_s}));
+    QCOMPARE(desk.names(edited.firstNames()), (QStringList{u"Ada"_s, u"ada"_s, u"Bea"_s}));
+    QVERIFY(edited.changeCode(keypad, u"8"_s, DKS).ok() && edited.add(u"6"_s, TX).ok());
+    QCOMPARE(desk.shown(), u"5 TX Zanibonetti Mag Ada,[6 TX],7 TX  ada,8 DKS  Bea,9 TX \u00C9mile"_s);
+    edited.users().moveTo(3);
+    QVERIFY(edited.remove().ok());
+    QCOMPARE(edited.users().value(0), u"9"_s);
+    QVERIFY(edited.remove().ok());
+    QCOMPARE(desk.shown(), u"5 TX Zanibonetti Mag Ada,6 TX,[7 TX  ada]"_s);
+    QCOMPARE(desk.names(edited.surnames()).size() + desk.names(edited.firstNames()).size(), 3);
+    for (int left = 3; left > 0; --left)
+        QVERIFY(edited.remove().ok());
+    QVERIFY(edited.users().isEmpty() && !edited.remove().ok() && !edited.find(u"7"_s));
+}
+
+void TestUsers::truncated()
+{
+    const QString users = u"65536 TX,123 TX,255 DKS"_s;
+    for (const auto &[protocol, codes] : {std::pair(3, u",,5536"_s), std::pair(15, u"0007B,000FF,10000"_s),
+                                          std::pair(0, u",,"_s), std::pair(5, u",,"_s)}) {
+        Desk desk(users, protocol);
+        QVERIFY(desk.edited.add(u"70000"_s, TX).ok() && desk.edited.remove().ok());
+        desk.edited.discard();
+        QVERIFY(desk.test.archives.open(ArchiveName::Users, Database::Use::Safe)
+                    .value()
+                    .execute("UPDATE Utenti SET CodTronc='old' WHERE Codice='123'")
+                    .ok());
+        QVERIFY(desk.edited.open().ok());
+        const auto run = desk.edited.truncatedCodes();
+        QCOMPARE(runThrough(*run), 3);
+        QVERIFY(desk.edited.truncatedCodesEnded(*run).ok() && !desk.edited.isChanged() && desk.edited.save().ok());
+        QCOMPARE(desk.test.rows(ArchiveName::Users, u"SELECT CodTronc FROM Utenti ORDER BY CodTronc"_s).join(u','),
+                 codes);
+    }
+}
+
+void TestUsers::runs_data()
+{
+    const Rows<int, int, bool, QString, QString> row("first", "count", "isIncomplete", "firstAdded", "users");
+    row("one is there", 100, 5, true, u"100"_s, u"[100 TX],101 TX,102 DKS Neri,103 TX,104 TX,99 TX"_s);
+    row("the first are there", 99, 2, true, u"100"_s, u"[100 TX],102 DKS Neri,99 TX"_s);
+    row("all are there", 102, 1, true, QString(), u"102 DKS Neri,[99 TX]"_s);
+    row("none is there", 251658235, 2, false, u"251658235"_s, u"102 DKS Neri,[251658235 TX],251658236 TX,99 TX"_s);
+}
+
+void TestUsers::runs()
+{
+    QFETCH(int, first);
+    QFETCH(int, count);
+    Desk desk(u"99 TX,102 DKS Neri"_s, 15);
+    desk.edited.users().moveTo(1);
+    {
+        // Cut off in the middle, nothing stays of it.
+        const auto cut = desk.edited.codeRun(500, 3);
+        QVERIFY(!cut->step(QDeadlineTimer(0)).value());
+    }
+    const auto run = desk.edited.codeRun(first, count);
+    QCOMPARE(runThrough(*run), count);
+    QVERIFY(desk.edited.codeRunEnded(run->firstAdded()).ok() && desk.edited.isChanged());
+    QTEST(run->isIncomplete(), "isIncomplete");
+    QTEST(run->firstAdded(), "firstAdded");
+    QTEST(desk.shown(), "users");
+    if (!run->firstAdded().isEmpty())
+        QCOMPARE(desk.edited.users().value(u"CodTronc"_s), truncatedCode(run->firstAdded(), 15));
+}
+
+void TestUsers::typing()
+{
+    QCOMPARE(acceptedDigits(u"12ab"_s) + acceptedDigits(u"x"_s) + acceptedDigits(u"1\u0663"_s), u"121"_s);
+    const auto typed = [](const char *start, const char *number) {
+        const StartEntry entry = acceptedStart(QString::fromLatin1(start), QString::fromLatin1(number));
+        return u"%1 %2"_s.arg(entry.text).arg(static_cast<int>(entry.hint));
+    };
+    QCOMPARE(typed("5", "") + typed("5", "0") + typed("12x", "1"), u" 1 112 0"_s);
+    QCOMPARE(typed("251658235", "4") + u' ' + typed("251658235", "5"), u"251658235 0 25165823 2"_s);
+    const auto checked = [](const char *number, const char *start) {
+        return static_cast<int>(checkRun(QString::fromLatin1(number), QString::fromLatin1(start)).fault);
+    };
+    QCOMPARE(checked("00", "1") * 1000 + checked("1", "0") * 100 + checked("5", "251658235") * 10 + checked("4", "9"),
+             1230);
+    RecognitionWait wait;
+    int ticks = 1;
+    for (wait.start(); wait.tick(false) == RecognitionWait::Tick::Again; ++ticks)
+        ;
+    QCOMPARE(ticks, 99);
+}
+
+/// Random registers against a plain grouping; the whole file byte for byte.
+void TestUsers::duplicates()
+{
+    QRandomGenerator random(7);
+    for (int round = 0; round < 25; ++round) {
+        Desk desk({});
+        QMap<QString, QStringList> groups;
+        Result<Database> database = desk.test.archives.open(ArchiveName::Users, Database::Use::ThrowAway);
+        for (quint32 i = random.bounded(30U); i > 0; --i) {
+            const QString code = QString::number(random.bounded(1, 40));
+            const QString truncated =
+                code.toInt() % 5 == 0 ? QString() : QString::number(code.toInt() % 17).rightJustified(5, u'0');
+            QVERIFY(database.value()
+                        .execute("INSERT INTO Utenti (Codice, CodTronc) VALUES ('" + code.toUtf8() + "','" +
+                                 truncated.toUtf8() + "')")
+                        .ok());
+            if (!truncated.isEmpty())
+                groups[truncated].append(code);
+        }
+        QByteArray expected;
+        for (auto [truncated, codes] = std::pair(groups.keyBegin(), groups.begin()); codes != groups.end();
+             ++truncated, ++codes) {
+            codes->sort();
+            for (const QString &code : codes->size() > 1 ? *codes : QStringList())
+                expected +=
+                    code.rightJustified(20).toLatin1() + " |" + truncated->rightJustified(20).toLatin1() + "\r\n";
+        }
+        if (!expected.isEmpty())
+            expected = "  TATS\xC4"
+                       "CHLICHER CODE |     CODICE TRONCATO\r\n" +
+                       QByteArray(42, '\xAD') + "\r\n" + expected;
+        QVERIFY(desk.edited.open().ok());
+        desk.test.write(u"RepDoppioni.txt"_s, "of an earlier run");
+        DuplicateReport report(desk.edited.users(), desk.test.folder, u"Tats\u00E4chlicher Code"_s,
+                               u"Codice Troncato"_s);
+        QCOMPARE(runThrough(report), qMax<qsizetype>(1, report.count()));
+        QCOMPARE(report.isFound(), !expected.isEmpty());
+        QCOMPARE(desk.test.files(), report.isFound() ? QStringList{u"RepDoppioni.txt"_s} : QStringList());
+        QCOMPARE(desk.test.read(u"RepDoppioni.txt"_s), expected);
+        if (report.isFound())
+            QCOMPARE(report.text().section(u'\n', 1, 1), QString(42, u'-'));
+        desk.test.disk.stopAt = 0;
+        DuplicateReport stopped(desk.edited.users(), desk.test.folder, {}, {});
+        QVERIFY(!stopped.step(QDeadlineTimer(QDeadlineTimer::Forever)).ok());
+        QCOMPARE(desk.test.read(u"RepDoppioni.txt"_s), expected);
+    }
+}
+
+/// At each step of a second save in turn the power is cut, or only the disk fails: the register is the old or the new
+/// one, the backup the first or the second, and a program that lives on still has the work.
+void TestUsers::stopped()
+{
+    const QStringList first = {u"1|TX|||"_s}, second = {u"1|TX|Neri||"_s}, third = {u"1|TX|Verdi||"_s};
+    int steps = 0;
+    for (bool isWhole = false; !isWhole; ++steps) {
+        Desk desk(u"1 TX"_s);
+        QVERIFY(desk.edited.setText(0, u"Cognome"_s, u"Neri"_s).ok() && desk.edited.save().ok());
+        QCOMPARE(desk.stored(ArchiveName::UsersBackup), first);
+        QVERIFY(desk.edited.open().ok() && desk.edited.setText(0, u"Cognome"_s, u"Verdi"_s).ok());
+        desk.test.disk.steps.clear();
+        desk.test.disk.stopAt = steps;
+        const Result<void> saved = desk.edited.save();
+        isWhole = desk.test.disk.steps.size() < steps;
+        const QStringList &made = desk.test.disk.steps;
+        QCOMPARE(desk.stored(), made.contains(u"rename Anagrafico.zeb"_s) ? third : second);
+        QCOMPARE(desk.stored(ArchiveName::UsersBackup), made.contains(u"rename AnaBack.zeb"_s) ? second : first);
+        QVERIFY(saved.ok() || desk.edited.isChanged());
+        desk.test.disk.stopAt = -1;
+        if (!saved)
+            QVERIFY(desk.shown() == u"[1 TX Verdi]"_s && desk.edited.save().ok());
+        QCOMPARE(desk.stored(), third);
+        QCOMPARE(desk.test.files(u"Archivi"_s).filter(QRegularExpression(u"part|-"_s)), QStringList());
+    }
+    QVERIFY(steps >= 10);
+    // An archive that was damaged meanwhile does not take the good backup's place.
+    Desk desk(u"1 TX"_s);
+    desk.edited.setChanged();
+    QVERIFY(desk.edited.save().ok() && desk.edited.open().ok());
+    desk.test.write(u"Archivi/Anagrafico.zeb"_s, QByteArray(8192, 'x'));
+    QVERIFY(desk.edited.save().ok());
+    QCOMPARE(desk.stored(ArchiveName::UsersBackup), first);
+}
+
+QTEST_GUILESS_MAIN(TestUsers)
+#include "tst_users.moc"
