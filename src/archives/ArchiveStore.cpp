@@ -2,8 +2,12 @@
 
 #include <QFile>
 
+#include <sqlite3.h>
+
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <vector>
 
 namespace {
 
@@ -16,14 +20,30 @@ bool hasSideFiles(const QString &path)
 }
 
 /// The salt at the front of an archive; shorter when the file is.
+///
+/// Read through the database library: the system drops every lock that a program has on a file as soon as the program
+/// closes that file anywhere, and with its lock the open day would lose its journal to the next reader that leaves.
+/// The library knows of its locks and closes later.
 Result<QByteArray> saltOf(const QString &path)
 {
-    QFile file(path);
-    if (!file.exists())
+    if (!QFile::exists(path))
         return Fault{FaultCode::NotFound, path};
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    sqlite3_vfs *system = sqlite3_vfs_find(nullptr);
+    // It wants names with two zeros behind them.
+    const QByteArray name = QFile::encodeName(path) + '\0';
+    std::vector<std::max_align_t> memory(static_cast<size_t>(system->szOsFile) / sizeof(std::max_align_t) + 1);
+    auto *file = reinterpret_cast<sqlite3_file *>(memory.data());
+    constexpr int flags = SQLITE_OPEN_READONLY | SQLITE_OPEN_MAIN_DB;
+    if (system->xOpen(system, name.constData(), file, flags, nullptr) != SQLITE_OK)
         return Fault{FaultCode::AccessDenied, path};
-    return file.read(ArchiveKeys::SaltSize);
+    QByteArray salt(ArchiveKeys::SaltSize, '\0');
+    const int read = file->pMethods->xRead(file, salt.data(), static_cast<int>(salt.size()), 0);
+    file->pMethods->xClose(file);
+    if (read == SQLITE_IOERR_SHORT_READ)
+        return QByteArray();
+    if (read != SQLITE_OK)
+        return Fault{FaultCode::InputOutput, path};
+    return salt;
 }
 
 } // namespace

@@ -41,6 +41,25 @@ private Q_SLOTS:
         QCOMPARE(test.read(u"Archivi/Eventiorg.zeb"_s).left(16), *salts.begin());
     }
 
+    /// Without its lock the log's journal is deleted by the next foreign reader, and with it what is stored from then on.
+    void aLookLeavesTheLogItsLock()
+    {
+        TestFolder test;
+        const QString name = ArchiveName::events(u"05-03-2004"_s);
+        test.addEvents(u"05-03-2004"_s, {});
+        Result<Database> log = test.archives.open(name, Database::Use::Log);
+        QVERIFY(log && log.value().execute("INSERT INTO Eventi (Codice) VALUES ('1')"));
+        const auto locks = [] {
+            QFile file(u"/proc/locks"_s);
+            const QByteArray all = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+            return all.count(' ' + QByteArray::number(QCoreApplication::applicationPid()) + ' ');
+        };
+        const qsizetype before = locks();
+        QVERIFY(before > 0);
+        QVERIFY(test.archives.open(name, Database::Use::Safe));
+        QCOMPARE(locks(), before);
+    }
+
     void passwordOpensAndNoOtherDoes()
     {
         const QString shell = QStandardPaths::findExecutable(u"sqlcipher"_s);

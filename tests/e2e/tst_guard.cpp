@@ -1,0 +1,115 @@
+// A guard's work at the built program, by keyboard: a transmitter is enrolled, names are given, events are found.
+
+#include "e2e/Programs.h"
+#include "prefs/Passwords.h"
+
+#include <memory>
+
+namespace {
+
+/// Rows of the first sheet of a workbook, cells joined by "|", read by a reader that is not ours.
+QStringList sheetRows(const QString &file)
+{
+    QProcess reader;
+    reader.start(
+        u"/usr/bin/python3"_s,
+        {u"-c"_s,
+         u"import sys, xlrd\n"
+         "sheet = xlrd.open_workbook(sys.argv[1]).sheet_by_index(0)\n"
+         "sys.stdout.buffer.write('\\n'.join('|'.join(sheet.row_values(r)) for r in range(sheet.nrows)).encode())"_s,
+         file});
+    reader.waitForFinished();
+    return QString::fromUtf8(reader.readAllStandardOutput()).split(u'\n');
+}
+
+} // namespace
+
+class TestGuard : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void enrolsAndFinds()
+    {
+        Desktop desktop;
+        if (!desktop.isThere())
+            QSKIP("Xvfb, xdotool or openbox is not installed");
+        Site test;
+        test.addUsers({listOf("777,DKS,O'Hara,Sean")});
+        Passwords passwords(test.archives);
+        QVERIFY(passwords.load() == Passwords::Fault::None &&
+                passwords.set(Passwords::Type::Users, u"utenti"_s) == Passwords::Fault::None);
+        test.write(u"Impost.stp"_s, "COM=7\r\nLINGUA=2\r\nNUMEVOD=25\r\nCHECK=0\r\nPRN=-1\r\n");
+        Running interface("kor-simulator", test.interface());
+        QVERIFY(interface.tells("Porte/COM7"));
+        Running supervisor("kor-supervisor", {u"--folder"_s, test.directory.path()}, desktop.environment);
+        QVERIFY(interface.tells("query answered"));
+        QTest::qWait(1500);
+        const auto openRegister = [&desktop] {
+            desktop.press("alt+d u");
+            QTest::qWait(500);
+            desktop.type(u"utenti"_s);
+            desktop.press("Return");
+            QTest::qWait(1500);
+        };
+        const auto users = [&test] {
+            return test.rows(ArchiveName::Users, u"SELECT Codice, Tipo, Cognome, Nome FROM Utenti ORDER BY Codice"_s);
+        };
+        const auto stored = [&test] { return test.rows(Site::day(), u"SELECT Codice, Tipo, Canale FROM Eventi"_s); };
+        const QString keypad = u"777|DKS|O'Hara|Sean"_s;
+
+        // Presented to the interface, named, saved.
+        openRegister();
+        desktop.press("alt+n");
+        interface.say("tx 12345 A");
+        QTest::qWait(1000);
+        desktop.press("Return");
+        desktop.press("Right Right");
+        desktop.type(u"Bianchi"_s);
+        desktop.press("Return Right");
+        desktop.type(u"Anna"_s);
+        desktop.press("Return alt+s");
+        QTRY_COMPARE_WITH_TIMEOUT(users(), QStringList({u"12345|TX|Bianchi|Anna"_s, keypad}), 20'000);
+        QVERIFY(stored().isEmpty()); // nobody had that code yet
+        interface.say("tx 12345 B");
+        interface.say("dks 777 D");
+        const QStringList both = {u"12345|TX|B"_s, u"777|DKS|D"_s};
+        QTRY_COMPARE(stored(), both);
+
+        // Found by the search, with the names, in a file for others.
+        desktop.press("alt+c e");
+        QTest::qWait(1000);
+        desktop.press("alt+s");
+        QTest::qWait(1500);
+        desktop.press("alt+e");
+        QTest::qWait(1500);
+        const QString file = test.directory.filePath(u"found.xls"_s);
+        desktop.type(file);
+        desktop.press("Return");
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(file), 20'000);
+        const QStringList rows = sheetRows(file);
+        QCOMPARE(rows.size(), 3);
+        QVERIFY2(rows[1].startsWith(u"Bianchi|Anna|TX|B||"_s), qPrintable(rows[1]));
+        QVERIFY2(rows[2].startsWith(u"O'Hara|Sean|DKS|D||"_s), qPrintable(rows[2]));
+
+        // Another code: the old one is nobody's from then on, and the backup still has it.
+        desktop.press("Escape");
+        openRegister();
+        desktop.press("alt+m");
+        QTest::qWait(500);
+        desktop.type(u"00678"_s);
+        desktop.press("Return alt+s");
+        QTRY_COMPARE_WITH_TIMEOUT(users(), QStringList({u"678|TX|Bianchi|Anna"_s, keypad}), 20'000);
+        QCOMPARE(test.rows(u"Archivi/Backup/AnaBack.zeb", u"SELECT Codice FROM Utenti ORDER BY Codice"_s),
+                 QStringList({u"12345"_s, u"777"_s}));
+        interface.say("tx 12345 A");
+        interface.say("tx 678 C");
+        QTRY_COMPARE(stored(), both + QStringList{u"678|TX|C"_s});
+        QCOMPARE(supervisor.end(), 0);
+        for (const char *left : {"Anatmp.$$$", "AnaCon.zeb", "AnaCon2.zeb", "Eventitmp.$$$"})
+            QVERIFY2(!test.folder.exists(u"Archivi/"_s + QString::fromLatin1(left)), left);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestGuard)
+#include "tst_guard.moc"
