@@ -52,7 +52,7 @@ struct Desk {
 
     /// What the operator does: "name" clicks a button of the child window or else of the register, "name=text" fills a
     /// box, "@row,column" goes to a cell, "@=text" types into it, "R5" and "K5" are codes that the line delivers,
-    /// "Yes", "No" and "Cancel" answer the next question, "X" closes by the frame.
+    /// "Yes", "No" and "Cancel" answer the next question, "X" closes by the frame, "unload" is the program's own wish.
     void enter(const QString &input)
     {
         for (const QString &one : input.split(u' ', Qt::SkipEmptyParts)) {
@@ -66,6 +66,10 @@ struct Desk {
                 grid->setCurrentIndex(grid->model()->index(one.mid(1, 1).toInt(), one.mid(3).toInt()));
             else if (one[0] == u'R' || one[0] == u'K')
                 receive(one.mid(1), one[0] == u'R' ? u"TX"_s : u"DKS"_s);
+            else if (one == u"Esc")
+                QTest::keyClick(grid->viewport()->findChild<QLineEdit *>(), Qt::Key_Escape);
+            else if (one == u"unload")
+                window->unload();
             else if (one == u"X")
                 on->close();
             else if (auto *box = on->findChild<QLineEdit *>(one.section(u'=', 0, 0)))
@@ -203,6 +207,8 @@ void TestGuiUsers::ends_data()
     row("cancel, No", u"@0,2 @=Gialli No cmdChiudi"_s, {}, cancel);
     row("cancel, Yes", u"@0,2 @=Gialli Yes cmdChiudi"_s, u"2"_s, cancel);
     row("save", u"@0,2 @=Gialli cmdSalva"_s, u"1"_s, {});
+    row("typed and taken back", u"@0,2 @=G Esc No X"_s, u"2"_s, save);
+    row("by the program", u"@0,2 @=Gialli unload"_s, u"2"_s, {});
     row("after a run of nothing", u"cmdPrecod txtNumTrasm=1 txtCodPart=5 cmdOK No X"_s, u"2"_s,
         u"Exclamation: Not all requested codes have been added!|"_s + save);
 }

@@ -84,6 +84,7 @@ void TestUsers::rows()
     Desk desk(u"5 TX Rossi Ada,5 DKS rossini Bea,7 TX,9 TX \u00C9mile"_s);
     UserRegister &edited = desk.edited;
     QVERIFY(edited.contains(u"5"_s, DKS) && !edited.contains(u"7"_s, DKS) && !edited.isChanged());
+    QCOMPARE(desk.names(edited.surnames()), (QStringList{u"\u00C9mile"_s, u"Rossi"_s, u"rossini"_s}));
     edited.users().moveTo(1);
     QVERIFY(edited.find(u"5"_s) && !edited.find(u"6"_s));
     QCOMPARE(desk.shown(), u"5 TX Rossi Ada,[5 DKS rossini Bea],7 TX,9 TX \u00C9mile"_s);
