@@ -6,7 +6,7 @@
 #include "archives/Tables.h"
 #include "events/DayView.h"
 #include "events/frmEventi.h"
-#include "events/frmRicercapr.h"
+#include "startup/CurrentPrinter.h"
 #include "startup/DateTimeText.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"
@@ -140,7 +140,10 @@ void window(TestFolder &test)
     FakeMessages messages;
     Texts texts;
     FakeClock clock;
-    frmEventi form(texts, messages, test.archives, clock);
+    const FakePrinters printers;
+    Settings settings(test.folder, printers);
+    const CurrentPrinter printer(settings, printers);
+    frmEventi form(texts, messages, test.archives, clock, printer);
     if (!form.open())
         return;
     form.show();

@@ -20,9 +20,9 @@ TableReport::Layout makeLayout(EventReport::Table table, const Texts &texts)
                                              {8, Fit::Left, texts[Text::Ora]},
                                              {5, Fit::Centred, texts[Text::KorDis]}};
     if (table == EventReport::Table::Search)
-        return {1, name + QList{type} + rest, texts[Text::RicercaEventi], texts[Text::Pagina]};
+        return {name + QList{type} + rest, texts[Text::RicercaEventi], texts[Text::Pagina]};
     const TableReport::Column number = {7, Fit::Right, QStringLiteral("N\u00B0")};
-    return {1, QList{number, type} + name + rest, texts[Text::UltimiEventi], texts[Text::Pagina]};
+    return {QList{number, type} + name + rest, texts[Text::UltimiEventi], texts[Text::Pagina]};
 }
 
 } // namespace
@@ -58,12 +58,11 @@ void EventReport::printRow(Page &page, const QString &text)
 void EventReport::closePage(Page &page)
 {
     page.rule(m_left, m_tableTop, m_left, m_rowBottom);
-    int end = layout().leading;
+    int end = 0;
     for (const Column &column : layout().columns) {
-        end += column.width;
+        end += column.gap + column.width;
         const double x = m_left + span(end) + EdgeOverhang;
         page.rule(x, m_tableTop, x, m_rowBottom);
-        end += column.gap;
     }
     const QString number = pageNumber();
     const double y = page.height() - m_line;

@@ -96,27 +96,36 @@ Result<void> SearchResults::finish()
     return done;
 }
 
-QStringList SearchResults::row(qsizetype row) const
+Result<QStringList> SearchResults::row(qsizetype row) const
 {
     if (row < m_firstHeld || row >= m_firstHeld + m_held.size()) {
-        m_held.clear();
-        m_firstHeld = row / (pageOfRows / 2) * (pageOfRows / 2);
-        if (m_open) {
-            Statement &select = m_open->select;
-            select.bind(1, qint64{m_firstHeld});
-            select.bind(2, qint64{pageOfRows});
-            for (;;) {
-                const Result<bool> stepped = select.step();
-                if (!stepped || !stepped.value())
-                    break;
-                QStringList fields;
-                for (int column = 0; column < FieldCount; ++column)
-                    fields.append(select.text(column));
-                m_held.append(std::move(fields));
-            }
-            select.reset();
-        }
+        // Half a page above the row as well: grids are scrolled upwards too.
+        if (const Result<void> read = holdFrom(row / (pageOfRows / 2) * (pageOfRows / 2)); !read)
+            return read.fault();
     }
-    const QStringList none(FieldCount, QString());
-    return m_held.value(row - m_firstHeld, none);
+    if (row >= m_firstHeld + m_held.size())
+        return Fault{FaultCode::Damaged, workingName};
+    return m_held[row - m_firstHeld];
+}
+
+Result<void> SearchResults::holdFrom(qsizetype first) const
+{
+    m_held.clear();
+    m_firstHeld = first;
+    if (!m_open)
+        return Fault{FaultCode::NotOpen, workingName};
+    Statement &select = m_open->select;
+    select.bind(1, qint64{first});
+    select.bind(2, qint64{pageOfRows});
+    Result<bool> stepped = select.step();
+    for (; stepped && stepped.value(); stepped = select.step()) {
+        QStringList fields;
+        for (int column = 0; column < FieldCount; ++column)
+            fields.append(select.text(column));
+        m_held.append(std::move(fields));
+    }
+    select.reset();
+    if (!stepped)
+        return stepped.fault();
+    return {};
 }

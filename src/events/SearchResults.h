@@ -34,8 +34,8 @@ public:
     Result<void> finish();
 
     qsizetype count() const { return m_count; }
-    /// Fields of a row in the order of Field; empty texts when it cannot be read. @param row  0 to count() - 1
-    QStringList row(qsizetype row) const;
+    /// Fields of a row in the order of Field. @param row  0 to count() - 1
+    Result<QStringList> row(qsizetype row) const;
 
 private:
     struct Open {
@@ -45,6 +45,7 @@ private:
     };
 
     void close();
+    Result<void> holdFrom(qsizetype first) const;
     Result<Open> openArchive();
 
     ArchiveStore &m_archives;

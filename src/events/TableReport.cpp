@@ -26,30 +26,30 @@ QString TableReport::fitted(const QString &text, int width, Fit fit)
 
 int TableReport::characters() const
 {
-    int count = m_layout.leading;
+    int count = 0;
     for (const Column &column : m_layout.columns)
-        count += column.width + column.gap;
-    return count - m_layout.columns.last().gap;
+        count += column.gap + column.width;
+    return count;
 }
 
 QString TableReport::headingLine(int line) const
 {
-    QString text(m_layout.leading, QLatin1Char(' '));
+    QString text;
     for (const Column &column : m_layout.columns) {
         const qsizetype blank = column.heading.indexOf(QLatin1Char(' '));
         const QString first = blank < 0 ? column.heading : column.heading.left(blank);
         const QString second = blank < 0 ? QString() : column.heading.mid(blank + 1);
-        text += Centra(line == 0 ? first : second, column.width) + QString(column.gap, QLatin1Char(' '));
+        text += QString(column.gap, QLatin1Char(' ')) + Centra(line == 0 ? first : second, column.width);
     }
     return text;
 }
 
 QString TableReport::rowText(const QStringList &fields) const
 {
-    QString text(m_layout.leading, QLatin1Char(' '));
+    QString text;
     qsizetype field = 0;
     for (const Column &column : m_layout.columns)
-        text += fitted(fields.value(field++), column.width, column.fit) + QString(column.gap, QLatin1Char(' '));
+        text += QString(column.gap, QLatin1Char(' ')) + fitted(fields.value(field++), column.width, column.fit);
     // A printer's font would show nothing for it.
     return text.replace(softHyphen, QLatin1Char('-'));
 }

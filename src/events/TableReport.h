@@ -22,10 +22,9 @@ public:
         int width; ///< in characters
         Fit fit;
         QString heading; ///< its first blank parts it into the two lines of the headings
-        int gap = 1;     ///< blanks that follow, but for the last column
+        int gap = 1;     ///< blanks before it
     };
     struct Layout {
-        int leading; ///< blanks before the first column
         QList<Column> columns;
         QString title;
         QString page; ///< word before the page number

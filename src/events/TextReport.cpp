@@ -10,8 +10,6 @@ Report::Progress TextReport::step(Page &page, int milliseconds)
     const double height = page.textHeight();
     const auto room = qMax<qsizetype>(1, static_cast<qsizetype>(page.width() / page.textWidth(QStringLiteral(" "))));
     while (m_next < m_lines.size()) {
-        if (turn.elapsed() >= milliseconds && (m_next > 0 || m_printed > 0))
-            return Progress::Running;
         if (m_y + height > page.height()) {
             if (!page.newPage())
                 return Progress::Failed;
@@ -25,6 +23,8 @@ Report::Progress TextReport::step(Page &page, int milliseconds)
             m_printed = 0;
             ++m_next;
         }
+        if (turn.elapsed() >= milliseconds && m_next < m_lines.size())
+            return Progress::Running;
     }
     return Progress::Finished;
 }

@@ -52,12 +52,14 @@ QList<UserCombo::Entry> entries(const UsersCopy &users, const QList<int> &places
 } // namespace
 
 frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
-                     QWidget *parent)
+                     const CurrentPrinter &printer, QWidget *parent)
     : ChildWindow(QStringLiteral("frmEventi"), parent),
       m_texts(texts),
       m_messages(messages),
+      m_disk(archives.folder().disk()),
       m_users(archives, QStringLiteral("Archivi/AnaCon.zeb")),
       m_search(archives, m_users),
+      m_printing(this, printer, texts, messages),
       m_rows(new RowsModel(columns(texts), this))
 {
     build();
@@ -72,8 +74,11 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
     connect(dbcmbCognome, &UserCombo::edited, this, &frmEventi::dbcmbCognome_Change);
     connect(dbcmbNome, &UserCombo::edited, this, &frmEventi::dbcmbNome_Change);
     connect(cmdRicerca, &QPushButton::clicked, this, &frmEventi::cmdRicerca_Click);
+    connect(cmdStampa, &QPushButton::clicked, this, &frmEventi::cmdStampa_Click);
+    connect(cmdToExcel, &QPushButton::clicked, this, &frmEventi::cmdToExcel_Click);
     connect(cmdChiudi, &QPushButton::clicked, this, &ChildWindow::unload);
     connect(&tmrRicerca, &QTimer::timeout, this, &frmEventi::tmrRicerca_Timer);
+    connect(&tmrEsporta, &QTimer::timeout, this, &frmEventi::tmrEsporta_Timer);
     setKeys(cmdRicerca, cmdChiudi);
     txtDataOrig->setFocus();
 }
@@ -331,7 +336,10 @@ void frmEventi::searchDone()
         m_progress->close();
     setBusy(false);
     const SearchResults &results = m_search.results();
-    m_rows->setRows(results.count(), [&results](qsizetype row) { return results.row(row); });
+    m_rows->setRows(results.count(), [&results](qsizetype row) {
+        const Result<QStringList> fields = results.row(row);
+        return fields ? fields.value() : QStringList();
+    });
     const auto tellNothingFound = [this] {
         if (m_rows->rowCount() == 0)
             m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoTrovato]);

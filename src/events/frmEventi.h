@@ -1,14 +1,15 @@
 #pragma once
 
+#include "events/EventExport.h"
 #include "events/EventSearch.h"
 #include "platform/Clock.h"
 #include "widgets/ChildWindow.h"
+#include "widgets/Printing.h"
 
 #include <QPointer>
 #include <QTimer>
 
 class frmRicercapr;
-class Messages;
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
@@ -17,10 +18,9 @@ class QLineEdit;
 class QPushButton;
 class QTableView;
 class RowsModel;
-class Texts;
 class UserCombo;
 
-/// Searches the events of a range of days.
+/// Searches the events of a range of days, prints and exports what was found.
 class frmEventi : public ChildWindow
 {
     Q_OBJECT
@@ -28,7 +28,7 @@ class frmEventi : public ChildWindow
 public:
     /// All must outlive this window.
     frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
-              QWidget *parent = nullptr);
+              const CurrentPrinter &printer, QWidget *parent = nullptr);
     ~frmEventi() override;
 
     /// Reads the users. When they cannot be read, the operator is told and this window is of no use.
@@ -43,6 +43,10 @@ private:
     void dbcmbCognome_Change();
     void dbcmbNome_Change();
     void cmdRicerca_Click();
+    void cmdStampa_Click();
+    void cmdToExcel_Click();
+    void cmdToExcel_FileChosen(const QString &file);
+    void tmrEsporta_Timer();
     void tmrRicerca_Timer();
     void objRicercaPr_Annulla();
 
@@ -50,12 +54,18 @@ private:
     void refuse(QueryFault fault);
     void showPartner(const UserCombo *chosen, UserCombo *other, QString UsersCopy::User::*name);
     void searchDone();
+    void exportTo(const QString &file);
+    void exportDone();
+    void resultUnreadable(const Fault &fault);
     void setBusy(bool busy);
 
     const Texts &m_texts;
     Messages &m_messages;
+    Disk &m_disk;
     UsersCopy m_users;
     EventSearch m_search;
+    std::unique_ptr<EventExport> m_export;
+    Printing m_printing;
 
     QGroupBox *FrameRic;
     QLabel *lblDataOrig;
@@ -85,5 +95,6 @@ private:
     QPushButton *cmdToExcel;
     QPushButton *cmdChiudi;
     QTimer tmrRicerca;
+    QTimer tmrEsporta;
     QPointer<frmRicercapr> m_progress;
 };

@@ -1,5 +1,6 @@
 #include "events/frmEventiOdierni.h"
 
+#include "events/EventReport.h"
 #include "texts/Texts.h"
 #include "widgets/Messages.h"
 #include "widgets/RowsModel.h"
@@ -34,11 +35,12 @@ QList<RowsModel::Column> columns(const Texts &texts)
 } // namespace
 
 frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
-                                   QWidget *parent)
+                                   const CurrentPrinter &printer, QWidget *parent)
     : ChildWindow(QStringLiteral("frmEventiOdierni"), parent),
       m_texts(texts),
       m_messages(messages),
       m_view(archives, clock),
+      m_printing(this, printer, texts, messages),
       flxgrdEventi(new QTableView),
       m_rows(new RowsModel(columns(texts), this)),
       cmdStampa(new QPushButton),
@@ -65,7 +67,7 @@ frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, Archi
     tmrRefresh.setSingleShot(true);
     connect(&tmrLoad, &QTimer::timeout, this, &frmEventiOdierni::tmrLoad_Timer);
     connect(&tmrRefresh, &QTimer::timeout, this, &frmEventiOdierni::tmrRefresh_Timer);
-    connect(cmdStampa, &QPushButton::clicked, this, &frmEventiOdierni::StampaRichiesta);
+    connect(cmdStampa, &QPushButton::clicked, this, &frmEventiOdierni::cmdStampa_Click);
     connect(cmdChiudi, &QPushButton::clicked, this, &ChildWindow::unload);
     setKeys(cmdChiudi, cmdChiudi);
     captions();
@@ -91,6 +93,21 @@ bool frmEventiOdierni::open()
     if (m_view.hasArchive())
         tmrLoad.start(firstLookMilliseconds);
     return true;
+}
+
+void frmEventiOdierni::cmdStampa_Click()
+{
+    if (!m_printing.isReady())
+        return;
+    const QList<QStringList> rows = m_view.rows();
+    if (rows.isEmpty())
+        return m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoDisponibile]);
+    // What is printed is what the operator sees.
+    holdStill(true);
+    m_printing.print(
+        std::make_unique<EventReport>(EventReport::Table::LastEvents, m_texts,
+                                      TableReport::Rows{rows.size(), [rows](qsizetype index) { return rows[index]; }}),
+        m_texts[Text::UltimiEventiTitolo], [this] { holdStill(false); });
 }
 
 void frmEventiOdierni::holdStill(bool still)

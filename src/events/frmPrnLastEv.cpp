@@ -5,6 +5,7 @@
 #include "link/EventLog.h"
 #include "startup/Numbers.h"
 #include "startup/PlainText.h"
+#include "widgets/Filtering.h"
 #include "widgets/Messages.h"
 #include "widgets/Twips.h"
 
@@ -86,13 +87,7 @@ bool frmPrnLastEv::open()
 
 void frmPrnLastEv::txtNumEv_Change()
 {
-    const QString typed = txtNumEv->text();
-    const QString digits = SoloCifre(typed);
-    if (digits == typed)
-        return;
-    const QString before = SoloCifre(typed.left(txtNumEv->cursorPosition()));
-    txtNumEv->setText(digits);
-    txtNumEv->setCursorPosition(static_cast<int>(before.size()));
+    keepAccepted(txtNumEv, SoloCifre);
 }
 
 void frmPrnLastEv::cmdOk_Click()

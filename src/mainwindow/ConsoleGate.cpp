@@ -2,6 +2,7 @@
 
 #include "archives/Tables.h"
 #include "platform/TerminalPassword.h"
+#include "prefs/PasswordFault.h"
 
 #include <QFile>
 #include <QThread>
@@ -21,20 +22,13 @@ QString ConsoleGate::readPasswords(Program &program) const
 {
     const Texts &texts = program.texts();
     for (bool told = false;; told = true) {
-        switch (program.passwords().load()) {
-        case Passwords::Fault::None:
+        const Passwords::Fault fault = program.passwords().load();
+        if (fault == Passwords::Fault::None)
             return {};
-        case Passwords::Fault::RegisterUnusable:
-            return texts[Text::FileMancanteODanneggiato];
-        case Passwords::Fault::Corrupt:
-            return texts[Text::FilePasswordCorrotto];
-        case Passwords::Fault::Unreadable:
-            break;
-        }
         const Fault &reason = program.passwords().reason();
+        if (fault != Passwords::Fault::Unreadable || reason.code != FaultCode::Locked)
+            return texts.sentence(passwordMessage(fault, reason));
         const Message message{OwnText::RegisterTriedAgain, {QStringView(ArchiveName::Users).toString()}, reason};
-        if (reason.code != FaultCode::Locked)
-            return texts.sentence({OwnText::UsersUnreadable, message.arguments, reason});
         if (!told)
             std::fprintf(stderr, "%s\n", texts.sentence(message).toUtf8().constData());
         QThread::sleep(1);

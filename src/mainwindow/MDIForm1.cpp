@@ -1,5 +1,6 @@
 #include "mainwindow/MDIForm1.h"
 
+#include "prefs/PasswordFault.h"
 #include "prefs/Splash.h"
 #include "startup/DateTimeText.h"
 #include "startup/Version.h"
@@ -70,8 +71,7 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
     connect(&program, &Program::refreshing, this, &MDIForm1::showClock);
     connect(&program.timeProgramme(), &TimeProgramme::applied, this, &MDIForm1::showTime);
     connect(&program.notices(), &Notices::posted, this, &MDIForm1::showNotices, Qt::QueuedConnection);
-    // At the end of a session nobody can be asked to give the password first.
-    connect(qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &) { m_ending = true; });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &MDIForm1::sessionEnds);
     connectLink();
 }
 
@@ -93,7 +93,7 @@ void MDIForm1::buildMenu()
     const auto separate = [](QMenu *menu, const char *name) {
         menu->addSeparator()->setObjectName(QString::fromLatin1(name));
     };
-    addEntry(file, Entry::ImpPrn, "mnuImpPrn", notBuilt);
+    addEntry(file, Entry::ImpPrn, "mnuImpPrn", &MDIForm1::mnuImpPrn_Click);
     separate(file, "mnuLinea");
     addEntry(file, Entry::Exit, "mnuExit", &MDIForm1::mnuExit_Click);
 
@@ -103,7 +103,7 @@ void MDIForm1::buildMenu()
 
     addEntry(events, Entry::Eventi, "mnuEventi", &MDIForm1::mnuEventi_Click);
     addEntry(events, Entry::EventiOdierni, "mnuEventiOdierni", &MDIForm1::mnuEventiOdierni_Click);
-    addEntry(events, Entry::PrnLastEv, "mnuPrnLastEv", notBuilt);
+    addEntry(events, Entry::PrnLastEv, "mnuPrnLastEv", &MDIForm1::mnuPrnLastEv_Click);
     separate(events, "mnuLineaCons");
     addEntry(events, Entry::NumEvOdVis, "mnuNumEvOdVis", &MDIForm1::mnuNumEvOdVis_Click);
 
@@ -223,27 +223,20 @@ void MDIForm1::tmrShow_Timer()
 bool MDIForm1::readPasswords()
 {
     const Texts &texts = m_program.texts();
-    switch (m_program.passwords().load()) {
-    case Passwords::Fault::None:
+    const Passwords::Fault fault = m_program.passwords().load();
+    if (fault == Passwords::Fault::None)
         return true;
-    case Passwords::Fault::RegisterUnusable:
-        showCritical(texts[Text::FileMancanteODanneggiato], [this] { end(); });
-        break;
-    case Passwords::Fault::Corrupt:
-        showCritical(texts[Text::FilePasswordCorrotto], [this] { end(); });
-        break;
-    case Passwords::Fault::Unreadable:
+    m_menu.gateIsClosed = true;
+    applyMenu();
+    const Fault &reason = m_program.passwords().reason();
+    if (fault == Passwords::Fault::Unreadable) {
         // Another program holds the register for the moment; nothing opens before it can be read.
-        m_menu.gateIsClosed = true;
-        applyMenu();
-        StatusBar1->showText(
-            5, texts.sentence(
-                   {OwnText::RegisterTriedAgain, {QStringLiteral("Anagrafico.zeb")}, m_program.passwords().reason()}));
+        StatusBar1->showText(5,
+                             texts.sentence({OwnText::RegisterTriedAgain, {QStringLiteral("Anagrafico.zeb")}, reason}));
         tmrShow.start(showMilliseconds);
         return false;
     }
-    m_menu.gateIsClosed = true;
-    applyMenu();
+    showCritical(texts.sentence(passwordMessage(fault, reason)), [this] { end(); });
     return false;
 }
 
@@ -251,6 +244,27 @@ void MDIForm1::end()
 {
     m_ending = true;
     close();
+}
+
+void MDIForm1::sessionEnds(QSessionManager &manager)
+{
+    const QList<ChildWindow *> open = findChildren<ChildWindow *>();
+    for (ChildWindow *window : open) {
+        // At the gate nobody can be asked to give the password first.
+        if (m_menu.gateIsClosed || closeChild(window) || !manager.allowsInteraction())
+            continue;
+        // It asks the operator what becomes of his work; the session goes on.
+        manager.cancel();
+        return;
+    }
+    m_ending = true;
+}
+
+bool MDIForm1::closeChild(ChildWindow *window)
+{
+    // A window in the client area closes with its frame, one of its own by itself.
+    QWidget *frame = qobject_cast<QMdiSubWindow *>(window->parentWidget());
+    return (frame ? frame : window)->close();
 }
 
 void MDIForm1::closeEvent(QCloseEvent *event)
@@ -262,11 +276,9 @@ void MDIForm1::closeEvent(QCloseEvent *event)
     }
     const QList<ChildWindow *> open = findChildren<ChildWindow *>();
     for (ChildWindow *window : open) {
-        // A window in the client area closes with its frame, one of its own by itself.
-        QWidget *frame = qobject_cast<QMdiSubWindow *>(window->parentWidget());
         if (m_ending)
             window->unload();
-        else if (!(frame ? frame : window)->close()) {
+        else if (!closeChild(window)) {
             // It asks the operator first, and this window closes when it has.
             m_closeAgain = true;
             event->ignore();

@@ -14,6 +14,7 @@
 class QAction;
 class QMdiArea;
 class QMenu;
+class QSessionManager;
 class Splash;
 
 /// The frame window: menu, status bar, timers, and the windows that are opened from the menu.
@@ -61,6 +62,10 @@ private:
     void tmrFlash_Timer();
     void showNotices();
     bool readPasswords();
+    void sessionEnds(QSessionManager &manager);
+
+    /// @return false when the window stays open, perhaps because it asks the operator first
+    static bool closeChild(ChildWindow *window);
 
     /// Opens the window that @p make makes, or brings the one forward that is open already.
     template<class Window, class Make>
@@ -82,6 +87,8 @@ private:
     void mnuEventi_Click();
     void mnuEventiOdierni_Click();
     void mnuNumEvOdVis_Click();
+    void mnuPrnLastEv_Click();
+    void mnuImpPrn_Click();
     void mnuImpCom_Click();
     void mnuLetConfInt_Click();
     void mnuUtility_Click();

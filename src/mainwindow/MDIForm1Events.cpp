@@ -1,15 +1,18 @@
 #include "events/frmEventi.h"
 #include "events/frmEventiOdierni.h"
 #include "events/frmNumEvOd.h"
+#include "events/frmPrnLastEv.h"
 #include "mainwindow/MDIForm1.h"
+#include "prefs/frmImpStampa.h"
 
-// The windows that show, search and print events.
+// The windows that show, search and print events, and the choice of the printer.
 
 void MDIForm1::mnuEventi_Click()
 {
     frmEventi *made = nullptr;
     openOnce<frmEventi>([&] {
-        made = new frmEventi(m_program.texts(), m_messages, m_program.archives(), m_program.clock());
+        made =
+            new frmEventi(m_program.texts(), m_messages, m_program.archives(), m_program.clock(), m_program.printer());
         return made;
     });
     if (made && !made->open())
@@ -20,7 +23,8 @@ void MDIForm1::mnuEventiOdierni_Click()
 {
     frmEventiOdierni *made = nullptr;
     openOnce<frmEventiOdierni>([&] {
-        made = new frmEventiOdierni(m_program.texts(), m_messages, m_program.archives(), m_program.clock());
+        made = new frmEventiOdierni(m_program.texts(), m_messages, m_program.archives(), m_program.clock(),
+                                    m_program.printer());
         return made;
     });
     if (!made)
@@ -38,4 +42,21 @@ void MDIForm1::mnuNumEvOdVis_Click()
         connect(window, &frmNumEvOd::NumeroCambiato, this, &MDIForm1::applyTexts);
         return window;
     });
+}
+
+void MDIForm1::mnuPrnLastEv_Click()
+{
+    frmPrnLastEv *made = nullptr;
+    openOnce<frmPrnLastEv>([&] {
+        made = new frmPrnLastEv({m_program.log(), m_program.archives()}, m_program.printer(), m_program.texts(),
+                                m_messages);
+        return made;
+    });
+    if (made && !made->open())
+        made->unload();
+}
+
+void MDIForm1::mnuImpPrn_Click()
+{
+    openOnce<frmImpStampa>([this] { return new frmImpStampa(m_program.texts(), m_program.printer(), m_messages); });
 }

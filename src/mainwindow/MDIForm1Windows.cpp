@@ -4,6 +4,7 @@
 #include "link/frmConfInt.h"
 #include "link/frmImpCom.h"
 #include "link/frmUtility.h"
+#include "prefs/PasswordFault.h"
 #include "prefs/frmInfo.h"
 #include "prefs/frmInsPass.h"
 #include "prefs/frmIstruzioni.h"
@@ -300,10 +301,7 @@ void MDIForm1::objPassProg_Chiudi(int type, int code)
 
 void MDIForm1::deactivate(Passwords::Type type)
 {
-    if (m_program.passwords().set(type, {}) != Passwords::Fault::None) {
-        showCritical(m_program.texts().sentence(
-            {OwnText::UsersUnreadable, {QStringLiteral("Anagrafico.zeb")}, m_program.passwords().reason()}));
-        return;
-    }
+    if (const Passwords::Fault fault = m_program.passwords().set(type, {}); fault != Passwords::Fault::None)
+        return showCritical(m_program.texts().sentence(passwordMessage(fault, m_program.passwords().reason())));
     applyTexts();
 }

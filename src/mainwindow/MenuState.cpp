@@ -6,9 +6,7 @@ namespace {
 bool isBuilt(Entry entry)
 {
     switch (entry) {
-    case Entry::ImpPrn:
     case Entry::Utenti:
-    case Entry::PrnLastEv:
         return false;
     default:
         return true;

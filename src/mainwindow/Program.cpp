@@ -14,6 +14,7 @@ Program::Program(const QString &folder, const Clock &clock, const Printers &prin
       m_clock(clock),
       m_folder(folder, m_disk),
       m_settings(m_folder, printers),
+      m_printer(m_settings, printers),
       m_archives(m_folder),
       m_ports(m_folder),
       m_serial(makeSerial ? makeSerial(m_ports) : std::make_unique<SerialControl>(m_ports)),

@@ -7,6 +7,7 @@
 #include "link/LinkMonitor.h"
 #include "link/UsersSnapshot.h"
 #include "prefs/Passwords.h"
+#include "startup/CurrentPrinter.h"
 #include "startup/Settings.h"
 #include "startup/Startup.h"
 #include "timeprog/TimeProgramme.h"
@@ -46,6 +47,7 @@ public:
     Texts &texts() { return m_texts; }
     Notices &notices() { return m_notices; }
     Settings &settings() { return m_settings; }
+    CurrentPrinter &printer() { return m_printer; }
     ProgramFolder &folder() { return m_folder; }
     ArchiveStore &archives() { return m_archives; }
     const Clock &clock() const { return m_clock; }
@@ -76,6 +78,7 @@ private:
     Notices m_notices;
     Texts m_texts;
     Settings m_settings;
+    CurrentPrinter m_printer;
     ArchiveStore m_archives;
     SerialPorts m_ports;
     std::unique_ptr<SerialControl> m_serial;

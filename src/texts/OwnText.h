@@ -55,6 +55,7 @@ enum class OwnText : int {
     SearchBrokenOff,
     DaysNotRead,
     DayNotShown,
+    ResultsUnreadable,
     PrinterGone,
     PrintNotMade,
     PrintFontMissing,

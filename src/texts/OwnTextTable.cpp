@@ -211,6 +211,9 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
     /* DayNotShown */
     {"Gli eventi del giorno non possono essere letti", "The events of the day cannot be read",
      "Les évènements du jour ne peuvent pas être lus", "Die Ereignisse des Tages können nicht gelesen werden"},
+    /* ResultsUnreadable */
+    {"Gli eventi trovati non possono più essere letti", "The events found can no longer be read",
+     "Les évènements trouvés ne peuvent plus être lus", "Die gefundenen Ereignisse können nicht mehr gelesen werden"},
     /* PrinterGone */
     {"La stampante scelta, la n. %1 dell'elenco, non è più installata: sceglierne un'altra.",
      "The chosen printer, no. %1 of the list, is no longer installed: choose another one.",

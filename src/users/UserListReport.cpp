@@ -11,9 +11,8 @@ constexpr int ruledCharacters[] = {11, 17, 33, 49, 65};
 TableReport::Layout makeLayout(const Texts &texts)
 {
     using Fit = TableReport::Fit;
-    return {0,
-            {{10, Fit::Right, texts[Text::CodiceColonna], 2},
-             {5, Fit::Centred, texts[Text::Tipo]},
+    return {{{10, Fit::Right, texts[Text::CodiceColonna], 0},
+             {5, Fit::Centred, texts[Text::Tipo], 2},
              {15, Fit::Left, texts[Text::CognomeUtente]},
              {15, Fit::Left, texts[Text::NomeUtente]},
              {15, Fit::Left, texts[Text::InformazioniAggiuntive]},

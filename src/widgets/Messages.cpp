@@ -1,5 +1,8 @@
 #include "widgets/Messages.h"
 
+#include "widgets/Twips.h"
+
+#include <QGridLayout>
 #include <QMessageBox>
 
 namespace {
@@ -30,6 +33,11 @@ QMessageBox *makeBox(QWidget *over, Icon icon, const QString &title, const QStri
     // Names of users and files are shown as they are written.
     box->setTextFormat(Qt::PlainText);
     box->setText(QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    // A short message must not cut the title, which stands between the buttons of the frame.
+    if (auto *grid = qobject_cast<QGridLayout *>(box->layout())) {
+        const int width = box->fontMetrics().horizontalAdvance(title) + pixels(2250);
+        grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+    }
     return box;
 }
 

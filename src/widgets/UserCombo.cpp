@@ -4,6 +4,7 @@
 
 #include <QAbstractListModel>
 #include <QCompleter>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QScopedValueRollback>
@@ -107,6 +108,27 @@ void UserCombo::showEntry(std::optional<qint64> id)
     m_row = m_model->rowOf(id);
     setCurrentIndex(m_row);
     setEditText(m_row < 0 ? QString() : m_model->entries()[m_row].text);
+}
+
+void UserCombo::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)
+        goToShown();
+    QComboBox::keyPressEvent(event);
+}
+
+void UserCombo::wheelEvent(QWheelEvent *event)
+{
+    goToShown();
+    QComboBox::wheelEvent(event);
+}
+
+void UserCombo::goToShown()
+{
+    // The list itself does not follow what is typed; from here on it goes up and down.
+    const QScopedValueRollback setting(m_setting, true);
+    if (m_row >= 0 && m_row != currentIndex())
+        setCurrentIndex(m_row);
 }
 
 void UserCombo::entryChosen(int row)

@@ -31,9 +31,14 @@ Q_SIGNALS:
     /// The operator has chosen an entry or changed the text.
     void edited();
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+
 private:
     class Model;
 
+    void goToShown();
     void entryChosen(int row);
     void textTyped(const QString &text);
 

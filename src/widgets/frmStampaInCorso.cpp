@@ -20,6 +20,8 @@ frmStampaInCorso::frmStampaInCorso(const Texts &texts, QWidget *window)
     auto *rows = new QVBoxLayout(this);
     rows->setContentsMargins(pixels(600), pixels(300), pixels(600), pixels(300));
     rows->addWidget(lblStampa);
+    // The title stands between the buttons of the frame.
+    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + pixels(2250));
     adjustSize();
 
     auto *frame = qobject_cast<QMdiSubWindow *>(window->parentWidget());

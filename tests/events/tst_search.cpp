@@ -38,7 +38,7 @@ QStringList allRows(const SearchResults &results)
 {
     QStringList rows;
     for (qsizetype i = 0; i < results.count(); ++i)
-        rows.append(results.row(i).join(u'|'));
+        rows.append(results.row(i).value().join(u'|'));
     return rows;
 }
 
@@ -249,7 +249,7 @@ void TestSearch::stopAndLeftovers()
         search.stop();
         QVERIFY(!search.step(QDeadlineTimer(0)));
         QCOMPARE(search.results().count(), 20);
-        QCOMPARE(search.results().row(19).join(u'|'), u"||TX|A||05-03-2004|10:00:00|"_s);
+        QCOMPARE(search.results().row(19).value().join(u'|'), u"||TX|A||05-03-2004|10:00:00|"_s);
     }
     for (const QString &name : test.files(u"Archivi"_s))
         QVERIFY2(!name.startsWith(u"Eventitmp.$$$"_s) && name != u"AnaCon.zeb"_s, qPrintable(name));

@@ -1,0 +1,120 @@
+// Printing of ten thousand events: pages a second beside a loop that only paints as many lines of text, and the longest
+// gap of a 5 ms heartbeat while a window prints them, beside an idle event loop.
+
+#include "Measure.h"
+
+#include "events/EventReport.h"
+#include "startup/CurrentPrinter.h"
+#include "support/Fixtures.h"
+#include "texts/Texts.h"
+#include "widgets/ChildWindow.h"
+#include "widgets/Messages.h"
+#include "widgets/PainterPage.h"
+#include "widgets/Printing.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QPainter>
+#include <QPrinter>
+
+namespace {
+
+constexpr int events = 10'000;
+
+EventReport report(const Texts &texts)
+{
+    const auto fields = [](qsizetype i) {
+        return QStringList{QString::number(i), u"DKS"_s,      u"Rossi %1"_s.arg(i),
+                           u"Anna"_s,          u"B"_s,        u"X"_s,
+                           u"05-03-2004"_s,    u"07:45:00"_s, QString()};
+    };
+    return {EventReport::Table::LastEvents, texts, {events, fields}};
+}
+
+/// Seconds of a PDF document that @p paint fills.
+double painted(const QString &file, const std::function<void(PainterPage &)> &paint)
+{
+    return microseconds([&] {
+               QPrinter device(QPrinter::HighResolution);
+               device.setOutputFormat(QPrinter::PdfFormat);
+               device.setOutputFileName(file);
+               QPainter painter(&device);
+               PainterPage page(painter, device);
+               paint(page);
+           }) /
+           1e6;
+}
+
+/// A printer whose print system takes no time.
+class OnePrinter : public FakePrinters
+{
+public:
+    OnePrinter() { installed = QStringList{u"laser"_s}; }
+    Result<void> send(const QString &, const QString &, const QString &) const override { return {}; }
+};
+
+/// Longest time between two beats until @p loop ends, in milliseconds.
+double longestGap(QEventLoop &loop)
+{
+    QTimer beat;
+    beat.setTimerType(Qt::PreciseTimer);
+    QElapsedTimer sinceLast;
+    double longest = 0;
+    QObject::connect(&beat, &QTimer::timeout, [&] {
+        longest = qMax(longest, static_cast<double>(sinceLast.nsecsElapsed()) / 1e6);
+        sinceLast.start();
+    });
+    sinceLast.start();
+    beat.start(5);
+    loop.exec();
+    return qMax(longest, static_cast<double>(sinceLast.nsecsElapsed()) / 1e6);
+}
+
+} // namespace
+
+int main(int argumentCount, char *arguments[])
+{
+    const QApplication application(argumentCount, arguments);
+    TestFolder test;
+    Texts texts;
+
+    const QString file = test.directory.filePath(u"document.pdf"_s);
+    constexpr int rowsOfPage = 31;
+    constexpr int pages = events / rowsOfPage + 1;
+    const QString line(84, u'x');
+    QList<double> ours, bare;
+    for (int round = 0; round < 3; ++round) {
+        ours.append(painted(file, [&](PainterPage &page) {
+            EventReport all = report(texts);
+            while (all.step(page, 20) == Report::Progress::Running) {
+            }
+        }));
+        bare.append(painted(file, [&](PainterPage &page) {
+            for (int i = 0; i < events; ++i) {
+                if (i > 0 && i % rowsOfPage == 0)
+                    page.newPage();
+                page.text(0, 400 + (i % rowsOfPage) * 440, line);
+            }
+        }));
+    }
+    print("pages a second, 10,000 events; beside their bare lines", pages / quantile(ours, 0.5),
+          pages / quantile(bare, 0.5), "1/s");
+
+    const OnePrinter printers;
+    Settings settings(test.folder, printers);
+    CurrentPrinter printer(settings, printers);
+    if (!settings.CreaImpostazioni(1) || !printer.choose(0))
+        return 1;
+    Messages messages;
+    ChildWindow window(u"window"_s);
+    window.show();
+    Printing printing(&window, printer, texts, messages);
+    QEventLoop loop;
+    QTimer::singleShot(2000, &loop, &QEventLoop::quit);
+    const double idle = longestGap(loop);
+    if (!printing.isReady())
+        return 1;
+    printing.print(std::make_unique<EventReport>(report(texts)), u"bench"_s, [&loop] { loop.quit(); });
+    print("longest gap of a 5 ms heartbeat, printing 10,000 events", longestGap(loop), idle, "ms");
+    return 0;
+}

@@ -1,0 +1,350 @@
+#include "archives/Tables.h"
+#include "events/frmEventi.h"
+#include "events/frmEventiOdierni.h"
+#include "events/frmNumEvOd.h"
+#include "events/frmRicercapr.h"
+#include "startup/CurrentPrinter.h"
+#include "support/FakeMessages.h"
+#include "support/Fixtures.h"
+#include "widgets/UserCombo.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTest>
+
+namespace {
+
+/// Two who share a surname, one without a surname, one without a first name.
+const QList<QStringList> people = {{u"1"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s},
+                                   {u"2"_s, u"TX"_s, u"Rossi"_s, u"Anna"_s},
+                                   {u"3"_s, u"DKS"_s, {}, u"Zo\u00EB"_s},
+                                   {u"4"_s, u"TX"_s, u"\u00C4del"_s, {}}};
+
+struct Base {
+    Base() { texts.fill(2); }
+
+    TestFolder test;
+    FakeClock clock;
+    FakeMessages messages;
+    Texts texts;
+    FakePrinters printers;
+    Settings settings{test.folder, printers};
+    CurrentPrinter printer{settings, printers};
+};
+
+template<class Control>
+Control *find(QWidget &window, const char *name)
+{
+    auto *found = window.findChild<Control *>(QString::fromLatin1(name));
+    if (!found)
+        qFatal("no %s", name);
+    return found;
+}
+
+QString cells(QTableView *grid, int row)
+{
+    QStringList texts;
+    for (int column = 0; column < grid->model()->columnCount(); ++column)
+        texts.append(grid->model()->index(row, column).data().toString());
+    return texts.join(u'|');
+}
+
+struct SearchDesk : Base {
+    SearchDesk()
+    {
+        test.addUsers(people);
+        form = new frmEventi(texts, messages, test.archives, clock, printer);
+        if (!form->open())
+            qFatal("the window does not open");
+        form->show();
+        form->activateWindow();
+        QApplication::setActiveWindow(form);
+    }
+    ~SearchDesk() { delete form; }
+
+    QLineEdit *edit(const char *name) { return find<QLineEdit>(*form, name); }
+    UserCombo *surname() { return find<UserCombo>(*form, "dbcmbCognome"); }
+    UserCombo *firstName() { return find<UserCombo>(*form, "dbcmbNome"); }
+    QTableView *grid() { return find<QTableView>(*form, "dbgrdDati"); }
+    void press(const char *button) { find<QPushButton>(*form, button)->click(); }
+    void search()
+    {
+        press("cmdRicerca");
+        QTRY_VERIFY(find<QPushButton>(*form, "cmdRicerca")->isEnabled());
+    }
+
+    QPointer<frmEventi> form;
+};
+
+/// Types over what stands there; keys of a test know no accents.
+void type(UserCombo *combo, const QString &text)
+{
+    combo->lineEdit()->selectAll();
+    combo->lineEdit()->insert(text);
+}
+
+} // namespace
+
+class TestEvents : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void refusals_data();
+    void refusals();
+    void combosFollowEachOther();
+    void searchAndStop();
+    void unreadDayIsTold();
+    void windowGoesInTheMiddle();
+    void exportAsksOnce();
+    void doesNotOpenHalfFilled();
+    void liveView();
+    void numberOfEvents();
+};
+
+void TestEvents::refusals_data()
+{
+    const Rows<QByteArray, QString, QString, QByteArray> row("box", "text", "message", "focus");
+    row("date", "txtDataOrig", u"1/3/2004"_s, u"Incorrect date format! (dd/mm/yyyy)"_s, "txtDataOrig");
+    row("last date", "txtDataFine", u"32/03/2004"_s, u"Incorrect date format! (dd/mm/yyyy)"_s, "txtDataFine");
+    row("time", "txtOraIn", u"24:00:00"_s, u" Incorrect time format! (hh:mm:ss)"_s, "txtOraIn");
+    row("order", "txtDataFine", u"04/03/2004"_s, u"The starting date must come before the finishing date!"_s,
+        "txtDataOrig");
+    row("nobody's name", "dbcmbCognome", u"Verdi"_s, u"Code or name is not in the data file!"_s, "");
+    row("no surname", "dbcmbNome", u"Zo\u00EB"_s, u"Code or name is not in the data file!"_s, "");
+}
+
+void TestEvents::refusals()
+{
+    QFETCH(QByteArray, box);
+    QFETCH(QString, text);
+    QFETCH(QString, message);
+    QFETCH(QByteArray, focus);
+    SearchDesk desk;
+    if (auto *combo = desk.form->findChild<UserCombo *>(QString::fromLatin1(box)))
+        type(combo, text);
+    else
+        desk.edit(box.constData())->setText(text);
+    desk.press("cmdRicerca");
+    QCOMPARE(desk.messages.take(), QStringList{u"Exclamation: "_s + message});
+    if (!focus.isEmpty()) {
+        QCOMPARE(desk.form->focusWidget(), desk.edit(focus.constData()));
+        QCOMPARE(desk.edit(focus.constData())->selectedText(), desk.edit(focus.constData())->text());
+    }
+    QVERIFY(!desk.form->findChild<frmRicercapr *>());
+}
+
+void TestEvents::combosFollowEachOther()
+{
+    SearchDesk desk;
+    QStringList listed;
+    for (int i = 0; i < desk.surname()->count(); ++i)
+        listed.append(desk.surname()->itemText(i));
+    QCOMPARE(listed, QStringList({u"\u00C4del"_s, u"Rossi"_s, u"Rossi"_s}));
+    desk.edit("txtCodice")->setText(u"1x2"_s);
+    QCOMPARE(desk.edit("txtCodice")->text(), u"12"_s);
+    // The second of the two, from the list.
+    desk.surname()->setFocus();
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(desk.surname(), Qt::Key_Down);
+    QCOMPARE(desk.surname()->currentText() + desk.firstName()->currentText(), u"RossiAnna"_s);
+    QVERIFY(desk.edit("txtCodice")->text().isEmpty());
+    QTest::keyClick(desk.surname(), Qt::Key_Return);
+    desk.edit("txtOraIn")->setFocus();
+    QCOMPARE(desk.firstName()->currentText(), u"Anna"_s);
+    QTest::keyClick(desk.surname(), Qt::Key_Up);
+    QCOMPARE(desk.firstName()->currentText(), u"Mario"_s);
+    // Typed without the accent, and a person who has no first name.
+    type(desk.surname(), u"adel"_s);
+    QVERIFY(desk.firstName()->currentText().isEmpty());
+    QCOMPARE(desk.surname()->shown(), std::optional<qint64>(3));
+    type(desk.firstName(), u"Anna"_s);
+    QCOMPARE(desk.surname()->currentText(), u"Rossi"_s);
+    QCOMPARE(desk.surname()->shown(), std::optional<qint64>(1));
+    desk.edit("txtCodice")->setText(u"7"_s);
+    QCOMPARE(desk.surname()->currentText() + desk.firstName()->currentText(), QString());
+}
+
+void TestEvents::searchAndStop()
+{
+    SearchDesk desk;
+    desk.search();
+    QCOMPARE(desk.messages.take(), QStringList(u"Information: No events found!"_s));
+    QList<QStringList> events(3000, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s});
+    events.prepend({u"2"_s, u"TX"_s, u"B"_s, u"X"_s, {}, u"09:00:00"_s});
+    desk.test.addEvents(u"05-03-2004"_s, events);
+    type(desk.surname(), u"Rossi"_s);
+    desk.surname()->setFocus();
+    QTest::keyClick(desk.surname(), Qt::Key_Down);
+    desk.search();
+    QCOMPARE(desk.grid()->model()->rowCount(), 1);
+    QCOMPARE(cells(desk.grid(), 0), u"Rossi|Anna|TX|B|X|05-03-2004|09:00:00|"_s);
+    QVERIFY(desk.grid()->currentIndex().isValid());
+
+    desk.edit("txtCodice")->setText(u"1"_s);
+    desk.press("cmdRicerca");
+    auto *progress = find<frmRicercapr>(*desk.form, "frmRicercapr");
+    QCOMPARE(find<QLabel>(*progress, "lblGiorno")->text(), u"Day: 05/03/2004"_s);
+    QVERIFY(!find<QPushButton>(*desk.form, "cmdRicerca")->isEnabled());
+    QTest::keyClick(progress, Qt::Key_Escape);
+    QTRY_VERIFY(find<QPushButton>(*desk.form, "cmdRicerca")->isEnabled());
+    QTRY_VERIFY(!desk.form->findChild<frmRicercapr *>());
+    QVERIFY(desk.grid()->model()->rowCount() < 3000);
+    if (desk.grid()->model()->rowCount() == 0)
+        QCOMPARE(desk.messages.take(), QStringList(u"Information: No events found!"_s));
+    // A refused search leaves the results alone.
+    desk.search();
+    QCOMPARE(desk.grid()->model()->rowCount(), 3000);
+    find<QCheckBox>(*desk.form, "chkTipo(0)")->setChecked(false);
+    find<QCheckBox>(*desk.form, "chkTipo(1)")->setChecked(false);
+    desk.press("cmdRicerca");
+    QCOMPARE(desk.messages.take(), QStringList(u"Exclamation: Choose at least one type (TX or DKS)!"_s));
+    QCOMPARE(desk.grid()->model()->rowCount(), 3000);
+}
+
+void TestEvents::unreadDayIsTold()
+{
+    SearchDesk desk;
+    desk.test.write(u"Archivi/Eventi_05-03-2004.zeb"_s, "no archive");
+    desk.search();
+    QCOMPARE(desk.messages.take(),
+             QStringList{u"Exclamation: The archives of these days were not read, or not completely: 05/03/2004"_s});
+    QTRY_COMPARE(desk.messages.shown.size(), 1);
+    QCOMPARE(desk.messages.take(), QStringList(u"Information: No events found!"_s));
+}
+
+void TestEvents::windowGoesInTheMiddle()
+{
+    SearchDesk desk;
+    desk.test.addEvents(u"05-03-2004"_s, QList<QStringList>(3000, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}));
+    desk.press("cmdRicerca");
+    QVERIFY(desk.form->findChild<frmRicercapr *>());
+    desk.form->close();
+    QTRY_VERIFY(!desk.form);
+    const QStringList left = desk.test.files(u"Archivi"_s);
+    QVERIFY(!left.contains(u"AnaCon.zeb"_s) && !left.contains(u"Eventitmp.$$$"_s));
+}
+
+void TestEvents::exportAsksOnce()
+{
+    SearchDesk desk;
+    desk.press("cmdToExcel");
+    QCOMPARE(desk.messages.take(), QStringList(u"Information: No events available!"_s));
+    desk.test.addEvents(u"05-03-2004"_s, {{u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}});
+    desk.search();
+    const auto choose = [&desk](const QString &file) {
+        desk.press("cmdToExcel");
+        auto *dialog = find<QFileDialog>(*desk.form, "ComDial");
+        QVERIFY(find<QLineEdit>(*dialog, "fileNameEdit")->text().isEmpty());
+        find<QLineEdit>(*dialog, "fileNameEdit")->setText(file);
+        QTest::keyClick(find<QLineEdit>(*dialog, "fileNameEdit"), Qt::Key_Return);
+        QTRY_VERIFY(!desk.form->findChild<QFileDialog *>());
+        QTRY_VERIFY(!desk.form->findChild<frmRicercapr *>());
+    };
+    const QString file = desk.test.directory.filePath(u"out"_s);
+    choose(file);
+    QVERIFY(desk.test.read(u"out.xls"_s).startsWith("\xD0\xCF\x11\xE0"));
+    desk.test.write(u"out.xls"_s, "old");
+    choose(file + u".xls"_s);
+    const QStringList question = {u"Question: The file '"_s + file + u".xls' already exists!\r\nOverwrite ?"_s};
+    QCOMPARE(desk.messages.take(), question);
+    QCOMPARE(desk.test.read(u"out.xls"_s), "old");
+    desk.messages.answers = {Messages::Answer::Yes};
+    choose(file + u".xls"_s);
+    QTRY_VERIFY(desk.test.read(u"out.xls"_s) != "old");
+    QCOMPARE(desk.messages.take(), question);
+    desk.test.disk.stopAt = int(desk.test.disk.steps.size());
+    choose(file + u"2.xls"_s);
+    QTRY_COMPARE(desk.messages.shown.size(), 1);
+    QVERIFY(desk.messages.take().first().startsWith(u"Exclamation: Cannot create the 'Excel' file"_s));
+    desk.test.disk.stopAt = -1;
+    QTRY_VERIFY(find<QPushButton>(*desk.form, "cmdToExcel")->isEnabled());
+}
+
+void TestEvents::doesNotOpenHalfFilled()
+{
+    Base base; // without a register
+    frmEventi search(base.texts, base.messages, base.test.archives, base.clock, base.printer);
+    QVERIFY(!search.open());
+    frmEventiOdierni view(base.texts, base.messages, base.test.archives, base.clock, base.printer);
+    QVERIFY(!view.open());
+    QCOMPARE(base.messages.take().size(), 2);
+}
+
+void TestEvents::liveView()
+{
+    Base base;
+    base.test.addUsers(people);
+    base.test.addEvents(u"05-03-2004"_s, {{u"2"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s},
+                                          {u"2"_s, u"DKS"_s, u"B"_s, {}, u"X"_s, u"10:00:01"_s}});
+    frmEventiOdierni view(base.texts, base.messages, base.test.archives, base.clock, base.printer);
+    QVERIFY(view.open());
+    view.setNumEv(3);
+    view.show();
+    auto *grid = find<QTableView>(view, "flxgrdEventi");
+    auto *load = find<QTimer>(view, "tmrLoad");
+    auto *refresh = find<QTimer>(view, "tmrRefresh");
+    QCOMPARE(load->interval(), 500);
+    load->start(0);
+    QTRY_VERIFY(refresh->isActive());
+    QCOMPARE(refresh->interval(), 2000);
+    QCOMPARE(grid->model()->rowCount(), 3);
+    QCOMPARE(cells(grid, 0), u"1|TX|Rossi|Anna|A||05-03-2004|10:00:00|"_s);
+    QCOMPARE(cells(grid, 1), u"2|DKS|||B||05-03-2004|10:00:01|X"_s);
+    QCOMPARE(cells(grid, 2), u"||||||||"_s);
+    for (int i = 0; i < 2; ++i)
+        base.test.addEvents(u"05-03-2004"_s, {{u"9"_s, u"TX"_s, u"C"_s, u"X"_s, {}, u"10:00:02"_s}});
+    refresh->start(0);
+    QTRY_COMPARE(refresh->interval(), 500);
+    QCOMPARE(cells(grid, 2), u"4|TX|||C|X|05-03-2004|10:00:02|"_s);
+    QCOMPARE(grid->currentIndex().row(), 2);
+    find<QPushButton>(view, "cmdStampa")->click();
+    QCOMPARE(base.messages.take(), QStringList(u"Information: No Printer installed"_s));
+    QVERIFY(refresh->isActive());
+    // A day that cannot be read for the moment is told once, and what was there stays.
+    QFile::remove(base.test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
+    for (int i = 0; i < 2; ++i) {
+        refresh->start(0);
+        QTRY_COMPARE(refresh->interval(), 500);
+    }
+    QCOMPARE(base.messages.take().size(), 1);
+    QCOMPARE(cells(grid, 2), u"4|TX|||C|X|05-03-2004|10:00:02|"_s);
+}
+
+void TestEvents::numberOfEvents()
+{
+    Base base;
+    base.settings.NumEvOd = 25;
+    frmNumEvOd form(base.texts, base.settings, base.messages);
+    form.setAttribute(Qt::WA_DeleteOnClose, false);
+    form.show();
+    const QSignalSpy changed(&form, &frmNumEvOd::NumeroCambiato);
+    auto *box = find<QLineEdit>(form, "txtNumEv");
+    QCOMPARE(box->text(), u"25"_s);
+    for (const auto &[typed, accepted] : {std::pair("12a3", "123"), {"2000", "1000"}, {"0", "0"}, {"", ""}}) {
+        box->clear();
+        QTest::keyClicks(box, QString::fromLatin1(typed));
+        QCOMPARE(box->text(), QString::fromLatin1(accepted));
+    }
+    find<QPushButton>(form, "cmdOk")->click();
+    QCOMPARE(base.messages.take(),
+             QStringList(u"Exclamation: The number of events must be greater than 0 but not exceed 1000!"_s));
+    QVERIFY(form.isVisible() && changed.isEmpty());
+    QTest::keyClicks(box, u"40"_s);
+    find<QPushButton>(form, "cmdOk")->click();
+    QVERIFY(!form.isVisible());
+    QCOMPARE(base.settings.NumEvOd, 40);
+    QCOMPARE(base.settings.LeggiImpostazione(u"NUMEVOD"_s), u"40"_s);
+    QCOMPARE(changed.size(), 1);
+}
+
+QTEST_MAIN(TestEvents)
+#include "tst_gui_events.moc"

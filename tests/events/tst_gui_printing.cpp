@@ -1,0 +1,274 @@
+#include "archives/Tables.h"
+#include "events/frmPrnLastEv.h"
+#include "link/EventLog.h"
+#include "prefs/frmImpStampa.h"
+#include "startup/CurrentPrinter.h"
+#include "support/FakeMessages.h"
+#include "support/Fixtures.h"
+#include "widgets/PainterPage.h"
+
+#include <QBuffer>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPdfDocument>
+#include <QPdfSelection>
+#include <QPdfWriter>
+#include <QPushButton>
+
+namespace {
+
+/// Two printers; what is sent is read.
+class ReadingPrinters : public FakePrinters
+{
+public:
+    mutable QStringList sent;            ///< "printer title: text", blanks run together
+    FaultCode says = FaultCode::NotOpen; ///< another one refuses
+
+    ReadingPrinters() { installed = listOf("laser,needle"); }
+    Result<void> send(const QString &printer, const QString &file, const QString &title) const override
+    {
+        if (says != FaultCode::NotOpen)
+            return Fault{says, printer};
+        QPdfDocument document;
+        document.load(file);
+        QString text = printer + u' ' + title + u':';
+        for (int page = 0; page < document.pageCount(); ++page)
+            text += u' ' + document.getAllText(page).text();
+        sent.append(text.simplified());
+        return {};
+    }
+};
+
+/// Settings with PRN=1, an open day without events, a register, English texts.
+struct Desk {
+    Desk()
+    {
+        texts.fill(2);
+        if (!settings.CreaImpostazioni(2) || !printer.choose(1))
+            qFatal("the settings cannot be made");
+        test.addUsers({listOf("7,TX,Rossi,Anna"), listOf("7,DKS,Bianchi,Ugo"), listOf("8,DKS,Verdi,Zoe")});
+        log.open();
+    }
+    /// Stores events, one a minute, the last of them with the code 7 of a keypad and all others with that of nobody.
+    void store(int count)
+    {
+        const QDateTime first(QDate(2004, 3, 5), QTime(7, 0, 0));
+        for (int i = 1; i <= count; ++i)
+            log.append(makeEvent({i == count ? u"7"_s : u"5"_s, CodeType::Keypad, u"B"_s, true, false},
+                                 first.addSecs(60 * i)));
+    }
+
+    TestFolder test;
+    FakeClock clock;
+    Notices notices;
+    ReadingPrinters printers;
+    Settings settings{test.folder, printers};
+    CurrentPrinter printer{settings, printers};
+    EventLog log{test.archives, clock, notices};
+    Texts texts;
+    FakeMessages messages;
+};
+
+struct LastEvents : Desk {
+    std::unique_ptr<frmPrnLastEv> window =
+        std::make_unique<frmPrnLastEv>(frmPrnLastEv::Source{log, test.archives}, printer, texts, messages);
+    QLineEdit *box = window->findChild<QLineEdit *>(u"txtNumEv"_s);
+
+    LastEvents()
+    {
+        window->setAttribute(Qt::WA_DeleteOnClose, false);
+        if (!window->open())
+            qFatal("the register cannot be copied");
+        window->show();
+    }
+    QWidget *notice() const
+    {
+        for (QWidget *shown : QApplication::topLevelWidgets()) {
+            if (shown->objectName() == u"frmStampaInCorso")
+                return shown;
+        }
+        return nullptr;
+    }
+    void print(const QString &number)
+    {
+        box->clear();
+        QTest::keyClicks(box, number);
+        window->findChild<QPushButton *>(u"cmdOk"_s)->click();
+    }
+};
+
+} // namespace
+
+class TestGuiPrinting : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void lastEvents_data()
+    {
+        const Rows<int, QString, int, QString> row("events", "typed", "first", "left");
+        row("five of twelve", 12, u"5"_s, 8, u"5"_s);
+        row("more than there are", 12, u"9a9999999999"_s, 1, u"99999999999"_s);
+        row("two pages", 40, u"0040"_s, 1, u"0040"_s);
+        row("zero", 12, u"0"_s, 0, {});
+        row("nothing", 12, u"x"_s, 0, {});
+    }
+    void lastEvents()
+    {
+        QFETCH(int, events);
+        QFETCH(QString, typed);
+        QFETCH(int, first);
+        LastEvents desk;
+        desk.store(events);
+        desk.print(typed);
+        QTEST(desk.box->text(), "left");
+        QCOMPARE(desk.notice() != nullptr, first > 0);
+        if (first == 0)
+            return;
+        // What comes while it prints is neither printed nor kept from being stored.
+        desk.store(1);
+        QTRY_COMPARE(desk.printers.sent.size(), 1);
+        QCOMPARE(desk.test.rows(ArchiveName::events(u"05-03-2004"_s), u"SELECT COUNT(*) FROM Eventi"_s),
+                 QStringList{QString::number(events + 1)});
+        QString expected;
+        for (int i = first; i <= events; ++i) {
+            const QTime time = QTime(7, 0).addSecs(60 * i);
+            expected += u" %1 DKS %2B 05-03-2004 %3"_s.arg(i).arg(i == events ? u"Rossi Anna "_s : QString(),
+                                                                  time.toString(u"hh:mm:ss"_s));
+        }
+        QString text = desk.printers.sent[0];
+        const QString heading = u" N\u00B0 Type User User CH CH Date Time KOR Surname First name DIS DIS"_s;
+        QCOMPARE(text.count(heading), events == 40 ? 2 : 1);
+        text.remove(heading);
+        for (const QString &foot : {u" Page 1"_s, u" Page 2"_s})
+            text.remove(foot);
+        QCOMPARE(text, u"needle Last events: LAST EVENTS"_s + expected);
+    }
+
+    void notice()
+    {
+        LastEvents desk;
+        desk.store(1);
+        desk.window->resize(600, 500);
+        desk.print(u"1"_s);
+        QPointer notice = desk.notice();
+        QVERIFY(notice && !notice->isModal());
+        QCOMPARE(notice->pos(), desk.window->pos() + QPoint((600 - notice->width()) / 2, (500 - notice->height()) / 3));
+        QTRY_COMPARE(desk.printers.sent.size(), 1);
+        auto *tmrStampa = desk.window->findChild<QTimer *>(u"tmrStampa"_s);
+        QVERIFY(notice && tmrStampa->isActive() && tmrStampa->interval() == 3000);
+        tmrStampa->setInterval(1);
+        QTRY_VERIFY(!notice && !tmrStampa->isActive());
+        // A window that closes in the middle takes its document with it.
+        desk.store(300);
+        desk.print(u"300"_s);
+        notice = desk.notice();
+        QCoreApplication::processEvents();
+        desk.window->unload();
+        QVERIFY(!notice);
+        desk.print(u"300"_s);
+        desk.window.reset();
+        QTest::qWait(50);
+        QCOMPARE(desk.printers.sent.size(), 1);
+        QVERIFY(!desk.test.archives.exists(u"Archivi/AnaPrn.zeb"));
+    }
+
+    void refusals_data()
+    {
+        const Rows<int, QString, int, int, QString> row("PRN", "installed", "events", "says", "message");
+        const QString two = u"laser,needle"_s;
+        const auto no = int(FaultCode::NotOpen);
+        row("none chosen", -1, two, 0, no, u"Information: No Printer installed"_s);
+        row("none installed", 1, {}, 0, no, u"Information: No Printer installed"_s);
+        row("fewer than before", 2, two, 1, no,
+            u"Exclamation: The chosen printer, no. 3 of the list, is no longer installed: choose another one."_s);
+        row("no events", 1, two, 0, no, u"Information: No events available!"_s);
+        row("refused", 0, two, 1, int(FaultCode::AccessDenied),
+            u"Exclamation: Printing on 'laser' is not possible: access denied"_s);
+        row("day not open", 1, two, -1, no,
+            u"Critical: The event archive 'Archivi/Eventi_05-03-2004.zeb' cannot be opened: not open"_s);
+    }
+    void refusals()
+    {
+        QFETCH(int, PRN);
+        QFETCH(QString, installed);
+        QFETCH(int, events);
+        QFETCH(int, says);
+        QFETCH(QString, message);
+        LastEvents desk;
+        if (events < 0)
+            desk.log.close();
+        desk.store(events);
+        desk.printers.installed = installed.split(u',', Qt::SkipEmptyParts);
+        desk.settings.IndStampante = PRN;
+        desk.printers.says = FaultCode(says);
+        desk.print(u"3"_s);
+        QTRY_COMPARE(desk.messages.shown, QStringList{message});
+        desk.messages.take();
+        QVERIFY(desk.printers.sent.isEmpty());
+        QVERIFY(!desk.window->findChild<Printing *>()->isRunning());
+    }
+
+    void registerNotCopied()
+    {
+        Desk desk;
+        QVERIFY(desk.test.archives.remove(ArchiveName::Users).ok());
+        frmPrnLastEv window({desk.log, desk.test.archives}, desk.printer, desk.texts, desk.messages);
+        QVERIFY(!window.open());
+        QCOMPARE(desk.messages.take(), QStringList{u"Critical: The users register 'Archivi/Anagrafico.zeb' cannot be "
+                                                   "read: does not exist"_s});
+    }
+
+    void face()
+    {
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        QPdfWriter device(&buffer);
+        QPainter painter(&device);
+        PainterPage ours(painter, device);
+        QVERIFY(ours.isFixedPitch());
+        QVERIFY(!PainterPage(painter, device, {u"DejaVu Sans"_s}).isFixedPitch());
+    }
+
+    void choice_data()
+    {
+        const Rows<QString, int, int, QString, QString> row("installed", "PRN", "choose", "shown", "outcome");
+        const QString two = u"laser,needle"_s;
+        row("another", two, 0, 1, u"laser"_s, u"1 1"_s);
+        row("not chosen yet", two, -1, 1, u"needle"_s, u"1 1"_s);
+        row("gone, cancelled", two, 5, -1, u"needle"_s, u"5 1"_s);
+        row("cancelled", two, 0, -1, u"laser"_s, u"0 1"_s);
+        row("not saved", two, 1, 0, u"needle"_s, u"0 1"_s);
+        row("none", {}, 1, -1, {}, u"1 1"_s);
+    }
+    void choice()
+    {
+        QFETCH(QString, installed);
+        QFETCH(int, PRN);
+        QFETCH(int, choose);
+        Desk desk;
+        desk.printers.installed = installed.split(u',', Qt::SkipEmptyParts);
+        desk.printers.byDefault = u"needle"_s;
+        desk.settings.IndStampante = PRN;
+        QPointer window = new frmImpStampa(desk.texts, desk.printer, desk.messages);
+        window->show();
+        auto *box = window->findChild<QComboBox *>(u"cmbStampanti"_s);
+        QTEST(box->currentText(), "shown");
+        QCOMPARE(window->findChild<QPushButton *>(u"cmdOk"_s)->isEnabled(), !installed.isEmpty());
+        if (choose >= 0)
+            box->setCurrentIndex(choose);
+        const bool isSaved = qstrcmp(QTest::currentDataTag(), "not saved") != 0;
+        desk.test.disk.stopAt = isSaved ? -1 : 0;
+        QTest::keyClick(window, choose >= 0 ? Qt::Key_Return : Qt::Key_Escape);
+        QTRY_VERIFY(!window);
+        const QString message = installed.isEmpty() ? u"None: No Printer installed"_s
+                                : isSaved           ? QString()
+                                          : u"Exclamation: The setting 'PRN' cannot be saved: read or write error"_s;
+        QCOMPARE(desk.messages.take().join(u'/'), message);
+        QTEST(u"%1 %2"_s.arg(desk.settings.IndStampante).arg(desk.settings.LeggiImpostazione(u"PRN"_s)), "outcome");
+    }
+};
+
+QTEST_MAIN(TestGuiPrinting)
+#include "tst_gui_printing.moc"
