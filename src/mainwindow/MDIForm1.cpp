@@ -89,7 +89,6 @@ void MDIForm1::buildMenu()
         m_menus.at(i)->menuAction()->setObjectName(QString::fromLatin1(names.at(i)));
     }
     const auto [file, users, events, tools, help] = m_menus;
-    const std::function<void()> notBuilt = [] {};
     const auto separate = [](QMenu *menu, const char *name) {
         menu->addSeparator()->setObjectName(QString::fromLatin1(name));
     };
@@ -97,7 +96,7 @@ void MDIForm1::buildMenu()
     separate(file, "mnuLinea");
     addEntry(file, Entry::Exit, "mnuExit", &MDIForm1::mnuExit_Click);
 
-    addEntry(users, Entry::Utenti, "mnuUtenti", notBuilt);
+    addEntry(users, Entry::Utenti, "mnuUtenti", &MDIForm1::mnuUtenti_Click);
     addEntry(users, Entry::FascieOr, "mnuFascieOr", &MDIForm1::mnuFascieOr_Click);
     addEntry(users, Entry::ProgFerie, "mnuProgFerie", &MDIForm1::mnuProgFerie_Click);
 

@@ -11,6 +11,8 @@
 #include <QPixmap>
 #include <QPointer>
 
+class frmLstUtenti;
+class Printing;
 class QAction;
 class QMdiArea;
 class QMenu;
@@ -41,6 +43,7 @@ public Q_SLOTS:
     void objImpCom_Chiudi(int port, int result);
     void objPassProg_Chiudi(int type, int code);
     void objMessage_Chiudi();
+    void objLstUtenti_Chiudi(int result);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -84,6 +87,7 @@ private:
     void mnuExit_Click();
     void mnuFascieOr_Click();
     void mnuProgFerie_Click();
+    void mnuUtenti_Click();
     void mnuEventi_Click();
     void mnuEventiOdierni_Click();
     void mnuNumEvOdVis_Click();
@@ -105,6 +109,9 @@ private:
     void setPassword(Passwords::Type type);
     void deactivate(Passwords::Type type);
     void openDiagnostics();
+    void openRegister();
+    void printRegister(frmLstUtenti *window, Printing *printing);
+    void printDuplicates(ChildWindow *window, const QString &report);
     void raiseAlarm();
     void showCritical(const QString &text, std::function<void()> then = {});
     bool isAllowed(Entry entry) const { return menuState(m_menu)[entry]; }

@@ -296,6 +296,8 @@ void MDIForm1::objPassProg_Chiudi(int type, int code)
         QMetaObject::invokeMethod(this, &MDIForm1::end, Qt::QueuedConnection);
     } else if (which == Passwords::Type::Diagnostics && code == Right) {
         openDiagnostics();
+    } else if (which == Passwords::Type::Users && code == Right) {
+        openRegister();
     }
 }
 

@@ -2,17 +2,6 @@
 
 namespace {
 
-/// Entries whose windows are still to be built.
-bool isBuilt(Entry entry)
-{
-    switch (entry) {
-    case Entry::Utenti:
-        return false;
-    default:
-        return true;
-    }
-}
-
 bool isFree(Entry entry, const MenuInput &input)
 {
     switch (entry) {
@@ -50,7 +39,7 @@ MenuState menuState(const MenuInput &input)
         state.menus[static_cast<std::size_t>(TopMenu::Anagrafica)] = false;
     for (int i = 0; i < EntryCount; ++i) {
         const auto entry = static_cast<Entry>(i);
-        state.entries[static_cast<std::size_t>(i)] = state[menuOf(entry)] && isBuilt(entry) && isFree(entry, input);
+        state.entries[static_cast<std::size_t>(i)] = state[menuOf(entry)] && isFree(entry, input);
     }
     return state;
 }

@@ -90,11 +90,19 @@ void Program::end()
 
 void Program::readUsers()
 {
-    if (const Result<void> read = m_users.refresh(); read) {
+    const Result<void> read = m_users.refresh();
+    m_usersAreOld = !read;
+    if (read) {
         m_road.usersKnown();
     } else if (!std::exchange(m_usersFaultTold, true)) {
         m_notices.post(Icon::Critical, {OwnText::UsersUnreadable, {read.fault().subject}, read.fault()});
     }
+}
+
+void Program::reloadUsers()
+{
+    m_usersFaultTold = false;
+    readUsers();
 }
 
 void Program::readTimeProgramme(TimeProgramme::Part part)
@@ -117,7 +125,7 @@ void Program::reloadTimeProgramme(TimeProgramme::Part part)
 void Program::tmrRefresh_Timer()
 {
     Q_EMIT refreshing();
-    if (!m_users.isKnown())
+    if (m_usersAreOld)
         readUsers();
     m_timeProgramme.readLocked();
     if (!m_log.changeDayIfNeeded() && !m_timeProgramme.isSuspended())
