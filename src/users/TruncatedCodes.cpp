@@ -2,6 +2,8 @@
 
 #include "codes/CodeRules.h"
 
+#include <algorithm>
+
 TruncatedCodes::TruncatedCodes(Database &database, RecordSet users, int protocol)
     : m_database(database),
       m_users(std::move(users)),
@@ -10,23 +12,25 @@ TruncatedCodes::TruncatedCodes(Database &database, RecordSet users, int protocol
       m_truncated(m_users.column(QStringLiteral("CodTronc"))),
       m_transaction(database)
 {
+    // In the order of the codes, each row would bring another page into a cache that does not hold them all.
+    for (m_users.moveFirst(); !m_users.isEof(); m_users.moveNext())
+        m_order.append({m_users.rowId(), m_users.position()});
+    std::sort(m_order.begin(), m_order.end());
 }
 
 Result<bool> TruncatedCodes::step(QDeadlineTimer budget)
 {
-    for (; m_row < count(); ++m_row) {
-        m_users.moveTo(m_row);
-        const QString truncated = truncatedCode(m_users.value(m_code), m_protocol);
-        if (truncated != m_users.value(m_truncated)) {
-            if (const Result<void> stored = store(m_users.rowId(), truncated); !stored) {
+    while (m_done < count()) {
+        const auto &[id, row] = m_order[m_done];
+        const QString truncated = truncatedCode(m_users.value(row, m_code), m_protocol);
+        if (truncated != m_users.value(row, m_truncated)) {
+            if (const Result<void> stored = store(id, truncated); !stored) {
                 m_transaction.takeBack();
                 return stored.fault();
             }
         }
-        if (budget.hasExpired() && m_row + 1 < count()) {
-            ++m_row;
+        if (++m_done < count() && budget.hasExpired())
             return false;
-        }
     }
     m_update.reset();
     if (m_changes > 0) {
@@ -41,7 +45,8 @@ Result<void> TruncatedCodes::store(qint64 id, const QString &truncated)
     if (!m_update) {
         if (Result<void> begun = m_transaction.begin(); !begun)
             return begun;
-        Result<Statement> prepared = m_database.prepare(QStringLiteral("UPDATE Utenti SET CodTronc=? WHERE rowid=?"));
+        Result<Statement> prepared =
+            m_database.prepare(QStringLiteral("UPDATE OR ROLLBACK Utenti SET CodTronc=? WHERE rowid=?"));
         if (!prepared)
             return prepared.fault();
         m_update = std::move(prepared.value());

@@ -18,7 +18,7 @@ public:
 
     qsizetype count() const { return m_users.recordCount(); }
     /// Users that have been looked at.
-    qsizetype done() const { return m_row; }
+    qsizetype done() const { return m_done; }
 
     /// Goes on with at least one user until @p budget is spent.
     /// @return true when all are in line
@@ -34,8 +34,9 @@ private:
     const int m_protocol;
     const int m_code;
     const int m_truncated;
+    QList<std::pair<qint64, qsizetype>> m_order; ///< ids and places of the rows, as they lie in the archive
     Transaction m_transaction;
     std::optional<Statement> m_update;
-    qsizetype m_row = 0;
+    qsizetype m_done = 0;
     qsizetype m_changes = 0;
 };

@@ -94,6 +94,8 @@ frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore 
         if (m_child)
             m_child->unload();
         stopAll();
+        // A cell that is still being edited goes without being stored.
+        rsDati->setRecordSet(nullptr);
         m_register.discard();
         Q_EMIT Chiudi(m_outcome);
     });

@@ -7,9 +7,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QSignalSpy>
 #include <QTableView>
 
@@ -17,8 +15,8 @@
 
 namespace {
 
-constexpr auto lost = "Question: Attention: all changes will be cancelled!\r\nContinue ?";
-constexpr auto toSave = "Question: Save the changes  to the user list?";
+const QString lost = u"Question: Attention: all changes will be cancelled!\r\nContinue ?"_s;
+const QString toSave = u"Question: Save the changes  to the user list?"_s;
 
 /// The register of three users, two of whom have the same code, with English texts.
 struct Desk {
@@ -52,7 +50,7 @@ struct Desk {
 
     /// What the operator does: "name" clicks a button of the child window or else of the register, "name=text" fills a
     /// box, "@row,column" goes to a cell, "@=text" types into it, "R5" and "K5" are codes that the line delivers,
-    /// "Yes", "No" and "Cancel" answer the next question, "X" closes by the frame.
+    /// "Yes", "No" and "Cancel" answer the next question, "X" closes by the frame, "unload" is the program's own wish.
     void enter(const QString &input)
     {
         for (const QString &one : input.split(u' ', Qt::SkipEmptyParts)) {
@@ -66,6 +64,10 @@ struct Desk {
                 grid->setCurrentIndex(grid->model()->index(one.mid(1, 1).toInt(), one.mid(3).toInt()));
             else if (one[0] == u'R' || one[0] == u'K')
                 receive(one.mid(1), one[0] == u'R' ? u"TX"_s : u"DKS"_s);
+            else if (one == u"Esc")
+                QTest::keyClick(grid->viewport()->findChild<QLineEdit *>(), Qt::Key_Escape);
+            else if (one == u"unload")
+                window->unload();
             else if (one == u"X")
                 on->close();
             else if (auto *box = on->findChild<QLineEdit *>(one.section(u'=', 0, 0)))
@@ -194,17 +196,18 @@ void TestGuiUsers::work()
 void TestGuiUsers::ends_data()
 {
     const Rows<QString, QString, QString> row("way", "closed", "question");
-    const QString save = QString::fromLatin1(toSave), cancel = QString::fromLatin1(lost);
     row("close box", u"X"_s, u"2"_s, {});
     row("cancel", u"cmdChiudi"_s, u"2"_s, {});
-    row("close box, No", u"@0,2 @=Gialli No X"_s, u"2"_s, save);
-    row("close box, Cancel", u"@0,2 @=Gialli Cancel X"_s, {}, save);
-    row("close box, Yes", u"@0,2 @=Gialli Yes X"_s, u"1"_s, save);
-    row("cancel, No", u"@0,2 @=Gialli No cmdChiudi"_s, {}, cancel);
-    row("cancel, Yes", u"@0,2 @=Gialli Yes cmdChiudi"_s, u"2"_s, cancel);
+    row("close box, No", u"@0,2 @=Gialli No X"_s, u"2"_s, toSave);
+    row("close box, Cancel", u"@0,2 @=Gialli Cancel X"_s, {}, toSave);
+    row("close box, Yes", u"@0,2 @=Gialli Yes X"_s, u"1"_s, toSave);
+    row("cancel, No", u"@0,2 @=Gialli No cmdChiudi"_s, {}, lost);
+    row("cancel, Yes", u"@0,2 @=Gialli Yes cmdChiudi"_s, u"2"_s, lost);
     row("save", u"@0,2 @=Gialli cmdSalva"_s, u"1"_s, {});
+    row("typed and taken back", u"@0,2 @=G Esc No X"_s, u"2"_s, toSave);
+    row("by the program", u"@0,2 @=Gialli unload"_s, u"2"_s, {});
     row("after a run of nothing", u"cmdPrecod txtNumTrasm=1 txtCodPart=5 cmdOK No X"_s, u"2"_s,
-        u"Exclamation: Not all requested codes have been added!|"_s + save);
+        u"Exclamation: Not all requested codes have been added!|"_s + toSave);
 }
 
 void TestGuiUsers::ends()
@@ -258,13 +261,11 @@ void TestGuiUsers::faults()
     desk.enter(u"@0,2 @=Gialli"_s);
     desk.test.disk.stopAt = 0;
     desk.enter(u"cmdDoppioni Yes X cmdSalva"_s);
-    QCOMPARE(
-        desk.messages.take(),
-        (QStringList{
-            u"Critical: The file 'RepDoppioni.txt' cannot be written: read or write error"_s,
-            QString::fromLatin1(toSave),
-            u"Critical: The changes to the archive 'Archivi/Anagrafico.zeb' cannot be saved: read or write error"_s,
-            u"Critical: The changes to the archive 'Archivi/Anagrafico.zeb' cannot be saved: read or write error"_s}));
+    const QString notSaved =
+        u"Critical: The changes to the archive 'Archivi/Anagrafico.zeb' cannot be saved: read or write error"_s;
+    QCOMPARE(desk.messages.take(),
+             (QStringList{u"Critical: The file 'RepDoppioni.txt' cannot be written: read or write error"_s, toSave,
+                          notSaved, notSaved}));
     desk.test.disk.stopAt = -1;
     desk.enter(u"cmdSalva"_s);
     QCOMPARE(desk.closed + desk.stored(), u"15|TX|Gialli,5|DKS|Neri,70005|TX|Verdi"_s);

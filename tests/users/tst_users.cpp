@@ -1,5 +1,4 @@
 #include "archives/Tables.h"
-#include "platform/Windows1252.h"
 #include "support/Fixtures.h"
 #include "users/DuplicateReport.h"
 #include "users/RecognitionWait.h"
@@ -84,6 +83,7 @@ void TestUsers::rows()
     Desk desk(u"5 TX Rossi Ada,5 DKS rossini Bea,7 TX,9 TX \u00C9mile"_s);
     UserRegister &edited = desk.edited;
     QVERIFY(edited.contains(u"5"_s, DKS) && !edited.contains(u"7"_s, DKS) && !edited.isChanged());
+    QCOMPARE(desk.names(edited.surnames()), (QStringList{u"\u00C9mile"_s, u"Rossi"_s, u"rossini"_s}));
     edited.users().moveTo(1);
     QVERIFY(edited.find(u"5"_s) && !edited.find(u"6"_s));
     QCOMPARE(desk.shown(), u"5 TX Rossi Ada,[5 DKS rossini Bea],7 TX,9 TX \u00C9mile"_s);
@@ -109,20 +109,14 @@ void TestUsers::rows()
 
 void TestUsers::truncated()
 {
-    const QString users = u"65536 TX,123 TX,255 DKS"_s;
     for (const auto &[protocol, codes] : {std::pair(3, u",,5536"_s), std::pair(15, u"0007B,000FF,10000"_s),
                                           std::pair(0, u",,"_s), std::pair(5, u",,"_s)}) {
-        Desk desk(users, protocol);
-        QVERIFY(desk.edited.add(u"70000"_s, TX).ok() && desk.edited.remove().ok());
-        desk.edited.discard();
-        QVERIFY(desk.test.archives.open(ArchiveName::Users, Database::Use::Safe)
-                    .value()
-                    .execute("UPDATE Utenti SET CodTronc='old' WHERE Codice='123'")
-                    .ok());
-        QVERIFY(desk.edited.open().ok());
-        const auto run = desk.edited.truncatedCodes();
+        Desk desk(u"65536 TX,123 TX,255 DKS"_s, protocol);
+        UserRegister &edited = desk.edited;
+        QVERIFY(edited.setText(0, u"CodTronc"_s, u"old"_s).ok() && edited.save().ok() && edited.open().ok());
+        const auto run = edited.truncatedCodes();
         QCOMPARE(runThrough(*run), 3);
-        QVERIFY(desk.edited.truncatedCodesEnded(*run).ok() && !desk.edited.isChanged() && desk.edited.save().ok());
+        QVERIFY(edited.truncatedCodesEnded(*run).ok() && !edited.isChanged() && edited.save().ok());
         QCOMPARE(desk.test.rows(ArchiveName::Users, u"SELECT CodTronc FROM Utenti ORDER BY CodTronc"_s).join(u','),
                  codes);
     }
