@@ -66,7 +66,12 @@ Report::Progress TableReport::step(Page &page, int milliseconds)
     if (!std::exchange(m_hasBegun, true))
         begin(page);
     while (m_next < m_rows.count) {
-        printRow(page, rowText(m_rows.fields(m_next++)));
+        const Result<QStringList> fields = m_rows.fields(m_next++);
+        if (!fields) {
+            m_fault = fields.fault();
+            return Progress::Failed;
+        }
+        printRow(page, rowText(fields.value()));
         // The next row needs two lines, and a third stays free above the page number.
         if (m_rowBottom + 3 * m_line > page.height() - m_line - FooterSpace) {
             closePage(page);

@@ -14,8 +14,9 @@ public:
     /// What is printed, as it stands when the print begins.
     struct Rows {
         qsizetype count = 0;
-        /// Fields of row @p index, in the order of the columns; asked for once each, from 0 upwards.
-        std::function<QStringList(qsizetype index)> fields;
+        /// Fields of row @p index, in the order of the columns; asked for once each, from 0 upwards. A fault ends the
+        /// print.
+        std::function<Result<QStringList>(qsizetype index)> fields;
     };
     enum class Fit { Left, Centred, Right };
     struct Column {

@@ -241,6 +241,8 @@ void frmEventi::showPartner(const UserCombo *chosen, UserCombo *other, QString U
 
 void frmEventi::cmdRicerca_Click()
 {
+    if (isBusy())
+        return;
     const EventQuery wanted = query();
     if (const QueryFault fault = checkQuery(wanted, m_users); fault != QueryFault::None)
         return refuse(fault);
@@ -336,10 +338,8 @@ void frmEventi::searchDone()
         m_progress->close();
     setBusy(false);
     const SearchResults &results = m_search.results();
-    m_rows->setRows(results.count(), [&results](qsizetype row) {
-        const Result<QStringList> fields = results.row(row);
-        return fields ? fields.value() : QStringList();
-    });
+    m_rowFaultTold = false;
+    m_rows->setRows(results.count(), [this](qsizetype row) { return shownRow(row); });
     const auto tellNothingFound = [this] {
         if (m_rows->rowCount() == 0)
             m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoTrovato]);
@@ -362,8 +362,23 @@ void frmEventi::searchDone()
     }
 }
 
+QStringList frmEventi::shownRow(qsizetype row)
+{
+    const Result<QStringList> fields = m_search.results().row(row);
+    if (fields)
+        return fields.value();
+    // Once, and not from within the painting of the grid.
+    if (!std::exchange(m_rowFaultTold, true)) {
+        const QString text = m_texts.sentence({OwnText::ResultsUnreadable, {}, fields.fault()});
+        QMetaObject::invokeMethod(
+            this, [this, text] { m_messages.show(this, Icon::Critical, text); }, Qt::QueuedConnection);
+    }
+    return {};
+}
+
 void frmEventi::setBusy(bool busy)
 {
+    m_isBusy = busy;
     FrameRic->setEnabled(!busy);
     cmdRicerca->setEnabled(!busy);
     cmdStampa->setEnabled(!busy);

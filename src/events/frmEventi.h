@@ -45,7 +45,7 @@ private:
     void cmdRicerca_Click();
     void cmdStampa_Click();
     void cmdToExcel_Click();
-    void cmdToExcel_FileChosen(const QString &file);
+    void cmdToExcel_FileChosen(const QString &chosen);
     void tmrEsporta_Timer();
     void tmrRicerca_Timer();
     void objRicercaPr_Annulla();
@@ -54,10 +54,13 @@ private:
     void refuse(QueryFault fault);
     void showPartner(const UserCombo *chosen, UserCombo *other, QString UsersCopy::User::*name);
     void searchDone();
+    QStringList shownRow(qsizetype row);
     void exportTo(const QString &file);
     void exportDone();
-    void resultUnreadable(const Fault &fault);
     void setBusy(bool busy);
+    /// A search, a print or an export runs. Asked by each button: a press that was under way when its button was
+    /// disabled still arrives.
+    bool isBusy() const { return m_isBusy; }
 
     const Texts &m_texts;
     Messages &m_messages;
@@ -97,4 +100,6 @@ private:
     QTimer tmrRicerca;
     QTimer tmrEsporta;
     QPointer<frmRicercapr> m_progress;
+    bool m_isBusy = false;
+    bool m_rowFaultTold = false;
 };

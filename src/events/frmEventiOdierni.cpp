@@ -16,6 +16,7 @@ namespace {
 constexpr int firstLookMilliseconds = 500;
 constexpr int secondLookMilliseconds = 2000;
 constexpr int nextLookMilliseconds = 500;
+constexpr int looksBeforeTelling = 4;
 
 QList<RowsModel::Column> columns(const Texts &texts)
 {
@@ -138,12 +139,13 @@ void frmEventiOdierni::fill()
     const bool isFollowed = flxgrdEventi->viewport()->rect().intersects(flxgrdEventi->visualRect(before));
     const Result<bool> refreshed = m_view.refresh(m_limit);
     if (!refreshed) {
-        // Told once; the next look that succeeds shows all that was missed.
-        if (!std::exchange(m_faultTold, true))
-            m_messages.show(this, Icon::Exclamation, m_texts.sentence({OwnText::DayNotShown, {}, refreshed.fault()}));
+        // The next look that succeeds shows all that was missed; only a fault that stays is worth a word.
+        if (++m_failedLooks == looksBeforeTelling && !std::exchange(m_faultIsTold, true))
+            m_messages.show(this, Icon::Exclamation, m_texts.sentence({OwnText::DayNotShown, {}, refreshed.fault()}),
+                            [this] { m_faultIsTold = false; });
         return;
     }
-    m_faultTold = false;
+    m_failedLooks = 0;
     if (!refreshed.value())
         return;
     m_rows->rowsChanged();

@@ -39,7 +39,8 @@ private:
     DayView m_view;
     Printing m_printing;
     int m_limit = 1;
-    bool m_faultTold = false;
+    int m_failedLooks = 0;
+    bool m_faultIsTold = false; ///< its message stands open
 
     QTableView *flxgrdEventi;
     RowsModel *m_rows;

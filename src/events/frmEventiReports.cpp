@@ -6,8 +6,8 @@
 #include "widgets/Messages.h"
 #include "widgets/RowsModel.h"
 
-#include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QPushButton>
 #include <QTableView>
 
@@ -21,22 +21,14 @@ constexpr qint64 stepMilliseconds = 20;
 
 void frmEventi::cmdStampa_Click()
 {
-    if (!m_printing.isReady())
+    if (isBusy() || !m_printing.isReady())
         return;
     const qsizetype first = qMax(0, dbgrdDati->currentIndex().row());
     const qsizetype count = m_search.results().count() - first;
     if (count <= 0)
         return m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoDisponibile]);
     setBusy(true);
-    const auto fields = [this, first](qsizetype index) {
-        const Result<QStringList> row = m_search.results().row(first + index);
-        if (row)
-            return row.value();
-        // Not from within the print: it is being painted.
-        QMetaObject::invokeMethod(
-            this, [this, fault = row.fault()] { resultUnreadable(fault); }, Qt::QueuedConnection);
-        return QStringList();
-    };
+    const auto fields = [this, first](qsizetype index) { return m_search.results().row(first + index); };
     m_printing.print(
         std::make_unique<EventReport>(EventReport::Table::Search, m_texts, TableReport::Rows{count, fields}),
         m_texts[Text::RicercaEventi], [this] {
@@ -45,17 +37,10 @@ void frmEventi::cmdStampa_Click()
         });
 }
 
-void frmEventi::resultUnreadable(const Fault &fault)
-{
-    if (!m_printing.isRunning())
-        return;
-    m_printing.stop();
-    setBusy(false);
-    m_messages.show(this, Icon::Critical, m_texts.sentence({OwnText::ResultsUnreadable, {}, fault}));
-}
-
 void frmEventi::cmdToExcel_Click()
 {
+    if (isBusy())
+        return;
     if (m_search.results().count() == 0)
         return m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoDisponibile]);
     auto *dialog = new QFileDialog(this, TogliAnd(m_texts[Text::CmdEsportaInExcel]));
@@ -67,27 +52,31 @@ void frmEventi::cmdToExcel_Click()
     dialog->setOptions(QFileDialog::DontConfirmOverwrite | QFileDialog::DontUseNativeDialog);
     dialog->setViewMode(QFileDialog::List);
     dialog->setNameFilter(m_texts[Text::CartellaDiLavoroExcel]);
-    dialog->setDefaultSuffix(QStringLiteral("xls"));
+    // The results stand still from here on: nothing else begins before the file is there or not wanted any more.
+    setBusy(true);
     connect(dialog, &QFileDialog::fileSelected, this, &frmEventi::cmdToExcel_FileChosen);
+    connect(dialog, &QFileDialog::rejected, this, [this] { setBusy(false); });
     dialog->open();
 }
 
-void frmEventi::cmdToExcel_FileChosen(const QString &file)
+void frmEventi::cmdToExcel_FileChosen(const QString &chosen)
 {
-    if (!QFile::exists(file))
+    // A name may have a point of its own, as a date has.
+    const QString ending = QStringLiteral(".xls");
+    const QString file = chosen.endsWith(ending, Qt::CaseInsensitive) ? chosen : chosen + ending;
+    if (!QFileInfo::exists(file) && !QFileInfo(file).isSymLink())
         return exportTo(file);
     m_messages.ask(this, m_texts[Text::IlFile] + file + m_texts[Text::EsisteGia], Messages::Buttons::YesNo,
                    [this, file](Messages::Answer answer) {
                        if (answer == Messages::Answer::Yes)
                            exportTo(file);
+                       else
+                           setBusy(false);
                    });
 }
 
 void frmEventi::exportTo(const QString &file)
 {
-    // Whatever ran in the meantime: the results stand still while they are written.
-    if (m_export || tmrRicerca.isActive() || m_printing.isRunning())
-        return;
     ExportedEvents events;
     events.sheetName = m_texts[Text::EventiFoglio];
     for (int column = 0; column < m_rows->columnCount(); ++column)

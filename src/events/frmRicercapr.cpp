@@ -34,7 +34,8 @@ frmRicercapr::frmRicercapr(const QString &caption, const QString &cancel, Parts 
     prgBarRic->setMinimumWidth(pixels(4500));
     cmdAnnulla->setObjectName(QStringLiteral("cmdAnnulla"));
     cmdAnnulla->setVisible(parts.testFlag(Button));
-    cmdAnnulla->setAutoDefault(true);
+    // The keyboard is at the window itself: an Enter too many, or held down, must not stop the task.
+    setFocusPolicy(Qt::StrongFocus);
     setProgress(0, 1);
     connect(cmdAnnulla, &QPushButton::clicked, this, &frmRicercapr::Annulla);
 
@@ -43,6 +44,7 @@ frmRicercapr::frmRicercapr(const QString &caption, const QString &cancel, Parts 
     const QPoint middle = over->mapToGlobal(QPoint((over->width() - width()) / 2, (over->height() - height()) / 3));
     move(middle);
     show();
+    setFocus();
 }
 
 void frmRicercapr::setLabel(const QString &text)
@@ -68,6 +70,8 @@ void frmRicercapr::closeEvent(QCloseEvent *event)
 
 void frmRicercapr::keyPressEvent(QKeyEvent *event)
 {
+    if (event->isAutoRepeat())
+        return;
     if (event->key() == Qt::Key_Escape && !cmdAnnulla->isHidden())
         cmdAnnulla->click();
     else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && cmdAnnulla->hasFocus())

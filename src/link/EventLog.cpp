@@ -102,8 +102,18 @@ Result<EventLog::OpenDay> EventLog::openArchive(const QString &name)
     return OpenDay{std::move(database.value()), std::move(insert.value())};
 }
 
+void EventLog::leaveLogModes()
+{
+    // A search or another program had the day open when it was closed.
+    m_stillInLogMode.removeIf([this](const QString &name) {
+        Result<Database> database = m_archives.open(name, Database::Use::Safe);
+        return database ? database.value().leaveLogMode().ok() : database.fault().code != FaultCode::Locked;
+    });
+}
+
 bool EventLog::changeDayIfNeeded()
 {
+    leaveLogModes();
     const bool isDeleted = m_open && !m_archives.exists(ArchiveName::events(m_day));
     if (DataFile(m_clock.date()) == m_day && !isDeleted)
         return false;
@@ -125,8 +135,8 @@ void EventLog::closeDay()
     if (!m_open)
         return;
     m_open->insert.reset();
-    // A reader may still have it open; the next program that copies or reads it brings it together then.
-    (void)m_open->database.leaveLogMode();
+    if (!m_open->database.leaveLogMode())
+        m_stillInLogMode.append(ArchiveName::events(m_day));
     m_open.reset();
     m_day.clear();
 }

@@ -73,6 +73,7 @@ private:
     void waitEnds();
     void tellLost();
     void closeDay();
+    void leaveLogModes();
 
     ArchiveStore &m_archives;
     const Clock &m_clock;
@@ -80,6 +81,7 @@ private:
     QString m_day;
     QString m_failedDay; ///< told once that its archive cannot be opened
     std::unique_ptr<OpenDay> m_open;
+    QStringList m_stillInLogMode; ///< archives of closed days, to be brought into one file yet
     QQueue<Event> m_waiting;
     bool m_isWaiting = false;  ///< told that events wait
     qsizetype m_hadToWait = 0; ///< stored late since then

@@ -273,8 +273,10 @@ void MDIForm1::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
-    const QList<ChildWindow *> open = findChildren<ChildWindow *>();
-    for (ChildWindow *window : open) {
+    // The last one opened first: it may have been opened by another, which waits for it.
+    QList<ChildWindow *> open = findChildren<ChildWindow *>();
+    std::reverse(open.begin(), open.end());
+    for (ChildWindow *window : std::as_const(open)) {
         if (m_ending)
             window->unload();
         else if (!closeChild(window)) {

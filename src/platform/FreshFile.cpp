@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -41,6 +42,10 @@ Result<void> FreshFile::create()
     if (m_file < 0)
         return systemFault(m_target);
     m_beside = QFile::decodeName(name);
+    // Whoever could read the file that it replaces can read this one.
+    struct stat old = {};
+    if (::stat(QFile::encodeName(m_target).constData(), &old) == 0)
+        (void)::fchmod(m_file, old.st_mode & ALLPERMS);
     // Unbuffered: whoever writes small pieces gathers them.
     open(WriteOnly | Unbuffered);
     return {};

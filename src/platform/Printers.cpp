@@ -4,7 +4,12 @@
 
 #include <cups/cups.h>
 
+#include <chrono>
+#include <future>
+#include <memory>
+#include <optional>
 #include <span>
+#include <thread>
 
 namespace {
 
@@ -22,6 +27,24 @@ private:
     cups_dest_t *m_list = nullptr;
     int m_count;
 };
+
+/// How long the print system is waited for: it may be another machine, which may be off.
+constexpr std::chrono::seconds listPatience(1);
+constexpr std::chrono::seconds sendPatience(5);
+/// A print system that was silent is not asked again for that long.
+constexpr std::chrono::seconds silence(30);
+
+/// What @p work makes, or nothing when it takes longer than @p patience; it then ends on its own, unheard.
+template<class Work>
+auto within(std::chrono::seconds patience, Work work) -> std::optional<decltype(work())>
+{
+    auto promise = std::make_shared<std::promise<decltype(work())>>();
+    auto future = promise->get_future();
+    std::thread([promise, work = std::move(work)] { promise->set_value(work()); }).detach();
+    if (future.wait_for(patience) != std::future_status::ready)
+        return {};
+    return future.get();
+}
 
 FaultCode faultOf(ipp_status_t status)
 {
@@ -41,37 +64,51 @@ FaultCode faultOf(ipp_status_t status)
 
 } // namespace
 
+Printers::List Printers::list() const
+{
+    const auto now = std::chrono::steady_clock::now();
+    if (m_silentUntil > now)
+        return {};
+    const std::optional<List> answer = within(listPatience, [] {
+        const Destinations destinations;
+        List list;
+        for (const cups_dest_t &printer : destinations.all()) {
+            list.names.append(QString::fromUtf8(printer.name));
+            if (printer.is_default != 0)
+                list.byDefault = list.names.last();
+        }
+        return list;
+    });
+    if (!answer)
+        m_silentUntil = now + silence;
+    return answer.value_or(List{});
+}
+
 QStringList Printers::names() const
 {
-    const Destinations destinations;
-    QStringList names;
-    for (const cups_dest_t &printer : destinations.all())
-        names.append(QString::fromUtf8(printer.name));
-    return names;
+    return list().names;
 }
 
 QString Printers::defaultName() const
 {
-    const Destinations destinations;
-    for (const cups_dest_t &printer : destinations.all()) {
-        if (printer.is_default != 0)
-            return QString::fromUtf8(printer.name);
-    }
-    return {};
+    return list().byDefault;
 }
 
 Result<void> Printers::send(const QString &printer, const QString &file, const QString &title) const
 {
-    // The list carries the options that the operator has set for each printer, which the print system wants back.
-    const Destinations destinations;
-    for (const cups_dest_t &destination : destinations.all()) {
-        if (QString::fromUtf8(destination.name) != printer)
-            continue;
-        const int job = cupsPrintFile(destination.name, QFile::encodeName(file).constData(), title.toUtf8().constData(),
-                                      destination.num_options, destination.options);
-        return job == 0 ? Result<void>(Fault{faultOf(cupsLastError()), printer}) : Result<void>();
-    }
-    return Fault{FaultCode::NotFound, printer};
+    const std::optional<Result<void>> sent = within(sendPatience, [printer, file, title]() -> Result<void> {
+        // The list carries the options that the operator has set for each printer, which the print system wants back.
+        const Destinations destinations;
+        for (const cups_dest_t &destination : destinations.all()) {
+            if (QString::fromUtf8(destination.name) != printer)
+                continue;
+            const int job = cupsPrintFile(destination.name, QFile::encodeName(file).constData(),
+                                          title.toUtf8().constData(), destination.num_options, destination.options);
+            return job == 0 ? Result<void>(Fault{faultOf(cupsLastError()), printer}) : Result<void>();
+        }
+        return Fault{FaultCode::NotFound, printer};
+    });
+    return sent.value_or(Fault{FaultCode::InputOutput, printer});
 }
 
 int Printers::defaultIndex() const

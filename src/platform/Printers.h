@@ -5,7 +5,12 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
+
 /// The printers installed on this system, in the print system's order.
+///
+/// A print system that does not answer is waited for no longer than a second, five for taking a job, and counts as one
+/// that does not run for half a minute.
 class Printers
 {
 public:
@@ -26,4 +31,13 @@ public:
     int defaultIndex() const;
     /// True when @p index is below the number of installed printers (negative ones included).
     bool isValid(int index) const { return index < names().size(); }
+
+private:
+    struct List {
+        QStringList names;
+        QString byDefault;
+    };
+    List list() const;
+
+    mutable std::chrono::steady_clock::time_point m_silentUntil;
 };

@@ -127,7 +127,7 @@ void Printing::turn()
     case Report::Progress::Running:
         break;
     case Report::Progress::Failed:
-        return fail(notMade);
+        return fail({OwnText::PrintNotMade, {m_printerName}, document.report->fault().value_or(*notMade.fault)});
     case Report::Progress::Finished:
         if (!document.painter.end() || !isComplete(document.path()))
             return fail(notMade);

@@ -190,9 +190,17 @@ void TestEvents::searchAndStop()
     QVERIFY(desk.grid()->currentIndex().isValid());
 
     desk.edit("txtCodice")->setText(u"1"_s);
+    // Enter, and a click before its animation has ended.
+    QTest::keyClick(desk.edit("txtCodice"), Qt::Key_Return);
+    desk.press("cmdRicerca");
+    QTest::qWait(200);
+    QVERIFY(desk.form->findChildren<frmRicercapr *>().size() < 2);
+    QTRY_VERIFY(find<QPushButton>(*desk.form, "cmdRicerca")->isEnabled());
     desk.press("cmdRicerca");
     auto *progress = find<frmRicercapr>(*desk.form, "frmRicercapr");
     QCOMPARE(find<QLabel>(*progress, "lblGiorno")->text(), u"Day: 05/03/2004"_s);
+    QVERIFY(!find<QPushButton>(*desk.form, "cmdRicerca")->isEnabled());
+    QTest::keyClick(progress, Qt::Key_Return); // one too many
     QVERIFY(!find<QPushButton>(*desk.form, "cmdRicerca")->isEnabled());
     QTest::keyClick(progress, Qt::Key_Escape);
     QTRY_VERIFY(find<QPushButton>(*desk.form, "cmdRicerca")->isEnabled());
@@ -253,6 +261,8 @@ void TestEvents::exportAsksOnce()
     choose(file);
     QVERIFY(desk.test.read(u"out.xls"_s).startsWith("\xD0\xCF\x11\xE0"));
     desk.test.write(u"out.xls"_s, "old");
+    choose(file + u" 31.12"_s);
+    QVERIFY(desk.test.files().contains(u"out 31.12.xls"_s));
     choose(file + u".xls"_s);
     const QStringList question = {u"Question: The file '"_s + file + u".xls' already exists!\r\nOverwrite ?"_s};
     QCOMPARE(desk.messages.take(), question);
@@ -309,9 +319,10 @@ void TestEvents::liveView()
     find<QPushButton>(view, "cmdStampa")->click();
     QCOMPARE(base.messages.take(), QStringList(u"Information: No Printer installed"_s));
     QVERIFY(refresh->isActive());
-    // A day that cannot be read for the moment is told once, and what was there stays.
+    // A day that cannot be read for a while is told once, and what was there stays.
     QFile::remove(base.test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
-    for (int i = 0; i < 2; ++i) {
+    for (int i = 0; i < 8; ++i) {
+        QCOMPARE(base.messages.shown.size(), i < 4 ? 0 : 1);
         refresh->start(0);
         QTRY_COMPARE(refresh->interval(), 500);
     }

@@ -150,6 +150,7 @@ void TestSearch::walk_data()
     row("a day without an archive between two", range(u"03/03/2004"_s, u"05/03/2004"_s), u"1,2,3,4,5,6"_s);
     row("one day", range(u"05/03/2004"_s, u"05/03/2004"_s), u"5,6"_s);
     row("over the end of a month that has fewer days", range(u"29/02/2004"_s, u"31/02/2004"_s), u"0"_s);
+    row("from a day that no month has", range(u"31/02/2004"_s, u"03/03/2004"_s), u"1,2,3,4"_s);
     row("to the last year that can be written", range(u"30/12/9999"_s, u"31/12/9999"_s), u"9"_s);
     row("channels", query(u"BC"_s, u"TX,DKS"_s), u"2,3"_s);
     row("type", query(all, u"DKS"_s), u"3,4"_s);
@@ -352,6 +353,13 @@ void TestSearch::dayGrows()
     add(4, 7);
     QCOMPARE(refresh(), u"changed"_s);
     QCOMPARE(numbers(), u"3,4,5,6,7"_s);
+    // Stored late, after the clock's change, and still an event of its own time.
+    test.addEvents(u"05-03-2004"_s, {{u"8"_s, u"TX"_s, u"A"_s, {}, {}, u"10:06:30"_s}});
+    QCOMPARE(refresh(), u"changed"_s);
+    QCOMPARE(numbers(), u"4,5,6,8,7"_s);
+    QFile::remove(test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
+    add(1, 7);
+    QCOMPARE(refresh(), u"changed"_s);
     QCOMPARE(view.rows()[2].join(u'|'), u"5|TX|Rossi|Mario|A||05-03-2004|10:05:00|"_s);
     // Set aside and made anew: what is shown is what is there.
     QFile::remove(test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
