@@ -7,13 +7,11 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QCloseEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
-#include <QSessionManager>
 
 namespace {
 
@@ -237,62 +235,6 @@ bool MDIForm1::readPasswords()
     }
     showCritical(texts.sentence(passwordMessage(fault, reason)), [this] { end(); });
     return false;
-}
-
-void MDIForm1::end()
-{
-    m_ending = true;
-    close();
-}
-
-void MDIForm1::sessionEnds(QSessionManager &manager)
-{
-    const QList<ChildWindow *> open = findChildren<ChildWindow *>();
-    for (ChildWindow *window : open) {
-        // At the gate nobody can be asked to give the password first.
-        if (m_menu.gateIsClosed || closeChild(window) || !manager.allowsInteraction())
-            continue;
-        // It asks the operator what becomes of his work; the session goes on.
-        manager.cancel();
-        return;
-    }
-    m_ending = true;
-}
-
-bool MDIForm1::closeChild(ChildWindow *window)
-{
-    // A window in the client area closes with its frame, one of its own by itself.
-    QWidget *frame = qobject_cast<QMdiSubWindow *>(window->parentWidget());
-    return (frame ? frame : window)->close();
-}
-
-void MDIForm1::closeEvent(QCloseEvent *event)
-{
-    const bool isHeld = !isEnabled() || !menuState(m_menu)[TopMenu::File];
-    if (!m_ending && isHeld) {
-        event->ignore();
-        return;
-    }
-    // The last one opened first: it may have been opened by another, which waits for it.
-    QList<ChildWindow *> open = findChildren<ChildWindow *>();
-    std::reverse(open.begin(), open.end());
-    for (ChildWindow *window : std::as_const(open)) {
-        if (m_ending)
-            window->unload();
-        else if (!closeChild(window)) {
-            // It asks the operator first, and this window closes when it has.
-            m_closeAgain = true;
-            event->ignore();
-            return;
-        }
-    }
-    tmrShow.stop();
-    tmrFlash.stop();
-    if (m_splash)
-        m_splash->close();
-    m_program.end();
-    event->accept();
-    Q_EMIT unloaded();
 }
 
 // What is shown ------------------------------------------------------------------------------------------------------

@@ -5,6 +5,7 @@
 #include "link/frmImpCom.h"
 #include "link/frmUtility.h"
 #include "prefs/PasswordFault.h"
+#include "prefs/Splash.h"
 #include "prefs/frmInfo.h"
 #include "prefs/frmInsPass.h"
 #include "prefs/frmIstruzioni.h"
@@ -16,10 +17,72 @@
 #include "timeprog/frmSettimana.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QSessionManager>
+
+#include <algorithm>
 
 // The windows that the frame window opens, and what they report.
+
+// Closing ------------------------------------------------------------------------------------------------------------
+
+void MDIForm1::end()
+{
+    m_ending = true;
+    close();
+}
+
+void MDIForm1::sessionEnds(QSessionManager &manager)
+{
+    const QList<ChildWindow *> open = findChildren<ChildWindow *>();
+    for (ChildWindow *window : open) {
+        // At the gate nobody can be asked to give the password first.
+        if (m_menu.gateIsClosed || closeChild(window) || !manager.allowsInteraction())
+            continue;
+        // It asks the operator what becomes of his work; the session goes on.
+        manager.cancel();
+        return;
+    }
+    m_ending = true;
+}
+
+bool MDIForm1::closeChild(ChildWindow *window)
+{
+    // A window in the client area closes with its frame, one of its own by itself.
+    QWidget *frame = qobject_cast<QMdiSubWindow *>(window->parentWidget());
+    return (frame ? frame : window)->close();
+}
+
+void MDIForm1::closeEvent(QCloseEvent *event)
+{
+    const bool isHeld = !isEnabled() || !menuState(m_menu)[TopMenu::File];
+    if (!m_ending && isHeld) {
+        event->ignore();
+        return;
+    }
+    // The last one opened first: it may have been opened by another, which waits for it.
+    QList<ChildWindow *> open = findChildren<ChildWindow *>();
+    std::reverse(open.begin(), open.end());
+    for (ChildWindow *window : std::as_const(open)) {
+        if (m_ending)
+            window->unload();
+        else if (!closeChild(window)) {
+            // It asks the operator first, and this window closes when it has.
+            m_closeAgain = true;
+            event->ignore();
+            return;
+        }
+    }
+    tmrShow.stop();
+    tmrFlash.stop();
+    if (m_splash)
+        m_splash->close();
+    m_program.end();
+    event->accept();
+    Q_EMIT unloaded();
+}
 
 // The link's alarm ---------------------------------------------------------------------------------------------------
 

@@ -133,27 +133,6 @@ private Q_SLOTS:
         row("negative", false, -6, 0);
         row("first start", true, 7, 6);
     }
-    void preselection()
-    {
-        QFETCH(bool, first);
-        QFETCH(int, configured);
-        QFETCH(int, chosen);
-        Computer computer({6, 7});
-        computer.open(first, configured);
-        QSignalSpy closing(computer.window, &frmImpCom::Chiudi);
-        for (int port = 1; port <= PortTest::Ports; ++port)
-            QCOMPARE(computer.com(port)->isChecked(), port == chosen);
-        computer.button("cmdOk")->click();
-        QCOMPARE(closing, chosen == 0 ? Told() : Told({{chosen, 1}}));
-        if (chosen != 0) {
-            QTRY_VERIFY(!computer.window);
-            return;
-        }
-        computer.awaitMessage("Exclamation", Text::SelezionareUnaPortaCom);
-        computer.button("cmdProva")->click();
-        computer.awaitMessage("Exclamation", Text::SelezionareUnaPortaCom);
-    }
-
     void connection_data()
     {
         // What the interface says to each question, in pieces that arrive one by one.
@@ -270,32 +249,6 @@ private Q_SLOTS:
         QVERIFY(computer.messages.take().contains(question));
     }
 
-    void fields_data()
-    {
-        const Rows<int, QByteArray, QString> row("language", "line2", "text");
-        row("off", 2, "TOLMAR CH:12 DISABLE PC BRIDGE", u"TOLMAR|DISABLED|12|NO|OFF|OFF|OFF|NO|1.4"_s);
-        row("on", 1, "TOLMAR SITO +CH CH:123 ENABLE J1", u"TOLMAR|ABILITATA|123|SI|ON|ON|ON|SI|1.4"_s);
-        row("German", 4, "WIEGAND 50 BIT +CH CH: PC", u"WIEGAND 50 BIT|GESPERRT||JA|ON|OFF|OFF|NEIN|1.4"_s);
-        row("BCD", 3, "WIEGAND 37 BIT HID D10302 +CH CH:1 ENABLE",
-            u"WIEGAND 37 BIT HID D10302 BCD|VALID\u00C9E|1|NON|ON|ON|OFF|NON|1.4"_s);
-        row("no BCD", 2, "WIEGAND 37 BIT HID D10302 CH:1 ENABLE",
-            u"WIEGAND 37 BIT HID D10302|ENABLED|1|NO|ON|ON|OFF|NO|1.4"_s);
-        row("ISO2", 2, "ISO2 CH:1 ENABLE", u"ISO2|ENABLED|1|YES|ON|ON|OFF|NO|1.4"_s);
-        row("no usable line", 1, "", u"-1||||||||VERSIONE 1.4"_s);
-    }
-    void fields()
-    {
-        QFETCH(int, language);
-        QFETCH(QByteArray, line2);
-        Texts texts;
-        texts.fill(language);
-        FakeMessages messages;
-        frmConfInt window(texts, messages);
-        window.configurationRead(parseReply("RS_C SITO CH:1 ENABLE ", "")); // nothing of it may stay
-        window.configurationRead(parseReply(line2, "VERSIONE 1.4"));
-        QTEST(shown(&window, configuration), "text");
-    }
-
     void reading()
     {
         Texts texts;
@@ -322,17 +275,6 @@ private Q_SLOTS:
                  QStringList(u"Critical: Interfaccia multiprotocollo non in linea\r\nCONNESSIONE IMPOSSIBILE!"_s));
         QVERIFY(window->isVisible()); // until the operator has read it
         QTRY_VERIFY(!window);
-    }
-
-    void diagnostics()
-    {
-        Texts texts;
-        texts.fill(3);
-        frmUtility window(texts);
-        window.showRecord(*decodeRecord("K/C-000000777X..\r"));
-        QCOMPARE(shown(&window, "Codice Canale Tipo"), u"777|C - VALID\u00C9|DKS"_s);
-        window.showRecord(*decodeRecord("R/D-000000000.D.\r"));
-        QCOMPARE(shown(&window, "Codice Canale Tipo").section(u'|', 0, 0), QString());
     }
 };
 

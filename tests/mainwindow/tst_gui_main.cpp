@@ -115,7 +115,6 @@ private Q_SLOTS:
     void alarm();
     void lostPort();
     void firstPort();
-    void configuration();
     void language();
     void editorsHoldTheProgramme();
     void receptionBehindABox();
@@ -255,30 +254,6 @@ void TestMainWindow::firstPort()
     desk.click(desk.open("frmImpCom"), "cmdAnnulla");
     QTRY_COMPARE(desk.asked, QByteArray("&IC"));
     QVERIFY(!desk.open("frmImpCom"));
-}
-
-void TestMainWindow::configuration()
-{
-    Desk desk;
-    desk.comeToLife();
-    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
-    desk.entry("mnuLetConfInt")->trigger();
-    QTRY_COMPARE(desk.open("frmConfInt")->findChild<QLineEdit *>(u"txtProtCom"_s)->text(), u"RS_C"_s);
-    QVERIFY(!desk.program.link().checksRun());
-    QTRY_VERIFY(desk.open("frmConfInt")->findChild<QPushButton *>(u"cmdLeggi"_s)->isEnabled());
-    desk.click(desk.open("frmConfInt"), "cmdOk");
-    QTRY_VERIFY(!desk.open("frmConfInt"));
-    QVERIFY(desk.program.link().checksRun());
-    // What the panel shows counts.
-    desk.answers = false;
-    desk.pass(66);
-    QTRY_VERIFY(desk.open("frmMessage"));
-    desk.click(desk.open("frmMessage"), "cmdOk");
-    QTRY_COMPARE(desk.panel(5), QLatin1String(offLine));
-    desk.entry("mnuLetConfInt")->trigger();
-    QTRY_VERIFY(!desk.open("frmConfInt"));
-    QCOMPARE(desk.messages.take(),
-             QStringList{u"Critical: multiprotocol interface not on line\r\nCONNECTION IMPOSSIBLE!"_s});
 }
 
 void TestMainWindow::language()

@@ -2,7 +2,6 @@
 #include "prefs/CheckInterval.h"
 #include "prefs/frmInfo.h"
 #include "prefs/frmInsPass.h"
-#include "prefs/frmIstruzioni.h"
 #include "prefs/frmLingua.h"
 #include "prefs/frmMessage.h"
 #include "prefs/frmPassProg.h"
@@ -15,10 +14,6 @@
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QPainter>
-#include <QPdfView>
-#include <QPdfWriter>
-#include <QScrollBar>
 #include <QSignalSpy>
 
 namespace {
@@ -215,46 +210,6 @@ private Q_SLOTS:
                               u"Critical: "_s + desk.texts[Text::FileMancanteODanneggiato]}));
         QVERIFY(desk.heard.isEmpty() && window->isVisible() && desk.passwords.matches(Users, perche));
         QCOMPARE(window->findChild<QLineEdit *>(u"txtConfPass"_s)->text(), u"abc"_s);
-    }
-
-    void manual()
-    {
-        Desk desk;
-        const QString file = desk.test.folder.path(u"manuale \u00E8.pdf"_s);
-        desk.test.write(u"mansw.pdf"_s, "%PDF-1.4\n1 0 obj\n");
-        for (const QString &name : listOf("man752.pdf,mansw.pdf")) {
-            QPointer window = new frmIstruzioni(name, desk.test.folder.path(name), desk.texts, desk.messages);
-            QVERIFY(!window->load());
-            QTRY_VERIFY(!window);
-            QCOMPARE(desk.messages.take(), QStringList{u"Critical: file not found"_s});
-        }
-        {
-            QPdfWriter writer(file);
-            QPainter painter(&writer);
-            for (int page = 1; page < 3; ++page)
-                writer.newPage();
-        }
-        frmIstruzioni window(u"KOR &731"_s, file, desk.texts, desk.messages);
-        QVERIFY(window.load());
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        QCOMPARE(window.windowTitle(), u"KOR 731"_s);
-        QScrollBar *bar = window.findChild<QPdfView *>()->verticalScrollBar();
-        QTRY_VERIFY(bar->maximum() > 0);
-        const auto keyed = [&](Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
-            QTest::keyClick(window.focusWidget(), key, with);
-            return bar->value();
-        };
-        const int onePage = keyed(Qt::Key_PageDown);
-        QVERIFY(onePage > 0);
-        QCOMPARE(keyed(Qt::Key_End), bar->maximum());
-        QVERIFY(keyed(Qt::Key_PageUp) < bar->maximum());
-        QCOMPARE(keyed(Qt::Key_Home), 0);
-        const int fitted = bar->maximum();
-        keyed(Qt::Key_Plus, Qt::ControlModifier);
-        QVERIFY(bar->maximum() > fitted);
-        keyed(Qt::Key_0, Qt::ControlModifier);
-        QCOMPARE(bar->maximum(), fitted);
     }
 
     /// In the main window too the first control of each window has the keyboard, and Esc closes it.

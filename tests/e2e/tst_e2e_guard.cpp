@@ -112,4 +112,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestGuard)
-#include "tst_guard.moc"
+#include "tst_e2e_guard.moc"
