@@ -5,6 +5,27 @@
 #include <QMdiSubWindow>
 #include <QPushButton>
 
+namespace {
+
+/// Lets the access key of a button press it at once. The widget library would do so a moment later, when the press
+/// before may have disabled the button, and it would act all the same.
+class AtOnce : public QObject
+{
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent *>(event)->isAmbiguous())
+            return false;
+        static_cast<QPushButton *>(watched)->click();
+        return true;
+    }
+};
+
+} // namespace
+
 ChildWindow::ChildWindow(const QString &name, QWidget *parent) : QWidget(parent)
 {
     setObjectName(name);
@@ -46,8 +67,10 @@ void ChildWindow::setKeys(QPushButton *accept, QPushButton *cancel)
 {
     m_accept = accept;
     m_cancel = cancel;
+    auto *atOnce = new AtOnce(this);
     const QList<QPushButton *> buttons = findChildren<QPushButton *>();
     for (QPushButton *button : buttons) {
+        button->installEventFilter(atOnce);
         button->setAutoDefault(true);
         button->setDefault(button == accept);
     }
@@ -75,10 +98,10 @@ void ChildWindow::keyPressEvent(QKeyEvent *event)
         auto *focused = qobject_cast<QPushButton *>(focusWidget());
         QPushButton *pressed = focused ? focused : m_accept;
         if (pressed && pressed->isEnabled())
-            pressed->animateClick();
+            pressed->click();
     } else if (event->key() == Qt::Key_Escape && m_cancel) {
         if (m_cancel->isEnabled())
-            m_cancel->animateClick();
+            m_cancel->click();
     } else {
         QWidget::keyPressEvent(event);
     }
