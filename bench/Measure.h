@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QList>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -37,3 +38,27 @@ inline void print(const char *what, double ours, double bare, const char *unit)
 {
     std::printf("%-58s %12.2f %12.2f %s  (%.2f times)\n", what, ours, bare, unit, ours / bare);
 }
+
+/// Beats every 5 ms in the event loop, and knows its longest gap.
+class Heartbeat
+{
+public:
+    Heartbeat()
+    {
+        m_beat.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&m_beat, &QTimer::timeout, [this] {
+            m_longest = longest();
+            m_sinceLast.start();
+        });
+        m_sinceLast.start();
+        m_beat.start(5);
+    }
+
+    /// In milliseconds, the gap that has not ended yet included.
+    double longest() const { return std::max(m_longest, static_cast<double>(m_sinceLast.nsecsElapsed()) / 1e6); }
+
+private:
+    QTimer m_beat;
+    QElapsedTimer m_sinceLast;
+    double m_longest = 0;
+};

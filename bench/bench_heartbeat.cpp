@@ -14,20 +14,11 @@ namespace {
 /// Longest time between two beats, in milliseconds.
 double longestGap(int milliseconds)
 {
-    QTimer beat;
-    beat.setTimerType(Qt::PreciseTimer);
-    QElapsedTimer sinceLast;
-    double longest = 0;
-    QObject::connect(&beat, &QTimer::timeout, [&] {
-        longest = qMax(longest, static_cast<double>(sinceLast.nsecsElapsed()) / 1e6);
-        sinceLast.start();
-    });
-    sinceLast.start();
-    beat.start(5);
+    const Heartbeat heart;
     QEventLoop loop;
     QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
     loop.exec();
-    return longest;
+    return heart.longest();
 }
 
 } // namespace

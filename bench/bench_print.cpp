@@ -56,18 +56,9 @@ public:
 /// Longest time between two beats until @p loop ends, in milliseconds.
 double longestGap(QEventLoop &loop)
 {
-    QTimer beat;
-    beat.setTimerType(Qt::PreciseTimer);
-    QElapsedTimer sinceLast;
-    double longest = 0;
-    QObject::connect(&beat, &QTimer::timeout, [&] {
-        longest = qMax(longest, static_cast<double>(sinceLast.nsecsElapsed()) / 1e6);
-        sinceLast.start();
-    });
-    sinceLast.start();
-    beat.start(5);
+    const Heartbeat heart;
     loop.exec();
-    return qMax(longest, static_cast<double>(sinceLast.nsecsElapsed()) / 1e6);
+    return heart.longest();
 }
 
 } // namespace

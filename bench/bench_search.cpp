@@ -150,24 +150,15 @@ void window(TestFolder &test)
     form.findChild<QLineEdit *>(u"txtDataOrig"_s)->setText(wholeYear().firstDay);
     form.findChild<QLineEdit *>(u"txtDataFine"_s)->setText(wholeYear().lastDay);
     auto *grid = form.findChild<QTableView *>(u"dbgrdDati"_s);
-    QTimer beat;
-    beat.setTimerType(Qt::PreciseTimer);
-    QElapsedTimer sinceLast;
-    double longest = 0;
-    QObject::connect(&beat, &QTimer::timeout, [&] {
-        longest = qMax(longest, double(sinceLast.nsecsElapsed()) / 1e6);
-        sinceLast.start();
-    });
     QCoreApplication::processEvents();
     const qint64 before = residentPages();
-    sinceLast.start();
-    beat.start(5);
+    const Heartbeat heart;
     form.findChild<QPushButton *>(u"cmdRicerca"_s)->click();
     while (grid->model()->rowCount() == 0)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     QCoreApplication::processEvents();
     const int rows = grid->model()->rowCount();
-    std::printf("%-58s %12.2f ms\n", "longest gap of a 5 ms heartbeat during the search", longest);
+    std::printf("%-58s %12.2f ms\n", "longest gap of a 5 ms heartbeat during the search", heart.longest());
     std::printf("%-58s %12.2f bytes a row\n", "memory, grid included", double(residentPages() - before) * 4096 / rows);
     std::printf("%-58s %12.2f ms\n", "jump to the end, painted", microseconds([&] {
                                                                      grid->scrollToBottom();

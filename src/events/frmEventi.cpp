@@ -23,7 +23,7 @@
 
 namespace {
 
-constexpr int stepMilliseconds = 20;
+constexpr int stepMilliseconds = 15;
 /// More names would make a message that no screen holds.
 constexpr int mostDaysTold = 12;
 

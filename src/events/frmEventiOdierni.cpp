@@ -2,6 +2,7 @@
 
 #include "events/EventReport.h"
 #include "texts/Texts.h"
+#include "widgets/Forms.h"
 #include "widgets/Messages.h"
 #include "widgets/RowsModel.h"
 #include "widgets/Twips.h"
@@ -47,13 +48,9 @@ frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, Archi
       cmdStampa(new QPushButton),
       cmdChiudi(new QPushButton)
 {
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdStampa);
-    buttons->addWidget(cmdChiudi);
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(flxgrdEventi);
-    rows->addLayout(buttons);
+    rows->addLayout(buttonRow({cmdStampa, cmdChiudi}));
 
     flxgrdEventi->setObjectName(QStringLiteral("flxgrdEventi"));
     cmdStampa->setObjectName(QStringLiteral("cmdStampa"));

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr qint64 stepMilliseconds = 20;
+constexpr qint64 stepMilliseconds = 15;
 
 }
 

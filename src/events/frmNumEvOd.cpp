@@ -4,8 +4,8 @@
 #include "startup/Settings.h"
 #include "texts/Texts.h"
 #include "widgets/Filtering.h"
+#include "widgets/Forms.h"
 #include "widgets/Messages.h"
-#include "widgets/Twips.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -25,19 +25,9 @@ frmNumEvOd::frmNumEvOd(const Texts &texts, Settings &settings, Messages &message
     auto *number = new QHBoxLayout;
     number->addWidget(lblNumEv);
     number->addWidget(txtNumEv);
-    number->addStretch();
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOk);
-    buttons->addWidget(cmdAnnulla);
-    auto *rows = new QVBoxLayout(this);
-    rows->addLayout(number);
-    rows->addSpacing(pixels(120));
-    rows->addStretch();
-    rows->addLayout(buttons);
+    arrange(this, number, {cmdOk, cmdAnnulla});
     lblNumEv->setBuddy(txtNumEv);
-    txtNumEv->setAlignment(Qt::AlignRight);
-    txtNumEv->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + pixels(180));
+    makeNumberBox(txtNumEv);
 
     lblNumEv->setObjectName(QStringLiteral("lblNumEv"));
     txtNumEv->setObjectName(QStringLiteral("txtNumEv"));
@@ -56,8 +46,7 @@ frmNumEvOd::frmNumEvOd(const Texts &texts, Settings &settings, Messages &message
 void frmNumEvOd::captions()
 {
     setWindowTitle(m_texts[Text::NumeroEventiOdierni]);
-    // The title is longer than any line below it and stands between the buttons of the frame.
-    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + pixels(2250));
+    fitTitle(this);
     lblNumEv->setText(m_texts[Text::NumeroEventi]);
     cmdOk->setText(m_texts[Text::CmdOk]);
     cmdAnnulla->setText(m_texts[Text::CmdAnnulla]);

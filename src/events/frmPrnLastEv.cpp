@@ -6,8 +6,8 @@
 #include "startup/Numbers.h"
 #include "startup/PlainText.h"
 #include "widgets/Filtering.h"
+#include "widgets/Forms.h"
 #include "widgets/Messages.h"
-#include "widgets/Twips.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -34,19 +34,9 @@ frmPrnLastEv::frmPrnLastEv(Source source, const CurrentPrinter &printer, const T
     number->addWidget(lblPrnLast);
     number->addWidget(txtNumEv);
     number->addWidget(lblPrnEv);
-    number->addStretch();
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOk);
-    buttons->addWidget(cmdAnnulla);
-    auto *rows = new QVBoxLayout(this);
-    rows->addLayout(number);
-    rows->addSpacing(pixels(120));
-    rows->addStretch();
-    rows->addLayout(buttons);
+    arrange(this, number, {cmdOk, cmdAnnulla});
     lblPrnLast->setBuddy(txtNumEv);
-    txtNumEv->setAlignment(Qt::AlignRight);
-    txtNumEv->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + pixels(180));
+    makeNumberBox(txtNumEv);
 
     lblPrnLast->setObjectName(QStringLiteral("lblPrnLast"));
     txtNumEv->setObjectName(QStringLiteral("txtNumEv"));
@@ -65,8 +55,7 @@ frmPrnLastEv::frmPrnLastEv(Source source, const CurrentPrinter &printer, const T
 void frmPrnLastEv::captions()
 {
     setWindowTitle(m_texts[Text::StampaDegliUltimiEventi]);
-    // The title is longer than any line below it and stands between the buttons of the frame.
-    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + pixels(2250));
+    fitTitle(this);
     lblPrnLast->setText(m_texts[Text::StampaDegliUltimi]);
     lblPrnEv->setText(m_texts[Text::EventiDopoNumero]);
     cmdOk->setText(m_texts[Text::CmdOk]);

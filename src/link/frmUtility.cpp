@@ -1,6 +1,7 @@
 #include "link/frmUtility.h"
 
 #include "link/RecordFields.h"
+#include "widgets/Forms.h"
 #include "widgets/Twips.h"
 
 #include <QFormLayout>
@@ -36,13 +37,10 @@ frmUtility::frmUtility(const Texts &texts, QWidget *parent)
     addField(form, lblCodice, txtCodice, QStringLiteral("Codice"));
     addField(form, lblCanale, txtCanale, QStringLiteral("Canale"));
     addField(form, lblTipo, txtTipo, QStringLiteral("Tipo"));
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOk);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addStretch();
-    layout->addLayout(buttons);
+    layout->addLayout(buttonRow({cmdOk}));
 
     cmdOk->setObjectName(QStringLiteral("cmdOk"));
     setKeys(cmdOk, cmdOk);

@@ -80,6 +80,7 @@ MDIForm1::~MDIForm1()
 
 void MDIForm1::buildMenu()
 {
+    menuBar()->installEventFilter(this);
     static constexpr std::array names = {"mnuFile", "mnuAnagrafica", "mnuConsult", "mnuStrumenti", "mnuHelp"};
     for (size_t i = 0; i < names.size(); ++i) {
         m_menus.at(i) = menuBar()->addMenu(QString());

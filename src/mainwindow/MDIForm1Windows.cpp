@@ -20,6 +20,7 @@
 #include <QCloseEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenuBar>
 #include <QSessionManager>
 
 #include <algorithm>
@@ -82,6 +83,19 @@ void MDIForm1::closeEvent(QCloseEvent *event)
     m_program.end();
     event->accept();
     Q_EMIT unloaded();
+}
+
+bool MDIForm1::eventFilter(QObject *watched, QEvent *event)
+{
+    // Where a menu and a button have the same access key, the button of the window in front is meant; the menus can be
+    // reached by F10 as well.
+    if (watched == menuBar() && event->type() == QEvent::Shortcut) {
+        const QMdiSubWindow *frame = m_area->activeSubWindow();
+        auto *window = frame ? qobject_cast<ChildWindow *>(frame->widget()) : nullptr;
+        if (window && window->pressByKey(static_cast<QShortcutEvent *>(event)->key()))
+            return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 // The link's alarm ---------------------------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 
 #include "startup/CurrentPrinter.h"
 #include "texts/Texts.h"
+#include "widgets/Forms.h"
 #include "widgets/Messages.h"
 #include "widgets/Twips.h"
 
@@ -29,15 +30,11 @@ frmImpStampa::frmImpStampa(const Texts &texts, CurrentPrinter &printer, Messages
     auto *choice = new QHBoxLayout;
     choice->addWidget(lblSelStampa);
     choice->addWidget(cmbStampanti, 1);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOk);
-    buttons->addWidget(cmdAnnulla);
     auto *rows = new QVBoxLayout(this);
     rows->addLayout(choice);
     rows->addSpacing(pixels(120));
     rows->addStretch();
-    rows->addLayout(buttons);
+    rows->addLayout(buttonRow({cmdOk, cmdAnnulla}));
     lblSelStampa->setBuddy(cmbStampanti);
     // The width is the window's own: names of printers may be long ones.
     cmbStampanti->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);

@@ -2,6 +2,7 @@
 
 #include "prefs/PasswordFault.h"
 #include "texts/Texts.h"
+#include "widgets/Forms.h"
 #include "widgets/Messages.h"
 #include "widgets/Twips.h"
 
@@ -29,16 +30,12 @@ frmInsPass::frmInsPass(const Texts &texts, Messages &messages, Passwords &passwo
     boxes->addWidget(lblConfPass, 1, 0);
     boxes->addWidget(txtConfPass, 1, 1);
     boxes->setColumnStretch(1, 1);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOk);
-    buttons->addWidget(cmdAnnulla);
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(lblSpiegIns);
     rows->addLayout(boxes);
     rows->addSpacing(pixels(120));
     rows->addStretch();
-    rows->addLayout(buttons);
+    rows->addLayout(buttonRow({cmdOk, cmdAnnulla}));
     lblPass->setBuddy(txtPass);
     lblConfPass->setBuddy(txtConfPass);
     txtPass->setEchoMode(QLineEdit::Password);

@@ -2,6 +2,7 @@
 
 #include "startup/Settings.h"
 #include "texts/Texts.h"
+#include "widgets/Forms.h"
 #include "widgets/Messages.h"
 #include "widgets/Twips.h"
 
@@ -34,11 +35,7 @@ frmLingua::frmLingua(Texts &texts, Settings &settings, Messages &messages, QWidg
     }
     rows->addSpacing(pixels(120));
     rows->addStretch();
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOk);
-    buttons->addWidget(cmdAnnulla);
-    rows->addLayout(buttons);
+    rows->addLayout(buttonRow({cmdOk, cmdAnnulla}));
 
     lblLingua->setObjectName(QStringLiteral("lblLingua"));
     cmdOk->setObjectName(QStringLiteral("cmdOk"));

@@ -1,6 +1,7 @@
 #include "prefs/frmPassProg.h"
 
 #include "texts/Texts.h"
+#include "widgets/Forms.h"
 #include "widgets/Messages.h"
 #include "widgets/Twips.h"
 
@@ -23,15 +24,11 @@ frmPassProg::frmPassProg(const Texts &texts, Messages &messages, const Passwords
     auto *line = new QHBoxLayout;
     line->addWidget(lblPass);
     line->addWidget(txtPass, 1);
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOk);
-    buttons->addWidget(cmdAnnulla);
     auto *rows = new QVBoxLayout(this);
     rows->addLayout(line);
     rows->addSpacing(pixels(120));
     rows->addStretch();
-    rows->addLayout(buttons);
+    rows->addLayout(buttonRow({cmdOk, cmdAnnulla}));
     lblPass->setBuddy(txtPass);
     txtPass->setEchoMode(QLineEdit::Password);
     txtPass->setMinimumWidth(fontMetrics().averageCharWidth() * 25);

@@ -4,6 +4,7 @@
 #include "startup/Settings.h"
 #include "texts/Texts.h"
 #include "widgets/Filtering.h"
+#include "widgets/Forms.h"
 #include "widgets/Messages.h"
 #include "widgets/Twips.h"
 
@@ -30,19 +31,14 @@ frmTempochk::frmTempochk(const Texts &texts, Settings &settings, Messages &messa
     minutes->addWidget(txtMinuti);
     minutes->addWidget(lblMinuti);
     minutes->addStretch();
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOk);
-    buttons->addWidget(cmdAnnulla);
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(chkAutomatico);
     rows->addLayout(minutes);
     rows->addSpacing(pixels(120));
     rows->addStretch();
-    rows->addLayout(buttons);
+    rows->addLayout(buttonRow({cmdOk, cmdAnnulla}));
     lblCheck->setBuddy(txtMinuti);
-    txtMinuti->setAlignment(Qt::AlignRight);
-    txtMinuti->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + pixels(180));
+    makeNumberBox(txtMinuti);
 
     chkAutomatico->setObjectName(QStringLiteral("chkAutomatico"));
     lblCheck->setObjectName(QStringLiteral("lblCheck"));
@@ -69,8 +65,7 @@ frmTempochk::frmTempochk(const Texts &texts, Settings &settings, Messages &messa
 void frmTempochk::captions()
 {
     setWindowTitle(m_texts[Text::ImpostazioniDiControlloKor]);
-    // The title is longer than any line below it and stands between the buttons of the frame.
-    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + pixels(2250));
+    fitTitle(this);
     chkAutomatico->setText(m_texts[Text::ControlloAutomaticoKor]);
     lblCheck->setText(m_texts[Text::ControlloKorOgni]);
     lblMinuti->setText(m_texts[Text::Minuti]);

@@ -1,6 +1,7 @@
 #include "users/frmRepDoppioni.h"
 
 #include "texts/Texts.h"
+#include "widgets/Forms.h"
 
 #include <QFontDatabase>
 #include <QHBoxLayout>
@@ -28,13 +29,9 @@ frmRepDoppioni::frmRepDoppioni(const Texts &texts, const QString &report, QWidge
       cmdOk(new QPushButton(texts[Text::CmdOk])),
       cmdStampa(new QPushButton(texts[Text::CmdStampa]))
 {
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOk);
-    buttons->addWidget(cmdStampa);
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(rtbRepDoppioni);
-    rows->addLayout(buttons);
+    rows->addLayout(buttonRow({cmdOk, cmdStampa}));
 
     setWindowTitle(texts[Text::ReportDoppioni]);
     rtbRepDoppioni->setObjectName(QStringLiteral("rtbRepDoppioni"));

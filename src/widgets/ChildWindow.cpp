@@ -8,20 +8,21 @@
 namespace {
 
 /// Lets the access key of a button press it at once. The widget library would do so a moment later, when the press
-/// before may have disabled the button, and it would act all the same.
+/// before may have disabled the button, and it would act all the same. Nor does it matter that a menu has the same key.
 class AtOnce : public QObject
 {
 public:
-    using QObject::QObject;
+    explicit AtOnce(ChildWindow *window) : QObject(window), m_window(window) {}
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent *>(event)->isAmbiguous())
-            return false;
-        static_cast<QPushButton *>(watched)->click();
-        return true;
+        return event->type() == QEvent::Shortcut &&
+               m_window->pressByKey(static_cast<QShortcutEvent *>(event)->key(), qobject_cast<QPushButton *>(watched));
     }
+
+private:
+    ChildWindow *m_window;
 };
 
 } // namespace
@@ -74,6 +75,23 @@ void ChildWindow::setKeys(QPushButton *accept, QPushButton *cancel)
         button->setAutoDefault(true);
         button->setDefault(button == accept);
     }
+}
+
+bool ChildWindow::pressByKey(const QKeySequence &key, const QPushButton *meant)
+{
+    QPushButton *only = nullptr;
+    const QList<QPushButton *> buttons = findChildren<QPushButton *>();
+    for (QPushButton *button : buttons) {
+        if (button->shortcut() != key || !button->isEnabled() || !button->isVisible())
+            continue;
+        if (only)
+            return false;
+        only = button;
+    }
+    if (!only || (meant && meant != only))
+        return false;
+    only->click();
+    return true;
 }
 
 void ChildWindow::closeEvent(QCloseEvent *event)

@@ -31,6 +31,9 @@ public:
     void unload();
     /// Gives the keyboard to the control that the window has chosen itself, else to its first.
     void takeKeyboard();
+    /// Presses the button that has the access key @p key. @param meant  the only one that may be it; null: any
+    /// @return false when no button that can be pressed has it, or several have
+    bool pressByKey(const QKeySequence &key, const QPushButton *meant = nullptr);
 
 Q_SIGNALS:
     /// The window has closed, for whatever reason.
