@@ -72,9 +72,8 @@ void frmRicercapr::keyPressEvent(QKeyEvent *event)
 {
     if (event->isAutoRepeat())
         return;
-    if (event->key() == Qt::Key_Escape && !cmdAnnulla->isHidden())
-        cmdAnnulla->click();
-    else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && cmdAnnulla->hasFocus())
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!cmdAnnulla->isHidden() && (event->key() == Qt::Key_Escape || (isEnter && cmdAnnulla->hasFocus())))
         cmdAnnulla->click();
     else
         QWidget::keyPressEvent(event);

@@ -88,7 +88,7 @@ void MDIForm1::closeEvent(QCloseEvent *event)
 bool MDIForm1::eventFilter(QObject *watched, QEvent *event)
 {
     // Where a menu and a button have the same access key, the button of the window in front is meant; the menus can be
-    // reached by F10 as well.
+    // reached by the Alt key alone as well.
     if (watched == menuBar() && event->type() == QEvent::Shortcut) {
         const QMdiSubWindow *frame = m_area->activeSubWindow();
         auto *window = frame ? qobject_cast<ChildWindow *>(frame->widget()) : nullptr;

@@ -1,5 +1,7 @@
 #include "platform/Printers.h"
 
+#include "platform/Termination.h"
+
 #include <QFile>
 
 #include <cups/cups.h>
@@ -40,7 +42,11 @@ auto within(std::chrono::seconds patience, Work work) -> std::optional<decltype(
 {
     auto promise = std::make_shared<std::promise<decltype(work())>>();
     auto future = promise->get_future();
-    std::thread([promise, work = std::move(work)] { promise->set_value(work()); }).detach();
+    std::thread([promise, work = std::move(work)] {
+        // A signal that ends the program is the main thread's affair.
+        holdEndSignals();
+        promise->set_value(work());
+    }).detach();
     if (future.wait_for(patience) != std::future_status::ready)
         return {};
     return future.get();

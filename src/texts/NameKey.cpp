@@ -33,9 +33,8 @@ QString nameKey(QStringView name)
     QString key;
     key.reserve(name.size());
     const auto append = [&key](QChar letter) {
-        if (letter.unicode() < 0x80)
-            key.append(letter);
-        else if (const QStringView plain = lettersFor(letter); !plain.isEmpty())
+        const QStringView plain = lettersFor(letter);
+        if (!plain.isEmpty())
             key.append(plain);
         else if (!letter.isMark())
             key.append(letter);
