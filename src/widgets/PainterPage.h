@@ -10,7 +10,7 @@ class QPainter;
 
 /// A page painted on a document. Text is measured on that document and not hinted to any screen, so that columns stand
 /// where they are reckoned.
-class PainterPage : public Page
+class PainterPage final : public Page
 {
 public:
     /// The faces that are equally wide; the first that is installed is taken.

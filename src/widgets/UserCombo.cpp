@@ -144,14 +144,12 @@ void UserCombo::textTyped(const QString &text)
 {
     if (m_setting)
         return;
+    const auto shows = [&](int row) { return row >= 0 && m_model->entries()[row].text == text; };
     // Choosing from the list has changed the text already, and tells of itself in a moment.
     const int listed = currentIndex();
-    if (listed >= 0 && listed != m_row && m_model->entries()[listed].text == text) {
-        m_row = listed;
-    } else if (m_row < 0 || m_model->entries()[m_row].text != text) {
-        m_row = m_model->rowOf(text);
-    } else {
+    const bool isListed = listed != m_row && shows(listed);
+    if (!isListed && shows(m_row))
         return;
-    }
+    m_row = isListed ? listed : m_model->rowOf(text);
     Q_EMIT edited();
 }
