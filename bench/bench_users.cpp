@@ -120,7 +120,7 @@ int main(int argumentCount, char *arguments[])
     EventRoad::ReceivedCode received;
     QPointer<ChildWindow> child;
 
-    QPointer window = new frmLstUtenti(texts, messages, test.archives, {protocol, false, received});
+    QPointer window = new frmLstUtenti(texts, messages, test.archives, {[] { return protocol; }, false, received});
     QObject::connect(window, &frmLstUtenti::openChild, [&child](ChildWindow *opened) {
         child = opened;
         opened->show();

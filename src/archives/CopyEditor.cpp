@@ -15,8 +15,8 @@ Result<void> CopyEditor::open()
 {
     discard();
     // What is locked or damaged is told here, before bytes are copied that another program may be writing.
-    if (const Result<Database> archive = m_archives.open(m_source.archive, Database::Use::Safe); !archive)
-        return archive.fault();
+    if (const Result<void> free = checkArchive(); !free)
+        return free.fault();
     if (Result<void> removed = m_archives.remove(m_source.copy); !removed)
         return removed;
     m_working = true;
@@ -35,6 +35,13 @@ Result<void> CopyEditor::open()
     return done;
 }
 
+/// That the archive can be read, and that nobody is changing it.
+Result<void> CopyEditor::checkArchive() const
+{
+    Result<Database> archive = m_archives.open(m_source.archive, Database::Use::Safe);
+    return archive ? archive.value().execute("BEGIN IMMEDIATE; ROLLBACK;") : Result<void>(archive.fault());
+}
+
 Result<void> CopyEditor::openCopy()
 {
     // Whatever the copy holds is flushed when it takes the archive's place.
@@ -49,17 +56,13 @@ Result<void> CopyEditor::save()
 {
     if (!m_working)
         return notOpen();
-    bool isWhole = false;
-    {
-        // A damaged or missing archive is mended by the copy; one that another program is writing must not be taken
-        // from it.
-        const Result<Database> archive = m_archives.open(m_source.archive, Database::Use::Safe);
-        if (!archive && archive.fault().code == FaultCode::Locked)
-            return archive.fault();
-        isWhole = archive.ok();
-    }
+    // A damaged or missing archive is mended by the copy; one that another program is changing must not be taken from
+    // it.
+    const Result<void> free = checkArchive();
+    if (!free && free.fault().code == FaultCode::Locked)
+        return free.fault();
     // An earlier backup is worth more than an archive that cannot be read.
-    if (isWhole) {
+    if (free) {
         if (Result<void> kept = keepBackup(); !kept)
             return kept;
     }

@@ -60,6 +60,7 @@ public:
     Result<void> remove();
 
 private:
+    Result<void> checkArchive() const;
     Result<void> openCopy();
     Result<void> keepBackup();
     template<class Change>

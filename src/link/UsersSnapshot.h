@@ -20,7 +20,9 @@ public:
     /// Copies the register anew and reads it. When that fails the users known so far stay.
     Result<void> refresh();
 
-    /// True once the register has been read.
+    /// What is known is out of date: nobody is decided about until the register has been read again.
+    void forget() { m_known = false; }
+    /// True once the register has been read, until it is forgotten.
     bool isKnown() const { return m_known; }
     /// True when a user has the code, whatever its type.
     bool contains(const QString &code) const { return m_users.contains(code); }

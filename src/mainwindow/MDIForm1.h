@@ -83,6 +83,8 @@ private:
     void bringForward(ChildWindow *open);
     void openChild(ChildWindow *window, Qt::WindowFlags more = {});
     ChildWindow *child(const char *name) const;
+    QList<ChildWindow *> openWindows() const;
+    bool isPasswordWindowOpenBut(const ChildWindow *closing) const;
 
     // Menu entries.
     void mnuExit_Click();
@@ -134,6 +136,7 @@ private:
     bool m_ledIsKnown = false;
     bool m_closedByRePower = false;
     bool m_ending = false;     ///< the close comes from the program or the session, not from the frame
+    int m_opened = 0;          ///< windows so far
     bool m_closeAgain = false; ///< a close waits for a window to answer its question
     bool m_noticeIsShown = false;
 };

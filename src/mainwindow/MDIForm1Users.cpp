@@ -20,7 +20,7 @@ void MDIForm1::openRegister()
 {
     frmLstUtenti *made = nullptr;
     openOnce<frmLstUtenti>([&] {
-        const frmLstUtenti::Interface interface = {m_program.settings().CodProtocollo,
+        const frmLstUtenti::Interface interface = {[this] { return m_program.settings().CodProtocollo; },
                                                    m_program.link().link() != LinkMonitor::Link::Answering,
                                                    m_program.road().lastReceived()};
         made = new frmLstUtenti(m_program.texts(), m_messages, m_program.archives(), interface);
@@ -63,7 +63,7 @@ void MDIForm1::printRegister(frmLstUtenti *window, Printing *printing)
         return texts;
     };
     printing->print(std::make_unique<UserListReport>(m_program.texts(), TableReport::Rows{users.recordCount(), fields}),
-                    m_program.texts()[Text::ListaUtenti], [window] { window->printed(); });
+                    m_program.texts()[Text::ListaUtenti]);
 }
 
 void MDIForm1::printDuplicates(ChildWindow *window, const QString &report)

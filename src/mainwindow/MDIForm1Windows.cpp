@@ -27,6 +27,13 @@
 
 // The windows that the frame window opens, and what they report.
 
+namespace {
+
+/// Property of a window: a number that grows with each one opened.
+constexpr auto openedAs = "openedAs";
+
+} // namespace
+
 // Closing ------------------------------------------------------------------------------------------------------------
 
 void MDIForm1::end()
@@ -35,18 +42,31 @@ void MDIForm1::end()
     close();
 }
 
+/// All windows that are open, the last one opened first: it may have been opened by another, which waits for it.
+QList<ChildWindow *> MDIForm1::openWindows() const
+{
+    QList<ChildWindow *> open = findChildren<ChildWindow *>();
+    std::sort(open.begin(), open.end(), [](const ChildWindow *a, const ChildWindow *b) {
+        return a->property(openedAs).toInt() > b->property(openedAs).toInt();
+    });
+    return open;
+}
+
 void MDIForm1::sessionEnds(QSessionManager &manager)
 {
-    const QList<ChildWindow *> open = findChildren<ChildWindow *>();
+    // At the gate nobody can be asked to give the password first.
+    if (m_menu.gateIsClosed) {
+        m_ending = true;
+        return;
+    }
+    const QList<ChildWindow *> open = openWindows();
     for (ChildWindow *window : open) {
-        // At the gate nobody can be asked to give the password first.
-        if (m_menu.gateIsClosed || closeChild(window) || !manager.allowsInteraction())
+        if (closeChild(window) || !manager.allowsInteraction())
             continue;
-        // It asks the operator what becomes of his work; the session goes on.
+        // It asks the operator what becomes of his work, or is at work itself; the session goes on.
         manager.cancel();
         return;
     }
-    m_ending = true;
 }
 
 bool MDIForm1::closeChild(ChildWindow *window)
@@ -63,18 +83,19 @@ void MDIForm1::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
-    // The last one opened first: it may have been opened by another, which waits for it.
-    QList<ChildWindow *> open = findChildren<ChildWindow *>();
-    std::reverse(open.begin(), open.end());
-    for (ChildWindow *window : std::as_const(open)) {
-        if (m_ending)
+    const QList<ChildWindow *> open = openWindows();
+    for (ChildWindow *window : open) {
+        if (m_ending) {
             window->unload();
-        else if (!closeChild(window)) {
-            // It asks the operator first, and this window closes when it has.
-            m_closeAgain = true;
+            continue;
+        }
+        // When it asks the operator first, this window closes when it has; when it refuses at once, nothing follows.
+        m_closeAgain = true;
+        if (!closeChild(window)) {
             event->ignore();
             return;
         }
+        m_closeAgain = false;
     }
     tmrShow.stop();
     tmrFlash.stop();
@@ -148,6 +169,7 @@ void MDIForm1::openChild(ChildWindow *window, Qt::WindowFlags more)
     QMdiSubWindow *frame = m_area->addSubWindow(window, Qt::SubWindow | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                                                             Qt::WindowCloseButtonHint | more);
     frame->setAttribute(Qt::WA_DeleteOnClose);
+    window->setProperty(openedAs, ++m_opened);
     connect(window, &ChildWindow::closeRefused, this, [this] { m_closeAgain = false; });
     connect(window, &QObject::destroyed, this, [this] {
         if (std::exchange(m_closeAgain, false))
@@ -327,8 +349,8 @@ void MDIForm1::askPassword(Passwords::Type type, bool toDeactivate)
     window->DisattivaPW = toDeactivate;
     window->setTipoPass(type);
     connect(window, &frmPassProg::Chiudi, this, &MDIForm1::objPassProg_Chiudi);
-    connect(window, &ChildWindow::unloaded, this, [this] {
-        m_menu.passwordWindowIsOpen = false;
+    connect(window, &ChildWindow::unloaded, this, [this, window] {
+        m_menu.passwordWindowIsOpen = isPasswordWindowOpenBut(window);
         m_menu.usersAreAsked = false;
         m_menu.diagnosticsAreAsked = false;
         applyMenu();
@@ -349,12 +371,19 @@ void MDIForm1::setPassword(Passwords::Type type)
         m_menu.passwordWindowIsOpen = true;
         applyMenu();
         connect(window, &frmInsPass::PasswordImpostata, this, &MDIForm1::applyTexts);
-        connect(window, &ChildWindow::unloaded, this, [this] {
-            m_menu.passwordWindowIsOpen = false;
+        connect(window, &ChildWindow::unloaded, this, [this, window] {
+            m_menu.passwordWindowIsOpen = isPasswordWindowOpenBut(window);
             applyMenu();
         });
         return window;
     });
+}
+
+bool MDIForm1::isPasswordWindowOpenBut(const ChildWindow *closing) const
+{
+    const QList<const ChildWindow *> windows = {child("frmPassProg"), child("frmInsPass")};
+    return std::any_of(windows.begin(), windows.end(),
+                       [closing](const ChildWindow *window) { return window && window != closing; });
 }
 
 void MDIForm1::objPassProg_Chiudi(int type, int code)
@@ -365,6 +394,7 @@ void MDIForm1::objPassProg_Chiudi(int type, int code)
         deactivate(which);
     } else if (which == Passwords::Type::Main && code == Right) {
         m_menu.gateIsClosed = false;
+        m_ending = false;
         applyMenu();
         m_panel5Cleared = true;
         applyPanel5();

@@ -91,7 +91,6 @@ void Program::end()
 void Program::readUsers()
 {
     const Result<void> read = m_users.refresh();
-    m_usersAreOld = !read;
     if (read) {
         m_road.usersKnown();
     } else if (!std::exchange(m_usersFaultTold, true)) {
@@ -102,6 +101,8 @@ void Program::readUsers()
 void Program::reloadUsers()
 {
     m_usersFaultTold = false;
+    // Events that come before the new register has been read wait for it.
+    m_users.forget();
     readUsers();
 }
 
@@ -125,7 +126,7 @@ void Program::reloadTimeProgramme(TimeProgramme::Part part)
 void Program::tmrRefresh_Timer()
 {
     Q_EMIT refreshing();
-    if (m_usersAreOld)
+    if (!m_users.isKnown())
         readUsers();
     m_timeProgramme.readLocked();
     if (!m_log.changeDayIfNeeded() && !m_timeProgramme.isSuspended())

@@ -3,11 +3,18 @@
 #include "codes/CodeRules.h"
 #include "startup/Numbers.h"
 
+#include <algorithm>
+
 namespace {
 
 bool isDigit(QChar character)
 {
     return character >= QLatin1Char('0') && character <= QLatin1Char('9');
+}
+
+bool isWhole(const QString &text)
+{
+    return std::all_of(text.begin(), text.end(), isDigit);
 }
 
 bool isAboveMaximum(const QString &start, const QString &number)
@@ -39,6 +46,11 @@ StartEntry acceptedStart(const QString &typed, const QString &number)
 
 RunCheck checkRun(const QString &number, const QString &start)
 {
+    // Characters in the middle of a box are let in while it is typed in.
+    if (!isWhole(number))
+        return {RunFault::NumberNotAboveZero};
+    if (!isWhole(start))
+        return {RunFault::StartNotAboveZero};
     if (leadingNumber(number) < 1)
         return {RunFault::NumberNotAboveZero};
     if (leadingNumber(start) < 1)

@@ -26,11 +26,16 @@ RecordSet::Values codeValues(const QString &code, CodeType type, int protocol)
 
 QString limitedText(const QString &text)
 {
-    return text.left(UserRegister::LongestText);
+    // Pasted letters may come in two parts, and the last one may be half a character.
+    QString limited = text.normalized(QString::NormalizationForm_C).left(UserRegister::LongestText);
+    if (!limited.isEmpty() && limited.back().isHighSurrogate())
+        limited.chop(1);
+    return limited;
 }
 
-UserRegister::UserRegister(ArchiveStore &archives, int protocol)
-    : m_protocol(protocol),
+UserRegister::UserRegister(ArchiveStore &archives, std::function<int()> protocol)
+    : m_archives(archives),
+      m_protocol(std::move(protocol)),
       m_editor(archives, {text(ArchiveName::Users), text(ArchiveName::UsersCopy),
                           QStringLiteral("SELECT * FROM Utenti ORDER BY Codice"), text(ArchiveName::UsersBackup)})
 {
@@ -48,7 +53,32 @@ Result<void> UserRegister::open()
 
 Result<void> UserRegister::save()
 {
+    if (Result<void> kept = keepPasswords(); !kept)
+        return kept;
     return m_editor.save();
+}
+
+/// The passwords stand in the same archive and may have been set since it was copied.
+Result<void> UserRegister::keepPasswords()
+{
+    Database *copy = m_editor.database();
+    Result<Database> archive = m_archives.open(ArchiveName::Users, Database::Use::Safe);
+    // Without a readable archive those of the copy are the latest.
+    if (!copy || !archive)
+        return {};
+    Result<Statement> now =
+        archive.value().prepare(QStringLiteral("SELECT PassProg, PassUte, PassUtility FROM Password"));
+    Result<Statement> then =
+        copy->prepare(QStringLiteral("UPDATE Password SET PassProg = ?, PassUte = ?, PassUtility = ?"));
+    if (!now || !then)
+        return {};
+    if (const Result<bool> row = now.value().step(); !row || !row.value())
+        return {};
+    for (int field = 0; field < 3; ++field)
+        then.value().bind(field + 1, now.value(), field);
+    if (const Result<bool> written = then.value().step(); !written)
+        return written.fault();
+    return {};
 }
 
 void UserRegister::discard()
@@ -86,7 +116,7 @@ bool UserRegister::contains(const QString &code, CodeType type)
 
 Result<void> UserRegister::add(const QString &code, CodeType type)
 {
-    if (Result<void> added = m_editor.add(codeValues(code, type, m_protocol)); !added)
+    if (Result<void> added = m_editor.add(codeValues(code, type, m_protocol())); !added)
         return added;
     const qint64 id = m_editor.database()->lastRow();
     Result<void> read = m_editor.requery();
@@ -98,7 +128,7 @@ Result<void> UserRegister::changeCode(qint64 id, const QString &code, CodeType t
 {
     if (!users().moveToRow(id))
         return Fault{FaultCode::NotFound, archive()};
-    if (Result<void> changed = m_editor.edit(codeValues(code, type, m_protocol)); !changed)
+    if (Result<void> changed = m_editor.edit(codeValues(code, type, m_protocol())); !changed)
         return changed;
     Result<void> read = m_editor.requery();
     users().moveToRow(id);
@@ -143,12 +173,12 @@ Result<void> UserRegister::setText(qsizetype row, const QString &field, const QS
 
 std::unique_ptr<TruncatedCodes> UserRegister::truncatedCodes()
 {
-    return std::make_unique<TruncatedCodes>(*m_editor.database(), users(), m_protocol);
+    return std::make_unique<TruncatedCodes>(*m_editor.database(), users(), m_protocol());
 }
 
 std::unique_ptr<CodeRun> UserRegister::codeRun(int first, int count)
 {
-    return std::make_unique<CodeRun>(*m_editor.database(), users(), m_protocol, first, count);
+    return std::make_unique<CodeRun>(*m_editor.database(), users(), m_protocol(), first, count);
 }
 
 Result<void> UserRegister::truncatedCodesEnded(const TruncatedCodes &run)

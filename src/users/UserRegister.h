@@ -6,6 +6,7 @@
 #include "users/NameList.h"
 #include "users/TruncatedCodes.h"
 
+#include <functional>
 #include <memory>
 
 /// The register of users while it is edited, in a working copy that a save puts in its place. The register that a save
@@ -19,8 +20,8 @@ public:
     static constexpr int LongestText = 15;
 
     /// @param archives  must outlive this object
-    /// @param protocol  of the interface, 0 to 15
-    UserRegister(ArchiveStore &archives, int protocol);
+    /// @param protocol  tells that of the interface, 0 to 15, which may become known while the register is open
+    UserRegister(ArchiveStore &archives, std::function<int()> protocol);
 
     // As of CopyEditor.
     Result<void> open();
@@ -34,7 +35,7 @@ public:
     RecordSet &users() { return m_editor.set(); }
     const NameList &surnames() const { return m_surnames; }
     const NameList &firstNames() const { return m_firstNames; }
-    bool hasTruncatedCodes() const { return ::hasTruncatedCodes(m_protocol); }
+    bool hasTruncatedCodes() const { return ::hasTruncatedCodes(m_protocol()); }
 
     /// Makes a user with this code current, whatever its type; the current one stays when it has the code.
     bool find(const QString &code);
@@ -59,7 +60,10 @@ public:
     Result<void> codeRunEnded(const QString &firstAdded);
 
 private:
-    const int m_protocol;
+    Result<void> keepPasswords();
+
+    ArchiveStore &m_archives;
+    const std::function<int()> m_protocol;
     CopyEditor m_editor;
     NameList m_surnames{QStringLiteral("Cognome")};
     NameList m_firstNames{QStringLiteral("Nome")};

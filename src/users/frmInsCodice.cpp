@@ -51,7 +51,6 @@ frmInsCodice::frmInsCodice(const Texts &texts, Messages &messages, QString CodMo
     lblCodice->setObjectName(QStringLiteral("lblCodice"));
     lblCodice->setBuddy(txtCodice);
     txtCodice->setObjectName(QStringLiteral("txtCodice"));
-    txtCodice->setMaxLength(codeLength);
     optTX->setObjectName(QStringLiteral("optTipo(0)"));
     optDKS->setObjectName(QStringLiteral("optTipo(1)"));
     optTX->setChecked(true);
@@ -96,7 +95,8 @@ void frmInsCodice::tmrRicezione_Timer()
 
 void frmInsCodice::txtCodice_Change()
 {
-    keepAccepted(txtCodice, SoloCifre);
+    // The digits first: a code may be pasted with marks between them.
+    keepAccepted(txtCodice, [](const QString &typed) { return SoloCifre(typed).left(codeLength); });
 }
 
 void frmInsCodice::cmdOk_Click()

@@ -324,6 +324,7 @@ void frmLstUtenti::cmdChiudi_Click()
         return;
     if (!m_register.isChanged())
         return end(NotSaved);
+    endRecognition();
     m_messages.ask(this, m_texts[Text::TuttiICambiamentiVerrannoAnnullati], Messages::Buttons::YesNo,
                    [this](Messages::Answer answer) {
                        if (answer == Messages::Answer::Yes)
@@ -333,6 +334,9 @@ void frmLstUtenti::cmdChiudi_Click()
 
 bool frmLstUtenti::canClose()
 {
+    // One question is enough, however often the close is asked for.
+    if (m_isAsking)
+        return false;
     if (!commitCell()) {
         refuseClose();
         return false;
@@ -340,8 +344,10 @@ bool frmLstUtenti::canClose()
     if (!m_register.isChanged())
         return true;
     endRecognition();
+    m_isAsking = true;
     m_messages.ask(this, m_texts[Text::SalvareICambiamenti], Messages::Buttons::YesNoCancel,
                    [this](Messages::Answer answer) {
+                       m_isAsking = false;
                        if (answer == Messages::Answer::No)
                            end(NotSaved);
                        else if (answer == Messages::Answer::Yes && save())

@@ -29,7 +29,7 @@ public:
 
     /// What the window has to know about the interface.
     struct Interface {
-        int protocol = 0; ///< 0 to 15
+        std::function<int()> protocol; ///< the one in force, 0 to 15
         bool isOffLine = false;
         EventRoad::ReceivedCode &received; ///< must outlive this window
     };
@@ -47,8 +47,6 @@ public:
 
     /// The users as they are at this moment; only after open().
     RecordSet users() { return m_register.users(); }
-    /// The list has been printed: the first user becomes current.
-    void printed();
 
 Q_SIGNALS:
     /// The window has closed and its working copy is gone. @param Esito  an Outcome
@@ -82,8 +80,8 @@ private:
     void cmdChiudi_Click();
     void dbcmb_Change(const UserCombo *chosen, UserCombo *other, const QString &otherField);
 
-    void openCode(const QString &CodMod);
-    void objInsCodice_Chiudi(const QString &Codice, const QString &Tipo, int Esito);
+    void openCode(const QString &CodMod, qint64 user);
+    void objInsCodice_Chiudi(qint64 user, const QString &Codice, const QString &Tipo, int Esito);
     void objAddCod_Chiudi(int Esito, const QString &Codice);
     void objRepDoppioni_Chiudi();
 
@@ -116,8 +114,8 @@ private:
     std::unique_ptr<DuplicateReport> m_duplicates;
     QPointer<frmRicercapr> m_progress;
     QPointer<ChildWindow> m_child;
-    qint64 m_modified = 0;  ///< row of the user who gets another code
-    bool m_isStored = true; ///< the last change of a cell
+    bool m_isAsking = false; ///< whether to save at the close
+    bool m_isStored = true;  ///< the last change of a cell
     RecognitionWait m_recognition;
     QTimer tmrLoad{this};
     QTimer tmrRicOn{this};

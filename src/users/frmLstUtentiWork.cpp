@@ -33,39 +33,38 @@ void frmLstUtenti::openOver(ChildWindow *window, std::function<QPoint(QRect own,
     Q_EMIT openChild(window);
 }
 
-void frmLstUtenti::openCode(const QString &CodMod)
+/// @param user  row of the one who gets another code, 0 for a new one
+void frmLstUtenti::openCode(const QString &CodMod, qint64 user)
 {
     auto *objInsCodice =
         new frmInsCodice(m_texts, m_messages, CodMod, m_received,
                          [this](const QString &code, CodeType type) { return m_register.contains(code, type); });
-    connect(objInsCodice, &frmInsCodice::Chiudi, this, &frmLstUtenti::objInsCodice_Chiudi);
+    connect(objInsCodice, &frmInsCodice::Chiudi, this,
+            [this, user](const QString &code, const QString &type, int result) {
+                objInsCodice_Chiudi(user, code, type, result);
+            });
     openOver(objInsCodice, [](QRect own, QSize) { return own.topLeft() + QPoint(pixels(300), pixels(500)); });
 }
 
 void frmLstUtenti::cmdNuovo_Click()
 {
-    if (!commitCell())
-        return;
-    m_modified = 0;
-    openCode(frmInsCodice::noCode());
+    if (commitCell())
+        openCode(frmInsCodice::noCode(), 0);
 }
 
 void frmLstUtenti::cmdModifica_Click()
 {
-    if (!commitCell() || isEmpty())
-        return;
-    m_modified = m_register.users().rowId();
-    openCode(m_register.users().value(QStringLiteral("Codice")));
+    if (commitCell() && !isEmpty())
+        openCode(m_register.users().value(QStringLiteral("Codice")), m_register.users().rowId());
 }
 
-void frmLstUtenti::objInsCodice_Chiudi(const QString &Codice, const QString &Tipo, int Esito)
+void frmLstUtenti::objInsCodice_Chiudi(qint64 user, const QString &Codice, const QString &Tipo, int Esito)
 {
     enable();
     if (Esito != 1)
         return;
     const CodeType type = Tipo == typeText(CodeType::Transmitter) ? CodeType::Transmitter : CodeType::Keypad;
-    const Result<void> stored =
-        m_modified == 0 ? m_register.add(Codice, type) : m_register.changeCode(m_modified, Codice, type);
+    const Result<void> stored = user == 0 ? m_register.add(Codice, type) : m_register.changeCode(user, Codice, type);
     showRows();
     if (!stored)
         showFault(this, OwnText::ArchiveNotChanged, m_register.archive(), stored.fault());
@@ -79,8 +78,10 @@ void frmLstUtenti::cmdElimina_Click()
     const QString question = m_texts[Text::EliminareUtente] + users.value(QStringLiteral("Cognome")) +
                              QLatin1Char(' ') + users.value(QStringLiteral("Nome")) + QStringLiteral(" ?");
     endRecognition();
-    m_messages.ask(this, question, Messages::Buttons::YesNo, [this](Messages::Answer answer) {
-        if (answer != Messages::Answer::Yes)
+    // He who was asked about, whoever may be current by then.
+    const qint64 user = users.rowId();
+    m_messages.ask(this, question, Messages::Buttons::YesNo, [this, user](Messages::Answer answer) {
+        if (answer != Messages::Answer::Yes || !m_register.users().moveToRow(user))
             return;
         const Result<void> removed = m_register.remove();
         showRows();
@@ -199,12 +200,10 @@ void frmLstUtenti::objRepDoppioni_Chiudi()
 
 void frmLstUtenti::cmdStampa_Click()
 {
-    if (commitCell() && !isEmpty())
-        Q_EMIT Stampa();
-}
-
-void frmLstUtenti::printed()
-{
+    if (!commitCell() || isEmpty())
+        return;
+    // Printed is a copy of the rows: nothing has to wait for its end.
+    Q_EMIT Stampa();
     m_register.users().moveFirst();
     showCurrent();
 }

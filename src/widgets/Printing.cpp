@@ -64,7 +64,7 @@ Printing::Printing(ChildWindow *window, const CurrentPrinter &printer, const Tex
     tmrStampa->setInterval(noticeMilliseconds);
     connect(tmrStampa, &QTimer::timeout, this, &Printing::tmrStampa_Timer);
     connect(&m_turn, &QTimer::timeout, this, &Printing::turn);
-    connect(window, &ChildWindow::unloaded, this, &Printing::stop);
+    connect(window, &ChildWindow::unloaded, this, &Printing::windowGoes);
 }
 
 Printing::~Printing()
@@ -105,6 +105,16 @@ void Printing::stop()
     m_turn.stop();
     m_document.reset();
     tmrStampa_Timer();
+}
+
+void Printing::windowGoes()
+{
+    const bool isLost = isRunning();
+    stop();
+    // Over what the window stood in, where there is anything.
+    QWidget *over = m_window->window() != m_window ? m_window->window() : nullptr;
+    if (isLost && over && over->isVisible())
+        m_messages.show(over, Icon::Exclamation, m_texts.sentence({OwnText::PrintNotMade, {m_printerName}, {}}));
 }
 
 void Printing::turn()

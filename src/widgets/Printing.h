@@ -16,7 +16,8 @@ class Messages;
 class frmStampaInCorso;
 
 /// Printing of one window: a notice over it, the report painted in short turns of the event loop, the document handed
-/// over to the current printer. A window that closes in the middle of it takes its document with it.
+/// over to the current printer. A window that closes in the middle of it takes its document with it, and the operator
+/// is told.
 ///
 /// The document is painted to a file before the print system hears of it: what was stopped or failed prints nothing.
 class Printing : public QObject
@@ -44,6 +45,7 @@ public:
 private:
     struct Document;
 
+    void windowGoes();
     void turn();
     void finish();
     void fail(const Message &message);

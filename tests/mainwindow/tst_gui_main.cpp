@@ -1,6 +1,7 @@
 #include "archives/Tables.h"
 #include "mainwindow/MDIForm1.h"
 #include "platform/PseudoTerminal.h"
+#include "startup/DateTimeText.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"
 
@@ -116,6 +117,8 @@ private Q_SLOTS:
     void lostPort();
     void firstPort();
     void language();
+    void refusedCloseIsForgotten();
+    void savedRegisterThatCannotBeRead();
     void editorsHoldTheProgramme();
     void receptionBehindABox();
     void faultsAtTheStart_data();
@@ -269,6 +272,46 @@ void TestMainWindow::language()
     QCOMPARE(desk.window.windowTitle(), u"Multiprotokoll-Schnittstelle - V1.03"_s);
     QVERIFY(desk.test.read(u"Impost.stp"_s).contains("LINGUA=4\r\n"));
     QVERIFY(desk.label(1)->sizeHint().width() <= desk.label(1)->width());
+}
+
+/// A close that was refused while the register loads must not end the program when another window closes later.
+void TestMainWindow::refusedCloseIsForgotten()
+{
+    Desk desk;
+    desk.comeToLife();
+    desk.entry("mnuAbout")->trigger();
+    desk.entry("mnuUtenti")->trigger();
+    ChildWindow *users = desk.open("frmLstUtenti");
+    QVERIFY(users && !users->isEnabled());
+    QVERIFY(!desk.window.close());
+    desk.entry("mnuAbout")->trigger();
+    desk.click(desk.open("frmInfo"), "cmdOk");
+    QTRY_VERIFY(!desk.open("frmInfo") && users->isEnabled());
+    QVERIFY(desk.window.isVisible());
+    // With a dialog of its own open it is the dialog that closes first.
+    desk.click(users, "cmdNuovo");
+    QVERIFY(desk.open("frmInsCodice"));
+    QVERIFY(desk.window.close());
+}
+
+/// Nobody is decided about by the users of before; the events wait until the register can be read.
+void TestMainWindow::savedRegisterThatCannotBeRead()
+{
+    Desk desk;
+    desk.comeToLife();
+    QTRY_COMPARE(desk.panel(5), QString::fromLatin1(onLine));
+    desk.test.addUsers({{u"22"_s, u"TX"_s, u"Verdi"_s, u"Bea"_s}});
+    Result<Database> other = desk.test.archives.open(ArchiveName::Users, Database::Use::Safe);
+    QVERIFY(other && other.value().execute("BEGIN EXCLUSIVE; UPDATE Utenti SET Note='x'"));
+    desk.program.reloadUsers();
+    desk.interface.write("R/A-000000022X..\r\n");
+    QTRY_COMPARE(desk.program.road().undecided(), 1);
+    QVERIFY(other.value().execute("ROLLBACK"));
+    desk.program.tmrRefresh.start(0);
+    QTRY_COMPARE(desk.test.rows(ArchiveName::events(DataFile(desk.clock.date())), u"SELECT Codice FROM Eventi"_s),
+                 QStringList{u"22"_s});
+    QTRY_COMPARE(desk.messages.shown.size(), 1);
+    QVERIFY(desk.messages.take().first().startsWith(u"Critical: The users register"_s));
 }
 
 void TestMainWindow::editorsHoldTheProgramme()

@@ -33,7 +33,7 @@ struct Desk {
     }
     void open(int protocol)
     {
-        window = new frmLstUtenti(texts, messages, test.archives, {protocol, false, received});
+        window = new frmLstUtenti(texts, messages, test.archives, {[protocol] { return protocol; }, false, received});
         grid = window->findChild<QTableView *>();
         QObject::connect(window.data(), &frmLstUtenti::Chiudi, [this](int outcome) {
             closed = QString::number(outcome) + test.files(u"Archivi"_s).filter(u"$"_s).join(QString());
@@ -148,8 +148,8 @@ void TestGuiUsers::work_data()
     const QString first = u"0,0|5|TX|Rossi|Ada|||"_s, exists = u"Information: Code already exists!"_s;
     const QString invalid = u"Exclamation: Invalid code!"_s;
     row("opened", {}, first + u'|', {});
-    row("cell", u"@1,2 @=Bianchi cmdStampa"_s, u"1,2|5|DKS|Bianchi|||||"_s, {});
-    row("cell cut", u"@2,4 @=1234567890123456 cmdStampa"_s,
+    row("cell", u"@1,2 @=Bianchi cmdStampa @1,2"_s, u"1,2|5|DKS|Bianchi|||||"_s, {});
+    row("cell cut", u"@2,4 @=1234567890123456 cmdModifica cmdAnnulla"_s,
         u"2,4|70005|TX|Verdi|Bea|123456789012345|0005||MAX 15 car.!"_s, {});
     row("code is locked", u"@2,5 @=1"_s, u"2,5|70005|TX|Verdi|Bea||0005||"_s, {});
     row("same code, the other user", u"@1,0 cmdModifica txtCodice=6 optTipo(1) cmdOk"_s, u"1,0|6|DKS|Neri|||||"_s, {});

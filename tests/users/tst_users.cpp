@@ -1,4 +1,5 @@
 #include "archives/Tables.h"
+#include "prefs/Passwords.h"
 #include "support/Fixtures.h"
 #include "users/DuplicateReport.h"
 #include "users/RecognitionWait.h"
@@ -15,7 +16,7 @@ const QString all = u"SELECT Codice, Tipo, Cognome, Nome, CodTronc FROM Utenti O
 
 /// A register open to be edited. @param users  "code type surname name", a comma between them
 struct Desk {
-    explicit Desk(const QString &users, int protocol = 0) : edited(test.archives, protocol)
+    explicit Desk(const QString &users, int protocol = 0) : edited(test.archives, [protocol] { return protocol; })
     {
         QList<QStringList> rows;
         for (const QString &user : users.split(u',', Qt::SkipEmptyParts))
@@ -73,6 +74,7 @@ private Q_SLOTS:
     void runs_data();
     void runs();
     void typing();
+    void passwordsSurvive();
     void duplicates();
     void stopped();
 };
@@ -166,11 +168,25 @@ void TestUsers::typing()
     };
     QCOMPARE(checked("00", "1") * 1000 + checked("1", "0") * 100 + checked("5", "251658235") * 10 + checked("4", "9"),
              1230);
+    QCOMPARE(checked("1e5", "1") * 10 + checked("1", "2.5"), 12); // typed into the middle, or pasted
+    QCOMPARE(limitedText(u"12345678901234\U0001F600"_s) + limitedText(u"Martı\u0301nez E\u0301lodie A"_s),
+             u"12345678901234Martı\u0301nez \u00C9lodie"_s.left(29));
     RecognitionWait wait;
     int ticks = 1;
     for (wait.start(); wait.tick(false) == RecognitionWait::Tick::Again; ++ticks)
         ;
     QCOMPARE(ticks, 99);
+}
+
+/// Passwords stand in the register as well, and are set while it is open.
+void TestUsers::passwordsSurvive()
+{
+    Desk desk(u"5 TX Rossi Ada"_s);
+    Passwords passwords(desk.test.archives);
+    QVERIFY(passwords.load() == Passwords::Fault::None &&
+            passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
+    QVERIFY(desk.edited.add(u"6"_s, TX).ok() && desk.edited.save().ok());
+    QVERIFY(passwords.load() == Passwords::Fault::None && passwords.matches(Passwords::Type::Main, u"apriti"_s));
 }
 
 /// Random registers against a plain grouping; the whole file byte for byte.
