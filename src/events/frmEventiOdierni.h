@@ -1,5 +1,6 @@
 #pragma once
 
+#include "events/DailyEventCount.h"
 #include "events/DayView.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
@@ -23,8 +24,8 @@ public:
     /// Reads the users and begins to look at the day. When the users cannot be read, the operator is told and this
     /// window is of no use.
     bool open();
-    /// Most rows to be shown, 1 to 1000; an open view keeps those that it began with.
-    void setNumEv(int rows) { m_limit = rows; }
+    /// Most rows to be shown, limited to 1 to 1000; an open view keeps those that it began with.
+    void setNumEv(int rows) { m_limit = qBound(1, rows, HighestDailyEventCount); }
 
 private:
     void captions();

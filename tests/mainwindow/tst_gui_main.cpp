@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
+#include <QTableView>
 #include <QTest>
 
 namespace {
@@ -117,6 +118,7 @@ private Q_SLOTS:
     void lostPort();
     void firstPort();
     void language();
+    void liveView();
     void refusedCloseIsForgotten();
     void savedRegisterThatCannotBeRead();
     void editorsHoldTheProgramme();
@@ -272,6 +274,23 @@ void TestMainWindow::language()
     QCOMPARE(desk.window.windowTitle(), u"Multiprotokoll-Schnittstelle - V1.03"_s);
     QVERIFY(desk.test.read(u"Impost.stp"_s).contains("LINGUA=4\r\n"));
     QVERIFY(desk.label(1)->sizeHint().width() <= desk.label(1)->width());
+}
+
+/// From the line to the grid, with the name, while the view is open.
+void TestMainWindow::liveView()
+{
+    Desk desk("COM=7\r\nLINGUA=2\r\nNUMEVOD=25\r\n");
+    desk.comeToLife();
+    QTRY_COMPARE(desk.panel(5), QString::fromLatin1(onLine));
+    QVERIFY(desk.entry("mnuNumEvOdVis")->text().endsWith(u" (25)"_s));
+    desk.entry("mnuEventiOdierni")->trigger();
+    ChildWindow *view = desk.open("frmEventiOdierni");
+    const auto *grid = view->findChild<QTableView *>(u"flxgrdEventi"_s);
+    QTRY_COMPARE(grid->model()->rowCount(), 25);
+    desk.interface.write("R/A-000000001X..\r\n");
+    view->findChild<QTimer *>(u"tmrRefresh"_s)->setInterval(50);
+    QTRY_COMPARE(grid->model()->index(0, 2).data().toString(), u"Rossi"_s);
+    QVERIFY(desk.window.close());
 }
 
 /// A close that was refused while the register loads must not end the program when another window closes later.
