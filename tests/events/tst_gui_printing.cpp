@@ -211,16 +211,6 @@ private Q_SLOTS:
         QVERIFY(!desk.window->findChild<Printing *>()->isRunning());
     }
 
-    void registerNotCopied()
-    {
-        Desk desk;
-        QVERIFY(desk.test.archives.remove(ArchiveName::Users).ok());
-        frmPrnLastEv window({desk.log, desk.test.archives}, desk.printer, desk.texts, desk.messages);
-        QVERIFY(!window.open());
-        QCOMPARE(desk.messages.take(), QStringList{u"Critical: The users register 'Archivi/Anagrafico.zeb' cannot be "
-                                                   "read: does not exist"_s});
-    }
-
     void face()
     {
         QBuffer buffer;

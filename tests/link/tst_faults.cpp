@@ -280,27 +280,6 @@ private Q_SLOTS:
                 QCOMPARE(one.count(u'|'), 5);
         }
     }
-
-    void memoryDoesNotGrow()
-    {
-        TestFolder test;
-        test.addUsers({listOf("1,TX")});
-        Notices notices;
-        FakeClock clock;
-        EventLog log(test.archives, clock, notices);
-        log.open();
-        UsersSnapshot users(test.archives);
-        QVERIFY(users.refresh().ok());
-        EventRoad road(users, log, clock);
-        const auto receive = [&](int count) {
-            for (int i = 0; i < count; ++i)
-                road.RegistraEvento(i % 2 ? "R/A-000000001X..\r" : "R/A-000000009X..\r");
-            return residentPages();
-        };
-        const qint64 early = receive(5'000);
-        const qint64 late = receive(45'000);
-        QVERIFY2(late - early < 512, qPrintable(QString::number(late - early)));
-    }
 };
 
 QTEST_GUILESS_MAIN(TestFaults)

@@ -120,20 +120,6 @@ private Q_SLOTS:
         QCOMPARE(watched.takeTold(), listOf("alarm"));
     }
 
-    void anotherInterval()
-    {
-        Watched watched("60");
-        watched.queries = 0;
-        watched.link.objTempochk_ModificaMin(-1);
-        QCOMPARE(watched.config.MinCheck, 60);
-        watched.link.objTempochk_ModificaMin(3);
-        watched.pass(3 * 60 + 30);
-        QCOMPARE(watched.queries, 1);
-        watched.link.objTempochk_ModificaMin(0);
-        watched.pass(3600);
-        QCOMPARE(watched.queries, 1);
-    }
-
     void silentAtTheStart()
     {
         Watched watched("1", false);

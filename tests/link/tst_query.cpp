@@ -230,23 +230,6 @@ private Q_SLOTS:
         row("another", "PRTC=15\r\n", line2, "PRTC=3\r\n");
         row("unknown", "PRTC=15\r\n", "\r", "PRTC=0\r\n");
     }
-    void protocolIsKept()
-    {
-        QFETCH(QByteArray, before);
-        QFETCH(QByteArray, second);
-        QFETCH(QByteArray, after);
-        const QByteArray head = "COM=7\r\nLINGUA=2\r\n";
-        TestLine line(head + before);
-        QSignalSpy ended(&line.link, &LinkMonitor::queryEnded);
-        line.link.ApriCollegamento();
-        QCOMPARE(line.link.link(), LinkMonitor::Link::NotAnswering);
-        QTRY_COMPARE(line.received, QByteArray("&IC"));
-        line.interface.write(banner + second + line3);
-        QTRY_COMPARE(ended.size(), 1);
-        QCOMPARE(line.link.link(), LinkMonitor::Link::Answering);
-        QCOMPARE(line.test.read(u"Impost.stp"_s), head + after);
-    }
-
     void rePowerMarksLeadToOneMoreQuery()
     {
         TestLine line;

@@ -170,21 +170,6 @@ private Q_SLOTS:
         QVERIFY2(told.size() == 1 && told[0].contains(day + u".guasto'"_s), qPrintable(told.join(u'/')));
         QCOMPARE(test.read(day + u".guasto"_s).size(), content.size());
     }
-
-    void namesOfTheSnapshot()
-    {
-        TestFolder test;
-        test.addUsers({{u"7"_s, u"TX"_s, u"O'Hara"_s, u"Sean"_s}, {u"7"_s, u"DKS"_s, u"Wei\u00DF"_s, u"Greta"_s}});
-        UsersSnapshot users(test.archives);
-        QVERIFY(users.refresh().ok());
-        QCOMPARE(users.name(u"7"_s, u"DKS"_s).Cognome, u"Wei\u00DF"_s);
-        QCOMPARE(users.name(u"7"_s, u"TX"_s).Cognome, u"O'Hara"_s);
-        QCOMPARE(users.name(u"8"_s, u"TX"_s).Cognome, QString());
-        // A register that cannot be read leaves the users known so far.
-        test.write(u"Archivi/Anagrafico.zeb"_s, "x");
-        QVERIFY(!users.refresh());
-        QVERIFY(users.contains(u"7"_s));
-    }
 };
 
 QTEST_GUILESS_MAIN(TestRoad)

@@ -113,11 +113,9 @@ class TestMainWindow : public QObject
 
 private Q_SLOTS:
     void gate();
-    void givenUpAtTheGate();
     void alarm();
     void lostPort();
     void firstPort();
-    void language();
     void liveView();
     void refusedCloseIsForgotten();
     void savedRegisterThatCannotBeRead();
@@ -170,17 +168,6 @@ void TestMainWindow::gate()
     QCOMPARE(desk.entry("mnuAttPass")->text(), u"Enable &Main Password"_s);
     Passwords stored(desk.test.archives);
     QVERIFY(stored.load() == Passwords::Fault::None && !stored.isSet(Passwords::Type::Main));
-}
-
-void TestMainWindow::givenUpAtTheGate()
-{
-    Desk desk({"COM=7\r\nLINGUA=2\r\n"}, u"x"_s);
-    desk.comeToLife();
-    QTRY_VERIFY(desk.open("frmPassProg"));
-    QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
-    QTest::keyClick(desk.open("frmPassProg"), Qt::Key_Escape);
-    QTRY_COMPARE(unloaded.size(), 1);
-    QVERIFY(!desk.window.isVisible());
 }
 
 void TestMainWindow::alarm()
@@ -259,21 +246,6 @@ void TestMainWindow::firstPort()
     desk.click(desk.open("frmImpCom"), "cmdAnnulla");
     QTRY_COMPARE(desk.asked, QByteArray("&IC"));
     QVERIFY(!desk.open("frmImpCom"));
-}
-
-void TestMainWindow::language()
-{
-    Desk desk;
-    desk.comeToLife();
-    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
-    desk.entry("mnuLingua")->trigger();
-    desk.open("frmLingua")->findChild<QRadioButton *>(u"optLingua(3)"_s)->click();
-    desk.click(desk.open("frmLingua"), "cmdOk");
-    QTRY_COMPARE(desk.panel(5), u"MULTIPROTOKOLL-SCHNITTSTELLE ONLINE"_s);
-    QVERIFY(desk.panel(1).startsWith(u"Freitag, 05 M"_s));
-    QCOMPARE(desk.window.windowTitle(), u"Multiprotokoll-Schnittstelle - V1.03"_s);
-    QVERIFY(desk.test.read(u"Impost.stp"_s).contains("LINGUA=4\r\n"));
-    QVERIFY(desk.label(1)->sizeHint().width() <= desk.label(1)->width());
 }
 
 /// From the line to the grid, with the name, while the view is open.

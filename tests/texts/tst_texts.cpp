@@ -80,21 +80,6 @@ private Q_SLOTS:
             }
         }
     }
-
-    void sentences()
-    {
-        Texts texts;
-        QCOMPARE(texts[Text::Abilitato], u"Abilitato"_s);
-        for (int language : {4, 0, 5}) // those that are none change nothing
-            texts.fill(language);
-        QCOMPARE(texts[Text::Abilitato], u"freigegeben"_s);
-        texts.fill(2);
-        // A name that looks like a place to fill in stays as it is.
-        const Message message{OwnText::DayArchiveSetAside, {u"%2"_s, u"b"_s}, {}};
-        QVERIFY(texts.sentence(message).contains(u"'%2' was damaged"_s));
-        const Message fault{OwnText::SettingNotSaved, {u"COM"_s}, Fault{FaultCode::DiskFull, {}}};
-        QCOMPARE(texts.sentence(fault), u"The setting 'COM' cannot be saved: disk full"_s);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestTexts)

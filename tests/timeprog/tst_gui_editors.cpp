@@ -117,7 +117,6 @@ private Q_SLOTS:
     void ends_data();
     void ends();
     void faults();
-    void keyboardAndNames();
 };
 
 void TestGuiEditors::edits_data()
@@ -242,30 +241,6 @@ void TestGuiEditors::faults()
         (QStringList{u"Critical: The change to the archive 'Archivi/Ferie.zeb' cannot be made: disk full"_s,
                      u"Critical: The changes to the archive 'Archivi/Ferie.zeb' cannot be saved: read or write error"_s,
                      u"Critical: The archive 'Archivi/Ferie.zeb' cannot be opened to be edited: does not exist"_s}));
-}
-
-void TestGuiEditors::keyboardAndNames()
-{
-    Desk desk(true);
-    desk.grid->setFocus();
-    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Down, Qt::Key_Space})
-        QTest::keyClick(desk.window->focusWidget(), key);
-    QCOMPARE(desk.shown(), u"XXXXX   08:00 12:00;X XXX   14:00 18:00"_s);
-    QAccessibleInterface *table = QAccessible::queryAccessibleInterface(desk.grid);
-    QCOMPARE(table->text(QAccessible::Name), u"Weekly Programming"_s);
-    QCOMPARE(table->tableInterface()->cellAt(1, 1)->text(QAccessible::Name), u"not marked"_s);
-    QCOMPARE(table->tableInterface()->cellAt(0, 1)->text(QAccessible::Name), u"marked"_s);
-    const QList<QLabel *> labels = desk.window->findChildren<QLabel *>();
-    QVERIFY(labels.size() == 2 && labels[0]->buddy() == desk.boxes[0] && labels[1]->buddy() == desk.boxes[1]);
-    QTest::keyClick(desk.grid, Qt::Key_Tab);
-    QCOMPARE(desk.window->focusWidget(), desk.boxes[0]);
-    desk.grid->setFocus();
-    QTest::keyClick(desk.grid, Qt::Key_Escape);
-    QTRY_COMPARE(desk.messages.shown, QStringList{QString::fromLatin1(lost)});
-    desk.messages.take();
-    QTest::keyClick(desk.grid, Qt::Key_Return);
-    QTRY_VERIFY(!desk.window);
-    QCOMPARE(desk.test.rows(desk.archive, u"SELECT Martedi FROM Fascie ORDER BY Da"_s), (QStringList{u"X"_s, u" "_s}));
 }
 
 QTEST_MAIN(TestGuiEditors)
