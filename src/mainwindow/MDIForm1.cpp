@@ -75,6 +75,8 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
 
 MDIForm1::~MDIForm1()
 {
+    // What they tell when they go is heard while there is somebody to hear it.
+    qDeleteAll(openWindows());
     delete m_splash;
 }
 
