@@ -41,7 +41,8 @@ private Q_SLOTS:
         QCOMPARE(test.read(u"Archivi/Eventiorg.zeb"_s).left(16), *salts.begin());
     }
 
-    /// Without its lock the log's journal is deleted by the next foreign reader, and with it what is stored from then on.
+    /// Without its lock the log's journal is deleted by the next foreign reader, and with it what is stored from then
+    /// on.
     void aLookLeavesTheLogItsLock()
     {
         TestFolder test;
