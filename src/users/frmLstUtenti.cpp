@@ -37,7 +37,7 @@ frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore 
       m_messages(messages),
       m_archives(archives),
       m_received(interface.received),
-      m_register(archives, interface.protocol),
+      m_register(archives, std::move(interface.protocol)),
       dbgrdDati(new QTableView),
       m_cell(new CellEditor(limitedText, this)),
       lblMessage(new QLabel),

@@ -219,7 +219,7 @@ private Q_SLOTS:
         QPainter painter(&device);
         PainterPage ours(painter, device);
         QVERIFY(ours.isFixedPitch());
-        QVERIFY(!PainterPage(painter, device, {u"DejaVu Sans"_s}).isFixedPitch());
+        QVERIFY(!PainterPage(painter, device, {u"Liberation Sans"_s}).isFixedPitch());
     }
 
     void choice_data()
