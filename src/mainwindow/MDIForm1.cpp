@@ -56,6 +56,7 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
     setObjectName(QStringLiteral("MDIForm1"));
     m_area->setObjectName(QStringLiteral("Client"));
     setCentralWidget(m_area);
+    connect(m_area, &QMdiArea::subWindowActivated, this, &MDIForm1::subWindowActivated);
     buildMenu();
     setStatusBar(StatusBar1);
     for (const auto &[timer, name] : {std::pair(&tmrShow, "tmrShow"), std::pair(&tmrFlash, "tmrFlash")}) {

@@ -15,6 +15,7 @@ class frmLstUtenti;
 class Printing;
 class QAction;
 class QMdiArea;
+class QMdiSubWindow;
 class QMenu;
 class QSessionManager;
 class Splash;
@@ -81,6 +82,7 @@ private:
             openChild(make());
     }
     void bringForward(ChildWindow *open);
+    void subWindowActivated(QMdiSubWindow *frame);
     void openChild(ChildWindow *window, Qt::WindowFlags more = {});
     ChildWindow *child(const char *name) const;
     QList<ChildWindow *> openWindows() const;

@@ -31,7 +31,10 @@ void MDIForm1::openRegister()
     m_menu.registerIsOpen = true;
     applyMenu();
     auto *printing = new Printing(made, m_program.printer(), m_program.texts(), m_messages);
-    connect(made, &frmLstUtenti::openChild, this, [this](ChildWindow *window) { openChild(window); });
+    connect(made, &frmLstUtenti::openChild, this, [this, made](ChildWindow *window) {
+        made->setWaitsFor(window);
+        openChild(window);
+    });
     connect(made, &frmLstUtenti::Stampa, this, [this, made, printing] { printRegister(made, printing); });
     connect(made, &frmLstUtenti::StampaDoppioni, this, &MDIForm1::printDuplicates);
     connect(made, &frmLstUtenti::Chiudi, this, &MDIForm1::objLstUtenti_Chiudi);

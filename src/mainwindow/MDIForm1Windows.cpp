@@ -159,6 +159,17 @@ ChildWindow *MDIForm1::child(const char *name) const
     return findChild<ChildWindow *>(QString::fromLatin1(name));
 }
 
+void MDIForm1::subWindowActivated(QMdiSubWindow *frame)
+{
+    const auto *window = frame ? qobject_cast<ChildWindow *>(frame->widget()) : nullptr;
+    ChildWindow *waitedFor = window ? window->waitsFor() : nullptr;
+    if (!waitedFor)
+        return;
+    // A disabled window in front, with the one that it waits for behind it, would look like a program that hangs.
+    QMetaObject::invokeMethod(
+        waitedFor, [this, waitedFor] { bringForward(waitedFor); }, Qt::QueuedConnection);
+}
+
 void MDIForm1::bringForward(ChildWindow *open)
 {
     m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(open->parentWidget()));

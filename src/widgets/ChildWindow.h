@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QPointer>
 #include <QSize>
 #include <QWidget>
 
@@ -35,6 +36,10 @@ public:
     /// @return false when no button that can be pressed has it, or several have
     bool pressByKey(const QKeySequence &key, const QPushButton *meant = nullptr);
 
+    /// Another window that this one, disabled, waits for; it comes to the front in its place.
+    void setWaitsFor(ChildWindow *other) { m_waitsFor = other; }
+    ChildWindow *waitsFor() const { return isEnabled() ? nullptr : m_waitsFor.data(); }
+
 Q_SIGNALS:
     /// The window has closed, for whatever reason.
     void unloaded();
@@ -57,5 +62,6 @@ private:
     QPushButton *m_accept = nullptr;
     QPushButton *m_cancel = nullptr;
     std::function<QPoint(QSize)> m_place;
+    QPointer<ChildWindow> m_waitsFor;
     bool m_unloading = false;
 };

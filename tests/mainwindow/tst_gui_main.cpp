@@ -9,6 +9,8 @@
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
@@ -282,6 +284,10 @@ void TestMainWindow::refusedCloseIsForgotten()
     // With a dialog of its own open it is the dialog that closes first.
     desk.click(users, "cmdNuovo");
     QVERIFY(desk.open("frmInsCodice"));
+    // Behind the register that waits for it the dialog would be out of reach.
+    desk.entry("mnuUtenti")->trigger();
+    const auto *area = desk.window.findChild<QMdiArea *>();
+    QTRY_COMPARE(area->activeSubWindow()->widget(), desk.open("frmInsCodice"));
     QVERIFY(desk.window.close());
 }
 
