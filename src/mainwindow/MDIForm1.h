@@ -85,6 +85,8 @@ private:
     void subWindowActivated(QMdiSubWindow *frame);
     void openChild(ChildWindow *window, Qt::WindowFlags more = {});
     ChildWindow *child(const char *name) const;
+    /// Property of a window: a number that grows with each one opened.
+    static constexpr auto OpenedAs = "openedAs";
     QList<ChildWindow *> openWindows() const;
     bool isPasswordWindowOpenBut(const ChildWindow *closing) const;
 

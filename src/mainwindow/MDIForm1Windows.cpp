@@ -5,7 +5,6 @@
 #include "link/frmImpCom.h"
 #include "link/frmUtility.h"
 #include "prefs/PasswordFault.h"
-#include "prefs/Splash.h"
 #include "prefs/frmInfo.h"
 #include "prefs/frmInsPass.h"
 #include "prefs/frmIstruzioni.h"
@@ -17,94 +16,14 @@
 #include "timeprog/frmSettimana.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
-#include <QSessionManager>
+#include <QShortcutEvent>
 
 #include <algorithm>
 
 // The windows that the frame window opens, and what they report.
-
-namespace {
-
-/// Property of a window: a number that grows with each one opened.
-constexpr auto openedAs = "openedAs";
-
-} // namespace
-
-// Closing ------------------------------------------------------------------------------------------------------------
-
-void MDIForm1::end()
-{
-    m_ending = true;
-    close();
-}
-
-/// All windows that are open, the last one opened first: it may have been opened by another, which waits for it.
-QList<ChildWindow *> MDIForm1::openWindows() const
-{
-    QList<ChildWindow *> open = findChildren<ChildWindow *>();
-    std::sort(open.begin(), open.end(), [](const ChildWindow *a, const ChildWindow *b) {
-        return a->property(openedAs).toInt() > b->property(openedAs).toInt();
-    });
-    return open;
-}
-
-void MDIForm1::sessionEnds(QSessionManager &manager)
-{
-    // At the gate nobody can be asked to give the password first.
-    if (m_menu.gateIsClosed) {
-        m_ending = true;
-        return;
-    }
-    const QList<ChildWindow *> open = openWindows();
-    for (ChildWindow *window : open) {
-        if (closeChild(window) || !manager.allowsInteraction())
-            continue;
-        // It asks the operator what becomes of his work, or is at work itself; the session goes on.
-        manager.cancel();
-        return;
-    }
-}
-
-bool MDIForm1::closeChild(ChildWindow *window)
-{
-    // A window in the client area closes with its frame, one of its own by itself.
-    QWidget *frame = qobject_cast<QMdiSubWindow *>(window->parentWidget());
-    return (frame ? frame : window)->close();
-}
-
-void MDIForm1::closeEvent(QCloseEvent *event)
-{
-    const bool isHeld = !isEnabled() || !menuState(m_menu)[TopMenu::File];
-    if (!m_ending && isHeld) {
-        event->ignore();
-        return;
-    }
-    const QList<ChildWindow *> open = openWindows();
-    for (ChildWindow *window : open) {
-        if (m_ending) {
-            window->unload();
-            continue;
-        }
-        // When it asks the operator first, this window closes when it has; when it refuses at once, nothing follows.
-        m_closeAgain = true;
-        if (!closeChild(window)) {
-            event->ignore();
-            return;
-        }
-        m_closeAgain = false;
-    }
-    tmrShow.stop();
-    tmrFlash.stop();
-    if (m_splash)
-        m_splash->close();
-    m_program.end();
-    event->accept();
-    Q_EMIT unloaded();
-}
 
 bool MDIForm1::eventFilter(QObject *watched, QEvent *event)
 {
@@ -180,7 +99,7 @@ void MDIForm1::openChild(ChildWindow *window, Qt::WindowFlags more)
     QMdiSubWindow *frame = m_area->addSubWindow(window, Qt::SubWindow | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                                                             Qt::WindowCloseButtonHint | more);
     frame->setAttribute(Qt::WA_DeleteOnClose);
-    window->setProperty(openedAs, ++m_opened);
+    window->setProperty(OpenedAs, ++m_opened);
     connect(window, &ChildWindow::closeRefused, this, [this] { m_closeAgain = false; });
     connect(window, &QObject::destroyed, this, [this] {
         if (std::exchange(m_closeAgain, false))
