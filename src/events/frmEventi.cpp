@@ -241,8 +241,6 @@ void frmEventi::showPartner(const UserCombo *chosen, UserCombo *other, QString U
 
 void frmEventi::cmdRicerca_Click()
 {
-    if (isBusy())
-        return;
     const EventQuery wanted = query();
     if (const QueryFault fault = checkQuery(wanted, m_users); fault != QueryFault::None)
         return refuse(fault);
@@ -378,7 +376,6 @@ QStringList frmEventi::shownRow(qsizetype row)
 
 void frmEventi::setBusy(bool busy)
 {
-    m_isBusy = busy;
     FrameRic->setEnabled(!busy);
     cmdRicerca->setEnabled(!busy);
     cmdStampa->setEnabled(!busy);

@@ -57,10 +57,8 @@ private:
     QStringList shownRow(qsizetype row);
     void exportTo(const QString &file);
     void exportDone();
+    /// While a search, a print or an export runs, none of them can begin.
     void setBusy(bool busy);
-    /// A search, a print or an export runs. Asked by each button: a press that was under way when its button was
-    /// disabled still arrives.
-    bool isBusy() const { return m_isBusy; }
 
     const Texts &m_texts;
     Messages &m_messages;
@@ -100,6 +98,5 @@ private:
     QTimer tmrRicerca;
     QTimer tmrEsporta;
     QPointer<frmRicercapr> m_progress;
-    bool m_isBusy = false;
     bool m_rowFaultTold = false;
 };

@@ -21,7 +21,7 @@ constexpr qint64 stepMilliseconds = 15;
 
 void frmEventi::cmdStampa_Click()
 {
-    if (isBusy() || !m_printing.isReady())
+    if (!m_printing.isReady())
         return;
     const qsizetype first = qMax(0, dbgrdDati->currentIndex().row());
     const qsizetype count = m_search.results().count() - first;
@@ -39,8 +39,6 @@ void frmEventi::cmdStampa_Click()
 
 void frmEventi::cmdToExcel_Click()
 {
-    if (isBusy())
-        return;
     if (m_search.results().count() == 0)
         return m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoDisponibile]);
     auto *dialog = new QFileDialog(this, TogliAnd(m_texts[Text::CmdEsportaInExcel]));
