@@ -16,6 +16,8 @@ enum class FaultCode {
     InputOutput,     ///< the device failed while reading or writing
     Damaged,         ///< content is not a readable archive, or not one of ours
     TemplateDamaged, ///< the template that an archive is made from is
+    NotRegularFile,  ///< a folder, pipe or device stands where a file should
+    TooLarge,        ///< more than the program takes in
     NotOpen,         ///< asked of something that is closed
 };
 

@@ -232,6 +232,196 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
     /* FileNotWritten */
     {"Impossibile scrivere il file '%1'", "The file '%1' cannot be written", "Impossible d'écrire le fichier '%1'",
      "Die Datei '%1' kann nicht geschrieben werden"},
+    /* PortNotOpened */
+    {"La porta seriale COM%1 non può essere aperta",
+     "The serial port COM%1 cannot be opened",
+     "Le port sériel COM%1 ne peut pas être ouvert",
+     "Der serielle Anschluss COM%1 kann nicht geöffnet werden"},
+    /* PortTriedAgain */
+    {"Viene riprovata ogni cinque secondi.",
+     "It is tried again every five seconds.",
+     "Nouvel essai toutes les cinq secondes.",
+     "Alle fünf Sekunden wird es erneut versucht."},
+    /* AskEndSupervision */
+    {"La supervisione termina: gli eventi non vengono più ricevuti. Chiudere il programma?",
+     "Supervision ends: events are no longer received. Close the program?",
+     "La supervision se termine: les évènements ne sont plus reçus. Fermer le programme?",
+     "Die Überwachung endet: Ereignisse werden nicht mehr empfangen. Programm beenden?"},
+    /* AskEndEventsLost */
+    {"%1 eventi non possono essere memorizzati e andranno persi. Chiudere il programma?",
+     "%1 events cannot be stored and will be lost. Close the program?",
+     "%1 évènements ne peuvent pas être mémorisés et seront perdus. Fermer le programme?",
+     "%1 Ereignisse können nicht gespeichert werden und gehen verloren. Programm beenden?"},
+    /* ButtonSearchAgain */
+    {"&Cerca di nuovo",
+     "&Search again",
+     "&Chercher à nouveau",
+     "&Erneut suchen"},
+    /* ButtonEnd */
+    {"&Termina",
+     "&End",
+     "&Terminer",
+     "&Beenden"},
+    /* EventsWaitOnDisk */
+    {"Eventi in attesa su disco: %1",
+     "Events waiting on disk: %1",
+     "Évènements en attente sur disque: %1",
+     "Auf dem Datenträger wartende Ereignisse: %1"},
+    /* EventsWaitInMemory */
+    {"Nulla viene memorizzato: %1 eventi attendono in memoria",
+     "Nothing is stored: %1 events wait in memory",
+     "Rien n'est mémorisé: %1 évènements attendent en mémoire",
+     "Nichts wird gespeichert: %1 Ereignisse warten im Arbeitsspeicher"},
+    /* NothingIsStored */
+    {"Nessun evento viene memorizzato",
+     "No event is stored",
+     "Aucun évènement n'est mémorisé",
+     "Es wird kein Ereignis gespeichert"},
+    /* EventsUndecided */
+    {"Eventi su cui non si è potuto decidere: %1",
+     "Events that could not be decided: %1",
+     "Évènements sur lesquels il n'a pas été possible de décider: %1",
+     "Nicht entscheidbare Ereignisse: %1"},
+    /* SpoolUnusable */
+    {"Gli eventi in attesa '%1' non possono essere letti",
+     "The waiting events '%1' cannot be read",
+     "Les évènements en attente '%1' ne peuvent pas être lus",
+     "Die wartenden Ereignisse '%1' können nicht gelesen werden"},
+    /* SpoolSetAside */
+    {"Il file degli eventi in attesa '%1' era danneggiato: è stato messo da parte come '%2'.",
+     "The file of the waiting events '%1' was damaged: it has been set aside as '%2'.",
+     "Le fichier des évènements en attente '%1' était endommagé: il a été mis de côté sous '%2'.",
+     "Die Datei der wartenden Ereignisse '%1' war beschädigt: Sie wurde als '%2' beiseitegelegt."},
+    /* DayReplaced */
+    {"L'archivio eventi '%1' è stato sostituito mentre era aperto: %2 eventi sono stati riportati in quello nuovo.",
+     "The event archive '%1' was replaced while it was open: %2 events have been brought into the new one.",
+     "L'archive des évènements '%1' a été remplacée pendant qu'elle était ouverte: %2 évènements ont été transférés dans la nouvelle.",
+     "Das Ereignisarchiv '%1' wurde im geöffneten Zustand ersetzt: %2 Ereignisse wurden in das neue übernommen."},
+    /* RegisterMissing */
+    {"L'anagrafica utenti '%1' manca, ma la cartella è già stata usata: ripristinarla da '%2'.",
+     "The users register '%1' is missing, though the folder has been in use: restore it from '%2'.",
+     "La liste des utilisateurs '%1' manque, bien que le dossier ait déjà servi: la rétablir à partir de '%2'.",
+     "Die Benutzerliste '%1' fehlt, obwohl der Ordner schon benutzt wurde: aus '%2' wiederherstellen."},
+    /* RegisterLinkLeadsNowhere */
+    {"L'anagrafica utenti '%1' è un collegamento che non porta ad alcun file: '%2'.",
+     "The users register '%1' is a link that leads to no file: '%2'.",
+     "La liste des utilisateurs '%1' est un lien qui ne mène à aucun fichier: '%2'.",
+     "Die Benutzerliste '%1' ist eine Verknüpfung, die zu keiner Datei führt: '%2'."},
+    /* RegisterDamaged */
+    {"L'anagrafica utenti '%1' è danneggiata: ripristinarla da '%2'.",
+     "The users register '%1' is damaged: restore it from '%2'.",
+     "La liste des utilisateurs '%1' est endommagée: la rétablir à partir de '%2'.",
+     "Die Benutzerliste '%1' ist beschädigt: aus '%2' wiederherstellen."},
+    /* SettingMissing */
+    {"L'impostazione '%1' manca: vale il valore iniziale '%2'.",
+     "The setting '%1' is missing: the initial value '%2' counts.",
+     "Le réglage '%1' est absent: la valeur initiale '%2' est appliquée.",
+     "Die Einstellung '%1' fehlt: Es gilt der Anfangswert '%2'."},
+    /* DaysIncomplete */
+    {"Gli eventi di questi giorni sono incompleti: %1",
+     "The events of these days are incomplete: %1",
+     "Les évènements de ces jours sont incomplets: %1",
+     "Die Ereignisse dieser Tage sind unvollständig: %1"},
+    /* EventsFound */
+    {"Eventi trovati: %1",
+     "Events found: %1",
+     "Évènements trouvés: %1",
+     "Gefundene Ereignisse: %1"},
+    /* HelpDescription */
+    {"Supervisore dell'interfaccia multiprotocollo Kor: riceve gli eventi e li conserva nell'archivio del giorno.",
+     "Supervisor of the Kor multiprotocol interface: receives its events and keeps them in the archive of the day.",
+     "Superviseur de l'interface multiprotocole Kor: reçoit les évènements et les conserve dans l'archive du jour.",
+     "Überwachung der Kor-Multiprotokoll-Schnittstelle: empfängt Ereignisse und speichert sie im Archiv des Tages."},
+    /* HelpConsole */
+    {"Mostra gli eventi sul terminale, senza finestra.",
+     "Tell what happens on the terminal, without a window.",
+     "Affiche ce qui se passe sur le terminal, sans fenêtre.",
+     "Zeigt auf dem Terminal, was geschieht, ohne Fenster."},
+    /* HelpDemo */
+    {"Lavora con un'interfaccia simulata in una cartella che alla fine viene eliminata.",
+     "Work with a simulated interface in a folder that is removed at the end.",
+     "Travaille avec une interface simulée dans un dossier éliminé à la fin.",
+     "Arbeitet mit einer simulierten Schnittstelle in einem Ordner, der am Ende gelöscht wird."},
+    /* HelpFolder */
+    {"Cartella del programma con gli archivi; se manca, quella del programma stesso.",
+     "Program folder with the archives; the program's own by default.",
+     "Dossier du programme avec les archives; par défaut celui du programme lui-même.",
+     "Programmordner mit den Archiven; ohne Angabe der des Programms selbst."},
+    /* HelpPasswordFile */
+    {"Con --console: la password principale è la prima riga di FILE, leggibile solo dal suo proprietario.",
+     "With --console: the main password is the first line of FILE, which only its owner may read.",
+     "Avec --console: le password principal est la première ligne de FILE, lisible par son seul propriétaire.",
+     "Mit --console: das Haupt-Password ist die erste Zeile von FILE, die nur der Besitzer lesen darf."},
+    /* HelpPort */
+    {"Sceglie la porta seriale da COM1 a COM8 e la ricorda.",
+     "Choose serial port COM1 to COM8 and remember it.",
+     "Choisit le port sériel de COM1 à COM8 et le garde.",
+     "Wählt den seriellen Anschluss COM1 bis COM8 und merkt ihn sich."},
+    /* HelpHelp */
+    {"Mostra questo aiuto.",
+     "Show this help.",
+     "Affiche cette aide.",
+     "Zeigt diese Hilfe."},
+    /* HelpVersion */
+    {"Mostra la versione.",
+     "Show the version.",
+     "Affiche la version.",
+     "Zeigt die Version."},
+    /* HelpUsage */
+    {"Uso: %1",
+     "Usage: %1",
+     "Utilisation: %1",
+     "Aufruf: %1"},
+    /* HelpOptions */
+    {"Opzioni:",
+     "Options:",
+     "Options:",
+     "Optionen:"},
+    /* ArgumentUnexpected */
+    {"Argomento inatteso: '%1'.",
+     "Unexpected argument: '%1'.",
+     "Argument inattendu: '%1'.",
+     "Unerwartetes Argument: '%1'."},
+    /* ArgumentUnknown */
+    {"Opzione sconosciuta: '%1'.",
+     "Unknown option: '%1'.",
+     "Option inconnue: '%1'.",
+     "Unbekannte Option: '%1'."},
+    /* ArgumentWithoutValue */
+    {"Manca il valore dell'opzione '%1'.",
+     "The value of the option '%1' is missing.",
+     "La valeur de l'option '%1' est absente.",
+     "Der Wert der Option '%1' fehlt."},
+    /* ArgumentsExclude */
+    {"--demo lavora in una cartella e su una porta proprie: omettere --folder e --port.",
+     "--demo works in a folder and on a port of its own: leave out --folder and --port.",
+     "--demo travaille dans un dossier et sur un port qui lui sont propres: omettre --folder et --port.",
+     "--demo arbeitet in einem eigenen Ordner und an einem eigenen Anschluss: --folder und --port weglassen."},
+    /* ArgumentPortRange */
+    {"--port vuole un numero da 1 a 8, non '%1'.",
+     "--port takes a number from 1 to 8, not '%1'.",
+     "--port demande un nombre de 1 à 8, pas '%1'.",
+     "--port erwartet eine Zahl von 1 bis 8, nicht '%1'."},
+    /* NoDisplay */
+    {"Non c'è uno schermo per la finestra: aggiungere --console per lavorare sul terminale.",
+     "There is no display for the window: add --console to work on the terminal.",
+     "Il n'y a pas d'écran pour la fenêtre: ajouter --console pour travailler sur le terminal.",
+     "Es gibt keine Anzeige für das Fenster: mit --console auf dem Terminal arbeiten."},
+    /* AboutLicence */
+    {"Licenza: %1",
+     "Licence: %1",
+     "Licence: %1",
+     "Lizenz: %1"},
+    /* AboutLibraries */
+    {"Librerie: %1",
+     "Libraries: %1",
+     "Bibliothèques: %1",
+     "Bibliotheken: %1"},
+    /* AboutData */
+    {"Dati: %1",
+     "Data: %1",
+     "Données: %1",
+     "Daten: %1"},
     /* ReasonNotFound */
     {"non esiste", "does not exist", "n'existe pas", "nicht vorhanden"},
     /* ReasonAccessDenied */
@@ -258,6 +448,16 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
     /* ReasonTemplateDamaged */
     {"il modello d'archivio è danneggiato", "the archive template is damaged", "le modèle d'archive est endommagé",
      "die Archivvorlage ist beschädigt"},
+    /* ReasonNotRegularFile */
+    {"non è un file normale",
+     "not a regular file",
+     "pas un fichier ordinaire",
+     "keine gewöhnliche Datei"},
+    /* ReasonTooLarge */
+    {"file troppo grande",
+     "file too large",
+     "fichier trop grand",
+     "Datei zu groß"},
     /* ReasonNotOpen */
     {"non aperto", "not open", "non ouvert", "nicht geöffnet"},
 }};

@@ -36,6 +36,10 @@ OwnText reason(FaultCode code)
         return OwnText::ReasonDamaged;
     case FaultCode::TemplateDamaged:
         return OwnText::ReasonTemplateDamaged;
+    case FaultCode::NotRegularFile:
+        return OwnText::ReasonNotRegularFile;
+    case FaultCode::TooLarge:
+        return OwnText::ReasonTooLarge;
     case FaultCode::NotOpen:
         return OwnText::ReasonNotOpen;
     case FaultCode::InputOutput:
