@@ -3,4 +3,4 @@
 #include "texts/OwnText.h"
 #include "texts/TextTable.h"
 
-extern const std::array<TextRow, OwnTextCount> ownTextTable;
+extern const std::array<TextRow<OwnText>, OwnTextCount> ownTextTable;

@@ -86,4 +86,4 @@ enum class Text : int {
 };
 // clang-format on
 
-inline constexpr int TextCount = 249;
+inline constexpr int TextCount = static_cast<int>(Text::Record) + 1;

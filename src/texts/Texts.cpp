@@ -5,7 +5,8 @@
 
 namespace {
 
-QString inLanguage(const TextRow &row, int language)
+template<typename Name>
+QString inLanguage(const TextRow<Name> &row, int language)
 {
     switch (language) {
     case 2:

@@ -26,7 +26,7 @@ private Q_SLOTS:
     /// No text is missing, and what is filled in or appended is the same in each language.
     void everyLanguageSaysTheSame()
     {
-        const auto check = [](const TextRow &row) {
+        const auto check = [](const auto &row) {
             for (const char *other : {row.english, row.french, row.german}) {
                 const QString text = QString::fromUtf8(other);
                 QVERIFY2(!text.trimmed().isEmpty() && !text.contains(QChar::ReplacementCharacter), row.italian);
@@ -35,9 +35,9 @@ private Q_SLOTS:
                 QVERIFY2(text.count(u'&') <= 1, other);
             }
         };
-        for (const TextRow &row : textTable)
+        for (const auto &row : textTable)
             check(row);
-        for (const TextRow &row : ownTextTable)
+        for (const auto &row : ownTextTable)
             check(row);
     }
 
