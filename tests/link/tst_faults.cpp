@@ -89,7 +89,7 @@ private Q_SLOTS:
         day.clock.moment = day.clock.moment.addSecs(3600);
         day.log.retry();
         QCOMPARE(day.told, expected);
-        QCOMPARE(takeNotices(day.notices), QStringList{u"The events that waited (3) have been stored."_s});
+        QCOMPARE(takeNotices(day.notices), QStringList{u"The waiting events (3) have been stored."_s});
         QVERIFY(day.append(5));
         day.log.close();
         QCOMPARE(day.rows(), expected + QStringList{row(day.event(5))});
@@ -112,7 +112,7 @@ private Q_SLOTS:
         while (day.log.waiting() > 0)
             day.log.retry();
         QCOMPARE(takeNotices(day.notices),
-                 QStringList({u"The events that waited (10000) have been stored."_s, u"Events lost: 1"_s}));
+                 QStringList({u"The waiting events (10000) have been stored."_s, u"Events lost: 1"_s}));
         day.log.close();
         QVERIFY(day.rows().first().startsWith(u"9|"_s));
     }
