@@ -4,14 +4,15 @@
 #include "mainwindow/MDIForm1.h"
 #include "platform/SystemLanguage.h"
 #include "platform/Termination.h"
+#include "startup/CommandLine.h"
 #include "startup/Version.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QMessageBox>
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <span>
@@ -20,16 +21,6 @@
 namespace {
 
 constexpr int cannotStart = 2;
-constexpr int highestPort = 8;
-
-/// What the command line asks for.
-struct Options {
-    bool console = false;
-    bool demo = false;
-    QString folder;
-    QString passwordFile;
-    std::optional<int> port;
-};
 
 int refuse(const QString &line)
 {
@@ -41,55 +32,13 @@ int refuse(const QString &line)
     return cannotStart;
 }
 
-QCommandLineOption option(const char *name, const char *description, const char *value = "")
+int tell(const QString &text)
 {
-    return {QString::fromLatin1(name), QString::fromUtf8(description), QString::fromLatin1(value)};
+    std::fputs(text.toUtf8().constData(), stdout);
+    return EXIT_SUCCESS;
 }
 
-/// Reads the command line; --help and --version end the program here.
-/// @return what is wrong with it, "" when nothing is
-QString parse(Options &options)
-{
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Supervisor of the Kor multiprotocol interface: receives its "
-                                                    "events and keeps them in the archive of the day."));
-    const QCommandLineOption console = option("console", "Tell what happens on the terminal, without a window.");
-    const QCommandLineOption demo =
-        option("demo", "Work with a simulated interface in a folder that is removed at the end.");
-    const QCommandLineOption folder =
-        option("folder", "Program folder with the archives; the program's own by default.", "DIR");
-    const QCommandLineOption passwordFile =
-        option("password-file",
-               "With --console: the main password is the first line of FILE, which only its owner may read.", "FILE");
-    const QCommandLineOption port = option("port", "Choose serial port COM1 to COM8 and remember it.", "N");
-    parser.addOptions({console, demo, folder, passwordFile, port});
-    const QCommandLineOption help = parser.addHelpOption();
-    const QCommandLineOption version = parser.addVersionOption();
-    if (!parser.parse(QCoreApplication::arguments()))
-        return parser.errorText();
-    if (parser.isSet(help))
-        parser.showHelp();
-    if (parser.isSet(version))
-        parser.showVersion();
-    if (!parser.positionalArguments().isEmpty())
-        return QStringLiteral("unexpected argument \"%1\".").arg(parser.positionalArguments().constFirst());
-
-    options.console = parser.isSet(console);
-    options.demo = parser.isSet(demo);
-    options.folder = parser.isSet(folder) ? parser.value(folder) : QCoreApplication::applicationDirPath();
-    options.passwordFile = parser.value(passwordFile);
-    if (options.demo && (parser.isSet(folder) || parser.isSet(port)))
-        return QStringLiteral("--demo works in a folder and on a port of its own: leave out --folder and --port.");
-    if (parser.isSet(port)) {
-        bool isNumber = false;
-        options.port = parser.value(port).toInt(&isNumber);
-        if (!isNumber || *options.port < 1 || *options.port > highestPort)
-            return QStringLiteral("--port takes a number from 1 to 8, not \"%1\".").arg(parser.value(port));
-    }
-    return {};
-}
-
-int runConsole(Program &program, const Options &options, std::optional<Termination> &termination)
+int runConsole(Program &program, const CommandLine &options, std::optional<Termination> &termination)
 {
     // On the terminal the password can be given up with Ctrl+C; from here on the program ends in order.
     if (const QString refusal = ConsoleGate{options.passwordFile}.pass(program); !refusal.isEmpty())
@@ -146,15 +95,21 @@ int main(int argumentCount, char *arguments[])
     const std::unique_ptr<QCoreApplication> application = makeApplication(argumentCount, arguments);
     QCoreApplication::setApplicationName(QStringLiteral("kor-supervisor"));
     QCoreApplication::setApplicationVersion(programVersion());
-    Options options;
-    if (const QString wrong = parse(options); !wrong.isEmpty())
-        return refuse(wrong);
-    if (!options.console && !qobject_cast<QApplication *>(application.get()))
-        return refuse(QStringLiteral("there is no display for the window: add --console to work on the terminal."));
-
     const int language = systemLanguage();
     Texts texts;
     texts.fill(language);
+    CommandLine options = readCommandLine(QCoreApplication::arguments());
+    if (options.wrong)
+        return refuse(texts.sentence(*options.wrong));
+    if (options.help)
+        return tell(commandLineHelp(texts));
+    if (options.version)
+        return tell(QStringLiteral("kor-supervisor %1\n").arg(programVersion()));
+    if (!options.console && !qobject_cast<QApplication *>(application.get()))
+        return refuse(texts[OwnText::NoDisplay]);
+    if (options.folder.isEmpty())
+        options.folder = QCoreApplication::applicationDirPath();
+
     std::optional<Termination> termination;
     std::optional<Demonstration> demonstration;
     if (options.demo) {

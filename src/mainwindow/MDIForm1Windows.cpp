@@ -256,7 +256,9 @@ void MDIForm1::mnuIstr_Click(Text caption, const QString &file)
 
 void MDIForm1::mnuAbout_Click()
 {
-    openOnce<frmInfo>([this] { return new frmInfo(m_program.texts(), QPixmap(pictureFile("Splash.bmp"))); });
+    openOnce<frmInfo>([this] {
+        return new frmInfo(m_program.texts(), QPixmap(pictureFile("Splash.bmp")), m_program.folder().root());
+    });
 }
 
 // Passwords ----------------------------------------------------------------------------------------------------------

@@ -1,36 +1,67 @@
 #include "prefs/frmInfo.h"
 
+#include "platform/LibraryVersions.h"
 #include "startup/Version.h"
-
 #include "texts/Texts.h"
 
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPixmap>
 #include <QPushButton>
 
-frmInfo::frmInfo(const Texts &texts, const QPixmap &picture, QWidget *parent)
+frmInfo::frmInfo(const Texts &texts, const QPixmap &picture, const QString &folder, QWidget *parent)
     : ChildWindow(QStringLiteral("frmInfo"), parent),
       imgInfo(new QLabel),
       lblVersione(new QLabel),
+      lblLicenza(new QLabel),
+      lblTestoLicenza(new QLabel(QStringLiteral("MIT"))),
+      lblLibrerie(new QLabel),
+      lblTestoLibrerie(new QLabel(libraryVersions().join(QStringLiteral(", ")))),
+      lblDati(new QLabel),
+      txtDati(new QLineEdit(folder)),
       cmdOk(new QPushButton)
 {
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(cmdOk);
     buttons->addStretch();
+    auto *facts = new QGridLayout;
+    facts->setColumnStretch(1, 1);
+    facts->addWidget(lblLicenza, 0, 0, Qt::AlignTop);
+    facts->addWidget(lblTestoLicenza, 0, 1);
+    facts->addWidget(lblLibrerie, 1, 0, Qt::AlignTop);
+    facts->addWidget(lblTestoLibrerie, 1, 1);
+    facts->addWidget(lblDati, 2, 0);
+    facts->addWidget(txtDati, 2, 1);
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(imgInfo, 1);
     rows->addWidget(lblVersione);
+    rows->addLayout(facts);
     rows->addLayout(buttons);
     imgInfo->setPixmap(picture);
     imgInfo->setAlignment(Qt::AlignCenter);
     imgInfo->setVisible(!picture.isNull());
     lblVersione->setAlignment(Qt::AlignCenter);
     lblVersione->setMargin(fontMetrics().height() / 2);
+    for (QLabel *fact : {lblTestoLicenza, lblTestoLibrerie}) {
+        fact->setWordWrap(true);
+        fact->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    }
+    // A path has no blank at which a label could break it; here its whole length can be walked through and copied.
+    txtDati->setReadOnly(true);
+    txtDati->setFrame(false);
+    txtDati->setCursorPosition(0);
+    QPalette plain = txtDati->palette();
+    plain.setBrush(QPalette::Base, plain.brush(QPalette::Window));
+    txtDati->setPalette(plain);
+    lblDati->setBuddy(txtDati);
 
     imgInfo->setObjectName(QStringLiteral("imgInfo"));
     lblVersione->setObjectName(QStringLiteral("lblVersione"));
+    lblTestoLicenza->setObjectName(QStringLiteral("lblTestoLicenza"));
+    lblTestoLibrerie->setObjectName(QStringLiteral("lblTestoLibrerie"));
+    txtDati->setObjectName(QStringLiteral("txtDati"));
     cmdOk->setObjectName(QStringLiteral("cmdOk"));
 
     connect(cmdOk, &QPushButton::clicked, this, &frmInfo::unload);
@@ -46,5 +77,8 @@ void frmInfo::captions(const Texts &texts)
     imgInfo->setAccessibleName(texts[Text::InterfacciaMultiprotocollo]);
     lblVersione->setText(texts[Text::InterfacciaMultiprotocollo] + QLatin1Char(' ') + texts[Text::Versione] +
                          programVersion());
+    lblLicenza->setText(texts[OwnText::AboutLicence]);
+    lblLibrerie->setText(texts[OwnText::AboutLibraries]);
+    lblDati->setText(texts[OwnText::AboutData]);
     cmdOk->setText(texts[Text::CmdOk]);
 }

@@ -3,22 +3,30 @@
 #include "widgets/ChildWindow.h"
 
 class QLabel;
+class QLineEdit;
 class QPixmap;
 class Texts;
 
-/// What program this is, and its version.
+/// What program this is, its version, its licence, the libraries that it stands on, and where its data are.
 class frmInfo : public ChildWindow
 {
     Q_OBJECT
 
 public:
     /// @param picture  of the product; none leaves its place out
-    frmInfo(const Texts &texts, const QPixmap &picture, QWidget *parent = nullptr);
+    /// @param folder   program folder
+    frmInfo(const Texts &texts, const QPixmap &picture, const QString &folder, QWidget *parent = nullptr);
 
 private:
     void captions(const Texts &texts);
 
     QLabel *imgInfo;
     QLabel *lblVersione;
+    QLabel *lblLicenza;
+    QLabel *lblTestoLicenza;
+    QLabel *lblLibrerie;
+    QLabel *lblTestoLibrerie;
+    QLabel *lblDati;
+    QLineEdit *txtDati;
     QPushButton *cmdOk;
 };

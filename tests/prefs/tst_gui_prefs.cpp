@@ -11,9 +11,11 @@
 #include "support/Fixtures.h"
 
 #include <QAbstractButton>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QRegularExpression>
 #include <QSignalSpy>
 
 namespace {
@@ -228,7 +230,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(&area));
         const QList<std::pair<ChildWindow *, QString>> windows = {
             {desk.open(u"frmTempochk"_s), u"chkAutomatico"_s}, {desk.open(u"frmLingua"_s), u"optLingua(1)"_s},
-            {desk.open(u"frmInsPass"_s), u"txtPass"_s},        {new frmInfo(desk.texts, {}), u"cmdOk"_s},
+            {desk.open(u"frmInsPass"_s), u"txtPass"_s},        {new frmInfo(desk.texts, {}, {}), u"cmdOk"_s},
             {new frmMessage(desk.texts, {}), u"cmdOk"_s},
         };
         for (const auto &[window, first] : windows) {
@@ -239,6 +241,18 @@ private Q_SLOTS:
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
             QTRY_COMPARE(unloaded.count(), 1);
         }
+    }
+
+    /// For whoever asks for help: what is really loaded, and where the data are.
+    void about()
+    {
+        const Desk desk;
+        const frmInfo window(desk.texts, {}, u"/home/guard/kor"_s);
+        static const QRegularExpression versions(
+            u"^Qt 6\\.\\d.*, SQLCipher \\d+\\.\\d.*, OpenSSL \\d.*, CUPS, libgsf 1\\.\\d+\\.\\d+$"_s);
+        const QString told = window.findChild<QLabel *>(u"lblTestoLibrerie"_s)->text();
+        QVERIFY2(versions.match(told).hasMatch(), qPrintable(told));
+        QCOMPARE(window.findChild<QLineEdit *>(u"txtDati"_s)->text(), u"/home/guard/kor"_s);
     }
 };
 

@@ -1,4 +1,5 @@
 #include "archives/Tables.h"
+#include "startup/CommandLine.h"
 #include "startup/Startup.h"
 #include "support/Fixtures.h"
 
@@ -170,6 +171,36 @@ private Q_SLOTS:
         QVERIFY(!test.folder.exists(name));
         test.write(u"Archivi/eventi_05-03-2004.ZEB"_s, "x");
         QVERIFY(test.folder.path(name).endsWith(u"/eventi_05-03-2004.ZEB"_s));
+    }
+
+    void commandLine_data()
+    {
+        const Rows<QString, QString> row("arguments", "wrong");
+        row("all", u"--console|--folder=/x|--password-file|/y|--port|8"_s, {});
+        row("unknown", u"--nonsense"_s, u"Unbekannte Option: '--nonsense'."_s);
+        row("letter", u"-x"_s, u"Unbekannte Option: '-x'."_s);
+        row("no value", u"--console|--port"_s, u"Der Wert der Option '--port N' fehlt."_s);
+        row("empty value", u"--folder="_s, u"Der Wert der Option '--folder DIR' fehlt."_s);
+        row("value too many", u"--demo=yes"_s, u"Unerwartetes Argument: '--demo=yes'."_s);
+        row("stray word", u"now"_s, u"Unerwartetes Argument: 'now'."_s);
+        row("port 0", u"--port|0"_s, u"--port erwartet eine Zahl von 1 bis 8, nicht '0'."_s);
+        row("port x", u"--port|1x"_s, u"--port erwartet eine Zahl von 1 bis 8, nicht '1x'."_s);
+        row("demo in a folder", u"--demo|--folder|/x"_s,
+            u"--demo arbeitet in einem eigenen Ordner und an einem eigenen Anschluss: --folder und --port weglassen."_s);
+    }
+    void commandLine()
+    {
+        QFETCH(QString, arguments);
+        QFETCH(QString, wrong);
+        Texts german;
+        german.fill(4);
+        const CommandLine line = readCommandLine(QStringList{u"kor-supervisor"_s} + arguments.split(u'|'));
+        QCOMPARE(line.wrong ? german.sentence(*line.wrong) : QString(), wrong);
+        if (wrong.isEmpty()) {
+            QVERIFY(line.console && !line.demo);
+            QCOMPARE(line.folder + line.passwordFile, u"/x/y"_s);
+            QCOMPARE(line.port, 8);
+        }
     }
 };
 
