@@ -62,23 +62,33 @@ Result<void> UserRegister::save()
 Result<void> UserRegister::keepPasswords()
 {
     Database *copy = m_editor.database();
-    Result<Database> archive = m_archives.open(ArchiveName::Users, Database::Use::Safe);
-    // Without a readable archive those of the copy are the latest.
-    if (!copy || !archive)
+    // One that is not at hand after a save that failed has got them then.
+    if (!copy)
         return {};
+    Result<Database> archive = m_archives.open(ArchiveName::Users, Database::Use::Safe);
+    if (!archive) {
+        // Without an archive those of the copy are the latest. One that is only out of reach may hold others.
+        const FaultCode code = archive.fault().code;
+        const bool isGone = code == FaultCode::NotFound || code == FaultCode::Damaged;
+        return isGone ? Result<void>() : Result<void>(archive.fault());
+    }
     Result<Statement> now =
         archive.value().prepare(QStringLiteral("SELECT PassProg, PassUte, PassUtility FROM Password"));
+    if (!now)
+        return now.fault();
+    const Result<bool> row = now.value().step();
+    if (!row)
+        return row.fault();
+    if (!row.value())
+        return Fault{FaultCode::Damaged, this->archive()};
     Result<Statement> then =
         copy->prepare(QStringLiteral("UPDATE Password SET PassProg = ?, PassUte = ?, PassUtility = ?"));
-    if (!now || !then)
-        return {};
-    if (const Result<bool> row = now.value().step(); !row || !row.value())
-        return {};
+    if (!then)
+        return then.fault();
     for (int field = 0; field < 3; ++field)
         then.value().bind(field + 1, now.value(), field);
-    if (const Result<bool> written = then.value().step(); !written)
-        return written.fault();
-    return {};
+    const Result<bool> written = then.value().step();
+    return written ? Result<void>() : Result<void>(written.fault());
 }
 
 void UserRegister::discard()

@@ -185,8 +185,18 @@ void TestUsers::passwordsSurvive()
     Passwords passwords(desk.test.archives);
     QVERIFY(passwords.load() == Passwords::Fault::None &&
             passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
-    QVERIFY(desk.edited.add(u"6"_s, TX).ok() && desk.edited.save().ok());
+    // Those that cannot be read are not put back to what they were: nothing is saved, and the work stays.
+    QVERIFY(desk.edited.add(u"6"_s, TX).ok());
+    const auto execute = [&desk](const char *sql) {
+        return desk.test.archives.open(ArchiveName::Users, Database::Use::Safe).value().execute(sql).ok();
+    };
+    QVERIFY(execute("CREATE TABLE Aside AS SELECT * FROM Password; DELETE FROM Password"));
+    const Result<void> refused = desk.edited.save();
+    QVERIFY(!refused && refused.fault().code == FaultCode::Damaged && desk.edited.isChanged());
+    QCOMPARE(desk.stored().size(), 1);
+    QVERIFY(execute("INSERT INTO Password SELECT * FROM Aside; DROP TABLE Aside") && desk.edited.save().ok());
     QVERIFY(passwords.load() == Passwords::Fault::None && passwords.matches(Passwords::Type::Main, u"apriti"_s));
+    QCOMPARE(desk.stored().size(), 2);
 }
 
 /// Random registers against a plain grouping; the whole file byte for byte.
