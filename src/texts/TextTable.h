@@ -3,6 +3,7 @@
 #include "texts/Text.h"
 
 #include <array>
+#include <cstddef>
 
 /// One text in the four languages, UTF-8. Lines inside a text are joined by CR LF; "&" marks the access key of a menu
 /// or button caption. No pointer is null and no text is empty.
