@@ -219,11 +219,21 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
      "The chosen printer, no. %1 of the list, is no longer installed: choose another one.",
      "L'imprimante choisie, n° %1 de la liste, n'est plus installée: en choisir une autre.",
      "Der gewählte Drucker, Nr. %1 der Liste, ist nicht mehr installiert: einen anderen wählen."},
+    /* PrintSystemSilent */
+    {"Impossibile stampare: il sistema di stampa non risponde.",
+     "Printing is not possible: the print system does not answer.",
+     "Impossible d'imprimer: le système d'impression ne répond pas.",
+     "Drucken nicht möglich: das Drucksystem antwortet nicht."},
     /* PrintNotMade */
     {"Impossibile stampare su '%1'",
      "Printing on '%1' is not possible",
      "Impossible d'imprimer sur '%1'",
      "Drucken auf '%1' nicht möglich"},
+    /* PrintNotConfirmed */
+    {"Il sistema di stampa non ha ancora confermato il documento per '%1'.",
+     "The print system has not yet confirmed the document for '%1'.",
+     "Le système d'impression n'a pas encore confirmé le document pour '%1'.",
+     "Das Drucksystem hat das Dokument für '%1' noch nicht bestätigt."},
     /* PrintFontMissing */
     {"Impossibile stampare: manca il carattere '%1'.",
      "Printing is not possible: the font '%1' is missing.",
