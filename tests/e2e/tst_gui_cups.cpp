@@ -16,28 +16,15 @@ namespace {
 
 /// A printer that prints what it is given, on A5.
 constexpr auto driver = R"PPD(*PPD-Adobe: "4.3"
-*FormatVersion: "4.3"
-*FileVersion: "1.0"
-*LanguageVersion: English
-*LanguageEncoding: ISOLatin1
-*PCFileName: "PAPER.PPD"
-*Manufacturer: "Kor"
-*Product: "(Paper)"
-*ModelName: "Paper"
-*ShortNickName: "Paper"
 *NickName: "Paper"
-*PSVersion: "(3010.000) 0"
 *cupsFilter: "application/pdf 0 -"
 *OpenUI *PageSize/Size: PickOne
 *DefaultPageSize: A5
-*PageSize A4/A4: ""
 *PageSize A5/A5: ""
 *CloseUI: *PageSize
 *DefaultImageableArea: A5
-*ImageableArea A4/A4: "20 20 575 822"
 *ImageableArea A5/A5: "20 30 410 555"
 *DefaultPaperDimension: A5
-*PaperDimension A4/A4: "595 842"
 *PaperDimension A5/A5: "420 595"
 )PPD";
 
