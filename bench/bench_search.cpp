@@ -142,7 +142,8 @@ void window(TestFolder &test)
     FakeClock clock;
     const FakePrinters printers;
     Settings settings(test.folder, printers);
-    const CurrentPrinter printer(settings, printers);
+    Notices notices;
+    const CurrentPrinter printer(settings, printers, notices);
     frmEventi form(texts, messages, test.archives, clock, printer);
     if (!form.open())
         return;

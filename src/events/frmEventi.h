@@ -44,6 +44,7 @@ private:
     void dbcmbNome_Change();
     void cmdRicerca_Click();
     void cmdStampa_Click();
+    void printFound();
     void cmdToExcel_Click();
     void cmdToExcel_FileChosen(const QString &chosen);
     void tmrEsporta_Timer();

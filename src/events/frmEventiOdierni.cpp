@@ -95,8 +95,11 @@ bool frmEventiOdierni::open()
 
 void frmEventiOdierni::cmdStampa_Click()
 {
-    if (!m_printing.isReady())
-        return;
+    m_printing.findPrinter([this] { printShown(); });
+}
+
+void frmEventiOdierni::printShown()
+{
     const QList<QStringList> rows = m_view.rows();
     if (rows.isEmpty())
         return m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoDisponibile]);

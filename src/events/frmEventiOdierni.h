@@ -32,6 +32,7 @@ private:
     void tmrLoad_Timer();
     void tmrRefresh_Timer();
     void cmdStampa_Click();
+    void printShown();
     void holdStill(bool still);
     void fill();
 

@@ -21,8 +21,23 @@ constexpr qint64 stepMilliseconds = 15;
 
 void frmEventi::cmdStampa_Click()
 {
-    if (!m_printing.isReady())
-        return;
+    // Nothing else begins while the printer is looked for.
+    const auto goOn = [this, focused = QPointer(focusWidget())] {
+        setBusy(false);
+        if (focused)
+            focused->setFocus();
+    };
+    setBusy(true);
+    m_printing.findPrinter(
+        [this, goOn] {
+            goOn();
+            printFound();
+        },
+        goOn);
+}
+
+void frmEventi::printFound()
+{
     const qsizetype first = qMax(0, dbgrdDati->currentIndex().row());
     const qsizetype count = m_search.results().count() - first;
     if (count <= 0)

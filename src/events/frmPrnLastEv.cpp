@@ -84,10 +84,13 @@ void frmPrnLastEv::cmdOk_Click()
     const double number = leadingNumber(txtNumEv->text());
     if (number <= 0)
         return txtNumEv->clear();
-    if (!m_printing.isReady())
-        return;
     constexpr auto most = std::numeric_limits<int>::max();
-    Result<QList<EventLog::Stored>> read = m_log.last(static_cast<qsizetype>(qMin<double>(number, most)));
+    m_printing.findPrinter([this, count = static_cast<qsizetype>(qMin<double>(number, most))] { printLast(count); });
+}
+
+void frmPrnLastEv::printLast(qsizetype number)
+{
+    Result<QList<EventLog::Stored>> read = m_log.last(number);
     if (!read)
         return m_messages.show(
             this, Icon::Critical,

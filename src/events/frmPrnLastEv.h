@@ -31,6 +31,7 @@ private:
     void captions();
     void txtNumEv_Change();
     void cmdOk_Click();
+    void printLast(qsizetype number);
 
     const EventLog &m_log;
     const Texts &m_texts;

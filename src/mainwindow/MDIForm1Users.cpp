@@ -35,7 +35,8 @@ void MDIForm1::openRegister()
         made->setWaitsFor(window);
         openChild(window);
     });
-    connect(made, &frmLstUtenti::Stampa, this, [this, made, printing] { printRegister(made, printing); });
+    connect(made, &frmLstUtenti::Stampa, this,
+            [this, made, printing] { printing->findPrinter([=, this] { printRegister(made, printing); }); });
     connect(made, &frmLstUtenti::StampaDoppioni, this, &MDIForm1::printDuplicates);
     connect(made, &frmLstUtenti::Chiudi, this, &MDIForm1::objLstUtenti_Chiudi);
     // Whatever way it goes, its copy has gone with it.
@@ -55,8 +56,6 @@ void MDIForm1::objLstUtenti_Chiudi(int result)
 
 void MDIForm1::printRegister(frmLstUtenti *window, Printing *printing)
 {
-    if (!printing->isReady())
-        return;
     // As it stands now, whatever is changed while it is printed.
     const RecordSet users = window->users();
     const auto fields = [users](qsizetype row) {
@@ -74,6 +73,7 @@ void MDIForm1::printDuplicates(ChildWindow *window, const QString &report)
     auto *printing = window->findChild<Printing *>(QString(), Qt::FindDirectChildrenOnly);
     if (!printing)
         printing = new Printing(window, m_program.printer(), m_program.texts(), m_messages);
-    if (printing->isReady(Icon::None))
-        printing->print(std::make_unique<TextReport>(report.split(QLatin1Char('\n'))), window->windowTitle());
+    printing->findPrinter(
+        [=] { printing->print(std::make_unique<TextReport>(report.split(QLatin1Char('\n'))), window->windowTitle()); },
+        {}, Icon::None);
 }

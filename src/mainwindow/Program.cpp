@@ -14,7 +14,7 @@ Program::Program(const QString &folder, const Clock &clock, const Printers &prin
       m_clock(clock),
       m_folder(folder, m_disk),
       m_settings(m_folder, printers),
-      m_printer(m_settings, printers),
+      m_printer(m_settings, printers, m_notices),
       m_archives(m_folder),
       m_ports(m_folder),
       m_serial(makeSerial ? makeSerial(m_ports) : std::make_unique<SerialControl>(m_ports)),
@@ -86,6 +86,8 @@ void Program::end()
         m_notices.post(Icon::Critical, {OwnText::EventsLost, {QString::number(m_road.undecided())}, {}});
     m_log.close();
     m_timeProgramme.end();
+    // Last: nothing is kept waiting by it any more.
+    m_printer.end();
 }
 
 void Program::readUsers()

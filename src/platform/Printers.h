@@ -1,43 +1,33 @@
 #pragma once
 
-#include "platform/Result.h"
+#include "platform/Errand.h"
+#include "platform/PrintSystem.h"
 
-#include <QString>
-#include <QStringList>
-
-#include <chrono>
-
-/// The printers installed on this system, in the print system's order.
-///
-/// A print system that does not answer is waited for no longer than a second, five for taking a job, and counts as one
-/// that does not run for half a minute.
+/// The printers as the event loop may ask for them: the print system is asked in threads, and answers when it can.
 class Printers
 {
 public:
-    virtual ~Printers() = default;
+    using ListErrand = Errand<PrinterList>;
+    using PaperErrand = Errand<Paper>;
 
-    /// Device names; empty when none is installed or the print system does not run.
-    virtual QStringList names() const;
-    /// Device name of the default printer, "" when there is none.
-    virtual QString defaultName() const;
+    /// @param system    asked by threads that may outlive this object
+    /// @param patience  how long a question that holds nobody up goes on
+    explicit Printers(std::shared_ptr<const PrintSystem> system = std::make_shared<PrintSystem>(),
+                      std::chrono::milliseconds patience = std::chrono::seconds(2));
 
-    /// Hands a PDF file over to a printer, and returns when the print system has taken it or said no.
-    /// @param printer  its device name; @param title  of the job, for lists of jobs
-    /// @return NotFound when there is no such printer, AccessDenied when it accepts no jobs, or none of this user,
-    ///         InputOutput when the print system cannot be reached or reports any other fault
-    virtual Result<void> send(const QString &printer, const QString &file, const QString &title) const;
+    /// The list, or InputOutput when the print system is silent.
+    /// @return what is asked, until it is destroyed
+    [[nodiscard]] std::unique_ptr<ListErrand> list(ListErrand::Then then) const;
+    /// The paper of one of them, with the same limit.
+    [[nodiscard]] std::unique_ptr<PaperErrand> paper(const QString &printer, PaperErrand::Then then) const;
 
-    /// Index of the default printer in names(); 0 when none of them is the default, -1 when no printer is installed.
-    int defaultIndex() const;
-    /// True when @p index is below the number of installed printers (negative ones included).
-    bool isValid(int index) const { return index < names().size(); }
+    /// The list for a caller that cannot go on without it, whom it holds up for a second at most; empty when the print
+    /// system is silent.
+    PrinterList listAtOnce() const;
+
+    const std::shared_ptr<const PrintSystem> &system() const { return m_system; }
 
 private:
-    struct List {
-        QStringList names;
-        QString byDefault;
-    };
-    List list() const;
-
-    mutable std::chrono::steady_clock::time_point m_silentUntil;
+    std::shared_ptr<const PrintSystem> m_system;
+    std::chrono::milliseconds m_patience;
 };

@@ -1,6 +1,5 @@
 #include "prefs/frmImpStampa.h"
 
-#include "startup/CurrentPrinter.h"
 #include "texts/Texts.h"
 #include "widgets/Forms.h"
 #include "widgets/Messages.h"
@@ -50,10 +49,8 @@ frmImpStampa::frmImpStampa(const Texts &texts, CurrentPrinter &printer, Messages
     setKeys(cmdOk, cmdAnnulla);
 
     captions();
-    const QStringList installed = printer.printers().names();
-    cmbStampanti->addItems(installed);
-    cmbStampanti->setCurrentIndex(printer.shownIndex(installed));
-    cmdOk->setEnabled(!installed.isEmpty());
+    cmdOk->setEnabled(false);
+    m_list = printer.printers().list([this](const Result<PrinterList> &list) { fill(list); });
 }
 
 void frmImpStampa::captions()
@@ -64,11 +61,16 @@ void frmImpStampa::captions()
     cmdAnnulla->setText(m_texts[Text::CmdAnnulla]);
 }
 
-void frmImpStampa::showEvent(QShowEvent *event)
+void frmImpStampa::fill(const Result<PrinterList> &list)
 {
-    ChildWindow::showEvent(event);
-    if (!cmdOk->isEnabled() && !std::exchange(m_isTold, true))
-        m_messages.show(this, Icon::None, m_texts[Text::NessunaStampanteInstallata]);
+    if (!list)
+        return m_messages.show(this, Icon::Exclamation, m_texts[OwnText::PrintSystemSilent]);
+    const PrinterList &installed = list.value();
+    if (installed.names.isEmpty())
+        return m_messages.show(this, Icon::None, m_texts[Text::NessunaStampanteInstallata]);
+    cmbStampanti->addItems(installed.names);
+    cmbStampanti->setCurrentIndex(m_printer.shownIndex(installed));
+    cmdOk->setEnabled(true);
 }
 
 void frmImpStampa::cmdOk_Click()

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "startup/CurrentPrinter.h"
 #include "widgets/ChildWindow.h"
 
-class CurrentPrinter;
 class Messages;
 class QComboBox;
 class QLabel;
 class Texts;
 
-/// Choice of the printer.
+/// Choice of the printer. Opens with an empty list, which is filled when the print system has answered.
 class frmImpStampa : public ChildWindow
 {
     Q_OBJECT
@@ -17,11 +17,9 @@ public:
     /// All must outlive this window.
     frmImpStampa(const Texts &texts, CurrentPrinter &printer, Messages &messages, QWidget *parent = nullptr);
 
-protected:
-    void showEvent(QShowEvent *event) override;
-
 private:
     void captions();
+    void fill(const Result<PrinterList> &list);
     void cmdOk_Click();
 
     const Texts &m_texts;
@@ -32,5 +30,5 @@ private:
     QComboBox *cmbStampanti;
     QPushButton *cmdOk;
     QPushButton *cmdAnnulla;
-    bool m_isTold = false; ///< that no printer is installed
+    std::unique_ptr<Printers::ListErrand> m_list;
 };

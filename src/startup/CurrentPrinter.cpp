@@ -1,26 +1,77 @@
 #include "startup/CurrentPrinter.h"
 
-Result<QString> CurrentPrinter::name() const
+#include <QDeadlineTimer>
+
+CurrentPrinter::CurrentPrinter(Settings &settings, const Printers &printers, Notices &notices)
+    : m_settings(settings), m_printers(printers), m_notices(notices)
 {
-    const int index = m_settings.IndStampante;
-    const QStringList installed = index < 0 ? QStringList() : m_printers.names();
-    if (installed.isEmpty())
-        return Fault{FaultCode::NotOpen, {}};
-    if (index >= installed.size())
-        return Fault{FaultCode::NotFound, QString::number(index + 1)};
-    return installed[index];
 }
 
-int CurrentPrinter::shownIndex(const QStringList &installed) const
+CurrentPrinter::Search::Search(const CurrentPrinter &printer, std::function<void(const Result<Found> &)> then)
+    : m_printers(printer.m_printers),
+      m_index(printer.m_settings.IndStampante),
+      m_then(std::move(then)),
+      m_list(m_printers.list([this](const Result<PrinterList> &list) { listed(list); }))
+{
+}
+
+void CurrentPrinter::Search::listed(const Result<PrinterList> &list)
+{
+    if (!list)
+        return m_then(list.fault());
+    const QStringList &names = list.value().names;
+    if (names.isEmpty())
+        return m_then(Fault{FaultCode::NotOpen, {}});
+    if (m_index >= names.size())
+        return m_then(Fault{FaultCode::NotFound, QString::number(m_index + 1)});
+    m_paper = m_printers.paper(names[m_index], [this, name = names[m_index]](const Result<Paper> &paper) {
+        m_then(Found{name, paper ? paper.value() : Paper{}});
+    });
+}
+
+int CurrentPrinter::shownIndex(const PrinterList &installed) const
 {
     const int index = m_settings.IndStampante;
     if (index < -1)
         return -1;
-    return index >= 0 && index < installed.size() ? index : m_printers.defaultIndex();
+    return index >= 0 && index < installed.names.size() ? index : installed.defaultIndex();
 }
 
 Result<void> CurrentPrinter::choose(int index)
 {
     m_settings.IndStampante = index;
     return m_settings.save(QStringLiteral("PRN"), index);
+}
+
+void CurrentPrinter::send(PrintDocument document) const
+{
+    auto *job = new PrintJob(m_printers.system(), std::move(document), PrintJob::Patience, m_jobs.get());
+    QObject::connect(job, &PrintJob::answered, job, [this, job](const Result<void> &answer) {
+        tell(job->printer(), answer);
+        job->deleteLater();
+    });
+    QObject::connect(job, &PrintJob::waits, job, [this, job] {
+        m_notices.post(Icon::Information, {OwnText::PrintNotConfirmed, {job->printer()}, {}});
+    });
+}
+
+void CurrentPrinter::tell(const QString &printer, const Result<void> &answer) const
+{
+    if (!answer)
+        m_notices.post(Icon::Exclamation, {OwnText::PrintNotMade, {printer}, answer.fault()});
+}
+
+void CurrentPrinter::end(std::chrono::milliseconds patience)
+{
+    const QDeadlineTimer deadline(patience);
+    const QList<PrintJob *> jobs = m_jobs->findChildren<PrintJob *>();
+    for (PrintJob *job : jobs) {
+        if (!job->isUnderWay())
+            continue;
+        if (const auto answer = job->wait(std::chrono::milliseconds(deadline.remainingTime())))
+            tell(job->printer(), *answer);
+        else
+            m_notices.post(Icon::Exclamation, {OwnText::PrintNotConfirmed, {job->printer()}, {}});
+        delete job;
+    }
 }

@@ -31,8 +31,8 @@ public:
     Result<void> ScriviImpostazione(const QString &key, const QString &line);
     /// Writes the file anew with the defaults.
     Result<void> CreaImpostazioni(int language);
-    int IndiceStampanteDefault() const { return m_printers.defaultIndex(); }
-    bool StampanteValida(int index) const { return m_printers.isValid(index); }
+    int IndiceStampanteDefault() const { return m_printers.listAtOnce().defaultIndex(); }
+    bool StampanteValida(int index) const { return index < m_printers.listAtOnce().names.size(); }
 
     /// Shorthand for ScriviImpostazione(key, key=value).
     Result<void> save(const QString &key, int value);

@@ -1,6 +1,5 @@
 #include "widgets/Printing.h"
 
-#include "startup/CurrentPrinter.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Messages.h"
 #include "widgets/PainterPage.h"
@@ -15,17 +14,11 @@ namespace {
 
 constexpr int noticeMilliseconds = 3000;
 constexpr int turnMilliseconds = 20;
-constexpr QMarginsF marginsOfNoPrinter(10, 10, 10, 10); ///< in millimetres
 
-/// Paper and printable area of a printer.
-QPageLayout pageLayoutOf(const QString &printer)
+QPageLayout pageLayoutOf(const Paper &paper)
 {
-    QPrinter device(QPrinter::HighResolution);
-    device.setPrinterName(printer);
-    if (device.outputFormat() == QPrinter::NativeFormat && device.printerName() == printer &&
-        device.pageLayout().isValid())
-        return device.pageLayout();
-    return QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, marginsOfNoPrinter, QPageLayout::Millimeter);
+    return {QPageSize(paper.size, QPageSize::Millimeter), QPageLayout::Portrait, paper.margins,
+            QPageLayout::Millimeter};
 }
 
 /// The painter does not tell that the disk was full.
@@ -41,14 +34,11 @@ bool isComplete(const QString &path)
 
 struct Printing::Document {
     std::unique_ptr<Report> report;
-    QString title;
+    PrintDocument made;
     std::function<void()> ended;
-    QTemporaryDir folder; ///< for its owner's eyes only
     QPrinter device{QPrinter::HighResolution};
     QPainter painter;
     std::unique_ptr<PainterPage> page;
-
-    QString path() const { return folder.filePath(QStringLiteral("document.pdf")); }
 };
 
 Printing::Printing(ChildWindow *window, const CurrentPrinter &printer, const Texts &texts, Messages &messages)
@@ -72,19 +62,40 @@ Printing::~Printing()
     stop();
 }
 
-bool Printing::isReady(Icon icon)
+void Printing::findPrinter(std::function<void()> found, std::function<void()> notFound, Icon icon)
 {
     if (isRunning())
-        return false;
-    const Result<QString> name = m_printer.name();
-    if (name)
-        m_printerName = name.value();
-    else if (name.fault().code == FaultCode::NotFound)
-        m_messages.show(m_window, Icon::Exclamation,
-                        m_texts.sentence({OwnText::PrinterGone, {name.fault().subject}, {}}));
-    else
-        m_messages.show(m_window, icon, m_texts[Text::NessunaStampanteInstallata]);
-    return name.ok();
+        return;
+    const auto refuse = [this, notFound = std::move(notFound), icon](const Fault &fault) {
+        tellNoPrinter(fault, icon);
+        if (notFound)
+            notFound();
+    };
+    if (!m_printer.isChosen())
+        return refuse(Fault{FaultCode::NotOpen, {}});
+    m_found = {m_printer.number(), {}};
+    m_search = std::make_unique<CurrentPrinter::Search>(
+        m_printer, [this, refuse, found = std::move(found)](const Result<CurrentPrinter::Found> &answer) {
+            // The search is over for whoever asks, but lives until its answer has been heard.
+            const std::unique_ptr<CurrentPrinter::Search> search = std::move(m_search);
+            if (!answer)
+                return refuse(answer.fault());
+            m_found = answer.value();
+            found();
+        });
+}
+
+void Printing::tellNoPrinter(const Fault &fault, Icon icon)
+{
+    switch (fault.code) {
+    case FaultCode::NotOpen:
+        return m_messages.show(m_window, icon, m_texts[Text::NessunaStampanteInstallata]);
+    case FaultCode::NotFound:
+        return m_messages.show(m_window, Icon::Exclamation,
+                               m_texts.sentence({OwnText::PrinterGone, {fault.subject}, {}}));
+    default:
+        return m_messages.show(m_window, Icon::Exclamation, m_texts[OwnText::PrintSystemSilent]);
+    }
 }
 
 void Printing::print(std::unique_ptr<Report> report, const QString &title, std::function<void()> ended)
@@ -95,7 +106,7 @@ void Printing::print(std::unique_ptr<Report> report, const QString &title, std::
 
     m_document = std::make_unique<Document>();
     m_document->report = std::move(report);
-    m_document->title = title;
+    m_document->made = {std::make_unique<QTemporaryDir>(), m_found.name, title};
     m_document->ended = std::move(ended);
     m_turn.start(0);
 }
@@ -103,6 +114,7 @@ void Printing::print(std::unique_ptr<Report> report, const QString &title, std::
 void Printing::stop()
 {
     m_turn.stop();
+    m_search.reset();
     m_document.reset();
     tmrStampa_Timer();
 }
@@ -114,19 +126,20 @@ void Printing::windowGoes()
     // Over what the window stood in, where there is anything.
     QWidget *over = m_window->window() != m_window ? m_window->window() : nullptr;
     if (isLost && over && over->isVisible())
-        m_messages.show(over, Icon::Exclamation, m_texts.sentence({OwnText::PrintNotMade, {m_printerName}, {}}));
+        m_messages.show(over, Icon::Exclamation, m_texts.sentence({OwnText::PrintNotMade, {m_found.name}, {}}));
 }
 
 void Printing::turn()
 {
     Document &document = *m_document;
-    const Message notMade = {OwnText::PrintNotMade, {m_printerName}, Fault{FaultCode::InputOutput, document.path()}};
+    const Message notMade = {
+        OwnText::PrintNotMade, {m_found.name}, Fault{FaultCode::InputOutput, document.made.path()}};
     if (!document.page) {
         document.device.setOutputFormat(QPrinter::PdfFormat);
-        document.device.setOutputFileName(document.path());
-        document.device.setDocName(document.title);
-        document.device.setPageLayout(pageLayoutOf(m_printerName));
-        if (!document.folder.isValid() || !document.painter.begin(&document.device))
+        document.device.setOutputFileName(document.made.path());
+        document.device.setDocName(document.made.title);
+        document.device.setPageLayout(pageLayoutOf(m_found.paper));
+        if (!document.made.folder->isValid() || !document.painter.begin(&document.device))
             return fail(notMade);
         document.page = std::make_unique<PainterPage>(document.painter, document.device);
         if (!document.page->isFixedPitch())
@@ -137,9 +150,9 @@ void Printing::turn()
     case Report::Progress::Running:
         break;
     case Report::Progress::Failed:
-        return fail({OwnText::PrintNotMade, {m_printerName}, document.report->fault().value_or(*notMade.fault)});
+        return fail({OwnText::PrintNotMade, {m_found.name}, document.report->fault().value_or(*notMade.fault)});
     case Report::Progress::Finished:
-        if (!document.painter.end() || !isComplete(document.path()))
+        if (!document.painter.end() || !isComplete(document.made.path()))
             return fail(notMade);
         return finish();
     }
@@ -148,12 +161,8 @@ void Printing::turn()
 void Printing::finish()
 {
     m_turn.stop();
-    // The job is the printer's from here on, whatever happens to the window.
     const std::unique_ptr<Document> document = std::move(m_document);
-    const Result<void> sent = m_printer.printers().send(m_printerName, document->path(), document->title);
-    if (!sent)
-        m_messages.show(m_window, Icon::Exclamation,
-                        m_texts.sentence({OwnText::PrintNotMade, {m_printerName}, sent.fault()}));
+    m_printer.send(std::move(document->made));
     if (document->ended)
         document->ended();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Page.h"
+#include "startup/CurrentPrinter.h"
 #include "texts/Texts.h"
 
 #include <QObject>
@@ -11,15 +12,15 @@
 #include <memory>
 
 class ChildWindow;
-class CurrentPrinter;
 class Messages;
 class frmStampaInCorso;
 
-/// Printing of one window: a notice over it, the report painted in short turns of the event loop, the document handed
-/// over to the current printer. A window that closes in the middle of it takes its document with it, and the operator
-/// is told.
+/// Printing of one window: the current printer is looked for, a notice shown, the report painted in short turns of the
+/// event loop, the document handed over. A window that closes in the middle of it takes its document with it, and the
+/// operator is told.
 ///
 /// The document is painted to a file before the print system hears of it: what was stopped or failed prints nothing.
+/// What becomes of a document that was handed over is the current printer's affair.
 class Printing : public QObject
 {
     Q_OBJECT
@@ -30,21 +31,26 @@ public:
     Printing(ChildWindow *window, const CurrentPrinter &printer, const Texts &texts, Messages &messages);
     ~Printing() override;
 
-    /// Whether a print can begin. When there is no printer the operator is told; a print that still runs is silently
-    /// left alone. To be asked before each print.
-    /// @param icon  of the message that no printer is installed
-    bool isReady(Icon icon = Icon::Information);
-    /// Begins a print; after isReady() only.
-    /// @param title  of the job; @param ended  called when the document was handed over or has failed and the operator
-    /// was told, not when the window closes before
+    /// Looks for the printer; to be asked before each print. A print that still runs is left alone, and then nothing
+    /// is called.
+    /// @param found     called when print() may be, later on
+    /// @param notFound  called when there is no printer, which the operator is told; neither when the window closes
+    /// first
+    /// @param icon      of the message that no printer is installed
+    void findPrinter(std::function<void()> found, std::function<void()> notFound = {}, Icon icon = Icon::Information);
+    /// Begins a print; from @p found only.
+    /// @param title  of the job
+    /// @param ended  called when the document was handed over or has failed and the operator was told, not when the
+    /// window closes before
     void print(std::unique_ptr<Report> report, const QString &title, std::function<void()> ended = {});
-    bool isRunning() const { return m_document != nullptr; }
+    bool isRunning() const { return m_search || m_document; }
     /// Ends a print in the middle; nothing of it goes to the printer.
     void stop();
 
 private:
     struct Document;
 
+    void tellNoPrinter(const Fault &fault, Icon icon);
     void windowGoes();
     void turn();
     void finish();
@@ -56,7 +62,8 @@ private:
     const Texts &m_texts;
     Messages &m_messages;
 
-    QString m_printerName;
+    std::unique_ptr<CurrentPrinter::Search> m_search;
+    CurrentPrinter::Found m_found;
     std::unique_ptr<Document> m_document;
     QTimer m_turn;
     QTimer *tmrStampa;

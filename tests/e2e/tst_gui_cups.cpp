@@ -12,6 +12,24 @@
 
 #include <unistd.h>
 
+namespace {
+
+/// A printer that prints what it is given, on A5.
+constexpr auto driver = R"PPD(*PPD-Adobe: "4.3"
+*NickName: "Paper"
+*cupsFilter: "application/pdf 0 -"
+*OpenUI *PageSize/Size: PickOne
+*DefaultPageSize: A5
+*PageSize A5/A5: ""
+*CloseUI: *PageSize
+*DefaultImageableArea: A5
+*ImageableArea A5/A5: "20 30 410 555"
+*DefaultPaperDimension: A5
+*PaperDimension A5/A5: "420 595"
+)PPD";
+
+} // namespace
+
 /// Prints through a print system of its own, whose printer keeps what it is sent in a file.
 class TestGuiCups : public QObject
 {
@@ -36,7 +54,7 @@ private Q_SLOTS:
             files += key + (" " + folder) + "/spool\n";
         for (const char *key : {"ErrorLog", "AccessLog", "PageLog"})
             files += key + (" " + folder) + "/cups/" + key + "\n";
-        for (const QString &part : listOf("cups/backend,cups/daemon,spool"))
+        for (const QString &part : listOf("cups/backend,cups/daemon,cups/ppd,spool"))
             QDir(here).mkpath(part);
         // With its owner's rights alone, as the document lies in a folder of his own.
         test.write(u"cups/backend/keep"_s, "#!/bin/sh\n[ $# = 0 ] || cp \"$6\" \"${DEVICE_URI#keep:}\"\n");
@@ -52,17 +70,19 @@ private Q_SLOTS:
         test.write(u"cups/printers.conf"_s, "<Printer closed>\nDeviceURI keep:/dev/null\nAccepting No\n</Printer>\n"
                                             "<Printer paper>\nState Idle\nAccepting Yes\nDeviceURI keep:" +
                                                 QFile::encodeName(paper) + "\n</Printer>\n");
+        test.write(u"cups/ppd/paper.ppd"_s, driver);
         qputenv("CUPS_SERVER", folder + "/socket");
         QProcess scheduler;
         scheduler.setProcessChannelMode(QProcess::MergedChannels);
         scheduler.start(cupsd, {u"-f"_s, u"-c"_s, here + u"/cups/cupsd.conf"_s, u"-s"_s, here + u"/cups/files.conf"_s});
         const Printers printers;
-        if (!QTest::qWaitFor([&] { return !printers.names().isEmpty(); }, 10000))
+        if (!QTest::qWaitFor([&] { return !printers.listAtOnce().names.isEmpty(); }, 10000))
             QFAIL(scheduler.readAll());
-        QCOMPARE(printers.names(), listOf("closed,paper"));
+        QCOMPARE(printers.listAtOnce().names, listOf("closed,paper"));
 
         Settings settings(test.folder, printers);
-        CurrentPrinter printer(settings, printers);
+        Notices notices;
+        CurrentPrinter printer(settings, printers, notices);
         QVERIFY(settings.CreaImpostazioni(2).ok());
         Texts texts;
         texts.fill(2);
@@ -72,23 +92,34 @@ private Q_SLOTS:
         Printing printing(&window, printer, texts, messages);
         const auto print = [&](int index) {
             bool hasEnded = false;
-            if (!printer.choose(index) || !printing.isReady())
+            const auto ended = [&] { hasEnded = true; };
+            if (!printer.choose(index))
                 return;
-            printing.print(std::make_unique<TextReport>(QStringList{u"Perch\u00E9"_s}), u"title"_s,
-                           [&] { hasEnded = true; });
+            printing.findPrinter(
+                [&] { printing.print(std::make_unique<TextReport>(QStringList{u"Perch\u00E9"_s}), u"title"_s, ended); },
+                ended);
             QTRY_VERIFY(hasEnded);
         };
         print(1);
         QPdfDocument document;
         QTRY_COMPARE(document.load(paper), QPdfDocument::Error::None);
         QCOMPARE(document.getAllText(0).text().trimmed(), u"Perch\u00E9"_s);
+        // The paper of the printer and its margins, which the driver tells in points.
+        QCOMPARE(document.pagePointSize(0).toSize(), QSize(420, 595));
+        const auto points = [](double millimetres) { return qRound(millimetres / 25.4 * 72); };
+        const QMarginsF margins = printers.system()->paper(u"paper"_s).value().margins;
+        QCOMPARE(
+            QMargins(points(margins.left()), points(margins.top()), points(margins.right()), points(margins.bottom())),
+            QMargins(20, 40, 10, 30));
+        QCOMPARE(printers.system()->paper(u"closed"_s).value().size, QSizeF(210, 297));
         print(0);
+        QTRY_VERIFY(!notices.isEmpty());
+        QCOMPARE(takeNotices(notices), QStringList{u"Printing on 'closed' is not possible: access denied"_s});
         scheduler.terminate();
         QVERIFY(scheduler.waitForFinished());
         print(0);
-        QVERIFY(!printers.send(u"paper"_s, paper, {}).ok());
-        QCOMPARE(messages.take(), (QStringList{u"Exclamation: Printing on 'closed' is not possible: access denied"_s,
-                                               u"Information: No Printer installed"_s}));
+        QVERIFY(!printers.system()->send(u"paper"_s, paper, {}).ok());
+        QCOMPARE(messages.take(), QStringList{u"Information: No Printer installed"_s});
     }
 };
 

@@ -18,33 +18,30 @@
 
 namespace {
 
-/// Two printers; what is sent is read.
-class ReadingPrinters : public FakePrinters
+/// What was handed over, as "printer title: text", blanks run together.
+QStringList read(const FakePrinters &printers)
 {
-public:
-    mutable QStringList sent;            ///< "printer title: text", blanks run together
-    FaultCode says = FaultCode::NotOpen; ///< another one refuses
-
-    ReadingPrinters() { installed = listOf("laser,needle"); }
-    Result<void> send(const QString &printer, const QString &file, const QString &title) const override
-    {
-        if (says != FaultCode::NotOpen)
-            return Fault{says, printer};
+    QStringList read;
+    for (const FakePrintSystem::Sent &sent : printers.fake.sent()) {
+        QBuffer buffer;
+        buffer.setData(sent.document);
+        buffer.open(QIODevice::ReadOnly);
         QPdfDocument document;
-        document.load(file);
-        QString text = printer + u' ' + title + u':';
+        document.load(&buffer);
+        QString text = sent.printer + u' ' + sent.title + u':';
         for (int page = 0; page < document.pageCount(); ++page)
             text += u' ' + document.getAllText(page).text();
-        sent.append(text.simplified());
-        return {};
+        read.append(text.simplified());
     }
-};
+    return read;
+}
 
 /// Settings with PRN=1, an open day without events, a register, English texts.
 struct Desk {
-    Desk()
+    explicit Desk(std::chrono::milliseconds patience = std::chrono::hours(1)) : printers(patience)
     {
         texts.fill(2);
+        printers.installed = listOf("laser,needle");
         if (!settings.CreaImpostazioni(2) || !printer.choose(1))
             qFatal("the settings cannot be made");
         test.addUsers({listOf("7,TX,Rossi,Anna"), listOf("7,DKS,Bianchi,Ugo"), listOf("8,DKS,Verdi,Zoe")});
@@ -62,9 +59,9 @@ struct Desk {
     TestFolder test;
     FakeClock clock;
     Notices notices;
-    ReadingPrinters printers;
+    FakePrinters printers;
     Settings settings{test.folder, printers};
-    CurrentPrinter printer{settings, printers};
+    CurrentPrinter printer{settings, printers, notices};
     EventLog log{test.archives, clock, notices};
     Texts texts;
     FakeMessages messages;
@@ -75,7 +72,7 @@ struct LastEvents : Desk {
         std::make_unique<frmPrnLastEv>(frmPrnLastEv::Source{log, test.archives}, printer, texts, messages);
     QLineEdit *box = window->findChild<QLineEdit *>(u"txtNumEv"_s);
 
-    LastEvents()
+    explicit LastEvents(std::chrono::milliseconds patience = std::chrono::hours(1)) : Desk(patience)
     {
         window->setAttribute(Qt::WA_DeleteOnClose, false);
         if (!window->open())
@@ -123,12 +120,13 @@ private Q_SLOTS:
         desk.store(events);
         desk.print(typed);
         QTEST(desk.box->text(), "left");
-        QCOMPARE(desk.notice() != nullptr, first > 0);
+        QCOMPARE(desk.window->findChild<Printing *>()->isRunning(), first > 0);
         if (first == 0)
             return;
+        QTRY_VERIFY(desk.notice());
         // What comes while it prints is neither printed nor kept from being stored.
         desk.store(1);
-        QTRY_COMPARE(desk.printers.sent.size(), 1);
+        QTRY_COMPARE(desk.printers.fake.sent().size(), 1);
         QCOMPARE(desk.test.rows(ArchiveName::events(u"05-03-2004"_s), u"SELECT COUNT(*) FROM Eventi"_s),
                  QStringList{QString::number(events + 1)});
         QString expected;
@@ -137,7 +135,7 @@ private Q_SLOTS:
             expected += u" %1 DKS %2B 05-03-2004 %3"_s.arg(i).arg(i == events ? u"Rossi Anna "_s : QString(),
                                                                   time.toString(u"hh:mm:ss"_s));
         }
-        QString text = desk.printers.sent[0];
+        QString text = read(desk.printers).first();
         const QString heading = u" N\u00B0 Type User User CH CH Date Time KOR Surname First name DIS DIS"_s;
         QCOMPARE(text.count(heading), events == 40 ? 2 : 1);
         text.remove(heading);
@@ -152,42 +150,44 @@ private Q_SLOTS:
         desk.store(1);
         desk.window->resize(600, 500);
         desk.print(u"1"_s);
+        desk.window->findChild<QPushButton *>(u"cmdOk"_s)->click(); // while the first one runs
+        QTRY_VERIFY(desk.notice());
         QPointer notice = desk.notice();
-        desk.print(u"1"_s); // while the first one runs
-        QVERIFY(notice && !notice->isModal());
+        QVERIFY(!notice->isModal());
         QCOMPARE(notice->pos(), desk.window->pos() + QPoint((600 - notice->width()) / 2, (500 - notice->height()) / 3));
-        QTRY_COMPARE(desk.printers.sent.size(), 1);
+        QTRY_COMPARE(desk.printers.fake.sent().size(), 1);
         auto *tmrStampa = desk.window->findChild<QTimer *>(u"tmrStampa"_s);
         QVERIFY(notice && tmrStampa->isActive() && tmrStampa->interval() == 3000);
         tmrStampa->setInterval(1);
         QTRY_VERIFY(!notice && !tmrStampa->isActive());
+        tmrStampa->setInterval(3000);
         // A window that closes in the middle takes its document with it.
         desk.store(300);
         desk.print(u"300"_s);
+        for (const QDeadlineTimer patience(5000); !desk.notice() && !patience.hasExpired();)
+            QCoreApplication::processEvents();
         notice = desk.notice();
-        QCoreApplication::processEvents();
+        QVERIFY(notice && desk.window->findChild<Printing *>()->isRunning());
         desk.window->unload();
         QVERIFY(!notice);
         desk.print(u"300"_s);
         desk.window.reset();
         QTest::qWait(50);
-        QCOMPARE(desk.printers.sent.size(), 1);
+        QCOMPARE(desk.printers.fake.sent().size(), 1);
         QVERIFY(!desk.test.archives.exists(u"Archivi/AnaPrn.zeb"));
     }
 
     void refusals_data()
     {
-        const Rows<int, QString, int, int, QString> row("PRN", "installed", "events", "says", "message");
+        const Rows<int, QString, int, bool, QString> row("PRN", "installed", "events", "silent", "message");
         const QString two = u"laser,needle"_s;
-        const auto no = int(FaultCode::NotOpen);
-        row("none chosen", -1, two, 0, no, u"Information: No Printer installed"_s);
-        row("none installed", 1, {}, 0, no, u"Information: No Printer installed"_s);
-        row("fewer than before", 2, two, 1, no,
+        row("none chosen", -1, two, 0, true, u"Information: No Printer installed"_s);
+        row("none installed", 1, {}, 0, false, u"Information: No Printer installed"_s);
+        row("fewer than before", 2, two, 1, false,
             u"Exclamation: The chosen printer, no. 3 of the list, is no longer installed: choose another one."_s);
-        row("no events", 1, two, 0, no, u"Information: No events available!"_s);
-        row("refused", 0, two, 1, int(FaultCode::AccessDenied),
-            u"Exclamation: Printing on 'laser' is not possible: access denied"_s);
-        row("day not open", 1, two, -1, no,
+        row("silent", 0, two, 1, true, u"Exclamation: Printing is not possible: the print system does not answer."_s);
+        row("no events", 1, two, 0, false, u"Information: No events available!"_s);
+        row("day not open", 1, two, -1, false,
             u"Critical: The event archive 'Archivi/Eventi_05-03-2004.zeb' cannot be opened: not open"_s);
     }
     void refusals()
@@ -195,20 +195,54 @@ private Q_SLOTS:
         QFETCH(int, PRN);
         QFETCH(QString, installed);
         QFETCH(int, events);
-        QFETCH(int, says);
+        QFETCH(bool, silent);
         QFETCH(QString, message);
-        LastEvents desk;
+        LastEvents desk(silent ? std::chrono::milliseconds(1) : std::chrono::hours(1));
         if (events < 0)
             desk.log.close();
         desk.store(events);
         desk.printers.installed = installed.split(u',', Qt::SkipEmptyParts);
         desk.settings.IndStampante = PRN;
-        desk.printers.says = FaultCode(says);
+        if (silent)
+            desk.printers.fake.allow(0);
         desk.print(u"3"_s);
         QTRY_COMPARE(desk.messages.shown, QStringList{message});
         desk.messages.take();
-        QVERIFY(desk.printers.sent.isEmpty());
+        desk.printers.fake.allow(1);
+        QVERIFY(desk.printers.fake.sent().isEmpty());
         QVERIFY(!desk.window->findChild<Printing *>()->isRunning());
+    }
+
+    /// The window has gone when the print system answers; or the program ends first.
+    void lateAnswer_data()
+    {
+        const Rows<bool, int, QString> row("ends", "says", "told");
+        row("taken", false, int(FaultCode::NotOpen), {});
+        row("refused", false, int(FaultCode::AccessDenied), u"Printing on 'needle' is not possible: access denied"_s);
+        row("none", true, int(FaultCode::NotOpen),
+            u"The print system has not yet confirmed the document for 'needle'."_s);
+    }
+    void lateAnswer()
+    {
+        QFETCH(bool, ends);
+        QFETCH(int, says);
+        LastEvents desk;
+        FakePrintSystem &fake = desk.printers.fake;
+        fake.says = FaultCode(says);
+        fake.allow(1); // the list
+        desk.store(1);
+        desk.print(u"1"_s);
+        QTRY_COMPARE(fake.sent().size(), 1);
+        QVERIFY(!desk.window->findChild<Printing *>()->isRunning());
+        desk.window.reset();
+        QVERIFY(QFile::exists(fake.sent().first().file));
+        if (ends)
+            desk.printer.end(std::chrono::milliseconds(1));
+        else
+            fake.allow(1);
+        QTRY_VERIFY(!QFile::exists(fake.sent().first().file));
+        QTEST(takeNotices(desk.notices).join(u'/'), "told");
+        fake.allow(1);
     }
 
     void face()
@@ -245,6 +279,7 @@ private Q_SLOTS:
         QPointer window = new frmImpStampa(desk.texts, desk.printer, desk.messages);
         window->show();
         auto *box = window->findChild<QComboBox *>(u"cmbStampanti"_s);
+        QTRY_VERIFY(box->count() > 0 || !desk.messages.shown.isEmpty());
         QTEST(box->currentText(), "shown");
         QCOMPARE(window->findChild<QPushButton *>(u"cmdOk"_s)->isEnabled(), !installed.isEmpty());
         if (choose >= 0)

@@ -7,6 +7,8 @@
 #include "platform/Printers.h"
 #include "texts/Notices.h"
 
+#include <QFile>
+#include <QSemaphore>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimeZone>
@@ -47,14 +49,72 @@ public:
     qint64 monotonic() const override { return milliseconds; }
 };
 
+/// A print system that keeps what it is sent, takes or refuses it, and answers when it may.
+class FakePrintSystem : public PrintSystem
+{
+public:
+    struct Sent {
+        QString printer, title, file;
+        QByteArray document;
+    };
+
+    QStringList installed;
+    QString byDefault;
+    FaultCode says = FaultCode::NotOpen; ///< another one refuses
+
+    /// Answers so many more times, rather than always.
+    void allow(int answers)
+    {
+        m_answers.tryAcquire(m_answers.available());
+        m_answers.release(answers);
+    }
+    Result<PrinterList> list() const override
+    {
+        m_answers.acquire();
+        return PrinterList{installed, byDefault};
+    }
+    Result<Paper> paper(const QString &) const override { return Paper{}; }
+    Result<void> send(const QString &printer, const QString &file, const QString &title) const override
+    {
+        QFile document(file);
+        const bool isThere = document.open(QIODevice::ReadOnly);
+        {
+            const std::lock_guard lock(m_mutex);
+            m_sent.append({printer, title, file, isThere ? document.readAll() : QByteArray()});
+        }
+        m_answers.acquire();
+        return says == FaultCode::NotOpen ? Result<void>() : Fault{says, printer};
+    }
+    QList<Sent> sent() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_sent;
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    mutable QList<Sent> m_sent;
+    mutable QSemaphore m_answers{1 << 20};
+};
+
 class FakePrinters : public Printers
 {
 public:
-    QStringList installed;
-    QString byDefault;
+    /// @param patience  long enough for the slowest machine
+    explicit FakePrinters(std::chrono::milliseconds patience = std::chrono::hours(1))
+        : FakePrinters(std::make_shared<FakePrintSystem>(), patience)
+    {
+    }
 
-    QStringList names() const override { return installed; }
-    QString defaultName() const override { return byDefault; }
+    FakePrintSystem &fake;
+    QStringList &installed = fake.installed;
+    QString &byDefault = fake.byDefault;
+
+private:
+    FakePrinters(const std::shared_ptr<FakePrintSystem> &made, std::chrono::milliseconds patience)
+        : Printers(made, patience), fake(*made)
+    {
+    }
 };
 
 /// A disk that notes its steps, and from a given step on does nothing any more, as if the power had been cut.
