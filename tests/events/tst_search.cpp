@@ -101,6 +101,8 @@ void TestSearch::faults_data()
     };
     row("no date", range(u"3/3/2004"_s, u"xx"_s), QueryFault::FirstDay);
     row("no last date", range(u"03/03/2004"_s, u"00/03/2004"_s), QueryFault::LastDay);
+    row("a blank for a digit", range(u" 1/02/2027"_s, u"xx"_s), QueryFault::FirstDay);
+    row("a digit of another script", range(u"03/03/2004"_s, u"1\u0663/03/2004"_s), QueryFault::LastDay);
     row("no time", timed(u"24:00:00"_s, u"xx"_s), QueryFault::From);
     row("no last time", timed(u"00:00:00"_s, u"23:59"_s), QueryFault::To);
     row("days the wrong way round", range(u"01/04/2004"_s, u"31/03/2004"_s), QueryFault::Order);
