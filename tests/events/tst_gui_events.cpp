@@ -321,6 +321,17 @@ void TestEvents::liveView()
     find<QPushButton>(view, "cmdStampa")->click();
     QCOMPARE(base.messages.take(), QStringList(u"Information: No Printer installed"_s));
     QVERIFY(refresh->isActive());
+    // Below the newest event there are blank rows: who goes there has not gone back to older ones.
+    view.setNumEv(200);
+    load->start(0);
+    QTRY_COMPARE(grid->model()->rowCount(), 200);
+    grid->setCurrentIndex(grid->model()->index(0, 0));
+    QTest::keyClick(grid, Qt::Key_End, Qt::ControlModifier);
+    QCOMPARE(grid->currentIndex().row(), 199);
+    base.test.addEvents(u"05-03-2004"_s, {{u"9"_s, u"TX"_s, u"D"_s, {}, {}, u"10:00:03"_s}});
+    refresh->start(0);
+    QTRY_COMPARE(grid->currentIndex().row(), 4);
+    QVERIFY(grid->viewport()->rect().contains(grid->visualRect(grid->currentIndex())));
     // A day that cannot be read for a while is told once, and what was there stays.
     QFile::remove(base.test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
     for (int i = 0; i < 8; ++i) {
@@ -329,7 +340,7 @@ void TestEvents::liveView()
         QTRY_COMPARE(refresh->interval(), 500);
     }
     QCOMPARE(base.messages.take().size(), 1);
-    QCOMPARE(cells(grid, 2), u"4|TX|||C|X|05-03-2004|10:00:02|"_s);
+    QCOMPARE(cells(grid, 4), u"5|TX|||D||05-03-2004|10:00:03|"_s);
 }
 
 void TestEvents::numberOfEvents()
