@@ -168,6 +168,4 @@ void EventSearch::finish()
 {
     m_running = false;
     closeDay();
-    if (const Result<void> kept = m_results.finish(); !kept && !m_fault)
-        m_fault = kept.fault();
 }

@@ -2,11 +2,14 @@
 #include "events/DayView.h"
 #include "events/EventSearch.h"
 #include "support/Fixtures.h"
+#include "support/RecordingVfs.h"
 #include "texts/NameKey.h"
 
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTest>
+
+#include <sqlite3.h>
 
 namespace {
 
@@ -339,12 +342,33 @@ void TestSearch::stopAndLeftovers()
 
 void TestSearch::resultsThatCannotBeKept()
 {
+    RecordingVfs vfs;
     TestFolder test;
     test.addUsers({});
-    QFile::remove(test.folder.path(u"Archivi/Eventitmp.zeb"_s));
+    test.addEvents(u"05-03-2004"_s, QList<QStringList>(5000, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}));
     UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
+    // The disk is full after some events, and what was found before is there.
+    QVERIFY(search.start(range(u"05/03/2004"_s, u"06/03/2004"_s)));
+    while (search.position() < 3000)
+        QVERIFY(search.step(QDeadlineTimer(0)));
+    vfs.refusal = SQLITE_FULL;
+    while (search.step(QDeadlineTimer(0))) {
+    }
+    QVERIFY(search.fault() && search.fault()->code == FaultCode::DiskFull && !search.isComplete());
+    QCOMPARE(search.results().count(), 2000);
+    QVERIFY(search.results().row(1999).ok());
+    vfs.refusal = 0;
+    // Few events need no disk.
+    QVERIFY(search.start(range(u"05/03/2004"_s, u"06/03/2004"_s)));
+    vfs.refusal = SQLITE_FULL;
+    while (search.position() < 1500)
+        QVERIFY(search.step(QDeadlineTimer(0)));
+    search.stop();
+    QVERIFY(!search.fault() && search.results().row(1499).ok());
+    vfs.refusal = 0;
+    QFile::remove(test.folder.path(u"Archivi/Eventitmp.zeb"_s));
     const Result<void> started = search.start(range(u"05/03/2004"_s, u"06/03/2004"_s));
     QVERIFY(!started && started.fault().code == FaultCode::NotFound);
     QVERIFY(!search.step(QDeadlineTimer(0)));
