@@ -199,15 +199,15 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
     {"La ricerca degli eventi non è possibile", "Events cannot be searched",
      "La recherche des évènements n'est pas possible", "Die Ereignissuche ist nicht möglich"},
     /* SearchBrokenOff */
-    {"La ricerca è stata interrotta: gli eventi trovati non possono essere conservati",
-     "The search was broken off: the events found cannot be kept",
-     "La recherche a été interrompue: les évènements trouvés ne peuvent pas être conservés",
-     "Die Suche wurde abgebrochen: Die gefundenen Ereignisse können nicht aufbewahrt werden"},
+    {"La ricerca è stata interrotta, altri eventi non possono essere conservati",
+     "The search was stopped, no more events can be kept",
+     "La recherche a été interrompue, d'autres évènements ne peuvent pas être conservés",
+     "Die Suche wurde abgebrochen, weitere Ereignisse können nicht gespeichert werden"},
     /* DaysNotRead */
-    {"Gli archivi di questi giorni non sono stati letti, o non per intero: %1",
-     "The archives of these days were not read, or not completely: %1",
-     "Les archives de ces jours n'ont pas été lues, ou pas entièrement: %1",
-     "Die Archive dieser Tage wurden nicht oder nicht vollständig gelesen: %1"},
+    {"Gli archivi di questi giorni non possono essere letti: %1",
+     "The archives of these days cannot be read: %1",
+     "Les archives de ces jours ne peuvent pas être lues: %1",
+     "Die Archive dieser Tage können nicht gelesen werden: %1"},
     /* DayNotShown */
     {"Gli eventi del giorno non possono essere letti", "The events of the day cannot be read",
      "Les évènements du jour ne peuvent pas être lus", "Die Ereignisse des Tages können nicht gelesen werden"},
