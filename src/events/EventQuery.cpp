@@ -1,6 +1,7 @@
 #include "events/EventQuery.h"
 
 #include "startup/DateTimeText.h"
+#include "startup/PlainText.h"
 
 QueryFault checkQuery(const EventQuery &query, const UsersCopy &users)
 {
@@ -23,12 +24,13 @@ QueryFault checkQuery(const EventQuery &query, const UsersCopy &users)
     return QueryFault::None;
 }
 
-QString dayStatement(const EventQuery &query)
+QString dayCondition(const EventQuery &query)
 {
-    const QString code = query.person ? query.person->code : query.code;
     QString condition;
-    if (!code.isEmpty())
-        condition = criterion(QStringLiteral("Codice"), code) + QStringLiteral(" AND ");
+    // Events hold their codes without zeros in front: nothing is left of a code of zeros alone.
+    if (query.person || !query.code.isEmpty())
+        condition = criterion(QStringLiteral("Codice"), query.person ? query.person->code : TogliZeri(query.code)) +
+                    QStringLiteral(" AND ");
     condition += QStringLiteral("Ora>=") + quoted(query.from) + QStringLiteral(" AND Ora<=") + quoted(query.to);
     if (query.state == EventQuery::State::OnlyEnabled)
         condition += QStringLiteral(" AND AbCh<>'X' AND KorDis<>'X'");
@@ -45,5 +47,5 @@ QString dayStatement(const EventQuery &query)
         condition += QStringLiteral("Tipo='TX'");
     if (query.keypads)
         condition += query.transmitters ? QStringLiteral("OR Tipo='DKS'") : QStringLiteral("Tipo='DKS'");
-    return QStringLiteral("SELECT * FROM Eventi WHERE ") + condition + QLatin1Char(')');
+    return condition + QLatin1Char(')');
 }

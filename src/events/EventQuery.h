@@ -16,7 +16,7 @@ struct EventQuery {
     QString lastDay;
     QString from = QStringLiteral("00:00:00"); ///< window of the time of day, on each day anew
     QString to = QStringLiteral("23:59:59");
-    QString code; ///< digits, "" = any; counts when no person is chosen
+    QString code; ///< digits, zeros in front do not count, "" = any; counts when no person is chosen
     std::optional<Person> person;
     std::array<bool, 4> channels{true, true, true, true}; ///< A to D
     bool transmitters = true;
@@ -29,5 +29,5 @@ enum class QueryFault { None, FirstDay, LastDay, From, To, Order, NoChannel, NoT
 /// First of the faults, in the order in which the operator is told them.
 QueryFault checkQuery(const EventQuery &query, const UsersCopy &users);
 
-/// The statement that finds the events of a checked query in the archive of a day.
-QString dayStatement(const EventQuery &query);
+/// The condition that the events of a checked query meet in the archive of a day.
+QString dayCondition(const EventQuery &query);

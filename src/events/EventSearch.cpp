@@ -1,5 +1,6 @@
 #include "events/EventSearch.h"
 
+#include "archives/ReadableRows.h"
 #include "archives/Tables.h"
 #include "startup/DateTimeText.h"
 
@@ -7,12 +8,14 @@
 
 #include <algorithm>
 
-/// An archive being read. The statement must go before its database does.
+/// An archive being read. The rows must go before their database does.
 struct EventSearch::OpenDay {
+    explicit OpenDay(Database opened) : database(std::move(opened)) {}
+
     Database database;
-    Statement rows;
-    SearchResults::Columns columns;
-    int matches;
+    std::optional<ReadableRows> rows;
+    SearchResults::Columns columns{};
+    int matches = 0;
 };
 
 EventSearch::EventSearch(ArchiveStore &archives, const UsersCopy &users)
@@ -26,11 +29,18 @@ Result<void> EventSearch::start(const EventQuery &query)
 {
     m_open.reset();
     m_unread.clear();
+    m_incomplete.clear();
     m_fault.reset();
+    m_position = 0;
+    m_matches = 0;
     m_running = false;
+    m_isAtEnd = false;
+    m_isUnread = false;
+    m_isIncomplete = false;
     if (Result<void> cleared = m_results.clear(); !cleared)
         return cleared;
-    m_statement = dayStatement(query);
+    m_condition = dayCondition(query);
+    m_files = filesOfDays(m_archives.folder());
     m_day = query.firstDay;
     m_lastKey = DataOrdinabile(query.lastDay);
     m_running = true;
@@ -63,57 +73,60 @@ bool EventSearch::openDay()
     // The 31st of a shorter month is accepted as an end of the range, but no archive is named after it.
     if (!QDate::fromString(m_day, QStringLiteral("dd/MM/yyyy")).isValid())
         return false;
-    const QString name = ArchiveName::events(DataTrattini(m_day));
-    if (!m_archives.exists(name))
+    const DayFiles files = m_files.value(DataTrattini(m_day));
+    m_isIncomplete = !files.setAside.isEmpty();
+    if (files.archive.isEmpty())
         return false;
-    Result<OpenDay> opened = open(name);
+    Result<std::unique_ptr<OpenDay>> opened = open(files.archive);
     if (!opened) {
-        m_unread.append(m_day);
+        m_isUnread = true;
         return false;
     }
-    m_matches = opened.value().matches;
-    m_open = std::make_unique<OpenDay>(std::move(opened.value()));
+    m_open = std::move(opened.value());
+    m_matches = m_open->matches;
     return true;
 }
 
-Result<EventSearch::OpenDay> EventSearch::open(const QString &name) const
+Result<std::unique_ptr<EventSearch::OpenDay>> EventSearch::open(const QString &name) const
 {
     Result<Database> database = m_archives.open(name, Database::Use::Safe);
     if (!database)
         return database.fault();
-    QString counting = m_statement;
-    counting.replace(7, 1, QStringLiteral("count(*)"));
-    Result<Statement> count = database.value().prepare(counting);
-    if (!count)
-        return count.fault();
-    if (const Result<bool> counted = count.value().step(); !counted)
-        return counted.fault();
-    Result<Statement> rows = database.value().prepare(m_statement);
+    auto day = std::make_unique<OpenDay>(std::move(database.value()));
+    const QString table = QStringLiteral("Eventi");
+    Result<ReadableRows> rows = ReadableRows::open(day->database, table, m_condition);
     if (!rows)
         return rows.fault();
+    day->rows = std::move(rows.value());
+    // For the progress only: whatever keeps the rows from being counted shows again when they are read.
+    Result<Statement> count =
+        day->database.prepare(QStringLiteral("SELECT count(*) FROM %1 WHERE %2").arg(table, m_condition));
+    if (count && count.value().step())
+        day->matches = static_cast<int>(count.value().integer(0));
+    const Statement &row = day->rows->row();
     QHash<QString, int> places;
-    for (int column = 0; column < rows.value().columnCount(); ++column)
-        places.insert(rows.value().columnName(column), column);
+    for (int column = 0; column < row.columnCount(); ++column)
+        places.insert(row.columnName(column), column);
     const auto place = [&places](const char *field) { return places.value(QString::fromLatin1(field), -1); };
-    const SearchResults::Columns columns = {place("Codice"), place("Tipo"), place("Data"),  place("Ora"),
-                                            place("Canale"), place("AbCh"), place("KorDis")};
-    if (std::min({columns.Codice, columns.Data, columns.AbCh, columns.KorDis}) < 0)
-        return Fault{FaultCode::Damaged, database.value().path()};
-    return OpenDay{std::move(database.value()), std::move(rows.value()), columns,
-                   static_cast<int>(count.value().integer(0))};
+    day->columns = {place("Codice"), place("Tipo"), place("Data"),  place("Ora"),
+                    place("Canale"), place("AbCh"), place("KorDis")};
+    if (std::min({day->columns.Codice, day->columns.Data, day->columns.AbCh, day->columns.KorDis}) < 0)
+        return Fault{FaultCode::Damaged, day->database.path()};
+    return day;
 }
 
 void EventSearch::copyRow()
 {
-    const Result<bool> stepped = m_open->rows.step();
-    if (!stepped)
-        m_unread.append(m_day);
-    if (!stepped || !stepped.value())
+    const Result<ReadableRows::Found> found = m_open->rows->step();
+    if (!found || found.value() == ReadableRows::Found::End)
         return nextDay();
+    if (found.value() == ReadableRows::Found::Nothing)
+        return;
+    const Statement &row = m_open->rows->row();
     const SearchResults::Columns &columns = m_open->columns;
-    const UsersCopy::User *user = m_users.find(m_open->rows.text(columns.Codice), m_open->rows.text(columns.Tipo));
+    const UsersCopy::User *user = m_users.find(row.text(columns.Codice), row.text(columns.Tipo));
     const Result<void> added =
-        m_results.add(m_open->rows, columns, user ? user->Cognome : QString(), user ? user->Nome : QString());
+        m_results.add(row, columns, user ? user->Cognome : QString(), user ? user->Nome : QString());
     if (!added) {
         m_fault = added.fault();
         return finish();
@@ -121,21 +134,38 @@ void EventSearch::copyRow()
     ++m_position;
 }
 
+/// Notes what could not be read of the day.
+void EventSearch::closeDay()
+{
+    if (m_open) {
+        const ReadableRows::Extent extent = m_open->rows->extent();
+        m_isUnread |= extent == ReadableRows::Extent::Nothing;
+        m_isIncomplete |= extent == ReadableRows::Extent::Part;
+        m_open.reset();
+    }
+    if (m_isUnread)
+        m_unread.append(m_day);
+    else if (m_isIncomplete)
+        m_incomplete.append(m_day);
+    m_isUnread = false;
+    m_isIncomplete = false;
+}
+
 void EventSearch::nextDay()
 {
-    m_open.reset();
+    closeDay();
     const QString next = GiornoSeguente(m_day);
     const QString key = DataOrdinabile(next);
     // Behind the last day that can be written with four digits of the year there is none.
-    if (key > m_lastKey || key <= DataOrdinabile(m_day) || next.size() != m_day.size())
+    if (key > m_lastKey || key <= DataOrdinabile(m_day) || next.size() != m_day.size()) {
+        m_isAtEnd = true;
         return finish();
+    }
     m_day = next;
 }
 
 void EventSearch::finish()
 {
     m_running = false;
-    m_open.reset();
-    if (const Result<void> kept = m_results.finish(); !kept && !m_fault)
-        m_fault = kept.fault();
+    closeDay();
 }

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "archives/DayFiles.h"
 #include "events/EventQuery.h"
 #include "events/SearchResults.h"
 
 #include <QDeadlineTimer>
+
+#include <algorithm>
+#include <memory>
 
 /// Walks through the archives of the days of a query and copies the events that match, with the names of their users.
 class EventSearch
@@ -24,15 +28,21 @@ public:
     /// Ends the walk where it is; what has been found so far stays.
     void stop();
 
-    /// Day that is being searched, "dd/mm/yyyy", and the place among its matches, counted from 1.
+    /// Day that is being searched, "dd/mm/yyyy", and the place among its matches, counted from 1. Of a day that is
+    /// damaged the matches are not known: there are as many as have been found.
     const QString &day() const { return m_day; }
     int position() const { return m_position; }
-    int matches() const { return m_matches; }
+    int matches() const { return std::max(m_matches, m_position); }
 
-    /// Days whose archive is there but could not be read to its end, "dd/mm/yyyy", oldest first.
+    /// Days of whose archive nothing could be read, "dd/mm/yyyy", oldest first.
     const QStringList &unreadDays() const { return m_unread; }
-    /// Why the results could not be kept, which has ended the search.
+    /// Days of which events are missing: their archive could be read in part only, or one was set aside.
+    const QStringList &incompleteDays() const { return m_incomplete; }
+    /// Why no more events could be kept, which has ended the search. Those found before are there.
     const std::optional<Fault> &fault() const { return m_fault; }
+    /// Whether the search has come to its end and has read all there is: only then is nothing found when there is
+    /// nothing.
+    bool isComplete() const { return m_isAtEnd && !m_fault && m_unread.isEmpty() && m_incomplete.isEmpty(); }
 
     const SearchResults &results() const { return m_results; }
     SearchResults &results() { return m_results; }
@@ -41,21 +51,27 @@ private:
     struct OpenDay;
 
     bool openDay();
-    Result<OpenDay> open(const QString &name) const;
+    Result<std::unique_ptr<OpenDay>> open(const QString &name) const;
     void copyRow();
+    void closeDay();
     void nextDay();
     void finish();
 
     ArchiveStore &m_archives;
     const UsersCopy &m_users;
     SearchResults m_results;
-    QString m_statement;
+    QString m_condition;
+    QHash<QString, DayFiles> m_files;
     QString m_day;
     QString m_lastKey;
     std::unique_ptr<OpenDay> m_open;
     int m_position = 0;
     int m_matches = 0;
     bool m_running = false;
+    bool m_isAtEnd = false;
+    bool m_isUnread = false;     ///< nothing of the day could be read
+    bool m_isIncomplete = false; ///< not all of the day could be read
     QStringList m_unread;
+    QStringList m_incomplete;
     std::optional<Fault> m_fault;
 };

@@ -9,6 +9,10 @@ const QString workingName = QStringLiteral("Archivi/Eventitmp.$$$");
 /// Rows that are read at once: a screen of them and some to scroll.
 constexpr qsizetype pageOfRows = 128;
 
+/// Rows that go to the disk together. Fewer cost time; more would not all find room in the memory of the database
+/// library, and where the disk takes no more, those of the last lot are lost.
+constexpr qsizetype lotOfRows = 2000;
+
 } // namespace
 
 SearchResults::~SearchResults()
@@ -65,35 +69,45 @@ Result<void> SearchResults::add(const Statement &row, const Columns &columns, co
 {
     if (!m_open)
         return Fault{FaultCode::NotOpen, workingName};
-    Statement &insert = m_open->insert;
-    insert.bind(1, surname);
-    insert.bind(2, firstName);
-    insert.bind(3, row, columns.Tipo);
-    insert.bind(4, row, columns.Canale);
-    insert.bind(5, row, columns.AbCh);
-    insert.bind(6, row, columns.Data);
-    insert.bind(7, row, columns.Ora);
-    insert.bind(8, row, columns.KorDis);
-    insert.bind(9, row, columns.Codice);
-    const Result<bool> stepped = insert.step();
-    insert.reset();
+    Result<void> added = insert(row, columns, surname, firstName);
+    if (added && ++m_count % lotOfRows == 0)
+        added = keep();
+    if (!added)
+        m_count = storedRows();
+    return added;
+}
+
+Result<void> SearchResults::insert(const Statement &row, const Columns &columns, const QString &surname,
+                                   const QString &firstName)
+{
+    Statement &event = m_open->insert;
+    event.bind(1, surname);
+    event.bind(2, firstName);
+    event.bind(3, row, columns.Tipo);
+    event.bind(4, row, columns.Canale);
+    event.bind(5, row, columns.AbCh);
+    event.bind(6, row, columns.Data);
+    event.bind(7, row, columns.Ora);
+    event.bind(8, row, columns.KorDis);
+    event.bind(9, row, columns.Codice);
+    const Result<bool> stepped = event.step();
+    event.reset();
     if (!stepped)
         return stepped.fault();
-    ++m_count;
     return {};
 }
 
-Result<void> SearchResults::finish()
+/// What is added behind the last whole lot needs no disk: it stays in the memory of the database library.
+Result<void> SearchResults::keep()
 {
-    if (!m_open)
-        return Fault{FaultCode::NotOpen, workingName};
-    Result<void> done = m_open->database.execute("COMMIT;");
-    // A full disk takes rows back that were added before.
+    return m_open->database.execute("COMMIT; BEGIN EXCLUSIVE;");
+}
+
+/// A disk that takes no more takes back what was added since it was written to last.
+qsizetype SearchResults::storedRows()
+{
     Result<Statement> count = m_open->database.prepare(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
-    const bool counted = count && count.value().step();
-    m_count = counted ? count.value().integer(0) : 0;
-    m_held.clear();
-    return done;
+    return count && count.value().step() ? count.value().integer(0) : 0;
 }
 
 Result<QStringList> SearchResults::row(qsizetype row) const

@@ -29,9 +29,8 @@ public:
         int Codice, Tipo, Data, Ora, Canale, AbCh, KorDis;
     };
     /// Copies the event that @p row stands on, with the names of its user.
+    /// @return why there is no place for more; the rows added before stay, but for at most the last 2,000
     Result<void> add(const Statement &row, const Columns &columns, const QString &surname, const QString &firstName);
-    /// Ends the adding. @return why rows were lost; count() tells how many there are then
-    Result<void> finish();
 
     qsizetype count() const { return m_count; }
     /// Fields of a row in the order of Field. @param row  0 to count() - 1
@@ -45,8 +44,11 @@ private:
     };
 
     void close();
+    Result<void> insert(const Statement &row, const Columns &columns, const QString &surname, const QString &firstName);
+    Result<void> keep();
     Result<void> holdFrom(qsizetype first) const;
     Result<Open> openArchive();
+    qsizetype storedRows();
 
     ArchiveStore &m_archives;
     mutable std::optional<Open> m_open;

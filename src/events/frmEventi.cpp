@@ -24,8 +24,6 @@
 namespace {
 
 constexpr int stepMilliseconds = 15;
-/// More names would make a message that no screen holds.
-constexpr int mostDaysTold = 12;
 
 QList<RowsModel::Column> columns(const Texts &texts)
 {
@@ -102,9 +100,11 @@ void frmEventi::build()
     cmdStampa = button("cmdStampa");
     cmdToExcel = button("cmdToExcel");
     cmdChiudi = button("cmdChiudi");
+    lblTrovati = new QLabel;
+    lblTrovati->setObjectName(QStringLiteral("lblTrovati"));
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(cmdRicerca);
-    buttons->addStretch();
+    buttons->addWidget(lblTrovati, 1);
     buttons->addWidget(cmdStampa);
     buttons->addWidget(cmdToExcel);
     buttons->addWidget(cmdChiudi);
@@ -245,6 +245,7 @@ void frmEventi::cmdRicerca_Click()
     if (const QueryFault fault = checkQuery(wanted, m_users); fault != QueryFault::None)
         return refuse(fault);
     m_rows->setRows(0, {});
+    showFound(false);
     if (const Result<void> started = m_search.start(wanted); !started) {
         m_messages.show(this, Icon::Critical, m_texts.sentence({OwnText::SearchNotPossible, {}, started.fault()}));
         return;
@@ -338,26 +339,17 @@ void frmEventi::searchDone()
     const SearchResults &results = m_search.results();
     m_rowFaultTold = false;
     m_rows->setRows(results.count(), [this](qsizetype row) { return shownRow(row); });
-    const auto tellNothingFound = [this] {
-        if (m_rows->rowCount() == 0)
-            m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoTrovato]);
-    };
-    if (m_rows->rowCount() > 0) {
+    // Where not all was read, nobody knows that there is nothing.
+    const bool isKnown = m_search.isComplete() || results.count() > 0;
+    showFound(isKnown);
+    if (results.count() > 0) {
         dbgrdDati->setCurrentIndex(m_rows->index(0, 0));
         dbgrdDati->setFocus();
     }
-    if (m_search.fault()) {
-        m_messages.show(this, Icon::Critical, m_texts.sentence({OwnText::SearchBrokenOff, {}, m_search.fault()}),
-                        tellNothingFound);
-    } else if (const QStringList &unread = m_search.unreadDays(); !unread.isEmpty()) {
-        QString days = unread.first(qMin<qsizetype>(unread.size(), mostDaysTold)).join(QStringLiteral(", "));
-        if (unread.size() > mostDaysTold)
-            days += QStringLiteral(", ... (%1)").arg(unread.size());
-        m_messages.show(this, Icon::Exclamation, m_texts.sentence({OwnText::DaysNotRead, {days}, {}}),
-                        tellNothingFound);
-    } else {
-        tellNothingFound();
-    }
+    if (const QString lacking = lacks(); !lacking.isEmpty())
+        m_messages.show(this, m_search.fault() ? Icon::Critical : Icon::Exclamation, lacking);
+    else if (isKnown && results.count() == 0)
+        m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoTrovato]);
 }
 
 QStringList frmEventi::shownRow(qsizetype row)

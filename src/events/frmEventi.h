@@ -55,6 +55,8 @@ private:
     void refuse(QueryFault fault);
     void showPartner(const UserCombo *chosen, UserCombo *other, QString UsersCopy::User::*name);
     void searchDone();
+    QString lacks() const;
+    void showFound(bool isKnown);
     QStringList shownRow(qsizetype row);
     void exportTo(const QString &file);
     void exportDone();
@@ -92,6 +94,7 @@ private:
     QComboBox *cmbCanali;
     QTableView *dbgrdDati;
     RowsModel *m_rows;
+    QLabel *lblTrovati;
     QPushButton *cmdRicerca;
     QPushButton *cmdStampa;
     QPushButton *cmdToExcel;

@@ -135,8 +135,10 @@ void frmEventiOdierni::tmrRefresh_Timer()
 void frmEventiOdierni::fill()
 {
     const auto newest = [this] { return m_rows->index(qMax(0, static_cast<int>(m_view.rows().size()) - 1), 0); };
-    const QModelIndex before = newest();
-    const bool isFollowed = flxgrdEventi->viewport()->rect().intersects(flxgrdEventi->visualRect(before));
+    // Whoever has gone up from the newest event to read older ones is left where he is; below it there are blank rows.
+    const QRect shown = flxgrdEventi->visualRect(newest());
+    const bool isFollowed = shown.top() < flxgrdEventi->viewport()->height();
+    const bool isPassed = shown.bottom() < 0;
     const Result<bool> refreshed = m_view.refresh(m_limit);
     if (!refreshed) {
         // The next look that succeeds shows all that was missed; only a fault that stays is worth a word.
@@ -146,11 +148,9 @@ void frmEventiOdierni::fill()
         return;
     }
     m_failedLooks = 0;
-    if (!refreshed.value())
-        return;
-    m_rows->rowsChanged();
-    // Whoever has moved away from the newest event to read an older one is left where he is.
-    if (isFollowed) {
+    if (refreshed.value())
+        m_rows->rowsChanged();
+    if (isPassed || (isFollowed && refreshed.value())) {
         flxgrdEventi->setCurrentIndex(newest());
         flxgrdEventi->scrollTo(newest());
     }

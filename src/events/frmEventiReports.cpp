@@ -8,15 +8,47 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLabel>
 #include <QPushButton>
 #include <QTableView>
 
-// What is made of the events that were found: a print and a spreadsheet.
+// What is made of the events that were found: words about them, a print and a spreadsheet.
 
 namespace {
 
 constexpr qint64 stepMilliseconds = 15;
+/// More names would make a message that no screen holds.
+constexpr int mostDaysTold = 12;
 
+} // namespace
+
+/// What keeps the search from having found all there is, a line for each reason.
+QString frmEventi::lacks() const
+{
+    QStringList reasons;
+    if (m_search.fault())
+        reasons.append(m_texts.sentence({OwnText::SearchBrokenOff, {}, m_search.fault()}));
+    const auto add = [this, &reasons](OwnText text, const QStringList &days) {
+        if (days.isEmpty())
+            return;
+        QString names = days.first(qMin<qsizetype>(days.size(), mostDaysTold)).join(QStringLiteral(", "));
+        if (days.size() > mostDaysTold)
+            names += QStringLiteral(", ... (%1)").arg(days.size());
+        reasons.append(m_texts.sentence({text, {names}, {}}));
+    };
+    add(OwnText::DaysNotRead, m_search.unreadDays());
+    add(OwnText::DaysIncomplete, m_search.incompleteDays());
+    return reasons.join(QLatin1Char('\n'));
+}
+
+void frmEventi::showFound(bool isKnown)
+{
+    const QString found =
+        isKnown ? m_texts.sentence({OwnText::EventsFound, {QString::number(m_search.results().count())}, {}})
+                : QString();
+    lblTrovati->setText(found);
+    // The keyboard goes to the grid, and so do readers.
+    dbgrdDati->setAccessibleDescription(found);
 }
 
 void frmEventi::cmdStampa_Click()

@@ -66,8 +66,8 @@ QString GiornoMese(const QString &text)
 bool DataValida(const QString &date)
 {
     return date.size() == 10 && date[2] == QLatin1Char('/') && date[5] == QLatin1Char('/') &&
-           isWithin(number(date.left(2)), 1, 31) && isWithin(number(date.mid(3, 2)), 1, 12) &&
-           number(date.right(4)) >= 1;
+           areDigits(date, {0, 1, 3, 4, 6, 7, 8, 9}) && isWithin(number(date.left(2)), 1, 31) &&
+           isWithin(number(date.mid(3, 2)), 1, 12) && number(date.right(4)) >= 1;
 }
 
 bool OraValida(const QString &time)

@@ -19,7 +19,7 @@ QString DataOrdinabile(const QString &date);
 /// Text of four or more characters that begins "mm" and ends "dd" to "dd/mm".
 QString GiornoMese(const QString &text);
 
-/// True for "dd/mm/yyyy" with day 1 to 31, month 1 to 12, year from 1; the length of the month is not checked.
+/// True for "dd/mm/yyyy" in digits, day 1 to 31, month 1 to 12, year from 1; the length of the month is not checked.
 bool DataValida(const QString &date);
 /// True for "hh:mm:ss", 00:00:00 to 23:59:59.
 bool OraValida(const QString &time);

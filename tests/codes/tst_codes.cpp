@@ -116,9 +116,9 @@ private Q_SLOTS:
     {
         // Which days a month has is not looked at.
         const QString date = u"31/02/2004"_s, time = u"23:59:59"_s, shortTime = u"23:59"_s;
-        const QStringList none = listOf(
-            "1/2/2004,00/02/2004,32/02/2004,01/13/2004,01-12-2004,01/12/0000,24:00:00,12:60:00,12:00:60,12:00.00,"
-            "1a:00:00,12:00:5 ,24:00,12:60,7:30,07.30,0a:30");
+        const QStringList none = listOf("1/2/2004,00/02/2004,32/02/2004,01/13/2004,01-12-2004,01/12/0000, "
+                                        "1/02/2004,01/2 /2004,01/02/2e10,24:00:00,12:60:00,12:00:60,12:00.00,"
+                                        "1a:00:00,12:00:5 ,24:00,12:60,7:30,07.30,0a:30");
         for (const QString &text : none + QStringList{date, time, shortTime, QString()}) {
             QVERIFY2(DataValida(text) == (text == date), qPrintable(text));
             QVERIFY2(OraValida(text) == (text == time), qPrintable(text));

@@ -153,6 +153,7 @@ void TestGuiEditors::edits_data()
          "0 24/12/2004=24/12/2004"},
         {"no first day", "=24/12/2004 Aggiungi Modifica", days, "0 =24/12/2004"},
         {"first day", "1/12/2004= Aggiungi", days, "0 1/12/2004= txtDalGiorno", date},
+        {"a sign for a digit", "+1/12/2004= Aggiungi", days, "0 +1/12/2004= txtDalGiorno", date},
         {"last day", "01/12/2004=/ Modifica", days, "0 01/12/2004=/ txtAlGiorno", date},
         {"last before first", "05/01/2005=04/01/2005 Aggiungi", days, "0 05/01/2005=04/01/2005 txtAlGiorno",
          "Exclamation: The starting date must come before the finishing date!"},

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/ProgramFolder.h"
+
+#include <QHash>
+#include <QStringList>
+
+/// The files that hold the events of one day, by their names below the program folder.
+struct DayFiles {
+    QString archive;      ///< "" when the day has none
+    QStringList setAside; ///< damaged archives that made room for it, oldest first
+};
+
+/// The files of every day that has any, by day "dd-mm-yyyy", as they are now.
+QHash<QString, DayFiles> filesOfDays(const ProgramFolder &folder);
