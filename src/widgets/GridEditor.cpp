@@ -154,8 +154,14 @@ void GridEditor::grid_RowColChange()
 
 void GridEditor::cmdAggiungi_Click()
 {
-    if (const std::optional<Entry> entry = acceptedEntry())
-        finish(m_editor.add(added(*entry)));
+    const std::optional<Entry> entry = acceptedEntry();
+    if (!entry)
+        return;
+    const Result<void> changed = m_editor.add(added(*entry));
+    // A new row is the last one until the set is read anew.
+    if (changed)
+        m_editor.set().moveLast();
+    finish(changed);
 }
 
 void GridEditor::cmdModifica_Click()
@@ -243,12 +249,19 @@ std::optional<GridEditor::Entry> GridEditor::acceptedEntry()
     return entry;
 }
 
-/// Shows the set as it is after a change of rows.
+/// Shows the set as it is after a change of rows. The current row stays current wherever it stands now; one that is
+/// gone leaves its place to its follower, or to the last one.
 void GridEditor::finish(Result<void> changed)
 {
+    RecordSet &set = m_editor.set();
+    const qint64 row = set.rowId();
+    const qsizetype place = set.position();
     if (changed)
         changed = m_editor.requery();
+    if (!set.moveToRow(row) && !set.isEmpty())
+        set.moveTo(qMin(place, set.recordCount() - 1));
     m_model->refresh();
+    m_grid->scrollTo(m_grid->currentIndex());
     cmdModifica->setEnabled(m_model->rowCount() > 0);
     if (!changed)
         showFault(this, OwnText::ArchiveNotChanged, changed.fault());
