@@ -5,6 +5,8 @@
 #include "platform/SystemLanguage.h"
 #include "platform/Termination.h"
 #include "startup/Version.h"
+#include "widgets/Accessibility.h"
+#include "widgets/DesktopStyle.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -136,7 +138,10 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argumentCount, char **arg
         return std::make_unique<QCoreApplication>(argumentCount, arguments);
     // The window system's library has threads of its own.
     holdEndSignals();
-    return std::make_unique<QApplication>(argumentCount, arguments);
+    auto application = std::make_unique<QApplication>(argumentCount, arguments);
+    QApplication::setStyle(new DesktopStyle);
+    installAccessibility();
+    return application;
 }
 
 } // namespace
