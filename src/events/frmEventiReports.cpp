@@ -3,13 +3,13 @@
 #include "events/frmRicercapr.h"
 #include "startup/PlainText.h"
 #include "texts/Texts.h"
+#include "widgets/Grid.h"
 #include "widgets/Messages.h"
 #include "widgets/RowsModel.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QPushButton>
-#include <QTableView>
 
 // What is made of the events that were found: a print and a spreadsheet.
 
