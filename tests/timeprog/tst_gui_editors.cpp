@@ -196,6 +196,7 @@ void TestGuiEditors::staysInSight()
     Desk desk(true);
     for (int i = 0; i < 30; ++i) {
         desk.enter(u"08:%1=13:00 Aggiungi"_s.arg(i + 10));
+        QCOMPARE(desk.grid->currentIndex().row(), i + 1);
         QVERIFY(desk.grid->viewport()->rect().contains(desk.grid->visualRect(desk.grid->currentIndex())));
     }
     desk.enter("07:00=07:30 Modifica");
