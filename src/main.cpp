@@ -6,6 +6,8 @@
 #include "platform/Termination.h"
 #include "startup/CommandLine.h"
 #include "startup/Version.h"
+#include "widgets/Accessibility.h"
+#include "widgets/DesktopStyle.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -85,7 +87,10 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argumentCount, char **arg
         return std::make_unique<QCoreApplication>(argumentCount, arguments);
     // The window system's library has threads of its own.
     holdEndSignals();
-    return std::make_unique<QApplication>(argumentCount, arguments);
+    auto application = std::make_unique<QApplication>(argumentCount, arguments);
+    QApplication::setStyle(new DesktopStyle);
+    installAccessibility();
+    return application;
 }
 
 } // namespace

@@ -4,26 +4,27 @@
 #include "startup/DateTimeText.h"
 #include "startup/PlainText.h"
 #include "texts/Texts.h"
+#include "widgets/Accessibility.h"
+#include "widgets/Fields.h"
 #include "widgets/Filtering.h"
+#include "widgets/Grid.h"
 #include "widgets/Messages.h"
 #include "widgets/RowsModel.h"
+#include "widgets/SpokenMark.h"
 #include "widgets/Twips.h"
 #include "widgets/UserCombo.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QGridLayout>
-#include <QGroupBox>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTableView>
 
 namespace {
 
 constexpr int stepMilliseconds = 15;
+constexpr double leastShare = 2.0 / 3; ///< of the main window's height
 
 QList<RowsModel::Column> columns(const Texts &texts)
 {
@@ -32,10 +33,10 @@ QList<RowsModel::Column> columns(const Texts &texts)
             {texts[Text::NomeUtente], 1700, left, {}, true},
             {texts[Text::Tipo], 600, Qt::AlignCenter},
             {texts[Text::Ch], 400, Qt::AlignCenter},
-            {texts[Text::ChDis], 600, Qt::AlignCenter},
+            {texts[Text::ChDis], 600, Qt::AlignCenter, {}, false, spokenMark(texts)},
             {texts[Text::Data], 1000, Qt::AlignCenter, QStringLiteral("00-00-0000")},
             {texts[Text::Ora], 800, Qt::AlignCenter, QStringLiteral("00:00:00")},
-            {texts[Text::KorDis], 600, Qt::AlignCenter}};
+            {texts[Text::KorDis], 600, Qt::AlignCenter, {}, false, spokenMark(texts)}};
 }
 
 QList<UserCombo::Entry> entries(const UsersCopy &users, const QList<int> &places, QString UsersCopy::User::*name)
@@ -78,6 +79,8 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
     connect(&tmrRicerca, &QTimer::timeout, this, &frmEventi::tmrRicerca_Timer);
     connect(&tmrEsporta, &QTimer::timeout, this, &frmEventi::tmrEsporta_Timer);
     setKeys(cmdRicerca, cmdChiudi);
+    setKeepsPlace();
+    setLeastHeight(leastShare);
     txtDataOrig->setFocus();
 }
 
@@ -86,10 +89,10 @@ frmEventi::~frmEventi() = default;
 void frmEventi::build()
 {
     FrameRic = buildParameters();
-    dbgrdDati = new QTableView;
+    dbgrdDati = new Grid;
     dbgrdDati->setObjectName(QStringLiteral("dbgrdDati"));
     m_rows->bind(dbgrdDati);
-    dbgrdDati->setMinimumHeight(pixels(3600));
+    dbgrdDati->setWantedHeight(pixels(3600));
 
     const auto button = [](const char *name) {
         auto *made = new QPushButton;
@@ -115,17 +118,15 @@ void frmEventi::build()
     rows->addLayout(buttons);
 }
 
-QGroupBox *frmEventi::buildParameters()
+Fields *frmEventi::buildParameters()
 {
-    auto *frame = new QGroupBox;
+    auto *frame = new Fields;
     frame->setObjectName(QStringLiteral("FrameRic"));
-    auto *grid = new QGridLayout(frame);
-    const auto place = [grid](QLabel *&label, const char *labelName, QWidget *box, int row, int column) {
+    const auto place = [frame](QLabel *&label, const char *name, QWidget *box, Fields::Row row = Fields::Row::Same) {
         label = new QLabel;
-        label->setObjectName(QString::fromLatin1(labelName));
+        label->setObjectName(QString::fromLatin1(name));
         label->setBuddy(box);
-        grid->addWidget(label, row, column);
-        grid->addWidget(box, row, column + 1);
+        frame->add(label, box, row);
     };
     const auto edit = [this](const char *name, int characters) {
         auto *box = new QLineEdit;
@@ -139,16 +140,15 @@ QGroupBox *frmEventi::buildParameters()
         box->setChecked(true);
         return box;
     };
-    place(lblDataOrig, "lblDataOrig", txtDataOrig = edit("txtDataOrig", 10), 0, 0);
-    place(lblDataFine, "lblDataFine", txtDataFine = edit("txtDataFine", 10), 0, 2);
-    place(lblOraPart, "lblOraPart", txtOraIn = edit("txtOraIn", 8), 0, 4);
-    place(lblOraFine, "lblOraFine", txtOraFine = edit("txtOraFine", 8), 0, 6);
-    place(lblCodice, "lblCodice", txtCodice = edit("txtCodice", 10), 1, 0);
-    place(lblCognome, "lblCognome", dbcmbCognome = new UserCombo(QStringLiteral("dbcmbCognome")), 1, 2);
-    place(lblNome, "lblNome", dbcmbNome = new UserCombo(QStringLiteral("dbcmbNome")), 1, 4);
-    grid->addWidget(dbcmbNome, 1, 5, 1, 3);
+    place(lblDataOrig, "lblDataOrig", txtDataOrig = edit("txtDataOrig", 10));
+    place(lblDataFine, "lblDataFine", txtDataFine = edit("txtDataFine", 10));
+    place(lblOraPart, "lblOraPart", txtOraIn = edit("txtOraIn", 8));
+    place(lblOraFine, "lblOraFine", txtOraFine = edit("txtOraFine", 8));
+    place(lblCodice, "lblCodice", txtCodice = edit("txtCodice", 10), Fields::Row::New);
+    place(lblCognome, "lblCognome", dbcmbCognome = new UserCombo(QStringLiteral("dbcmbCognome")));
+    place(lblNome, "lblNome", dbcmbNome = new UserCombo(QStringLiteral("dbcmbNome")));
 
-    auto *channels = new QWidget;
+    auto *channels = new Grouping;
     auto *channelRow = new QHBoxLayout(channels);
     channelRow->setContentsMargins(0, 0, 0, 0);
     for (int i = 0; i < 4; ++i) {
@@ -156,21 +156,26 @@ QGroupBox *frmEventi::buildParameters()
         channelRow->addWidget(chkCanali[static_cast<std::size_t>(i)] = box);
     }
     channelRow->addStretch();
-    place(lblCanali, "lblCanali", channels, 2, 0);
+    place(lblCanali, "lblCanali", channels, Fields::Row::New);
     lblCanali->setBuddy(chkCanali[0]);
-    auto *types = new QWidget;
+    auto *types = new Grouping;
     auto *typeRow = new QHBoxLayout(types);
     typeRow->setContentsMargins(0, 0, 0, 0);
     typeRow->addWidget(chkTipo[0] = check(QStringLiteral("chkTipo(0)"), QStringLiteral("TX")));
     typeRow->addWidget(chkTipo[1] = check(QStringLiteral("chkTipo(1)"), QStringLiteral("DKS")));
     typeRow->addStretch();
-    place(lblTipo, "lblTipo", types, 2, 2);
+    place(lblTipo, "lblTipo", types);
     lblTipo->setBuddy(chkTipo[0]);
     cmbCanali = new QComboBox;
     cmbCanali->setObjectName(QStringLiteral("cmbCanali"));
-    place(lblTipoEv, "lblTipoEv", cmbCanali, 2, 4);
-    grid->addWidget(cmbCanali, 2, 5, 1, 3);
+    place(lblTipoEv, "lblTipoEv", cmbCanali);
     return frame;
+}
+
+void frmEventi::resizeEvent(QResizeEvent *event)
+{
+    ChildWindow::resizeEvent(event);
+    FrameRic->fit(roomForContent());
 }
 
 void frmEventi::captions()
@@ -187,7 +192,9 @@ void frmEventi::captions()
     lblCognome->setText(m_texts[Text::Cognome]);
     lblNome->setText(m_texts[Text::Nome]);
     lblCanali->setText(m_texts[Text::CanaliEtichetta]);
+    chkCanali[0]->parentWidget()->setAccessibleName(lblCanali->text());
     lblTipo->setText(m_texts[Text::Tipo] + colon);
+    chkTipo[0]->parentWidget()->setAccessibleName(lblTipo->text());
     lblTipoEv->setText(m_texts[Text::TipoDiEvento]);
     cmbCanali->addItems({m_texts[Text::Tutti], m_texts[Text::SoloAbilitati], m_texts[Text::SoloDisabilitati]});
     cmdRicerca->setText(m_texts[Text::CmdRicerca]);

@@ -9,14 +9,14 @@
 #include <QPointer>
 #include <QTimer>
 
+class Fields;
+class Grid;
 class frmRicercapr;
 class QCheckBox;
 class QComboBox;
-class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
-class QTableView;
 class RowsModel;
 class UserCombo;
 
@@ -34,8 +34,11 @@ public:
     /// Reads the users. When they cannot be read, the operator is told and this window is of no use.
     bool open();
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
-    QGroupBox *buildParameters();
+    Fields *buildParameters();
     void build();
     void captions();
 
@@ -71,7 +74,7 @@ private:
     std::unique_ptr<EventExport> m_export;
     Printing m_printing;
 
-    QGroupBox *FrameRic;
+    Fields *FrameRic;
     QLabel *lblDataOrig;
     QLineEdit *txtDataOrig;
     QLabel *lblDataFine;
@@ -92,7 +95,7 @@ private:
     std::array<QCheckBox *, 2> chkTipo{};
     QLabel *lblTipoEv;
     QComboBox *cmbCanali;
-    QTableView *dbgrdDati;
+    Grid *dbgrdDati;
     RowsModel *m_rows;
     QLabel *lblTrovati;
     QPushButton *cmdRicerca;

@@ -3,14 +3,15 @@
 #include "events/EventReport.h"
 #include "texts/Texts.h"
 #include "widgets/Forms.h"
+#include "widgets/Grid.h"
 #include "widgets/Messages.h"
 #include "widgets/RowsModel.h"
+#include "widgets/SpokenMark.h"
 #include "widgets/Twips.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
-#include <QTableView>
 
 namespace {
 
@@ -28,10 +29,10 @@ QList<RowsModel::Column> columns(const Texts &texts)
             {texts[Text::CognomeUtente], 1700, left, {}, true},
             {texts[Text::NomeUtente], 1700, left, {}, true},
             {texts[Text::Ch], 400, Qt::AlignCenter},
-            {texts[Text::ChDis], 600, Qt::AlignCenter},
+            {texts[Text::ChDis], 600, Qt::AlignCenter, {}, false, spokenMark(texts)},
             {texts[Text::Data], 1000, Qt::AlignCenter, QStringLiteral("00-00-0000")},
             {texts[Text::Ora], 800, Qt::AlignCenter, QStringLiteral("00:00:00")},
-            {texts[Text::KorDis], 600, Qt::AlignCenter}};
+            {texts[Text::KorDis], 600, Qt::AlignCenter, {}, false, spokenMark(texts)}};
 }
 
 } // namespace
@@ -43,7 +44,7 @@ frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, Archi
       m_messages(messages),
       m_view(archives, clock),
       m_printing(this, printer, texts, messages),
-      flxgrdEventi(new QTableView),
+      flxgrdEventi(new Grid),
       m_rows(new RowsModel(columns(texts), this)),
       cmdStampa(new QPushButton),
       cmdChiudi(new QPushButton)
@@ -57,7 +58,7 @@ frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, Archi
     cmdChiudi->setObjectName(QStringLiteral("cmdChiudi"));
     m_rows->bind(flxgrdEventi);
     flxgrdEventi->horizontalHeader()->setFixedHeight(2 * flxgrdEventi->verticalHeader()->defaultSectionSize());
-    flxgrdEventi->setMinimumHeight(pixels(7500));
+    flxgrdEventi->setWantedHeight(pixels(7500));
 
     tmrLoad.setObjectName(QStringLiteral("tmrLoad"));
     tmrRefresh.setObjectName(QStringLiteral("tmrRefresh"));
@@ -67,6 +68,7 @@ frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, Archi
     connect(&tmrRefresh, &QTimer::timeout, this, &frmEventiOdierni::tmrRefresh_Timer);
     connect(cmdStampa, &QPushButton::clicked, this, &frmEventiOdierni::cmdStampa_Click);
     connect(cmdChiudi, &QPushButton::clicked, this, &ChildWindow::unload);
+    setKeepsPlace();
     setKeys(cmdChiudi, cmdChiudi);
     captions();
 }

@@ -7,8 +7,8 @@
 
 #include <QTimer>
 
+class Grid;
 class QPushButton;
-class QTableView;
 class RowsModel;
 
 /// The latest events of the day, live.
@@ -44,7 +44,7 @@ private:
     int m_failedLooks = 0;
     bool m_faultIsTold = false; ///< its message stands open
 
-    QTableView *flxgrdEventi;
+    Grid *flxgrdEventi;
     RowsModel *m_rows;
     QPushButton *cmdStampa;
     QPushButton *cmdChiudi;

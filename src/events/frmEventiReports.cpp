@@ -3,6 +3,7 @@
 #include "events/frmRicercapr.h"
 #include "startup/PlainText.h"
 #include "texts/Texts.h"
+#include "widgets/Grid.h"
 #include "widgets/Messages.h"
 #include "widgets/RowsModel.h"
 
@@ -10,7 +11,6 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QPushButton>
-#include <QTableView>
 
 // What is made of the events that were found: words about them, a print and a spreadsheet.
 

@@ -1,6 +1,7 @@
 #include "link/frmConfInt.h"
 
 #include "link/ConfigFields.h"
+#include "widgets/ReadOnlyBox.h"
 #include "widgets/Twips.h"
 
 #include <QFormLayout>
@@ -42,9 +43,8 @@ frmConfInt::frmConfInt(const Texts &texts, Messages &messages, QWidget *parent)
     for (size_t i = 0; i < FieldCount; ++i) {
         m_labels[i] = new QLabel;
         m_labels[i]->setObjectName(QLatin1String(fields[i].label));
-        m_boxes[i] = new QLineEdit;
+        m_boxes[i] = new ReadOnlyBox;
         m_boxes[i]->setObjectName(QLatin1String(fields[i].box));
-        m_boxes[i]->setReadOnly(true);
         m_labels[i]->setBuddy(m_boxes[i]);
         form->addRow(m_labels[i], m_boxes[i]);
     }

@@ -2,6 +2,7 @@
 
 #include "link/RecordFields.h"
 #include "widgets/Forms.h"
+#include "widgets/ReadOnlyBox.h"
 #include "widgets/Twips.h"
 
 #include <QFormLayout>
@@ -16,7 +17,6 @@ void addField(QFormLayout *form, QLabel *label, QLineEdit *box, const QString &n
     label->setObjectName(QStringLiteral("lbl") + name);
     label->setBuddy(box);
     box->setObjectName(QStringLiteral("txt") + name);
-    box->setReadOnly(true);
     form->addRow(label, box);
 }
 
@@ -28,9 +28,9 @@ frmUtility::frmUtility(const Texts &texts, QWidget *parent)
       lblCodice(new QLabel),
       lblCanale(new QLabel),
       lblTipo(new QLabel),
-      txtCodice(new QLineEdit),
-      txtCanale(new QLineEdit),
-      txtTipo(new QLineEdit),
+      txtCodice(new ReadOnlyBox),
+      txtCanale(new ReadOnlyBox),
+      txtTipo(new ReadOnlyBox),
       cmdOk(new QPushButton)
 {
     auto *form = new QFormLayout;

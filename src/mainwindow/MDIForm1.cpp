@@ -4,10 +4,10 @@
 #include "prefs/Splash.h"
 #include "startup/DateTimeText.h"
 #include "startup/Version.h"
+#include "widgets/ClientArea.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -50,7 +50,7 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
     : QMainWindow(parent),
       m_program(program),
       m_messages(messages),
-      m_area(new QMdiArea(this)),
+      m_area(new ClientArea(program.settings(), this)),
       StatusBar1(new StatusPanels(QStringLiteral("StatusBar1"), {2500, 700, 640, 1500, 0, 400}, this))
 {
     setObjectName(QStringLiteral("MDIForm1"));
@@ -125,6 +125,7 @@ void MDIForm1::buildMenu()
              [this] { mnuIstr_Click(Text::MnuIstruzioniHardware752, QStringLiteral("Istruzioni/man752.pdf")); });
     addEntry(help, Entry::IstrSwKOR, "mnuIstrSwKOR",
              [this] { mnuIstr_Click(Text::MnuIstruzioniSoftware, QStringLiteral("Istruzioni/mansw.pdf")); });
+    m_entries.at(static_cast<size_t>(Entry::IstrSwKOR))->setShortcut(Qt::Key_F1);
     separate(help, "mnuLineaH");
     addEntry(help, Entry::About, "mnuAbout", &MDIForm1::mnuAbout_Click);
 }
@@ -312,7 +313,7 @@ void MDIForm1::applyPanel5()
 void MDIForm1::showClock()
 {
     const QDateTime now = m_program.clock().now();
-    StatusBar1->showText(1, DataEstesa(now.date(), m_program.texts()));
+    StatusBar1->showText(1, DataEstesa(now.date(), m_program.texts()), DataBarre(m_program.clock().date()));
     StatusBar1->showText(2, now.toString(QStringLiteral("HH:mm")));
 }
 
@@ -321,10 +322,10 @@ void MDIForm1::showTime(bool enabled)
     const Texts &texts = m_program.texts();
     const std::optional<bool> level = m_program.serial().rtsLevel();
     const OwnText line = !level ? OwnText::RtsNotKnown : *level ? OwnText::RtsAsserted : OwnText::RtsReleased;
-    const Text state = enabled ? Text::Abilitata : Text::Disabilitata;
+    const QString state =
+        texts[Text::Interfaccia] + QLatin1Char(' ') + texts[enabled ? Text::Abilitata : Text::Disabilitata].toLower();
     StatusBar1->showPicture(3, pictureFile(enabled ? "Time_En.bmp" : "Time_Dis.bmp"),
-                            texts[Text::Interfaccia] + QLatin1Char(' ') + texts[state].toLower() +
-                                QStringLiteral(" (") + texts[line] + QLatin1Char(')'));
+                            state + QStringLiteral(" (") + texts[line] + QLatin1Char(')'), state);
 }
 
 void MDIForm1::showLed(LinkMonitor::Link link)

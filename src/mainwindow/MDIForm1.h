@@ -11,10 +11,10 @@
 #include <QPixmap>
 #include <QPointer>
 
+class ClientArea;
 class frmLstUtenti;
 class Printing;
 class QAction;
-class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
 class QSessionManager;
@@ -83,7 +83,7 @@ private:
     }
     void bringForward(ChildWindow *open);
     void subWindowActivated(QMdiSubWindow *frame);
-    void openChild(ChildWindow *window, Qt::WindowFlags more = {});
+    void openChild(ChildWindow *window);
     ChildWindow *child(const char *name) const;
     /// Property of a window: a number that grows with each one opened.
     static constexpr auto OpenedAs = "openedAs";
@@ -131,7 +131,7 @@ private:
     MenuInput m_menu;
     std::array<QMenu *, TopMenuCount> m_menus{};
     std::array<QAction *, EntryCount> m_entries{};
-    QMdiArea *m_area;
+    ClientArea *m_area;
     StatusPanels *StatusBar1;
     QPointer<Splash> m_splash;
     QTimer tmrShow;

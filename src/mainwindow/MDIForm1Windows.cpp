@@ -14,9 +14,9 @@
 #include "prefs/frmTempochk.h"
 #include "timeprog/frmFerie.h"
 #include "timeprog/frmSettimana.h"
+#include "widgets/ClientArea.h"
 
 #include <QApplication>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QShortcutEvent>
@@ -94,25 +94,15 @@ void MDIForm1::bringForward(ChildWindow *open)
     m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(open->parentWidget()));
 }
 
-void MDIForm1::openChild(ChildWindow *window, Qt::WindowFlags more)
+void MDIForm1::openChild(ChildWindow *window)
 {
-    QMdiSubWindow *frame = m_area->addSubWindow(window, Qt::SubWindow | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                                                            Qt::WindowCloseButtonHint | more);
-    frame->setAttribute(Qt::WA_DeleteOnClose);
     window->setProperty(OpenedAs, ++m_opened);
     connect(window, &ChildWindow::closeRefused, this, [this] { m_closeAgain = false; });
     connect(window, &QObject::destroyed, this, [this] {
         if (std::exchange(m_closeAgain, false))
             QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
     });
-    window->show();
-    frame->adjustSize();
-    const QSize area = m_area->viewport()->size();
-    frame->resize(frame->size().boundedTo(area));
-    const QSize own = frame->size();
-    const QPoint wanted = window->place(area, own);
-    frame->move(qBound(0, wanted.x(), area.width() - own.width()), qBound(0, wanted.y(), area.height() - own.height()));
-    m_area->setActiveSubWindow(frame);
+    m_area->setActiveSubWindow(m_area->open(window));
     window->takeKeyboard();
 }
 
@@ -250,7 +240,7 @@ void MDIForm1::mnuIstr_Click(Text caption, const QString &file)
         open->unload();
     auto *window =
         new frmIstruzioni(m_program.texts()[caption], m_program.folder().path(file), m_program.texts(), m_messages);
-    openChild(window, Qt::WindowMaximizeButtonHint);
+    openChild(window);
     window->load();
 }
 

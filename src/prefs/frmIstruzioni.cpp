@@ -1,7 +1,7 @@
 #include "prefs/frmIstruzioni.h"
 
 #include "startup/PlainText.h"
-#include "texts/Texts.h"
+#include "texts/LanguageName.h"
 #include "widgets/Messages.h"
 #include "widgets/Twips.h"
 
@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QPdfDocument>
 #include <QPdfPageNavigator>
+#include <QPdfSelection>
 #include <QPdfView>
 #include <QScreen>
 #include <QScrollBar>
@@ -23,6 +24,8 @@ constexpr double smallestZoom = 0.25;
 // The view keeps up to twenty pages as pictures: larger ones would take memory by the gigabyte.
 constexpr double largestZoom = 3;
 constexpr double pointsPerInch = 72;
+/// A manual that speaks several languages names the one of a section below its title.
+constexpr int linesOfTitle = 3;
 
 } // namespace
 
@@ -77,6 +80,8 @@ frmIstruzioni::frmIstruzioni(const QString &caption, const QString &file, const 
     onKey(Qt::CTRL | Qt::Key_Equal, &frmIstruzioni::cmdZoomPiu_Click);
     onKey(Qt::Key_Home, &frmIstruzioni::toBegin);
     onKey(Qt::Key_End, &frmIstruzioni::toEnd);
+    onKey(Qt::Key_Escape, &frmIstruzioni::unload);
+    setKeepsPlace();
 
     captions(caption);
     ReadPdf->setFocus();
@@ -91,11 +96,28 @@ frmIstruzioni::~frmIstruzioni()
 bool frmIstruzioni::load()
 {
     if (m_document->load(m_file) == QPdfDocument::Error::None && m_document->pageCount() > 0) {
+        // Where a page lies is known when the view has its size.
+        QMetaObject::invokeMethod(
+            this, [this] { ReadPdf->pageNavigator()->jump(firstPage(), {}); }, Qt::QueuedConnection);
         showPage();
         return true;
     }
     m_messages.show(this, Icon::Critical, m_texts[Text::FileNonTrovato], [this] { unload(); });
     return false;
+}
+
+/// Page on which the section of the language in force begins; the first one when there is none.
+int frmIstruzioni::firstPage() const
+{
+    const QString language = languageName(m_texts.language());
+    for (int page = 0; page < m_document->pageCount(); ++page) {
+        const QStringList lines = m_document->getAllText(page).text().split(QLatin1Char('\n'));
+        for (const QString &line : lines.first(qMin<qsizetype>(linesOfTitle, lines.size()))) {
+            if (line.trimmed() == language)
+                return page;
+        }
+    }
+    return 0;
 }
 
 QSize frmIstruzioni::sizeHint() const

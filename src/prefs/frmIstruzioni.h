@@ -35,6 +35,7 @@ private:
     void toBegin();
     void toEnd();
     void showPage();
+    int firstPage() const;
     void zoom(double step);
     double shownZoom() const;
 

@@ -1,7 +1,7 @@
 #include "prefs/frmLingua.h"
 
 #include "startup/Settings.h"
-#include "texts/Texts.h"
+#include "texts/LanguageName.h"
 #include "widgets/Forms.h"
 #include "widgets/Messages.h"
 #include "widgets/Twips.h"
@@ -24,13 +24,10 @@ frmLingua::frmLingua(Texts &texts, Settings &settings, Messages &messages, QWidg
 {
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(lblLingua);
-    // Each language stands in its own words, so that whoever reads no other finds it.
-    const QStringList names = {QStringLiteral("Italiano"), QStringLiteral("English"), QStringLiteral("Français"),
-                               QStringLiteral("Deutsch")};
-    for (int i = 0; i < names.size(); ++i) {
-        auto *option = new QRadioButton(names[i]);
-        option->setObjectName(QStringLiteral("optLingua(%1)").arg(i));
-        optLingua->addButton(option, Texts::FirstLanguage + i);
+    for (int language = Texts::FirstLanguage; language <= Texts::LastLanguage; ++language) {
+        auto *option = new QRadioButton(languageName(language));
+        option->setObjectName(QStringLiteral("optLingua(%1)").arg(language - Texts::FirstLanguage));
+        optLingua->addButton(option, language);
         rows->addWidget(option);
     }
     rows->addSpacing(pixels(120));

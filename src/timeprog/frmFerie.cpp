@@ -2,12 +2,9 @@
 
 #include "timeprog/HolidayRules.h"
 
-#include <QTableView>
-
 frmFerie::frmFerie(const Texts &texts, Messages &messages, ArchiveStore &archives, QWidget *parent)
     : GridEditor(form(texts), holidaySource(), texts, messages, archives, parent)
 {
-    grid()->setSelectionBehavior(QAbstractItemView::SelectRows);
 }
 
 GridEditor::Form frmFerie::form(const Texts &texts)
@@ -23,6 +20,7 @@ GridEditor::Form frmFerie::form(const Texts &texts)
             .first = first,
             .last = last,
             .columns = {{first.field, first.caption}, {last.field, last.caption}},
+            .widest = QStringLiteral("00/00/0000"),
             .firstEndColumn = 0,
             .askDelete = Text::EliminareIntervalloFerie,
             .isThere = Text::IntervalloFerieGiaPresente};

@@ -2,15 +2,11 @@
 
 #include "timeprog/BandRules.h"
 #include "timeprog/TimeProgramme.h"
-#include "widgets/Twips.h"
-
-#include <QHeaderView>
-#include <QTableView>
+#include "widgets/SpokenMark.h"
 
 namespace {
 
 constexpr int abbreviation = 3;
-constexpr int timeColumnTwips = 900;
 
 QString capitalised(const QString &text)
 {
@@ -21,13 +17,10 @@ QList<RecordSetModel::Column> columns(const Texts &texts)
 {
     static constexpr std::array days = {Text::Lunedi,  Text::Martedi, Text::Mercoledi, Text::Giovedi,
                                         Text::Venerdi, Text::Sabato,  Text::Domenica};
-    const auto spoken = [words = std::pair(texts[OwnText::Marked], texts[OwnText::NotMarked])](const QString &mark) {
-        return isMarked(mark) ? words.first : words.second;
-    };
     QList<RecordSetModel::Column> columns;
     for (int day = 0; day < Band::Days; ++day) {
         const QString name = texts[days.at(static_cast<size_t>(day))];
-        columns.append({dayFields()[day], name.left(abbreviation), name, spoken, Qt::AlignCenter});
+        columns.append({dayFields()[day], name.left(abbreviation), name, spokenMark(texts), Qt::AlignCenter});
     }
     for (const auto &[field, caption] : {std::pair("Da", Text::FasciaDa), std::pair("A", Text::FasciaA)})
         columns.append({QString::fromLatin1(field), texts[caption], {}, {}, Qt::AlignCenter});
@@ -39,12 +32,6 @@ QList<RecordSetModel::Column> columns(const Texts &texts)
 frmSettimana::frmSettimana(const Texts &texts, Messages &messages, ArchiveStore &archives, QWidget *parent)
     : GridEditor(form(texts), bandSource(), texts, messages, archives, parent)
 {
-    QHeaderView *header = grid()->horizontalHeader();
-    // The days share what the times leave.
-    for (int column = Band::Days; column < Band::Days + 2; ++column) {
-        header->setSectionResizeMode(column, QHeaderView::Fixed);
-        grid()->setColumnWidth(column, qMax(pixels(timeColumnTwips), header->sectionSizeHint(column)));
-    }
 }
 
 GridEditor::Form frmSettimana::form(const Texts &texts)
@@ -58,6 +45,7 @@ GridEditor::Form frmSettimana::form(const Texts &texts)
         .last = {QStringLiteral("A"), QStringLiteral("txtOraFine"), QStringLiteral("lblOraFine"),
                  capitalised(texts[Text::OraFine])},
         .columns = columns(texts),
+        .widest = QStringLiteral("00:00"),
         .firstEndColumn = Band::Days,
         .askDelete = Text::EliminareFasciaOraria,
         .isThere = Text::FasciaOrariaGiaPresente};

@@ -1,6 +1,7 @@
 #include "users/frmLstUtenti.h"
 
 #include "widgets/CellEditor.h"
+#include "widgets/Grid.h"
 #include "widgets/Messages.h"
 #include "widgets/RecordSetModel.h"
 #include "widgets/Twips.h"
@@ -11,13 +12,12 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollBar>
-#include <QTableView>
 
 namespace {
 
 constexpr int loadMilliseconds = 100;
-constexpr int visibleRows = 15;
+constexpr int wantedRows = 15;
+constexpr double leastShare = 2.0 / 3; ///< of the main window's height
 
 /// Longest value of each column; a caption can be longer.
 const QStringList &samples()
@@ -38,7 +38,7 @@ frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore 
       m_archives(archives),
       m_received(interface.received),
       m_register(archives, std::move(interface.protocol)),
-      dbgrdDati(new QTableView),
+      dbgrdDati(new Grid),
       m_cell(new CellEditor(limitedText, this)),
       lblMessage(new QLabel),
       FrameRicerca(new QGroupBox),
@@ -101,6 +101,8 @@ frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore 
     });
     // No default button: Enter in the grid or in a box must not save.
     setKeys(nullptr, cmdChiudi);
+    setKeepsPlace();
+    setLeastHeight(leastShare);
     cmdRicTx->setEnabled(!interface.isOffLine);
 }
 
@@ -117,18 +119,13 @@ void frmLstUtenti::build()
     dbgrdDati->setObjectName(QStringLiteral("dbgrdDati"));
     rsDati->setObjectName(QStringLiteral("rsDati"));
     dbgrdDati->setItemDelegate(m_cell);
+    dbgrdDati->setMarksCell();
     QAbstractItemView::EditTriggers triggers = QAbstractItemView::DoubleClicked;
     triggers |= QAbstractItemView::EditKeyPressed;
     triggers |= QAbstractItemView::AnyKeyPressed;
     dbgrdDati->setEditTriggers(triggers);
-    dbgrdDati->setSelectionMode(QAbstractItemView::SingleSelection);
-    dbgrdDati->setTabKeyNavigation(false);
-    dbgrdDati->setWordWrap(false);
-    dbgrdDati->horizontalHeader()->setSectionsClickable(false);
-    dbgrdDati->horizontalHeader()->setStretchLastSection(true);
-    dbgrdDati->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    // Room for the box in which a cell is changed.
     dbgrdDati->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + pixels(120));
-    dbgrdDati->verticalHeader()->hide();
     rsDati->bind(dbgrdDati);
 
     lblMessage->setObjectName(QStringLiteral("lblMessage"));
@@ -174,15 +171,14 @@ void frmLstUtenti::captions()
 {
     setWindowTitle(m_texts[Text::ListaUtenti]);
     dbgrdDati->setAccessibleName(windowTitle());
-    QHeaderView *header = dbgrdDati->horizontalHeader();
-    int width = 2 * dbgrdDati->frameWidth() + dbgrdDati->verticalScrollBar()->sizeHint().width();
-    for (int column = 0; column < header->count(); ++column) {
+    QList<Grid::Column> widths;
+    for (int column = 0; column < samples().size(); ++column) {
         const int sample = fontMetrics().horizontalAdvance(samples()[column] + QStringLiteral("nn"));
-        const int wanted = qMax(header->sectionSizeHint(column) + pixels(120), sample);
-        header->resizeSection(column, wanted);
-        width += wanted;
+        const bool isTyped = samples()[column].size() == UserRegister::LongestText;
+        widths.append({dbgrdDati->roomFor(column, sample), isTyped});
     }
-    dbgrdDati->setMinimumSize(width, dbgrdDati->verticalHeader()->defaultSectionSize() * visibleRows);
+    dbgrdDati->setColumns(std::move(widths));
+    dbgrdDati->setWantedRows(wantedRows);
     FrameRicerca->setTitle(m_texts[Text::Ricerca]);
     lblCognome->setText(m_texts[Text::Cognome]);
     lblNome->setText(m_texts[Text::Nome]);

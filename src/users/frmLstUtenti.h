@@ -10,9 +10,9 @@
 #include <QTimer>
 
 class CellEditor;
+class Grid;
 class QGroupBox;
 class QLabel;
-class QTableView;
 class RecordSetModel;
 class Messages;
 class UserCombo;
@@ -121,7 +121,7 @@ private:
     QTimer tmrRicOn{this};
     QTimer m_steps;
 
-    QTableView *dbgrdDati;
+    Grid *dbgrdDati;
     RecordSetModel *rsDati;
     CellEditor *m_cell;
     QLabel *lblMessage;

@@ -3,13 +3,13 @@
 #include "users/frmInsCodice.h"
 #include "users/frmLstUtenti.h"
 #include "users/frmRepDoppioni.h"
+#include "widgets/Grid.h"
 #include "widgets/Messages.h"
 #include "widgets/RecordSetModel.h"
 #include "widgets/Twips.h"
 #include "widgets/UserCombo.h"
 
 #include <QPushButton>
-#include <QTableView>
 
 // What the register does with its users: their codes, finding them, and the tasks that look at all of them.
 

@@ -8,11 +8,31 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QTextBlock>
 
 namespace {
 
 constexpr int fontPoints = 10;
-constexpr int visibleLines = 18;
+constexpr int wantedLines = 18;
+constexpr int leastLines = 5;
+
+/// As wide as its lines, where there is room.
+class ReportBox : public QPlainTextEdit
+{
+public:
+    QSize sizeHint() const override
+    {
+        const QFontMetrics metrics(font());
+        const QString line = document()->firstBlock().text();
+        return {metrics.horizontalAdvance(line + QLatin1Char('M')) + verticalScrollBar()->sizeHint().width() +
+                    2 * frameWidth(),
+                metrics.lineSpacing() * wantedLines};
+    }
+    QSize minimumSizeHint() const override
+    {
+        return {QPlainTextEdit::minimumSizeHint().width(), fontMetrics().lineSpacing() * leastLines};
+    }
+};
 
 QFont fixedFont()
 {
@@ -25,7 +45,7 @@ QFont fixedFont()
 
 frmRepDoppioni::frmRepDoppioni(const Texts &texts, const QString &report, QWidget *parent)
     : ChildWindow(QStringLiteral("frmRepDoppioni"), parent),
-      rtbRepDoppioni(new QPlainTextEdit),
+      rtbRepDoppioni(new ReportBox),
       cmdOk(new QPushButton(texts[Text::CmdOk])),
       cmdStampa(new QPushButton(texts[Text::CmdStampa]))
 {
@@ -44,11 +64,6 @@ frmRepDoppioni::frmRepDoppioni(const Texts &texts, const QString &report, QWidge
     // Without the caret the cursor keys scroll.
     rtbRepDoppioni->setTextInteractionFlags(Qt::TextSelectableByMouse);
     rtbRepDoppioni->setFocusPolicy(Qt::StrongFocus);
-    const QFontMetrics metrics(rtbRepDoppioni->font());
-    rtbRepDoppioni->setMinimumSize(
-        metrics.horizontalAdvance(report.section(QLatin1Char('\n'), 0, 0) + QLatin1Char('M')) +
-            rtbRepDoppioni->verticalScrollBar()->sizeHint().width() + 2 * rtbRepDoppioni->frameWidth(),
-        metrics.lineSpacing() * visibleLines);
     cmdOk->setObjectName(QStringLiteral("cmdOk"));
     cmdStampa->setObjectName(QStringLiteral("cmdStampa"));
 

@@ -1,9 +1,15 @@
 #include "widgets/ChildWindow.h"
 
+#include "widgets/FirstFocus.h"
+
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMdiSubWindow>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -38,6 +44,57 @@ QPoint ChildWindow::place(QSize area, QSize own) const
     if (m_place)
         return m_place(own);
     return {(area.width() - own.width()) / 2, (area.height() - own.height()) / 3};
+}
+
+QSize ChildWindow::wantedSize(QSize area) const
+{
+    const QSize hint = sizeHint();
+    QSize wanted(hint.width(), qMax(hint.height(), qRound(area.height() * m_leastHeight)));
+    // The bar that scrolls what does not fit in height takes no room from what fits in width.
+    if (m_scroll && m_scroll->widget()->minimumSizeHint().height() > area.height())
+        wanted.rwidth() += m_scroll->verticalScrollBar()->sizeHint().width();
+    return wanted.boundedTo(area);
+}
+
+QSize ChildWindow::sizeHint() const
+{
+    return m_scroll ? m_scroll->widget()->sizeHint().expandedTo(minimumSize()) : QWidget::sizeHint();
+}
+
+int ChildWindow::roomForContent() const
+{
+    const QLayout *content = m_scroll ? m_scroll->widget()->layout() : layout();
+    const QMargins margins = content->contentsMargins();
+    // Whether the bar is there or not: what it makes room for must not depend on it.
+    const int bar = m_scroll ? m_scroll->verticalScrollBar()->sizeHint().width() : 0;
+    return width() - margins.left() - margins.right() - bar;
+}
+
+/// Puts all that lies in the window's layout into an area that scrolls.
+void ChildWindow::makeScrollable()
+{
+    QWidget *chosen = focusWidget();
+    auto *content = new QWidget;
+    content->setObjectName(QStringLiteral("Content"));
+    m_scroll = new QScrollArea(this);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setWidget(content);
+    content->setLayout(layout());
+    auto *all = new QVBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->addWidget(m_scroll);
+    // A control that moves into another widget lets go of the keyboard.
+    if (chosen && chosen != this)
+        chosen->setFocus();
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) { keepInSight(now); });
+}
+
+void ChildWindow::keepInSight(QWidget *control)
+{
+    if (control && m_scroll->widget()->isAncestorOf(control))
+        m_scroll->ensureWidgetVisible(control);
 }
 
 void ChildWindow::unload()
@@ -92,6 +149,16 @@ bool ChildWindow::pressByKey(const QKeySequence &key, const QPushButton *meant)
         return false;
     only->click();
     return true;
+}
+
+bool ChildWindow::event(QEvent *event)
+{
+    // All controls are there, and the window has not been shown yet.
+    if (event->type() == QEvent::Polish && layout() && !m_scroll) {
+        makeScrollable();
+        new FirstFocus(this);
+    }
+    return QWidget::event(event);
 }
 
 void ChildWindow::closeEvent(QCloseEvent *event)

@@ -8,12 +8,13 @@
 #include <functional>
 
 class QPushButton;
+class QScrollArea;
 
 /// A window of one function. The main window puts it into its client area and deletes it when it has closed.
 ///
 /// Enter presses the default button, Esc the cancel button, from wherever the keyboard is. A window that is disabled,
 /// or whose canClose() says no, refuses a close by its frame or with the main window; unload() closes it without
-/// asking.
+/// asking. Where there is less room than its controls need they keep their sizes, and the window scrolls.
 class ChildWindow : public QWidget
 {
     Q_OBJECT
@@ -30,6 +31,11 @@ public:
 
     /// Closes the window by the program's own will.
     void unload();
+    /// Whether the window can be maximised, and opens with the size and place that the operator left it with.
+    bool keepsPlace() const { return m_keepsPlace; }
+    /// Size that is wanted in a client area of that size; less where there is less room.
+    QSize wantedSize(QSize area) const;
+    QSize sizeHint() const override;
     /// Gives the keyboard to the control that the window has chosen itself, else to its first.
     void takeKeyboard();
     /// Presses the button that has the access key @p key. @param meant  the only one that may be it; null: any
@@ -55,13 +61,27 @@ protected:
     /// Enter presses @p accept wherever no other button has the keyboard, Esc presses @p cancel (null: nothing).
     void setKeys(QPushButton *accept, QPushButton *cancel);
 
+    void setKeepsPlace() { m_keepsPlace = true; }
+    /// @param share  of the client area's height that the window takes at least, where there is more than it needs
+    void setLeastHeight(double share) { m_leastHeight = share; }
+
+    /// Width in which the window's controls lie without being scrolled, in pixels.
+    int roomForContent() const;
+
+    bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    void makeScrollable();
+    void keepInSight(QWidget *control);
+
+    QScrollArea *m_scroll = nullptr;
     QPushButton *m_accept = nullptr;
     QPushButton *m_cancel = nullptr;
     std::function<QPoint(QSize)> m_place;
     QPointer<ChildWindow> m_waitsFor;
+    double m_leastHeight = 0;
+    bool m_keepsPlace = false;
     bool m_unloading = false;
 };

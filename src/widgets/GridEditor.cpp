@@ -1,22 +1,21 @@
 #include "widgets/GridEditor.h"
 
 #include "startup/PlainText.h"
+#include "widgets/Grid.h"
 #include "widgets/Messages.h"
+#include "widgets/Twips.h"
 
-#include <QFrame>
 #include <QGridLayout>
+#include <QGroupBox>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollBar>
-#include <QTableView>
 
 namespace {
 
-constexpr int visibleRows = 8;
-constexpr int spareCharacters = 2; ///< in a column, beside its caption
+constexpr int wantedRows = 8;
 
 } // namespace
 
@@ -27,8 +26,9 @@ GridEditor::GridEditor(Form form, CopyEditor::Source source, const Texts &texts,
       m_texts(texts),
       m_messages(messages),
       m_editor(archives, std::move(source)),
-      m_grid(new QTableView),
+      m_grid(new Grid),
       m_model(new RecordSetModel(m_form.columns, this)),
+      m_frame(new QGroupBox),
       m_firstLabel(new QLabel),
       m_first(new QLineEdit),
       m_lastLabel(new QLabel),
@@ -66,20 +66,14 @@ void GridEditor::build()
 {
     m_grid->setObjectName(m_form.grid);
     m_model->setObjectName(m_form.data);
-    m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
-    m_grid->setTabKeyNavigation(false);
-    m_grid->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    m_grid->horizontalHeader()->setSectionsClickable(false);
-    m_grid->verticalHeader()->hide();
+    m_grid->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + pixels(195));
+    if (m_form.firstEndColumn > 0)
+        m_grid->setMarksCell();
     m_grid->installEventFilter(this);
     m_model->bind(m_grid);
 
-    auto *frame = new QFrame;
-    frame->setObjectName(QStringLiteral("Frame1"));
-    frame->setFrameStyle(static_cast<int>(QFrame::StyledPanel) | static_cast<int>(QFrame::Sunken));
-    auto *boxes = new QGridLayout(frame);
+    m_frame->setObjectName(QStringLiteral("Frame1"));
+    auto *boxes = new QGridLayout(m_frame);
     int row = 0;
     for (const auto &[end, label, box] :
          {std::tuple(&m_form.first, m_firstLabel, m_first), std::tuple(&m_form.last, m_lastLabel, m_last)}) {
@@ -105,7 +99,7 @@ void GridEditor::build()
 
     auto *rows = new QGridLayout(this);
     rows->addWidget(m_grid, 0, 0, 1, 2);
-    rows->addWidget(frame, 1, 0);
+    rows->addWidget(m_frame, 1, 0);
     rows->addLayout(changes, 1, 1);
     rows->addLayout(ends, 2, 0, 1, 2);
     rows->setRowStretch(0, 1);
@@ -118,11 +112,20 @@ void GridEditor::captions()
     m_grid->setAccessibleName(windowTitle());
     m_firstLabel->setText(m_form.first.caption);
     m_lastLabel->setText(m_form.last.caption);
-    QHeaderView *header = m_grid->horizontalHeader();
-    int width = 2 * m_grid->frameWidth() + m_grid->verticalScrollBar()->sizeHint().width();
-    for (int column = 0; column < header->count(); ++column)
-        width += header->sectionSizeHint(column) + m_grid->fontMetrics().averageCharWidth() * spareCharacters;
-    m_grid->setMinimumSize(width, m_grid->verticalHeader()->defaultSectionSize() * visibleRows);
+    // It has no caption of its own: its boxes say what is in it.
+    m_frame->setAccessibleName(m_form.first.caption + QLatin1Char(' ') + m_form.last.caption);
+    // Columns before those of the ends share what these leave, and are of one width.
+    int shared = 0;
+    for (int column = 0; column < m_form.firstEndColumn; ++column)
+        shared = qMax(shared, m_grid->roomFor(column));
+    const int end = m_grid->fontMetrics().horizontalAdvance(m_form.widest);
+    QList<Grid::Column> columns;
+    for (int column = 0; column < m_form.columns.size(); ++column) {
+        const bool isEnd = column >= m_form.firstEndColumn;
+        columns.append({isEnd ? m_grid->roomFor(column, end) : shared, !isEnd || m_form.firstEndColumn == 0});
+    }
+    m_grid->setColumns(std::move(columns));
+    m_grid->setWantedRows(wantedRows);
     cmdAggiungi->setText(m_texts[Text::CmdAggiungi]);
     cmdModifica->setText(m_texts[Text::CmdModifica]);
     cmdElimina->setText(m_texts[Text::CmdElimina]);
@@ -154,8 +157,14 @@ void GridEditor::grid_RowColChange()
 
 void GridEditor::cmdAggiungi_Click()
 {
-    if (const std::optional<Entry> entry = acceptedEntry())
-        finish(m_editor.add(added(*entry)));
+    const std::optional<Entry> entry = acceptedEntry();
+    if (!entry)
+        return;
+    const Result<void> changed = m_editor.add(added(*entry));
+    // A new row is the last one until the set is read anew.
+    if (changed)
+        m_editor.set().moveLast();
+    finish(changed);
 }
 
 void GridEditor::cmdModifica_Click()
@@ -243,12 +252,19 @@ std::optional<GridEditor::Entry> GridEditor::acceptedEntry()
     return entry;
 }
 
-/// Shows the set as it is after a change of rows.
+/// Shows the set as it is after a change of rows. The current row stays current wherever it stands now; one that is
+/// gone leaves its place to its follower, or to the last one.
 void GridEditor::finish(Result<void> changed)
 {
+    RecordSet &set = m_editor.set();
+    const qint64 row = set.rowId();
+    const qsizetype place = set.position();
     if (changed)
         changed = m_editor.requery();
+    if (!set.moveToRow(row) && !set.isEmpty())
+        set.moveTo(qMin(place, set.recordCount() - 1));
     m_model->refresh();
+    m_grid->scrollTo(m_grid->currentIndex());
     cmdModifica->setEnabled(m_model->rowCount() > 0);
     if (!changed)
         showFault(this, OwnText::ArchiveNotChanged, changed.fault());

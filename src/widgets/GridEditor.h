@@ -7,11 +7,12 @@
 
 #include <optional>
 
+class Grid;
 class Messages;
+class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
-class QTableView;
 
 /// Editor of a list of intervals: a grid over a working copy of their archive, two boxes for the ends of an interval,
 /// and the buttons that add, modify and delete. OK puts the copy in the archive's place; every other way out leaves the
@@ -44,6 +45,7 @@ protected:
         End first;
         End last;
         QList<RecordSetModel::Column> columns;
+        QString widest;     ///< as wide as any end
         int firstEndColumn; ///< from this column on, a cell that is entered puts its row into the boxes
         Text askDelete;
         Text isThere;
@@ -74,7 +76,6 @@ protected:
     /// Stores @p values in the current row, which keeps its place.
     void storeInPlace(const RecordSet::Values &values);
     QString currentValue(int column) { return m_editor.set().value(column); }
-    QTableView *grid() const { return m_grid; }
 
     bool canClose() override;
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -99,8 +100,9 @@ private:
     Messages &m_messages;
     CopyEditor m_editor;
 
-    QTableView *m_grid;
+    Grid *m_grid;
     RecordSetModel *m_model;
+    QGroupBox *m_frame;
     QLabel *m_firstLabel;
     QLineEdit *m_first;
     QLabel *m_lastLabel;

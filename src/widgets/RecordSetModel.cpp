@@ -73,6 +73,8 @@ QVariant RecordSetModel::headerData(int section, Qt::Orientation orientation, in
     if (orientation == Qt::Vertical)
         return QAbstractTableModel::headerData(section, orientation, role);
     const Column &column = m_columns[section];
+    if (role == Qt::TextAlignmentRole)
+        return static_cast<int>(column.alignment);
     if (role == Qt::AccessibleTextRole)
         return column.spokenCaption.isEmpty() ? column.caption : column.spokenCaption;
     return role == Qt::DisplayRole ? QVariant(column.caption) : QVariant();

@@ -1,11 +1,7 @@
 #include "widgets/RowsModel.h"
 
+#include "widgets/Grid.h"
 #include "widgets/Twips.h"
-
-#include <QFont>
-#include <QHeaderView>
-#include <QScrollBar>
-#include <QTableView>
 
 #include <limits>
 
@@ -14,35 +10,16 @@ RowsModel::RowsModel(QList<Column> columns, QObject *parent)
 {
 }
 
-void RowsModel::bind(QTableView *view)
+void RowsModel::bind(Grid *view)
 {
     view->setModel(this);
-    view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    view->setSelectionMode(QAbstractItemView::SingleSelection);
-    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    view->setTabKeyNavigation(false);
-    view->setWordWrap(false);
-    view->verticalHeader()->hide();
-    view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + pixels(60));
-    QFont bold = view->horizontalHeader()->font();
-    bold.setBold(true);
-    view->horizontalHeader()->setFont(bold);
-    view->horizontalHeader()->setHighlightSections(false);
-    view->horizontalHeader()->setMinimumSectionSize(pixels(300));
+    QList<Grid::Column> columns;
     for (int i = 0; i < m_columns.size(); ++i) {
         const Column &column = m_columns[i];
-        const int text = qMax(QFontMetrics(bold).horizontalAdvance(column.caption),
-                              view->fontMetrics().horizontalAdvance(column.widest));
-        view->setColumnWidth(i, qMax(pixels(column.width), text + pixels(210)));
+        const int text = view->fontMetrics().horizontalAdvance(column.widest);
+        columns.append({qMax(pixels(column.width), view->roomFor(i, text)), column.stretches});
     }
-    // The view is as wide as its columns at least; what it gets beyond that, those that stretch share.
-    view->setMinimumWidth(view->horizontalHeader()->length() + view->verticalScrollBar()->sizeHint().width() +
-                          2 * view->frameWidth());
-    for (int i = 0; i < m_columns.size(); ++i) {
-        if (m_columns[i].stretches)
-            view->horizontalHeader()->setSectionResizeMode(i, QHeaderView::Stretch);
-    }
+    view->setColumns(std::move(columns));
 }
 
 void RowsModel::setRows(qsizetype count, Row row)
@@ -73,16 +50,22 @@ QVariant RowsModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid())
         return {};
+    const Column &column = m_columns[index.column()];
     if (role == Qt::TextAlignmentRole)
-        return static_cast<int>(m_columns[index.column()].alignment);
-    if (role == Qt::DisplayRole || role == Qt::AccessibleTextRole)
-        return m_row(index.row()).value(index.column());
-    return {};
+        return static_cast<int>(column.alignment);
+    if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole)
+        return {};
+    const QStringList texts = m_row(index.row());
+    const QString text = texts.value(index.column());
+    // A row without texts is blank: nothing is marked in it, nor not marked.
+    return role == Qt::AccessibleTextRole && column.spokenAs && !texts.isEmpty() ? column.spokenAs(text) : text;
 }
 
 QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation == Qt::Horizontal && role == Qt::DisplayRole)
-        return m_columns[section].caption;
-    return {};
+    if (orientation == Qt::Vertical)
+        return {};
+    if (role == Qt::TextAlignmentRole)
+        return static_cast<int>(m_columns[section].alignment);
+    return role == Qt::DisplayRole ? QVariant(m_columns[section].caption) : QVariant();
 }

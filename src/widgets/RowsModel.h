@@ -5,7 +5,7 @@
 
 #include <functional>
 
-class QTableView;
+class Grid;
 
 /// Shows rows of texts that are asked for when they come into sight, however many there are.
 class RowsModel : public QAbstractTableModel
@@ -17,16 +17,17 @@ public:
         QString caption;
         int width = 0; ///< twips, at least; the caption and the widest text always fit
         Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
-        QString widest = {};    ///< a text as wide as any of the column
-        bool stretches = false; ///< shares what the view is wider
+        QString widest = {};                                   ///< a text as wide as any of the column
+        bool stretches = false;                                ///< shares what the view is wider
+        std::function<QString(const QString &)> spokenAs = {}; ///< where a text says nothing when it is read aloud
     };
     /// Texts of a row, one for each column; fewer read as empty ones.
     using Row = std::function<QStringList(qsizetype row)>;
 
     explicit RowsModel(QList<Column> columns, QObject *parent = nullptr);
 
-    /// Becomes the model of @p view, which gets the columns' widths and shows whole rows. No row is measured.
-    void bind(QTableView *view);
+    /// Becomes the model of @p view, which gets the columns' widths. No row is measured.
+    void bind(Grid *view);
     void setRows(qsizetype count, Row row);
     /// The rows hold other texts now, in the same number.
     void rowsChanged();

@@ -69,7 +69,7 @@ UserCombo::UserCombo(const QString &name, QWidget *parent) : QComboBox(parent), 
     setDuplicatesEnabled(true);
     // Measuring every entry would take its time with fifty thousand of them.
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
-    setMinimumContentsLength(15);
+    setMinimumContentsLength(9);
     auto *list = new QListView(this);
     list->setUniformItemSizes(true);
     setView(list);

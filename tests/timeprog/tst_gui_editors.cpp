@@ -114,6 +114,7 @@ class TestGuiEditors : public QObject
 private Q_SLOTS:
     void edits_data();
     void edits();
+    void staysInSight();
     void ends_data();
     void ends();
     void faults();
@@ -135,14 +136,20 @@ void TestGuiEditors::edits_data()
         {"end before start", "09:01=09:00 Aggiungi", week, "0 09:01=09:00 txtOraFine",
          "Exclamation: The starting time must proceed the arrival time!"},
         {"add", "@1,7 09:00=09:00 Aggiungi", "XXXXX   08:00 12:00;XXXXX   09:00 09:00;XXXXX   14:00 18:00",
-         "0 09:00=09:00"},
+         "1 09:00=09:00"},
         {"add what is there", "@0,5 14:00=18:00 Aggiungi", "XXXXXX  08:00 12:00;XXXXX   14:00 18:00", "0 14:00=18:00",
          band},
         {"modify nothing", "@1,8 Modifica", week, "1 14:00=18:00", band},
         {"modify after a refusal", "@1,7 08:00=12:00 Modifica 07:00=12:00 Modifica",
          "XXXXX   07:00 12:00;XXXXX   08:00 12:00", "0 07:00=12:00", band},
         {"modify keeps the marks", "@1,6 13:00=18:00 Modifica", "XXXXX   08:00 12:00;XXXXX X 13:00 18:00",
-         "0 13:00=18:00"},
+         "1 13:00=18:00"},
+        {"modify the second, once more", "09:00=10:00 Aggiungi @1,7 10:00=11:00 Modifica 10:00=11:30 Modifica",
+         "XXXXX   08:00 12:00;XXXXX   10:00 11:30;XXXXX   14:00 18:00", "1 10:00=11:30"},
+        {"modify, then a key", "@0,6 13:00=19:00 Modifica 15:00=19:00 Modifica _",
+         "XXXXX   14:00 18:00;XXXXX   15:00 19:00", "1 15:00=19:00"},
+        {"delete, then the follower", "09:00=10:00 Aggiungi @1,5 Yes Elimina _",
+         "XXXXX   08:00 12:00;XXXXXX  14:00 18:00", "1 09:00=10:00", ask},
         {"toggle", "@1,0 @1,5 _ _ @1,7 _", "XXXXX   08:00 12:00; XXXXX  14:00 18:00", "1 14:00=18:00"},
         {"delete", "@1,7 Yes Elimina", "XXXXX   08:00 12:00", "0 14:00=18:00", ask},
         {"do not delete", "@1,2 _ Elimina", week, "1 =", ask},
@@ -150,7 +157,7 @@ void TestGuiEditors::edits_data()
         {"delete all, add", "Yes Yes Elimina Elimina 08:00=23:59 Aggiungi", "XXXXX   08:00 23:59", "0 08:00=23:59",
          twice},
         {"one day", "24/12/2004= Aggiungi", " 02/01/2005 02/01/2005; 24/12/2004 24/12/2004; 31/12/2004 01/01/2005",
-         "0 24/12/2004=24/12/2004"},
+         "1 24/12/2004=24/12/2004"},
         {"no first day", "=24/12/2004 Aggiungi Modifica", days, "0 =24/12/2004"},
         {"first day", "1/12/2004= Aggiungi", days, "0 1/12/2004= txtDalGiorno", date},
         {"a sign for a digit", "+1/12/2004= Aggiungi", days, "0 +1/12/2004= txtDalGiorno", date},
@@ -158,7 +165,9 @@ void TestGuiEditors::edits_data()
         {"last before first", "05/01/2005=04/01/2005 Aggiungi", days, "0 05/01/2005=04/01/2005 txtAlGiorno",
          "Exclamation: The starting date must come before the finishing date!"},
         {"order by key, not by text", "@1,0 31/12/2004=02/01/2005 Modifica",
-         " 02/01/2005 02/01/2005; 31/12/2004 02/01/2005", "0 31/12/2004=02/01/2005"},
+         " 02/01/2005 02/01/2005; 31/12/2004 02/01/2005", "1 31/12/2004=02/01/2005"},
+        {"modify a holiday, once more", "@1,0 31/12/2004=02/01/2005 Modifica 31/12/2004=03/01/2005 Modifica",
+         " 02/01/2005 02/01/2005; 31/12/2004 03/01/2005", "1 31/12/2004=03/01/2005"},
         {"holiday that is there", "@1,1 02/01/2005= Modifica", days, "1 02/01/2005=02/01/2005",
          "Exclamation: Holiday interval already present!"},
     };
@@ -180,6 +189,20 @@ void TestGuiEditors::edits()
     desk.enter("Ok");
     QVERIFY(desk.open());
     QCOMPARE(desk.shown(), QLatin1String(row.rows));
+}
+
+/// The row that was changed last can be seen, however many there are.
+void TestGuiEditors::staysInSight()
+{
+    Desk desk(true);
+    for (int i = 0; i < 30; ++i) {
+        desk.enter(u"08:%1=13:00 Aggiungi"_s.arg(i + 10));
+        QCOMPARE(desk.grid->currentIndex().row(), i + 1);
+        QVERIFY(desk.grid->viewport()->rect().contains(desk.grid->visualRect(desk.grid->currentIndex())));
+    }
+    desk.enter("07:00=07:30 Modifica");
+    QVERIFY(desk.grid->viewport()->rect().contains(desk.grid->visualRect(desk.grid->currentIndex())));
+    QCOMPARE(desk.state(), u"0 07:00=07:30"_s);
 }
 
 void TestGuiEditors::ends_data()

@@ -1,0 +1,34 @@
+#include "widgets/Accessibility.h"
+
+#include <QAccessibleWidget>
+
+namespace {
+
+/// What the widget library has no role for: a widget of ours.
+class PlainWidget : public QAccessibleWidget
+{
+public:
+    explicit PlainWidget(QWidget *widget) : QAccessibleWidget(widget) {}
+
+    QAccessible::Role role() const override
+    {
+        // It becomes a window, or part of another one, when it is shown.
+        if (widget()->isWindow())
+            return widget()->windowType() == Qt::Dialog ? QAccessible::Dialog : QAccessible::Window;
+        return qobject_cast<Grouping *>(widget()) ? QAccessible::Grouping : QAccessibleWidget::role();
+    }
+};
+
+QAccessibleInterface *makeInterface(const QString &className, QObject *object)
+{
+    // Classes are asked for from the object's own upwards: those of the library that have a role never come here.
+    auto *widget = qobject_cast<QWidget *>(object);
+    return widget && className == QLatin1String("QWidget") ? new PlainWidget(widget) : nullptr;
+}
+
+} // namespace
+
+void installAccessibility()
+{
+    QAccessible::installFactory(&makeInterface);
+}
