@@ -1,6 +1,7 @@
 #include "prefs/frmLingua.h"
 
 #include "startup/Settings.h"
+#include "texts/LanguageName.h"
 #include "texts/Texts.h"
 #include "widgets/Forms.h"
 #include "widgets/Messages.h"
@@ -24,9 +25,7 @@ frmLingua::frmLingua(Texts &texts, Settings &settings, Messages &messages, QWidg
 {
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(lblLingua);
-    // Each language stands in its own words, so that whoever reads no other finds it.
-    const QStringList names = {QStringLiteral("Italiano"), QStringLiteral("English"), QStringLiteral("Français"),
-                               QStringLiteral("Deutsch")};
+    const QStringList &names = languageNames();
     for (int i = 0; i < names.size(); ++i) {
         auto *option = new QRadioButton(names[i]);
         option->setObjectName(QStringLiteral("optLingua(%1)").arg(i));
