@@ -28,7 +28,7 @@ int main(int argumentCount, char *arguments[])
     const QApplication application(argumentCount, arguments);
     TestFolder test;
     test.addUsers({});
-    test.write(u"Impost.stp"_s, "COM=7\r\nLINGUA=2\r\n");
+    test.write(u"Impost.stp"_s, "COM=7\r\nLINGUA=2\r\nNUMEVOD=25\r\nCHECK=0\r\nPRN=-1\r\n");
     PseudoTerminal silent(test.directory.filePath(u"Porte/COM7"_s));
     if (!silent.open())
         return 1;

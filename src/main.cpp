@@ -2,6 +2,7 @@
 #include "mainwindow/ConsoleGate.h"
 #include "mainwindow/Demonstration.h"
 #include "mainwindow/MDIForm1.h"
+#include "platform/CoreDump.h"
 #include "platform/SystemLanguage.h"
 #include "platform/Termination.h"
 #include "startup/CommandLine.h"
@@ -50,7 +51,7 @@ int runConsole(Program &program, const CommandLine &options, std::optional<Termi
     QObject::connect(&*termination, &Termination::requested, qApp, &QCoreApplication::quit);
     Console console(program, options.demo ? program.texts()[OwnText::ConsoleDemo] : QString());
     program.load();
-    program.link().ApriCollegamento();
+    program.openLink();
     const int exitCode = QCoreApplication::exec();
     program.end();
     return exitCode;
@@ -97,6 +98,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argumentCount, char **arg
 
 int main(int argumentCount, char *arguments[])
 {
+    forbidCoreDumps();
     const std::unique_ptr<QCoreApplication> application = makeApplication(argumentCount, arguments);
     QCoreApplication::setApplicationName(QStringLiteral("kor-supervisor"));
     QCoreApplication::setApplicationVersion(programVersion());

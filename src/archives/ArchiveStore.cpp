@@ -1,6 +1,9 @@
 #include "archives/ArchiveStore.h"
 
+#include "platform/RegularFile.h"
+
 #include <QFile>
+#include <QFileInfo>
 
 #include <sqlite3.h>
 
@@ -19,6 +22,19 @@ bool hasSideFiles(const QString &path)
                        [&path](QLatin1String side) { return QFile::exists(path + side); });
 }
 
+/// That nothing is opened which is no file, for a pipe would hang the program; and that no link stands where only a
+/// file of the library's own can.
+Result<void> checkFiles(const QString &path)
+{
+    for (const QLatin1String side : sideFiles) {
+        if (QFileInfo(path + side).isSymLink())
+            return Fault{FaultCode::NotRegularFile, path + side};
+        if (Result<void> regular = checkRegular(path + side); !regular)
+            return regular;
+    }
+    return checkRegular(path);
+}
+
 /// The salt at the front of an archive; shorter when the file is.
 ///
 /// Read through the database library: the system drops every lock that a program has on a file as soon as the program
@@ -26,6 +42,8 @@ bool hasSideFiles(const QString &path)
 /// The library knows of its locks and closes later.
 Result<QByteArray> saltOf(const QString &path)
 {
+    if (const Result<void> regular = checkFiles(path); !regular)
+        return regular.fault();
     if (!QFile::exists(path))
         return Fault{FaultCode::NotFound, path};
     sqlite3_vfs *system = sqlite3_vfs_find(nullptr);
@@ -48,9 +66,17 @@ Result<QByteArray> saltOf(const QString &path)
 
 } // namespace
 
-Result<Database> ArchiveStore::open(QStringView name, Database::Use use)
+/// Where the archive really stands.
+QString ArchiveStore::file(QStringView name) const
 {
     const QString path = m_folder.path(name.toString());
+    const Result<QString> followed = linkFollowed(path);
+    return followed ? followed.value() : path;
+}
+
+Result<Database> ArchiveStore::open(QStringView name, Database::Use use)
+{
+    const QString path = file(name);
     const Result<QByteArray> salt = saltOf(path);
     if (!salt)
         return salt.fault();
@@ -60,10 +86,18 @@ Result<Database> ArchiveStore::open(QStringView name, Database::Use use)
     return Database::open(path, m_keys.rawKey(salt.value()), use);
 }
 
+Result<void> ArchiveStore::readThrough(QStringView name)
+{
+    Result<Database> database = open(name, Database::Use::Safe);
+    return database ? database.value().readThrough() : Result<void>(database.fault());
+}
+
 Result<void> ArchiveStore::create(QStringView name, const char *layout, const QByteArray &salt)
 {
-    Result<Database> database =
-        Database::open(m_folder.path(name.toString()), m_keys.rawKey(salt), Database::Use::Safe, true);
+    const QString path = file(name);
+    if (Result<void> regular = checkFiles(path); !regular)
+        return regular;
+    Result<Database> database = Database::open(path, m_keys.rawKey(salt), Database::Use::Safe, true);
     if (!database)
         return database.fault();
     return database.value().execute(layout);
@@ -85,7 +119,7 @@ Result<void> ArchiveStore::recover(const QString &path)
 Result<void> ArchiveStore::removeSideFiles(const QString &path)
 {
     for (const QLatin1String side : sideFiles) {
-        if (!QFile::exists(path + side))
+        if (!QFile::exists(path + side) && !QFileInfo(path + side).isSymLink())
             continue;
         if (Result<void> removed = m_folder.disk().remove(path + side); !removed)
             return removed;
@@ -95,8 +129,8 @@ Result<void> ArchiveStore::removeSideFiles(const QString &path)
 
 Result<void> ArchiveStore::copy(QStringView source, QStringView target)
 {
-    const QString from = m_folder.path(source.toString());
-    const QString to = m_folder.path(target.toString());
+    const QString from = file(source);
+    const QString to = file(target);
     if (Result<void> recovered = recover(from); !recovered)
         return recovered;
     // What stands in the target is lost on purpose, but only once its successor is there: until the rename it must

@@ -11,6 +11,9 @@
 /// Names are relative to the program folder, see ArchiveName. An archive is two things at times: its file, and a
 /// journal beside it that the last program left when it was cut off. Every whole-file operation first brings the two
 /// together and makes sure that no journal stays beside new content, which it would silently turn back into the old.
+///
+/// An archive may be a link; the file that it leads to is the one that is opened and replaced, and its journals stand
+/// beside that. What is no regular file is never opened: NotRegularFile.
 class ArchiveStore
 {
 public:
@@ -21,12 +24,14 @@ public:
 
     /// @return NotFound; Damaged for an empty or foreign file, or one with another password; else as Database
     Result<Database> open(QStringView name, Database::Use use);
+    /// Brings an archive together with its journals and reads all of it, see Database::readThrough().
+    Result<void> readThrough(QStringView name);
     /// Makes a new archive with the tables of @p layout. @param salt ArchiveKeys::SaltSize bytes
     Result<void> create(QStringView name, const char *layout, const QByteArray &salt);
 
     /// Copies @p source over @p target; no connection may be open on either.
     Result<void> copy(QStringView source, QStringView target);
-    /// Deletes an archive with all that stands beside it; no fault when there is none.
+    /// Deletes an archive, or a link to one, with all that stands beside it; no fault when there is none.
     Result<void> remove(QStringView name);
     /// Renames an unreadable archive, with its journals, to a name that no day and no copy has.
     /// @return the new name, relative like @p name
@@ -34,6 +39,7 @@ public:
     bool exists(QStringView name) const { return m_folder.exists(name.toString()); }
 
 private:
+    QString file(QStringView name) const;
     Result<void> recover(const QString &path);
     Result<void> removeSideFiles(const QString &path);
 

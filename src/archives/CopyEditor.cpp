@@ -58,11 +58,16 @@ Result<void> CopyEditor::save()
         return notOpen();
     // A damaged or missing archive is mended by the copy; one that another program is changing must not be taken from
     // it.
-    const Result<void> free = checkArchive();
-    if (!free && free.fault().code == FaultCode::Locked)
-        return free.fault();
+    Result<void> old = checkArchive();
+    if (old && !m_source.backup.isEmpty())
+        old = m_archives.readThrough(m_source.archive);
+    if (!old && old.fault().code == FaultCode::Locked)
+        return old;
+    // From the disk, as it is copied: what this program holds of it in memory may be better than that.
+    if (Result<void> whole = m_archives.readThrough(m_source.copy); !whole)
+        return whole;
     // An earlier backup is worth more than an archive that cannot be read.
-    if (free) {
+    if (old) {
         if (Result<void> kept = keepBackup(); !kept)
             return kept;
     }

@@ -30,8 +30,9 @@ public:
     /// Makes the working copy, in place of one that was left by a program that was cut off. On a fault none is left.
     /// @return Locked also while another program has the archive itself locked
     Result<void> open();
-    /// Puts the working copy in the archive's place and ends the work. On a fault the work goes on where it was, with
-    /// the same current row, and can be saved again.
+    /// Puts the working copy in the archive's place, once it has been read through, and ends the work. On a fault the
+    /// work goes on where it was, with the same current row, and can be saved again.
+    /// @return Damaged when the copy is: the archive and its backup stay as they are
     Result<void> save();
     /// Ends the work without a trace of it.
     void discard();

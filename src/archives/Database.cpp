@@ -6,19 +6,31 @@
 
 #include <sqlite3.h>
 
+#include <cerrno>
+
 namespace {
 
 /// Long enough for a reader's short lock, short enough not to be felt at the keyboard.
 constexpr int patienceMilliseconds = 20;
 
-Fault faultOf(int code, const QString &path)
+/// Some files of its own, the -shm above all, the library cannot make or grow without saying that the disk is full.
+bool isDiskFull(int code, sqlite3 *database)
 {
+    const int kind = code & 0xFF;
+    if (kind != SQLITE_IOERR && kind != SQLITE_CANTOPEN)
+        return kind == SQLITE_FULL;
+    const int reason = sqlite3_system_errno(database);
+    return reason == ENOSPC || reason == EDQUOT;
+}
+
+Fault faultOf(int code, sqlite3 *database, const QString &path)
+{
+    if (isDiskFull(code, database))
+        return {FaultCode::DiskFull, path};
     switch (code & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
         return {FaultCode::Locked, path};
-    case SQLITE_FULL:
-        return {FaultCode::DiskFull, path};
     case SQLITE_READONLY:
     case SQLITE_PERM:
     case SQLITE_AUTH:
@@ -90,7 +102,8 @@ Result<bool> Statement::step()
         return true;
     if (code == SQLITE_DONE)
         return false;
-    return faultOf(code, QFile::decodeName(sqlite3_db_filename(sqlite3_db_handle(m_statement.get()), "main")));
+    sqlite3 *database = sqlite3_db_handle(m_statement.get());
+    return faultOf(code, database, QFile::decodeName(sqlite3_db_filename(database, "main")));
 }
 
 void Statement::reset()
@@ -148,7 +161,7 @@ Result<Database> Database::open(const QString &path, const QByteArray &rawKey, U
 
 Fault Database::fault(int code) const
 {
-    return faultOf(code, m_path);
+    return faultOf(code, m_database.get(), m_path);
 }
 
 Result<void> Database::execute(const QByteArray &sql)
@@ -178,6 +191,19 @@ qint64 Database::lastRow() const
 int Database::changes() const
 {
     return sqlite3_changes(m_database.get());
+}
+
+Result<void> Database::readThrough()
+{
+    Result<Statement> check = prepare(QStringLiteral("PRAGMA quick_check(1)"));
+    if (!check)
+        return check.fault();
+    const Result<bool> row = check.value().step();
+    if (!row)
+        return row.fault();
+    if (!row.value() || check.value().text(0) != QStringLiteral("ok"))
+        return Fault{FaultCode::Damaged, m_path};
+    return {};
 }
 
 Result<void> Database::leaveLogMode()

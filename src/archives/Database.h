@@ -67,6 +67,10 @@ public:
     int changes() const;
     const QString &path() const { return m_path; }
 
+    /// Reads the archive from its first page to its last, as far as it holds anything.
+    /// @return Damaged when something cannot be read or does not fit together
+    Result<void> readThrough();
+
     /// Ends write-ahead mode: all rows are in the archive file itself and its side files are gone.
     Result<void> leaveLogMode();
 

@@ -6,11 +6,19 @@ Result<void> UsersSnapshot::refresh()
 {
     // The copy keeps the register free for others. Where there is no room for it, the register itself is read.
     (void)m_archives.remove(ArchiveName::UsersSnapshot);
-    Result<void> copied = m_archives.copy(ArchiveName::Users, ArchiveName::UsersSnapshot);
-    if (!copied && copied.fault().code == FaultCode::Locked)
-        return copied;
-    Result<Database> database = copied ? m_archives.open(ArchiveName::UsersSnapshot, Database::Use::ThrowAway)
-                                       : m_archives.open(ArchiveName::Users, Database::Use::Safe);
+    Result<void> done = m_archives.copy(ArchiveName::Users, ArchiveName::UsersSnapshot);
+    if (done)
+        done = read(ArchiveName::UsersSnapshot, Database::Use::ThrowAway);
+    if (!done && done.fault().code != FaultCode::Locked)
+        done = read(ArchiveName::Users, Database::Use::Safe);
+    if (!done)
+        return Fault{done.fault().code, m_archives.folder().path(QStringView(ArchiveName::Users).toString())};
+    return {};
+}
+
+Result<void> UsersSnapshot::read(QStringView archive, Database::Use use)
+{
+    Result<Database> database = m_archives.open(archive, use);
     if (!database)
         return database.fault();
     Result<Statement> prepared =

@@ -17,7 +17,8 @@ public:
     /// @param archives  must outlive this object
     explicit UsersSnapshot(ArchiveStore &archives) : m_archives(archives) {}
 
-    /// Copies the register anew and reads it. When that fails the users known so far stay.
+    /// Copies the register anew and reads it. When that fails the users known so far stay, and the fault is the
+    /// register's.
     Result<void> refresh();
 
     /// What is known is out of date: nobody is decided about until the register has been read again.
@@ -34,6 +35,8 @@ private:
         QString Tipo;
         Name name;
     };
+
+    Result<void> read(QStringView archive, Database::Use use);
 
     ArchiveStore &m_archives;
     QHash<QString, QList<User>> m_users;

@@ -9,6 +9,13 @@
 
 #include <cstdio>
 
+namespace {
+
+/// What a wrong password costs: without it a program tries thousands while a person types one.
+constexpr int penaltySeconds = 1;
+
+} // namespace
+
 QString ConsoleGate::pass(Program &program) const
 {
     if (QString refusal = readPasswords(program); !refusal.isEmpty())
@@ -44,7 +51,10 @@ QString ConsoleGate::fromFile(Program &program) const
     QString line = QString::fromUtf8(file.readLine());
     while (line.endsWith(QLatin1Char('\n')) || line.endsWith(QLatin1Char('\r')))
         line.chop(1);
-    return program.passwords().matches(Passwords::Type::Main, line) ? QString() : texts[Text::PasswordErrata];
+    if (program.passwords().matches(Passwords::Type::Main, line))
+        return {};
+    QThread::sleep(penaltySeconds);
+    return texts[Text::PasswordErrata];
 }
 
 QString ConsoleGate::fromTerminal(Program &program) const
@@ -59,5 +69,6 @@ QString ConsoleGate::fromTerminal(Program &program) const
         if (program.passwords().matches(Passwords::Type::Main, *typed))
             return {};
         std::fprintf(stderr, "%s\n", texts[Text::PasswordErrata].toUtf8().constData());
+        holdUpTerminal(penaltySeconds);
     }
 }

@@ -7,7 +7,7 @@ struct ConsoleGate {
     QString passwordFile; ///< "" = it is asked for on the terminal
 
     /// Reads the passwords and, with a main password set, lets nobody pass who does not know it. A register that is
-    /// locked is tried again until it can be read.
+    /// locked is tried again until it can be read. Each wrong password costs a second.
     /// @return why the program must not go on, in words; "" when it may
     QString pass(Program &program) const;
 

@@ -218,7 +218,7 @@ void MDIForm1::tmrShow_Timer()
     }
     m_panel5Cleared = true;
     applyPanel5();
-    m_program.link().ApriCollegamento();
+    m_program.openLink();
 }
 
 /// Reads the three passwords; without them nobody may pass. @return false when the window does not come to life yet
@@ -338,7 +338,7 @@ void MDIForm1::showLed(LinkMonitor::Link link)
 
 QString MDIForm1::pictureFile(const char *name) const
 {
-    return m_program.folder().path(QStringLiteral("Immagini/") + QLatin1String(name));
+    return m_program.folder().fileToOpen(QStringLiteral("Immagini/") + QLatin1String(name));
 }
 
 void MDIForm1::showNotices()

@@ -238,8 +238,8 @@ void MDIForm1::mnuIstr_Click(Text caption, const QString &file)
 {
     if (ChildWindow *open = child("frmIstruzioni"))
         open->unload();
-    auto *window =
-        new frmIstruzioni(m_program.texts()[caption], m_program.folder().path(file), m_program.texts(), m_messages);
+    auto *window = new frmIstruzioni(m_program.texts()[caption], m_program.folder().fileToOpen(file), m_program.texts(),
+                                     m_messages);
     openChild(window);
     window->load();
 }
@@ -320,7 +320,7 @@ void MDIForm1::objPassProg_Chiudi(int type, int code)
         applyMenu();
         m_panel5Cleared = true;
         applyPanel5();
-        m_program.link().ApriCollegamento();
+        m_program.openLink();
     } else if (which == Passwords::Type::Main && code == Cancelled) {
         QMetaObject::invokeMethod(this, &MDIForm1::end, Qt::QueuedConnection);
     } else if (which == Passwords::Type::Diagnostics && code == Right) {

@@ -45,17 +45,32 @@ std::optional<StartFault> Program::prepare(int systemLanguage, std::optional<int
     keepFilesPrivate();
     if (std::optional<StartFault> found = checkProgramFolder(m_folder))
         return found;
-    if (const Result<void> taken = m_lock.take(m_folder.root()); !taken)
-        return taken.fault().code == FaultCode::AlreadyInUse
-                   ? StartFault{{OwnText::FolderInUse, {m_folder.root()}, {}}}
-                   : StartFault{{OwnText::FolderCannotBePrepared, {m_folder.root()}, taken.fault()}};
+    if (std::optional<StartFault> held = holdFolders())
+        return held;
     if (std::optional<StartFault> failed = prepareProgramFolder(m_archives, m_settings, systemLanguage, m_notices))
         return failed;
     m_texts.fill(m_settings.Lingua);
-    if (port) {
-        m_settings.PortaCom = *port;
-        if (const Result<void> saved = m_settings.save(QStringLiteral("COM"), *port); !saved)
-            m_notices.post(Icon::Exclamation, {OwnText::SettingNotSaved, {QStringLiteral("COM")}, saved.fault()});
+    // What is locked for the moment is waited for later, by the gate.
+    if (m_passwords.load() == Passwords::Fault::RegisterUnusable)
+        return StartFault{registerMessage(m_folder, m_passwords.reason())};
+    if (const Result<void> read = m_users.refresh(); !read && read.fault().code == FaultCode::Damaged)
+        return StartFault{registerMessage(m_folder, read.fault())};
+    m_portToStore = port;
+    m_settings.PortaCom = port.value_or(m_settings.PortaCom);
+    return {};
+}
+
+/// Program folders may share their archives by links or mounts: both are held.
+std::optional<StartFault> Program::holdFolders()
+{
+    for (const QString &name : {QString(), QStringView(ArchiveName::Folder).toString()}) {
+        const QString folder = m_folder.path(name);
+        const Result<void> taken = m_lock.take(folder);
+        if (!taken && taken.fault().code == FaultCode::AlreadyInUse)
+            return StartFault{{OwnText::FolderInUse, {folder}, {}}};
+        // Archives on a share that keeps no locks can be worked with as before.
+        if (!taken && name.isEmpty())
+            return StartFault{{OwnText::FolderCannotBePrepared, {folder}, taken.fault()}};
     }
     return {};
 }
@@ -69,6 +84,15 @@ void Program::load()
     m_timeProgramme.run();
     m_log.open();
     tmrRefresh.start(refreshMilliseconds);
+}
+
+void Program::openLink()
+{
+    if (const std::optional<int> port = std::exchange(m_portToStore, {})) {
+        if (const Result<void> saved = m_settings.save(QStringLiteral("COM"), *port); !saved)
+            m_notices.post(Icon::Exclamation, {OwnText::SettingNotSaved, {QStringLiteral("COM")}, saved.fault()});
+    }
+    m_link.ApriCollegamento();
 }
 
 void Program::end()
@@ -92,11 +116,11 @@ void Program::end()
 
 void Program::readUsers()
 {
-    const Result<void> read = m_users.refresh();
+    const Result<void> read = m_users.isKnown() ? Result<void>() : m_users.refresh();
     if (read) {
         m_road.usersKnown();
     } else if (!std::exchange(m_usersFaultTold, true)) {
-        m_notices.post(Icon::Critical, {OwnText::UsersUnreadable, {read.fault().subject}, read.fault()});
+        m_notices.post(Icon::Critical, registerMessage(m_folder, read.fault()));
     }
 }
 

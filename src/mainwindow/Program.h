@@ -32,13 +32,14 @@ public:
             QObject *parent = nullptr);
     ~Program() override;
 
-    /// Prepares the program folder, reads the settings and chooses the language.
+    /// Prepares the program folder, reads the settings, chooses the language and reads the register through.
     /// @param port  COM number to choose as the port dialog would, if any
-    /// @return why the program cannot run; nothing has been changed then, unless the preparation itself failed
+    /// @return why the program cannot run; what was there in the folder has not been changed then
     std::optional<StartFault> prepare(int systemLanguage, std::optional<int> port);
-    /// Opens the archives and applies the time programme. The link to the interface is opened when nothing holds it
-    /// back any more: link().ApriCollegamento().
+    /// Opens the archives and applies the time programme.
     void load();
+    /// The gate has been passed: stores the port that prepare() was given and opens the link to the interface.
+    void openLink();
     /// An editor of bands or holidays has closed: reads its archive anew, evaluates and applies.
     void reloadTimeProgramme(TimeProgramme::Part part);
     /// The register has been saved anew: events are checked against it from now on. When it cannot be read the operator
@@ -70,6 +71,7 @@ Q_SIGNALS:
     void refreshing();
 
 private:
+    std::optional<StartFault> holdFolders();
     void tmrRefresh_Timer();
     void readUsers();
     void readTimeProgramme(TimeProgramme::Part part);
@@ -92,6 +94,7 @@ private:
     LineReader m_reader;
     TimeProgramme m_timeProgramme;
     Passwords m_passwords;
+    std::optional<int> m_portToStore;
     bool m_running = false;
     bool m_usersFaultTold = false;
 };

@@ -1,5 +1,7 @@
 #include "platform/Disk.h"
 
+#include "platform/RegularFile.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -11,28 +13,24 @@
 
 namespace {
 
-/// Owns a file descriptor.
-class Descriptor
-{
-public:
-    explicit Descriptor(int file) : m_file(file) {}
-    ~Descriptor()
-    {
-        if (m_file >= 0)
-            ::close(m_file);
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    int get() const { return m_file; }
-
-private:
-    int m_file;
-};
-
+/// Makes a file anew. What stands under its name, a link or a pipe perhaps, is never written to.
 Descriptor create(const QString &path)
 {
-    return Descriptor(::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+    const QByteArray name = QFile::encodeName(path);
+    ::unlink(name.constData());
+    return Descriptor(::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+}
+
+/// The file that new content for @p target takes the place of. A link stays: what it leads to is replaced, and in its
+/// own folder, since a rename does not reach into another file system.
+Result<QString> replaced(const QString &target)
+{
+    Result<QString> file = linkFollowed(target);
+    if (file) {
+        if (const Result<void> regular = checkRegular(file.value()); !regular)
+            return regular.fault();
+    }
+    return file;
 }
 
 } // namespace
@@ -50,6 +48,9 @@ Fault systemFault(const QString &path)
     case ENOSPC:
     case EDQUOT:
         return {FaultCode::DiskFull, path};
+    case EEXIST: // of a file that is made anew: only a folder cannot be moved out of its way
+    case EISDIR:
+        return {FaultCode::NotRegularFile, path};
     default:
         return {FaultCode::InputOutput, path};
     }
@@ -99,10 +100,13 @@ Result<void> Disk::finish(int file, const QString &beside, const QString &target
 
 Result<void> Disk::copy(const QString &source, const QString &target)
 {
-    const Descriptor from(::open(QFile::encodeName(source).constData(), O_RDONLY | O_CLOEXEC));
-    if (from.get() < 0)
-        return systemFault(source);
-    const QString beside = target + QStringLiteral(".part");
+    const Result<Descriptor> from = openToRead(source);
+    if (!from)
+        return from.fault();
+    const Result<QString> file = replaced(target);
+    if (!file)
+        return file.fault();
+    const QString beside = file.value() + QStringLiteral(".part");
     const Descriptor to = create(beside);
     if (to.get() < 0)
         return systemFault(beside);
@@ -110,7 +114,7 @@ Result<void> Disk::copy(const QString &source, const QString &target)
     Result<void> outcome;
     std::array<char, 65536> block{};
     while (outcome) {
-        const ssize_t count = ::read(from.get(), block.data(), block.size());
+        const ssize_t count = ::read(from.value().get(), block.data(), block.size());
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
@@ -120,20 +124,24 @@ Result<void> Disk::copy(const QString &source, const QString &target)
         outcome = write(to.get(), beside, block.data(), count);
     }
     if (outcome)
-        outcome = finish(to.get(), beside, target);
+        outcome = finish(to.get(), beside, file.value());
     if (!outcome)
         ::unlink(QFile::encodeName(beside).constData());
     return outcome;
 }
 
-Result<void> Disk::replaceContent(const QString &target, const QByteArray &content, const QString &beside)
+Result<void> Disk::replaceContent(const QString &target, const QByteArray &content, const QString &name)
 {
+    const Result<QString> file = replaced(target);
+    if (!file)
+        return file.fault();
+    const QString beside = QFileInfo(file.value()).path() + QLatin1Char('/') + name;
     const Descriptor to = create(beside);
     if (to.get() < 0)
         return systemFault(beside);
     Result<void> outcome = write(to.get(), beside, content.constData(), content.size());
     if (outcome)
-        outcome = finish(to.get(), beside, target);
+        outcome = finish(to.get(), beside, file.value());
     if (!outcome)
         ::unlink(QFile::encodeName(beside).constData());
     return outcome;
@@ -163,6 +171,9 @@ Result<void> Disk::makeFolder(const QString &path)
         return Fault{FaultCode::InputOutput, path};
     if (::mkdir(QFile::encodeName(path).constData(), 0700) != 0 && errno != EEXIST)
         return systemFault(path);
+    // As long as something else has the name no folder can be made.
+    if (!QFileInfo(path).isDir())
+        return Fault{FaultCode::AccessDenied, path};
     return flushFolder(path);
 }
 

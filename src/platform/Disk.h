@@ -9,6 +9,9 @@
 /// A file never changes in place: new content is written beside the target, flushed, renamed over it, and the folder is
 /// flushed, so that at every instant either the old or the new file stands there whole. New files are readable by their
 /// owner only.
+///
+/// A target that is a link is followed, and stays: the file that it leads to is replaced. A link that leads nowhere is
+/// NotFound, whatever is no regular file is NotRegularFile, and neither is touched.
 class Disk
 {
 public:
@@ -21,12 +24,12 @@ public:
 
     /// Copies @p source over @p target (existing or not), byte for byte.
     Result<void> copy(const QString &source, const QString &target);
-    /// Makes @p content the content of @p target by way of the file @p beside in the same folder.
-    Result<void> replaceContent(const QString &target, const QByteArray &content, const QString &beside);
+    /// Makes @p content the content of @p target by way of a file of that @p name beside it.
+    Result<void> replaceContent(const QString &target, const QByteArray &content, const QString &name);
     Result<void> rename(const QString &from, const QString &to);
     /// No fault when the file does not exist.
     Result<void> remove(const QString &path);
-    /// Single level: the parent must exist.
+    /// Single level: the parent must exist. @return AccessDenied also when something else than a folder has the name
     Result<void> makeFolder(const QString &path);
 
 protected:

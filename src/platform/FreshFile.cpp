@@ -1,5 +1,7 @@
 #include "platform/FreshFile.h"
 
+#include "platform/RegularFile.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -13,16 +15,10 @@ namespace {
 
 constexpr qint64 Portion = 1 << 20;
 
-QString linkFollowed(const QString &path)
-{
-    const QString real = QFileInfo(path).canonicalFilePath();
-    return real.isEmpty() ? path : real;
-}
-
 } // namespace
 
 FreshFile::FreshFile(Disk &disk, const QString &target)
-    : m_disk(disk), m_target(linkFollowed(target)), m_fault{FaultCode::InputOutput, target}
+    : m_disk(disk), m_target(target), m_fault{FaultCode::InputOutput, target}
 {
 }
 
@@ -36,6 +32,12 @@ FreshFile::~FreshFile()
 
 Result<void> FreshFile::create()
 {
+    const Result<QString> file = linkFollowed(m_target);
+    if (!file)
+        return file.fault();
+    m_target = file.value();
+    if (Result<void> regular = checkRegular(m_target); !regular)
+        return regular;
     // The name is short, so that there is room for it wherever the target's own name fits.
     QByteArray name = QFile::encodeName(QFileInfo(m_target).path() + QStringLiteral("/.kor-XXXXXX"));
     m_file = ::mkostemp(name.data(), O_CLOEXEC);

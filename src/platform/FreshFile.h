@@ -7,7 +7,7 @@
 /// A file that stands under its name only when it is whole; until then the one that was there before stays.
 ///
 /// It is written beside its target under a name that no other file has, and is gone with this object unless commit()
-/// has succeeded. Its target may be anywhere, and a link to a file is followed. A new file is its owner's alone, one
+/// has succeeded. Its target may be anywhere; links are followed as by Disk. A new file is its owner's alone, one
 /// that replaces another keeps the rights of that.
 class FreshFile : public QIODevice
 {

@@ -1,5 +1,7 @@
 #include "platform/ProgramFolder.h"
 
+#include "platform/RegularFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -77,6 +79,18 @@ bool ProgramFolder::isFolder(const QString &name) const
     return QFileInfo(path(name)).isDir();
 }
 
+QString ProgramFolder::lostTarget(const QString &name) const
+{
+    const QFileInfo file(path(name));
+    return file.isSymLink() && !file.exists() ? file.symLinkTarget() : QString();
+}
+
+QString ProgramFolder::fileToOpen(const QString &name) const
+{
+    QString file = path(name);
+    return checkRegular(file) ? file : QString();
+}
+
 bool ProgramFolder::isWritable(const QString &name) const
 {
     return ::access(QFile::encodeName(path(name)).constData(), W_OK | X_OK) == 0;
@@ -92,19 +106,14 @@ Result<void> ProgramFolder::remove(const QString &name)
     return m_disk.remove(path(name));
 }
 
-FolderLock::~FolderLock()
-{
-    if (m_file >= 0)
-        ::close(m_file);
-}
-
 Result<void> FolderLock::take(const QString &folder)
 {
     // The folder itself is locked, so that no lock file has to be written into it, or is left behind by a crash.
-    m_file = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (m_file < 0)
+    Descriptor file(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (file.get() < 0)
         return Fault{errno == ENOENT || errno == ENOTDIR ? FaultCode::NotFound : FaultCode::AccessDenied, folder};
-    if (::flock(m_file, LOCK_EX | LOCK_NB) != 0)
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0)
         return Fault{errno == EWOULDBLOCK ? FaultCode::AlreadyInUse : FaultCode::InputOutput, folder};
+    m_held.push_back(std::move(file));
     return {};
 }

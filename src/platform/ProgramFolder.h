@@ -1,9 +1,12 @@
 #pragma once
 
+#include "platform/Descriptor.h"
 #include "platform/Disk.h"
 
 #include <QHash>
 #include <QString>
+
+#include <vector>
 
 /// The folder that holds all the program's data, and the names below it.
 ///
@@ -22,6 +25,10 @@ public:
     QString path(const QString &name) const;
     bool exists(const QString &name) const;
     bool isFolder(const QString &name) const;
+    /// Where a link leads under which there is nothing, a share that is not mounted perhaps; "" for all else.
+    QString lostTarget(const QString &name) const;
+    /// Path of @p name for a library that opens it by itself; "" when a folder, pipe or device stands there.
+    QString fileToOpen(const QString &name) const;
     /// True when files can be made in the folder @p name ("" is the program folder itself).
     bool isWritable(const QString &name) const;
 
@@ -42,19 +49,15 @@ private:
     mutable QHash<QString, Listing> m_listings;
 };
 
-/// Holds a program folder for one program; the hold ends with the process, however it ends.
+/// Holds folders for one program; the hold ends with the process, however it ends.
 class FolderLock
 {
 public:
-    FolderLock() = default;
-    ~FolderLock();
-    FolderLock(const FolderLock &) = delete;
-    FolderLock &operator=(const FolderLock &) = delete;
-
+    /// Takes one folder more; by whatever name, link or mount it is reached, it is the same.
     /// @return AlreadyInUse when another program holds @p folder, NotFound or AccessDenied when it cannot be looked
-    /// into
+    /// into, InputOutput when its file system keeps no locks
     Result<void> take(const QString &folder);
 
 private:
-    int m_file = -1;
+    std::vector<Descriptor> m_held;
 };

@@ -54,6 +54,12 @@ std::optional<QString> askOnTerminal(const QString &prompt)
     return QString::fromUtf8(line);
 }
 
+void holdUpTerminal(int seconds)
+{
+    const Silence silence;
+    ::sleep(static_cast<unsigned>(seconds));
+}
+
 bool isOwnersOnly(const QString &path)
 {
     struct stat status = {};

@@ -26,7 +26,8 @@ QString statement()
 Passwords::Fault Passwords::unreadable(const ::Fault &reason)
 {
     m_reason = reason;
-    const bool isUnusable = reason.code == FaultCode::NotFound || reason.code == FaultCode::Damaged;
+    const bool isUnusable = reason.code == FaultCode::NotFound || reason.code == FaultCode::Damaged ||
+                            reason.code == FaultCode::NotRegularFile;
     return isUnusable ? Fault::RegisterUnusable : Fault::Unreadable;
 }
 
@@ -35,6 +36,13 @@ Passwords::Fault Passwords::load()
     Result<Database> database = m_archives.open(ArchiveName::Users, Database::Use::Safe);
     if (!database)
         return unreadable(database.fault());
+    // Whoever has passed the gate relies on the register: what is damaged behind these few rows shows here, or in the
+    // middle of the work.
+    if (!m_isReadThrough) {
+        if (const Result<void> whole = database.value().readThrough(); !whole)
+            return unreadable(whole.fault());
+        m_isReadThrough = true;
+    }
     const Result<RecordSet> set = RecordSet::open(database.value(), statement(), RecordSet::Kind::Snapshot);
     if (!set)
         return unreadable(set.fault());

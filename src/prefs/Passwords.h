@@ -14,7 +14,7 @@ public:
 
     enum class Fault {
         None,
-        RegisterUnusable, ///< the users register is not there or is no archive
+        RegisterUnusable, ///< the users register is not there, or it is damaged, or no file at all
         Corrupt,          ///< no row of passwords, or a field that is no scrambled password
         Unreadable,       ///< the register is there but cannot be read or written now; see reason()
     };
@@ -22,9 +22,9 @@ public:
     /// @param archives  must outlive this object
     explicit Passwords(ArchiveStore &archives) : m_archives(archives) {}
 
-    /// Reads the three passwords from the register.
+    /// Reads the three passwords from the register, and the whole register through when that has not been done yet.
     [[nodiscard]] Fault load();
-    /// Why the register could not be read or written; meaningful after Unreadable.
+    /// Why the register could not be read or written; meaningful after RegisterUnusable and Unreadable.
     const ::Fault &reason() const { return m_reason; }
 
     bool isSet(Type type) const { return !clear(type).isEmpty(); }
@@ -45,4 +45,5 @@ private:
     ArchiveStore &m_archives;
     std::array<QString, 3> m_clear;
     ::Fault m_reason;
+    bool m_isReadThrough = false;
 };

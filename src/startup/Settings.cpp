@@ -1,15 +1,28 @@
 #include "startup/Settings.h"
 
+#include "platform/RegularFile.h"
 #include "platform/Windows1252.h"
 #include "startup/Numbers.h"
+#include "texts/LanguageName.h"
 
-#include <QFile>
+#include <limits>
 
 namespace {
+
+constexpr qsizetype longestFile = 64 * 1024;
+// What the first start writes, the language and the printer aside.
+constexpr int initialPort = 0;
+constexpr int initialRows = 25;
+constexpr int initialMinutes = 60;
 
 QString fileName()
 {
     return QStringLiteral("Impost.stp");
+}
+
+QString temporaryName()
+{
+    return QStringLiteral("Setup.tmp");
 }
 
 QByteArray mark(const QString &key)
@@ -30,14 +43,12 @@ bool Settings::fileExists() const
 
 Result<QByteArrayList> Settings::lines() const
 {
-    QFile file(m_folder.path(fileName()));
-    if (!file.exists())
+    const Result<QByteArray> read = readFile(m_folder.path(fileName()), longestFile);
+    if (!read && read.fault().code == FaultCode::NotFound)
         return QByteArrayList();
-    if (!file.open(QIODevice::ReadOnly))
-        return Fault{FaultCode::AccessDenied, file.fileName()};
-    QByteArray content = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return Fault{FaultCode::InputOutput, file.fileName()};
+    if (!read)
+        return read.fault();
+    QByteArray content = read.value();
     // An editor of another system may have left its own line ends.
     content.replace("\r\n", "\n").replace('\r', '\n');
     if (content.endsWith('\n'))
@@ -47,14 +58,20 @@ Result<QByteArrayList> Settings::lines() const
 
 QString Settings::LeggiImpostazione(const QString &key) const
 {
+    return entry(key).value_or(QString());
+}
+
+/// The same, nothing when no line has the key.
+std::optional<QString> Settings::entry(const QString &key) const
+{
     const Result<QByteArrayList> read = lines();
     if (!read)
-        return {};
+        return std::nullopt;
     for (const QByteArray &line : read.value()) {
         if (line.contains(mark(key)))
             return Windows1252::decode(line.mid(line.indexOf('=') + 1)).trimmed();
     }
-    return {};
+    return std::nullopt;
 }
 
 Result<void> Settings::ScriviImpostazione(const QString &key, const QString &line)
@@ -74,8 +91,7 @@ Result<void> Settings::ScriviImpostazione(const QString &key, const QString &lin
     }
     if (!found)
         content += entry + "\r\n";
-    return m_folder.disk().replaceContent(m_folder.path(fileName()), content,
-                                          m_folder.path(QStringLiteral("Setup.tmp")));
+    return m_folder.disk().replaceContent(m_folder.path(fileName()), content, temporaryName());
 }
 
 /// All entries with the values in force: for a file that somebody has removed meanwhile.
@@ -91,11 +107,12 @@ QByteArrayList Settings::currentLines() const
 
 Result<void> Settings::CreaImpostazioni(int language)
 {
-    const QByteArray content = "COM=0\r\nLINGUA=" + QByteArray::number(language) +
-                               "\r\nNUMEVOD=25\r\nCHECK=60\r\nPRN=" + QByteArray::number(IndiceStampanteDefault()) +
-                               "\r\n";
-    return m_folder.disk().replaceContent(m_folder.path(fileName()), content,
-                                          m_folder.path(QStringLiteral("Setup.tmp")));
+    QByteArray content;
+    for (const auto &[key, value] :
+         {std::pair("COM", initialPort), std::pair("LINGUA", language), std::pair("NUMEVOD", initialRows),
+          std::pair("CHECK", initialMinutes), std::pair("PRN", IndiceStampanteDefault())})
+        content += QByteArray(key) + '=' + QByteArray::number(value) + "\r\n";
+    return m_folder.disk().replaceContent(m_folder.path(fileName()), content, temporaryName());
 }
 
 Result<void> Settings::save(const QString &key, int value)
@@ -103,9 +120,13 @@ Result<void> Settings::save(const QString &key, int value)
     return ScriviImpostazione(key, key + QLatin1Char('=') + QString::number(value));
 }
 
-int Settings::lenient(const QString &key) const
+/// The leading number of an entry; @p initial, with a notice, when no line has it.
+int Settings::lenient(const QString &key, int initial, Notices &notices) const
 {
-    return toSixteenBits(leadingNumber(LeggiImpostazione(key)));
+    if (const std::optional<QString> value = entry(key))
+        return toSixteenBits(leadingNumber(*value));
+    notices.post(Icon::Exclamation, {OwnText::SettingMissing, {key, QString::number(initial)}, {}});
+    return initial;
 }
 
 Result<void> Settings::read(int systemLanguage, Notices &notices)
@@ -113,22 +134,25 @@ Result<void> Settings::read(int systemLanguage, Notices &notices)
     if (const Result<QByteArrayList> readable = lines(); !readable)
         return readable.fault();
 
-    const auto unusable = [&notices](const QString &key, int instead) {
-        notices.post(Icon::Exclamation, {OwnText::SettingUnusable, {key, QString::number(instead)}, {}});
-        return instead;
+    const auto strict = [this, &notices](const QString &key, int lowest, int highest, int initial,
+                                         const QString &inWords) {
+        const std::optional<QString> value = entry(key);
+        const std::optional<int> number = value ? wholeNumber(*value) : std::nullopt;
+        if (number && *number >= lowest && *number <= highest)
+            return *number;
+        notices.post(Icon::Exclamation,
+                     {value ? OwnText::SettingUnusable : OwnText::SettingMissing, {key, inWords}, {}});
+        return initial;
     };
-    const QString com = QStringLiteral("COM");
-    const std::optional<int> port = wholeNumber(LeggiImpostazione(com));
-    PortaCom = port ? *port : unusable(com, 0);
-
-    const QString lingua = QStringLiteral("LINGUA");
-    const std::optional<int> language = wholeNumber(LeggiImpostazione(lingua));
-    const bool known = language && *language >= Texts::FirstLanguage && *language <= Texts::LastLanguage;
-    Lingua = known ? *language : unusable(lingua, systemLanguage);
-
-    NumEvOd = lenient(QStringLiteral("NUMEVOD"));
-    MinCheck = lenient(QStringLiteral("CHECK"));
-    IndStampante = lenient(QStringLiteral("PRN"));
-    CodProtocollo = lenient(QStringLiteral("PRTC"));
+    PortaCom = strict(QStringLiteral("COM"), std::numeric_limits<int>::min(), std::numeric_limits<int>::max(),
+                      initialPort, QString::number(initialPort));
+    Lingua = strict(QStringLiteral("LINGUA"), Texts::FirstLanguage, Texts::LastLanguage, systemLanguage,
+                    languageName(systemLanguage));
+    NumEvOd = lenient(QStringLiteral("NUMEVOD"), initialRows, notices);
+    MinCheck = lenient(QStringLiteral("CHECK"), initialMinutes, notices);
+    // The print system is asked only when there is need to.
+    const QString printer = QStringLiteral("PRN");
+    IndStampante = lenient(printer, entry(printer) ? 0 : IndiceStampanteDefault(), notices);
+    CodProtocollo = toSixteenBits(leadingNumber(LeggiImpostazione(QStringLiteral("PRTC"))));
     return {};
 }

@@ -37,15 +37,17 @@ public:
     /// Shorthand for ScriviImpostazione(key, key=value).
     Result<void> save(const QString &key, int value);
 
-    /// Fills the values from the file. A COM or LINGUA that cannot be used is reported and replaced in memory by 0 and
-    /// @p systemLanguage; the file stays as it is until the operator chooses.
-    /// @return AccessDenied or InputOutput when the file is there but cannot be read
+    /// Fills the values from the file. What is missing, but for PRTC, has the value that the first start would write; a
+    /// COM or LINGUA that cannot be used likewise. Each is reported, and the file stays as it is until the operator
+    /// chooses.
+    /// @return why the file cannot be read though it is there; TooLarge past 64 KiB
     Result<void> read(int systemLanguage, Notices &notices);
 
 private:
     Result<QByteArrayList> lines() const;
     QByteArrayList currentLines() const;
-    int lenient(const QString &key) const;
+    std::optional<QString> entry(const QString &key) const;
+    int lenient(const QString &key, int initial, Notices &notices) const;
 
     ProgramFolder &m_folder;
     const Printers &m_printers;

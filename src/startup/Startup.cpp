@@ -2,6 +2,9 @@
 
 #include "archives/Tables.h"
 
+#include <QDir>
+
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -27,12 +30,62 @@ StartFault fault(OwnText what, const QString &subject)
     return {{what, {subject}, {}}};
 }
 
+bool contains(const ProgramFolder &folder, const char16_t *name)
+{
+    return folder.exists(text(name)) || !folder.lostTarget(text(name)).isEmpty();
+}
+
+/// A file that only a program leaves which has been at work with a register; @p name in small letters. What a first
+/// start leaves when it is cut off is none.
+bool isTraceOfUse(const QString &name)
+{
+    static const std::array beginnings = {QStringLiteral("eventi_"), QStringLiteral("anatmp."),
+                                          QStringLiteral("anagrafico.zeb-"), QStringLiteral("fascie.zeb"),
+                                          QStringLiteral("ferie.zeb")};
+    return !name.endsWith(QStringLiteral(".part")) &&
+           (name.endsWith(QStringLiteral(".evn")) ||
+            std::any_of(beginnings.begin(), beginnings.end(),
+                        [&name](const QString &b) { return name.startsWith(b); }));
+}
+
+bool hasBeenUsed(const ProgramFolder &folder)
+{
+    const auto entries = [&folder](const char16_t *name) {
+        return QDir(folder.path(text(name)))
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    };
+    const QStringList files = entries(ArchiveName::Folder);
+    return !entries(ArchiveName::BackupFolder).isEmpty() ||
+           std::any_of(files.begin(), files.end(), [](const QString &name) { return isTraceOfUse(name.toLower()); });
+}
+
+std::optional<StartFault> checkRegister(const ProgramFolder &folder)
+{
+    const QString path = folder.path(text(ArchiveName::Users));
+    if (const QString target = folder.lostTarget(text(ArchiveName::Users)); !target.isEmpty())
+        return StartFault{{OwnText::RegisterLinkLeadsNowhere, {path, target}, {}}};
+    if (!folder.exists(text(ArchiveName::Users)) && hasBeenUsed(folder))
+        return StartFault{registerMessage(folder, {FaultCode::NotFound, path})};
+    return {};
+}
+
 StartFault cannotPrepare(const Fault &reason)
 {
     return {{OwnText::FolderCannotBePrepared, {reason.subject}, reason}};
 }
 
 } // namespace
+
+Message registerMessage(const ProgramFolder &folder, const Fault &reason)
+{
+    const QString backup = text(ArchiveName::UsersBackup);
+    const bool isLost = reason.code == FaultCode::NotFound;
+    if ((isLost || reason.code == FaultCode::Damaged) && folder.exists(backup))
+        return {isLost ? OwnText::RegisterMissing : OwnText::RegisterDamaged,
+                {folder.path(text(ArchiveName::Users)), folder.path(backup)},
+                {}};
+    return {OwnText::UsersUnreadable, {reason.subject}, reason};
+}
 
 std::optional<StartFault> checkProgramFolder(const ProgramFolder &folder)
 {
@@ -44,8 +97,10 @@ std::optional<StartFault> checkProgramFolder(const ProgramFolder &folder)
         if (!folder.isWritable(name))
             return fault(OwnText::FolderNotWritable, folder.path(name));
     }
+    if (std::optional<StartFault> found = checkRegister(folder))
+        return found;
     for (const WorkingArchive &archive : workingArchives) {
-        if (!folder.exists(text(archive.name)) && !folder.exists(text(archive.made)))
+        if (!contains(folder, archive.name) && !folder.exists(text(archive.made)))
             return fault(OwnText::TemplateMissing, folder.path(text(archive.made)));
     }
     if (!folder.exists(text(ArchiveName::EventsTemplate)))
@@ -57,7 +112,11 @@ std::optional<StartFault> prepareProgramFolder(ArchiveStore &archives, Settings 
                                                Notices &notices)
 {
     ProgramFolder &folder = archives.folder();
-    if (!folder.isFolder(text(ArchiveName::BackupFolder))) {
+    if (!folder.isFolder(text(ArchiveName::BackupFolder)) && contains(folder, ArchiveName::BackupFolder)) {
+        // Events can be stored all the same; the register cannot be saved.
+        notices.post(Icon::Exclamation,
+                     {OwnText::FolderNotWritable, {folder.path(text(ArchiveName::BackupFolder))}, {}});
+    } else if (!folder.isFolder(text(ArchiveName::BackupFolder))) {
         const Result<void> made = folder.disk().makeFolder(folder.path(text(ArchiveName::BackupFolder)));
         if (!made)
             return cannotPrepare(made.fault());
@@ -69,7 +128,8 @@ std::optional<StartFault> prepareProgramFolder(ArchiveStore &archives, Settings 
     if (const Result<void> read = settings.read(systemLanguage, notices); !read)
         return cannotPrepare(read.fault());
     for (const WorkingArchive &archive : workingArchives) {
-        if (archives.exists(archive.name))
+        // A link that leads nowhere is left alone: what stands behind it may come back.
+        if (contains(folder, archive.name))
             continue;
         if (const Result<void> copied = archives.copy(archive.made, archive.name); !copied)
             return cannotPrepare(copied.fault());

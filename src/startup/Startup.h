@@ -10,12 +10,18 @@ struct StartFault {
     Message message;
 };
 
+/// What is told of a users register that is missing, damaged or cannot be read, with the backup as the way back when
+/// there is one.
+Message registerMessage(const ProgramFolder &folder, const Fault &reason);
+
 /// Looks for everything that would keep the program from working in @p folder, and writes nothing: the folder, its
 /// `Archivi`, and the templates of the archives that are not there yet. The template of the day's archive is always
-/// needed, since every midnight copies it.
+/// needed, since every midnight copies it. A register that is missing from a folder that has been in use is a fault:
+/// an empty one in its place would let everybody in and drop every event.
 std::optional<StartFault> checkProgramFolder(const ProgramFolder &folder);
 
 /// Turns a folder that checkProgramFolder() found good into a working one and reads the settings: makes what is missing
-/// of backup folder, settings and working archives, and leaves everything else as it is.
+/// of backup folder, settings and working archives, and leaves everything else as it is. What does not keep the program
+/// from its work is told by notices.
 std::optional<StartFault> prepareProgramFolder(ArchiveStore &archives, Settings &settings, int systemLanguage,
                                                Notices &notices);

@@ -71,8 +71,7 @@ Result<void> DuplicateReport::finish()
 {
     if (!m_isFound)
         return m_folder.remove(fileName());
-    return m_folder.disk().replaceContent(m_folder.path(fileName()), m_content,
-                                          m_folder.path(QStringLiteral("RepDoppioni.tmp")));
+    return m_folder.disk().replaceContent(m_folder.path(fileName()), m_content, QStringLiteral("RepDoppioni.tmp"));
 }
 
 QString DuplicateReport::text() const

@@ -2,10 +2,14 @@
 #include "archives/Tables.h"
 #include "archives/Templates.h"
 #include "support/Fixtures.h"
+#include "support/RecordingVfs.h"
 
+#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
+
+#include <cerrno>
 
 class TestArchives : public QObject
 {
@@ -239,6 +243,44 @@ private Q_SLOTS:
         QVERIFY(!test.folder.exists(lost + journal));
         QVERIFY(test.archives.remove(crashed).ok());
         QVERIFY(!test.folder.exists(crashed));
+    }
+
+    /// A link is followed wherever it leads, and stays; what was planted under a temporary name is not written to.
+    void links()
+    {
+        TestFolder test, share;
+        const QString users = QStringView(ArchiveName::Users).toString(), part = users + u".part"_s;
+        share.addUsers({listOf("1,TX")});
+        share.write(u"kept"_s, "kept");
+        share.write(users + u"-journal"_s, "of an earlier time");
+        QVERIFY(QFile::link(share.folder.path(users), test.folder.path(users)));
+        QVERIFY(QFile::link(share.folder.path(u"kept"_s), share.folder.path(part)));
+        QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users).ok());
+        QVERIFY(QFileInfo(test.folder.path(users)).isSymLink());
+        QCOMPARE(share.rows(users, u"SELECT Codice FROM Utenti"_s), QStringList());
+        QCOMPARE(share.files(u"Archivi"_s).filter(u"Anagrafico.zeb"_s), QStringList{u"Anagrafico.zeb"_s});
+        QCOMPARE(share.read(u"kept"_s), QByteArray("kept"));
+
+        QVERIFY(QFile::remove(share.folder.path(users)));
+        QCOMPARE(test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users).fault().code, FaultCode::NotFound);
+        QVERIFY(QFileInfo(test.folder.path(users)).isSymLink() && !share.folder.exists(users));
+        QCOMPARE(test.folder.lostTarget(users), share.folder.path(users));
+    }
+
+    /// The library calls it a read or write error.
+    void fullDiskForTheSharedMemory()
+    {
+        RecordingVfs vfs;
+        TestFolder test;
+        test.addEvents(u"05-03-2004"_s, {});
+        Result<Database> log = test.archives.open(ArchiveName::events(u"05-03-2004"_s), Database::Use::Log);
+        for (const auto &[error, code] :
+             {std::pair(ENOSPC, FaultCode::DiskFull), std::pair(EIO, FaultCode::InputOutput)}) {
+            vfs.sharedMemoryError = error;
+            const Result<void> stored = log.value().execute("INSERT INTO Eventi (Codice) VALUES ('1')");
+            QVERIFY(!stored);
+            QCOMPARE(stored.fault().code, code);
+        }
     }
 
     void setAsideKeepsEarlierOnes()

@@ -41,6 +41,7 @@ private Q_SLOTS:
     void rows();
     void opened();
     void stopped();
+    void damagedOnTheWay();
 };
 
 void TestCopyEditor::rows()
@@ -127,6 +128,30 @@ void TestCopyEditor::stopped()
         QCOMPARE(desk.copies(), QStringList());
     }
     QVERIFY2(steps >= 6, "write, flush, rename, flush the folder, remove");
+}
+
+/// What was damaged on the disk takes nothing's place, though the program still has the good page in memory.
+void TestCopyEditor::damagedOnTheWay()
+{
+    Desk desk;
+    desk.editor.discard();
+    QVERIFY(desk.test.disk.makeFolder(desk.test.folder.path(QStringView(ArchiveName::BackupFolder).toString())).ok());
+    QVERIFY(desk.test.archives.copy(ArchiveName::Users, ArchiveName::UsersBackup).ok());
+    CopyEditor editor(desk.test.archives, {u"Archivi/Anagrafico.zeb"_s, u"Archivi/Anatmp.$$$"_s,
+                                           u"SELECT * FROM Utenti"_s, u"Archivi/Backup/AnaBack.zeb"_s});
+    const QString users = QStringView(ArchiveName::Users).toString();
+    const QByteArray before = desk.test.read(users);
+    QVERIFY(editor.open().ok());
+    desk.test.damage(u"Archivi/Anatmp.$$$"_s);
+    QCOMPARE(fault(editor.save()), static_cast<int>(FaultCode::Damaged));
+    QVERIFY(editor.set().recordCount() == 3 && editor.contains(u"Codice='3'"_s).value());
+    QCOMPARE(desk.test.read(users), before);
+
+    QVERIFY(editor.open().ok() && editor.edit({{u"Note"_s, u"x"_s}}).ok());
+    desk.test.damage(users);
+    QVERIFY(editor.save().ok());
+    QVERIFY(desk.stored().contains(u"1|x"_s) || desk.stored().contains(u"2|x"_s));
+    QCOMPARE(desk.test.read(QStringView(ArchiveName::UsersBackup).toString()), before);
 }
 
 QTEST_GUILESS_MAIN(TestCopyEditor)

@@ -51,7 +51,8 @@ struct Desk {
                 passwords.set(Passwords::Type::Main, password) != Passwords::Fault::None)
                 qFatal("no password");
         }
-        test.write(u"Impost.stp"_s, settings);
+        // Of two lines the first counts.
+        test.write(u"Impost.stp"_s, settings + "NUMEVOD=25\r\nCHECK=0\r\nPRN=-1\r\n");
         if (!interface.open() || program.prepare(2, {}))
             qFatal("the program cannot be prepared");
         QObject::connect(&interface, &PseudoTerminal::readyRead, [this] {

@@ -80,11 +80,13 @@ private Q_SLOTS:
     {
         const Rows<QByteArray, QList<int>, QString> row("content", "values", "keys"); // COM, LINGUA, ..., PRN, PRTC
         row("good", "COM=3\r\nLINGUA=4\r\nNUMEVOD=30\r\nCHECK=0\r\nPRN=-1\r\nPRTC=15\r\n", {3, 4, 30, 0, -1, 15}, {});
-        row("nothing", "\r\n", {0, 2, 0, 0, 0, 0}, u"COM LINGUA"_s);
-        row("no numbers", "COM=x\r\nLINGUA=2nd\r\nNUMEVOD=x\r\nCHECK=15 min\r\n", {0, 2, 0, 15, 0, 0}, u"COM LINGUA"_s);
-        row("language 0", "COM=1\r\nLINGUA=0\r\n", {1, 2, 0, 0, 0, 0}, u"LINGUA"_s);
-        row("out of range", "COM=70000\r\nLINGUA=5\r\nCHECK=70000\r\nPRN=-70000\r\n", {32767, 2, 0, 32767, -32768, 0},
-            u"LINGUA"_s);
+        row("nothing", "\r\n", {0, 2, 25, 60, -1, 0}, u"COM 0,LINGUA English,NUMEVOD 25,CHECK 60,PRN -1"_s);
+        row("no numbers", "COM=x\r\nLINGUA=2nd\r\nNUMEVOD=x\r\nCHECK=15 min\r\nPRN=\r\n", {0, 2, 0, 15, 0, 0},
+            u"COM 0,LINGUA English"_s);
+        row("language 0", "COM=1\r\nLINGUA=0\r\nNUMEVOD=1\r\nPRN=0\r\n", {1, 2, 1, 60, 0, 0},
+            u"LINGUA English,CHECK 60"_s);
+        row("out of range", "COM=70000\r\nLINGUA=5\r\nNUMEVOD=0\r\nCHECK=70000\r\nPRN=-70000\r\n",
+            {32767, 2, 0, 32767, -32768, 0}, u"LINGUA English"_s);
     }
     void unusableSettings()
     {
@@ -97,9 +99,18 @@ private Q_SLOTS:
         QTEST(values, "values");
         QStringList keys;
         for (const QString &told : takeNotices(start.notices))
-            keys.append(told.section(u'\'', 1, 1));
-        QTEST(keys.join(u' '), "keys");
+            keys.append(told.section(u'\'', 1, 1) + u' ' + told.section(u'\'', 3, 3));
+        QTEST(keys.join(u','), "keys");
         QCOMPARE(start.read(file), content);
+    }
+
+    void longSettings()
+    {
+        Start start(QByteArray("COM=1\r\n").leftJustified(65536, '\n'));
+        QVERIFY(start.settings.read(2, start.notices).ok());
+        start.write(file, start.read(file) + '\n');
+        QCOMPARE(start.settings.read(2, start.notices).fault().code, FaultCode::TooLarge);
+        QVERIFY(!start.settings.save(u"COM"_s, 3).ok() && start.read(file).size() == 65537);
     }
 
     void firstAndSecondStart()

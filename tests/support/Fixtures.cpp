@@ -38,6 +38,13 @@ void TestFolder::write(const QString &name, const QByteArray &content) const
         qFatal("%s cannot be written", qPrintable(name));
 }
 
+void TestFolder::damage(const QString &name) const
+{
+    constexpr qsizetype page = 4096;
+    const QByteArray content = read(name);
+    write(name, content.chopped(page) + QByteArray(page, '\0'));
+}
+
 QStringList TestFolder::files(const QString &name) const
 {
     return QDir(folder.path(name)).entryList(QDir::Files | QDir::Hidden, QDir::Name);

@@ -141,6 +141,8 @@ public:
 
     QByteArray read(const QString &name) const;
     void write(const QString &name, const QByteArray &content) const;
+    /// Zeroes the last page of an archive.
+    void damage(const QString &name) const;
     QStringList files(const QString &name = {}) const;
     /// Puts users "code type surname name" into the register, which is made when it is not there.
     void addUsers(const QList<QStringList> &users);

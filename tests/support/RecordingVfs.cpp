@@ -5,6 +5,7 @@
 
 #include <sqlite3.h>
 
+#include <cerrno>
 #include <cstring>
 
 namespace {
@@ -66,6 +67,14 @@ int syncFile(sqlite3_file *file, int flags)
     return code;
 }
 
+int mapSharedMemory(sqlite3_file *file, int region, int size, int extend, volatile void **memory)
+{
+    if (recorder->sharedMemoryError == 0)
+        return methodsBelow(file)->xShmMap(&ours(file)->real, region, size, extend, memory);
+    errno = recorder->sharedMemoryError;
+    return SQLITE_IOERR_SHMSIZE;
+}
+
 void barrier(sqlite3_file *file)
 {
     methodsBelow(file)->xShmBarrier(&ours(file)->real);
@@ -85,7 +94,7 @@ const Methods methods = {2,
                          handOn<&Methods::xFileControl, int, void *>,
                          handOn<&Methods::xSectorSize>,
                          handOn<&Methods::xDeviceCharacteristics>,
-                         handOn<&Methods::xShmMap, int, int, int, void volatile **>,
+                         mapSharedMemory,
                          handOn<&Methods::xShmLock, int, int, int>,
                          barrier,
                          handOn<&Methods::xShmUnmap, int>,

@@ -17,6 +17,8 @@ public:
     QStringList steps; ///< "write NAME", "flush NAME", "delete NAME"
     int stopAt = -1;   ///< number of steps that are still carried out, -1 = all
     int refusal = 0;   ///< code that writing ends with, 0 = it works
+    /// What the system says when the file of the shared memory is to grow, 0 = it does
+    int sharedMemoryError = 0;
 
     /// What a disk holds that has kept nothing but what was flushed.
     void loseWhatWasNotFlushed();

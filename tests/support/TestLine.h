@@ -32,7 +32,8 @@ struct Road {
     explicit Road(const QByteArray &settings)
     {
         test.addUsers({{u"1"_s, u"TX"_s}, {u"2"_s, u"DKS"_s}});
-        test.write(u"Impost.stp"_s, settings);
+        // Of two lines the first counts.
+        test.write(u"Impost.stp"_s, settings + "NUMEVOD=25\r\nCHECK=0\r\nPRN=-1\r\n");
         if (!config.read(2, notices) || !users.refresh())
             qFatal("the road cannot be laid");
         log.open();

@@ -1,0 +1,232 @@
+// The whole program without its window: what it says of the folder it is started on, and its gate on the terminal.
+
+#include "archives/Tables.h"
+#include "mainwindow/ConsoleGate.h"
+#include "platform/CoreDump.h"
+#include "support/Fixtures.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QThread>
+
+#include <atomic>
+#include <pty.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <termios.h>
+#include <thread>
+
+namespace {
+
+const QString users = QStringView(ArchiveName::Users).toString();
+const QString backup = QStringView(ArchiveName::UsersBackup).toString();
+const QByteArray settings = "COM=0\r\nLINGUA=2\r\nNUMEVOD=25\r\nCHECK=60\r\nPRN=-1\r\n";
+
+/// A program on a folder that has been prepared by a list of words.
+struct Site : TestFolder {
+    /// @param things  "fifo NAME", "folder NAME", "file NAME" or one of the words below, a comma between them
+    explicit Site(const QString &things = {})
+    {
+        for (const QString &thing : things.split(u',', Qt::SkipEmptyParts))
+            prepare(thing.section(u' ', 0, 0), thing.section(u' ', 1));
+    }
+    void prepare(const QString &what, const QString &name)
+    {
+        if (name.startsWith(u"Archivi/Backup/"))
+            QDir(directory.path()).mkpath(u"Archivi/Backup"_s);
+        if (what == u"fifo")
+            ::mkfifo(QFile::encodeName(path(name)).constData(), 0600);
+        else if (what == u"folder")
+            QDir(directory.path()).mkpath(name);
+        else if (what == u"file")
+            write(name, settings);
+        else if (what == u"link")
+            QFile::link(u"/nowhere/Anagrafico.zeb"_s, path(users));
+        else if (what == u"register")
+            addManyUsers();
+        else if (what == u"damage")
+            damage(users);
+        else if (what == u"journal")
+            leaveJournal();
+    }
+    void addManyUsers()
+    {
+        QList<QStringList> many;
+        for (int code = 1; code <= 500; ++code)
+            many.append({QString::number(code), u"TX"_s, u"Bianchi"_s, u"Anna"_s});
+        addUsers(many);
+    }
+    /// Another register is put back beside the journal that a program left which was cut off.
+    void leaveJournal()
+    {
+        QByteArray journal;
+        {
+            Result<Database> writer = archives.open(users, Database::Use::Safe);
+            if (!writer.value().execute("PRAGMA cache_size = 1; BEGIN; UPDATE Utenti SET Note='changed'"))
+                qFatal("nothing is changed");
+            journal = read(users + u"-journal"_s);
+        }
+        write(users, read(QStringView(ArchiveName::UsersTemplate).toString()));
+        write(users + u"-journal"_s, journal);
+    }
+    QString path(const QString &name) const { return directory.filePath(name); }
+    std::optional<StartFault> start(std::optional<int> port = {}) { return program.prepare(2, port); }
+    QString inWords(const std::optional<StartFault> &fault) const
+    {
+        return fault ? program.texts().sentence(fault->message) : QString();
+    }
+
+    FakeClock clock;
+    FakePrinters printers;
+    mutable Program program{directory.path(), clock, printers};
+};
+
+/// Types on the terminal, each time it is listened to: @p first once, and then @p second until @p end.
+void type(int terminal, const char *first, const char *second, const std::atomic<bool> &end)
+{
+    for (const char *line = first; !end;) {
+        termios state{};
+        ::tcgetattr(terminal, &state);
+        if ((state.c_lflag & ECHO) == 0 && ::write(terminal, line, qstrlen(line)) > 0)
+            line = second;
+        QThread::msleep(50);
+    }
+}
+
+} // namespace
+
+class TestProgram : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void starts_data()
+    {
+        const QString day = u"fifo Archivi/Eventi_05-03-2004.zeb"_s;
+        const Rows<QString, QString, QString> row("things", "refused", "noticed");
+        row("first start", {}, {}, {});
+        row("a first start was cut off", u"folder Archivi/Backup,file Impost.stp,file Archivi/Anagrafico.zeb.part"_s,
+            {}, {});
+        row("a day, no register", u"file Archivi/EVENTI_01-02-2004.zeb"_s,
+            u"The users register 'HERE/Archivi/Anagrafico.zeb' cannot be read: does not exist"_s, {});
+        row("a backup, no register", u"file "_s + backup,
+            u"The users register 'HERE/Archivi/Anagrafico.zeb' is missing, though the folder has been in use: restore "
+            "it from 'HERE/Archivi/Backup/AnaBack.zeb'."_s,
+            {});
+        row("a link that leads nowhere", u"link"_s,
+            u"The users register 'HERE/Archivi/Anagrafico.zeb' is a link that leads to no file: "
+            "'/nowhere/Anagrafico.zeb'."_s,
+            {});
+        row("damaged behind the first page", u"register,damage,file "_s + backup,
+            u"The users register 'HERE/Archivi/Anagrafico.zeb' is damaged: restore it from "
+            "'HERE/Archivi/Backup/AnaBack.zeb'."_s,
+            {});
+        row("put back beside a hot journal", u"register,journal,file "_s + backup,
+            u"The users register 'HERE/Archivi/Anagrafico.zeb' is damaged: restore it from "
+            "'HERE/Archivi/Backup/AnaBack.zeb'."_s,
+            {});
+        row("pipe for a register", u"fifo "_s + users,
+            u"The users register 'HERE/Archivi/Anagrafico.zeb' cannot be read: not a regular file"_s, {});
+        row("pipe for its journal", u"register,fifo Archivi/Anagrafico.zeb-journal"_s,
+            u"The users register 'HERE/Archivi/Anagrafico.zeb-journal' cannot be read: not a regular file"_s, {});
+        row("pipe for settings", u"fifo Impost.stp"_s,
+            u"The program folder cannot be prepared ('HERE/Impost.stp'): not a regular file"_s, {});
+        row("folder beside settings", u"folder Setup.tmp"_s,
+            u"The program folder cannot be prepared ('HERE/Setup.tmp'): not a regular file"_s, {});
+        row("pipes beside files", u"fifo Setup.tmp,fifo Archivi/Fascie.zeb.part"_s, {}, {});
+        row("file for a folder", u"register,file Archivi/Backup"_s, {},
+            u"The folder 'HERE/Archivi/Backup' cannot be written to."_s);
+        row("pipe for bands", u"register,fifo Archivi/Fascie.zeb"_s, {},
+            u"The time bands 'Archivi/Fascie.zeb' cannot be read: the interface stays disabled: not a regular file"_s);
+        row("pipe for a day", u"register,"_s + day, {},
+            u"The event archive 'Archivi/Eventi_05-03-2004.zeb' cannot be opened: not a regular file"_s);
+    }
+    void starts()
+    {
+        QFETCH(QString, things);
+        QFETCH(QString, refused);
+        QFETCH(QString, noticed);
+        Site site(things);
+        const QStringList before = site.files() + site.files(u"Archivi"_s);
+        const std::optional<StartFault> fault = site.start();
+        const auto inPlace = [&site](QString text) { return text.replace(site.directory.path(), u"HERE"_s); };
+        QCOMPARE(inPlace(site.inWords(fault)), refused);
+        if (!fault)
+            site.program.load();
+        else if (!things.contains(u"register") && !things.contains(u"fifo"))
+            QCOMPARE(site.files() + site.files(u"Archivi"_s), before);
+        QCOMPARE(QFileInfo(site.path(users)).isSymLink(), things == u"link");
+        QCOMPARE(inPlace(takeNotices(site.program.notices()).join(u'|')), noticed);
+    }
+
+    /// What a save leaves is judged as what a start finds.
+    void damagedAfterASave()
+    {
+        Site site(u"register,file Impost.stp,file "_s + backup);
+        QVERIFY(!site.start());
+        site.program.load();
+        site.damage(users);
+        site.program.reloadUsers();
+        QVERIFY(!site.program.users().isKnown());
+        QVERIFY(takeNotices(site.program.notices())
+                    .join(u'|')
+                    .endsWith(u"Archivi/Anagrafico.zeb' is damaged: restore it from '%1'."_s.arg(site.path(backup))));
+    }
+
+    void sharedArchives()
+    {
+        Site first(u"register"_s), second;
+        QVERIFY(QDir(second.path(u"Archivi"_s)).removeRecursively());
+        QVERIFY(QFile::link(first.path(u"Archivi"_s), second.path(u"Archivi"_s)));
+        QVERIFY(!first.start());
+        QCOMPARE(second.inWords(second.start()),
+                 u"The folder '%1' is already used by another supervising program."_s.arg(second.path(u"Archivi"_s)));
+    }
+
+    /// On the terminal, and by a file, a wrong password costs a second, and changes nothing.
+    void gate()
+    {
+        Site site(u"register,file Impost.stp"_s);
+        Passwords passwords(site.archives);
+        QVERIFY(passwords.load() == Passwords::Fault::None &&
+                passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
+        site.write(u"secret"_s, "chiuditi\n");
+        QFile::setPermissions(site.path(u"secret"_s), QFile::ReadOwner);
+        QVERIFY(!site.start(7));
+        QElapsedTimer time;
+        time.start();
+        QCOMPARE(ConsoleGate{site.path(u"secret"_s)}.pass(site.program), u"Wrong password!"_s);
+        QVERIFY(time.restart() >= 1000);
+        QCOMPARE(site.read(u"Impost.stp"_s), settings);
+
+        int terminal = -1, keyboard = -1;
+        QCOMPARE(::openpty(&terminal, &keyboard, nullptr, nullptr, nullptr), 0);
+        const int input = ::dup(STDIN_FILENO);
+        ::dup2(keyboard, STDIN_FILENO);
+        std::atomic<bool> end = false;
+        std::thread person([&] { type(terminal, "sesamo\n", "apriti\n", end); });
+        const QString refusal = ConsoleGate{}.pass(site.program);
+        end = true;
+        person.join();
+        ::dup2(input, STDIN_FILENO);
+        for (const int file : {terminal, keyboard, input})
+            ::close(file);
+        QCOMPARE(refusal, QString());
+        QVERIFY(time.elapsed() >= 1000);
+        QCOMPARE(site.read(u"Impost.stp"_s), settings);
+        site.program.openLink();
+        QVERIFY(site.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
+    }
+
+    void coreDumpsAreOff()
+    {
+        forbidCoreDumps();
+        rlimit limit{1, 1};
+        QVERIFY(::getrlimit(RLIMIT_CORE, &limit) == 0 && limit.rlim_max == 0);
+        QCOMPARE(::prctl(PR_GET_DUMPABLE), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestProgram)
+#include "tst_program.moc"
