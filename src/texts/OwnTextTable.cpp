@@ -160,14 +160,10 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
      "Test du port COM%1 en cours...",
      "Anschluss COM%1 wird getestet..."},
     /* NoPortAvailable */
-    {"Nessuna porta seriale disponibile!\r\nCollegare un adattatore e rispondere No per cercare di nuovo.\r\n"
-     "Terminare il programma?",
-     "No serial port is available!\r\nConnect an adapter and answer No to search again.\r\n"
-     "End the program?",
-     "Aucun port sériel disponible!\r\nBrancher un adaptateur et répondre Non pour relancer la recherche.\r\n"
-     "Terminer le programme?",
-     "Kein serieller Anschluss verfügbar!\r\nEinen Adapter anschließen und mit Nein antworten, um erneut zu suchen.\r\n"
-     "Programm beenden?"},
+    {"Nessuna porta seriale disponibile!\r\nCollegare un adattatore e cercare di nuovo, oppure terminare il programma.",
+     "No serial port is available!\r\nConnect an adapter and search again, or end the program.",
+     "Aucun port sériel disponible!\r\nBrancher un adaptateur et chercher à nouveau, ou terminer le programme.",
+     "Kein serieller Anschluss verfügbar!\r\nEinen Adapter anschließen und erneut suchen, oder das Programm beenden."},
     /* ReadingRuns */
     {"Lettura in corso...", "Reading...", "Lecture en cours...", "Lesevorgang läuft..."},
     /* ZoomIn */
