@@ -7,6 +7,7 @@ namespace {
 constexpr qint64 rePowerQuietMilliseconds = 2000;
 constexpr qint64 minuteMilliseconds = 60'000;
 constexpr qint64 retryMilliseconds = 5000;
+constexpr qint64 recordQuietMilliseconds = 60'000;
 
 /// The interface sends one of these characters when it is switched on.
 bool isRePowerMark(char character)
@@ -28,6 +29,20 @@ LinkMonitor::LinkMonitor(SerialControl &serial, Settings &settings, const Clock 
     });
 }
 
+LinkMonitor::Link LinkMonitor::link() const
+{
+    switch (m_state.known) {
+    case LinkState::Known::Answers:
+        return Link::Answering;
+    case LinkState::Known::NoPort:
+        return Link::PortNotAvailable;
+    case LinkState::Known::Nothing:
+    case LinkState::Known::Silent:
+        break;
+    }
+    return Link::NotAnswering;
+}
+
 Result<void> LinkMonitor::openPort()
 {
     m_serial.setCommPort(m_settings.PortaCom);
@@ -41,13 +56,16 @@ Result<void> LinkMonitor::openPort()
 void LinkMonitor::ApriCollegamento()
 {
     m_retryDue.reset();
+    setUnknown();
     if (m_settings.PortaCom == 0) {
         Q_EMIT noPortChosen();
         return;
     }
     if (const Result<void> opened = openPort(); !opened) {
+        m_retryDue = m_clock.monotonic() + retryMilliseconds;
         Q_EMIT portNotAvailable(opened.fault());
         setLink(Link::PortNotAvailable);
+        arm();
         return;
     }
     LetturaConf();
@@ -61,6 +79,18 @@ void LinkMonitor::VerificaRiaccensione()
         return;
     }
     ConfigInt(Purpose::RePower);
+}
+
+void LinkMonitor::recordReceived()
+{
+    // Noted only: whoever tells it is in the middle of a record.
+    m_heard = true;
+    arm();
+}
+
+bool LinkMonitor::isSilent() const
+{
+    return (m_state.alarm || m_state.known == LinkState::Known::Silent) && m_serial.portOpen();
 }
 
 bool LinkMonitor::takes(char character)
@@ -87,6 +117,9 @@ void LinkMonitor::ConfigInt(Purpose purpose)
 void LinkMonitor::startQuery(Purpose purpose)
 {
     m_purpose = purpose;
+    // What the configuration window is told changes nothing about the link: a record still has its question coming.
+    if (purpose != Purpose::Window)
+        m_heard = false;
     if (!m_serial.portOpen()) {
         ended(purpose, {});
         return;
@@ -130,6 +163,8 @@ void LinkMonitor::arm()
         sooner(m_query.deadline());
     if (m_rePowered && !m_query.isRunning())
         sooner(m_quietUntil);
+    if (m_heard && !m_query.isRunning() && isSilent())
+        sooner(askAgainDue());
     if (due)
         m_timer.start(static_cast<int>(qMax<qint64>(0, *due - m_clock.monotonic())));
     else
@@ -145,6 +180,10 @@ void LinkMonitor::wake()
     advance();
     if (m_rePowered && !m_query.isRunning() && now >= m_quietUntil) {
         m_rePowered = false;
+        ConfigInt(Purpose::RePower);
+    }
+    if (m_heard && !m_query.isRunning() && isSilent() && now >= askAgainDue()) {
+        m_recordQuietUntil = now + recordQuietMilliseconds;
         ConfigInt(Purpose::RePower);
     }
     if (m_checkDue && now >= *m_checkDue)
@@ -197,7 +236,8 @@ void LinkMonitor::ended(Purpose purpose, const InterfaceConfig &config)
 
 void LinkMonitor::becomesOnLine()
 {
-    if (std::exchange(m_alarm, false))
+    m_recordQuietUntil = 0;
+    if (std::exchange(m_state.alarm, false))
         Q_EMIT alarmEnded();
     m_countdown = m_settings.MinCheck;
     m_checkDue = m_clock.monotonic() + minuteMilliseconds;
@@ -206,23 +246,36 @@ void LinkMonitor::becomesOnLine()
 
 void LinkMonitor::setLink(Link link)
 {
-    m_link = link;
+    m_state.known = link == Link::Answering          ? LinkState::Known::Answers
+                    : link == Link::PortNotAvailable ? LinkState::Known::NoPort
+                                                     : LinkState::Known::Silent;
+    Q_EMIT stateChanged();
     Q_EMIT linkChanged(link);
+}
+
+void LinkMonitor::setUnknown()
+{
+    m_state.known = LinkState::Known::Nothing;
+    Q_EMIT stateChanged();
 }
 
 void LinkMonitor::raiseAlarm()
 {
-    m_alarm = true;
+    m_state.alarm = true;
+    Q_EMIT stateChanged();
     Q_EMIT alarmRaised();
 }
 
 void LinkMonitor::objMessage_Chiudi()
 {
-    if (!std::exchange(m_alarm, false))
+    if (!std::exchange(m_state.alarm, false))
         return;
-    // A port that is gone is worse than an interface that is silent.
-    if (m_link != Link::PortNotAvailable)
+    // A port that is gone is worse than an interface that is silent, and of one that is just being asked nothing is
+    // known.
+    if (m_state.known == LinkState::Known::Answers || m_state.known == LinkState::Known::Silent)
         setLink(Link::NotAnswering);
+    else
+        Q_EMIT stateChanged();
 }
 
 void LinkMonitor::objTempochk_ModificaMin(int minutes)
@@ -239,6 +292,7 @@ void LinkMonitor::suspend()
     m_retryDue.reset();
     m_rePowered = false;
     (void)m_serial.setPortOpen(false);
+    setUnknown();
     m_query.abort();
     advance();
 }
@@ -271,7 +325,7 @@ void LinkMonitor::readConfiguration()
 
 void LinkMonitor::configurationClosed()
 {
-    if (m_link == Link::Answering)
+    if (link() == Link::Answering)
         m_checkDue = m_clock.monotonic() + minuteMilliseconds;
     arm();
 }
@@ -301,7 +355,7 @@ void LinkMonitor::lost()
     setLink(Link::PortNotAvailable);
     m_query.abort();
     advance();
-    if (!m_alarm)
+    if (!m_state.alarm)
         raiseAlarm();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/ConfigQuery.h"
+#include "link/LinkState.h"
 #include "platform/Clock.h"
 #include "platform/SerialControl.h"
 #include "startup/Settings.h"
@@ -10,7 +11,8 @@
 #include <functional>
 #include <optional>
 
-/// Opens the port, asks the interface for its configuration, and watches whether it answers.
+/// Opens the port, asks the interface for its configuration, and watches whether it answers. A port that is chosen and
+/// not open, for whatever reason, is tried again every five seconds, except while the port window has it.
 ///
 /// The order of things at a failed check: first the alarm is raised (a message in a window, a line on the console), and
 /// only when the operator has closed it link() tells that the interface does not answer. A port that is gone is told at
@@ -30,9 +32,11 @@ public:
     /// All must outlive this object.
     LinkMonitor(SerialControl &serial, Settings &settings, const Clock &clock, QObject *parent = nullptr);
 
-    Link link() const { return m_link; }
+    /// What is known of the link, and what is shown of it.
+    LinkState state() const { return m_state; }
+    Link link() const;
     /// A check failed, and the operator has not closed its message yet.
-    bool isAlarmRaised() const { return m_alarm; }
+    bool isAlarmRaised() const { return m_state.alarm; }
     /// Minutes until the next periodic check, while checks run.
     int checkCountdown() const { return m_countdown; }
     bool checksRun() const { return m_checkDue.has_value(); }
@@ -44,6 +48,9 @@ public:
     /// Asks the interface because it told that it was switched on. Any number of calls while a query runs, or within
     /// two seconds after one, lead to one more query at the end of those two seconds.
     void VerificaRiaccensione();
+    /// A well-formed record has come. An interface that counts as silent is asked again, as after a re-power; while
+    /// records come and it does not answer, once a minute.
+    void recordReceived();
     /// The operator has closed the message of the alarm.
     void objMessage_Chiudi();
     /// Another interval of the periodic check: @p minutes from now, -1 = as it was.
@@ -73,16 +80,18 @@ public:
 
 Q_SIGNALS:
     void noPortChosen();
-    /// The port could not be opened at the start of the link.
+    /// The port could not be opened at the start of the link. Told once, however often it is tried again.
     void portNotAvailable(const Fault &fault);
-    /// The port failed or was pulled out while it was open. It is tried again every five seconds until it can be
-    /// opened.
+    /// The port failed or was pulled out while it was open.
     void portLost();
+    /// Tried again, the port could be opened.
     void portBack();
     /// A query has ended; the protocol in the settings is up to date.
     void queryEnded(LinkMonitor::Purpose purpose, const InterfaceConfig &config);
     /// link() has been found out or has changed.
     void linkChanged(LinkMonitor::Link link);
+    /// state() may look different.
+    void stateChanged();
     void alarmRaised();
     /// The interface answers again while the alarm stands: its message closes by itself.
     void alarmEnded();
@@ -102,6 +111,9 @@ private:
     void ended(Purpose purpose, const InterfaceConfig &config);
     void becomesOnLine();
     void setLink(Link link);
+    void setUnknown();
+    bool isSilent() const;
+    qint64 askAgainDue() const { return qMax(m_quietUntil, m_recordQuietUntil); }
     void raiseAlarm();
     void updateProtocol(Purpose purpose, const InterfaceConfig &config);
     void saveSetting(const QString &key, int value);
@@ -111,13 +123,14 @@ private:
     const Clock &m_clock;
     ConfigQuery m_query;
     QTimer m_timer;
-    Link m_link = Link::NotAnswering;
+    LinkState m_state;
     Purpose m_purpose = Purpose::LinkStart;
     QList<Purpose> m_next;            ///< asked while a query ran, each once
     bool m_rePowered = false;         ///< told while no query may start
+    bool m_heard = false;             ///< a record has come since the last question
     qint64 m_quietUntil = 0;          ///< no query for a re-power before this
+    qint64 m_recordQuietUntil = 0;    ///< no query for a record before this
     std::optional<qint64> m_checkDue; ///< next minute of the countdown
-    std::optional<qint64> m_retryDue; ///< next try to open the lost port
+    std::optional<qint64> m_retryDue; ///< next try to open the port
     int m_countdown = 0;
-    bool m_alarm = false;
 };

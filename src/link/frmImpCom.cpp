@@ -155,12 +155,13 @@ void frmImpCom::tested(bool found)
 void frmImpCom::noPortAvailable()
 {
     // Without a port there is nothing to choose, and without a choice no way out of a first start.
-    m_messages.ask(this, m_texts[OwnText::NoPortAvailable], Messages::Buttons::YesNo, [this](Messages::Answer answer) {
-        if (answer == Messages::Answer::Yes)
-            Q_EMIT FineProgramma();
-        else
-            tmrLoad_Timer();
-    });
+    m_messages.choose(this, m_texts[OwnText::NoPortAvailable], m_texts[OwnText::ButtonSearchAgain],
+                      m_texts[OwnText::ButtonEnd], [this](bool end) {
+                          if (end)
+                              Q_EMIT FineProgramma();
+                          else
+                              tmrLoad_Timer();
+                      });
 }
 
 /// Number of the chosen port; 0 without one, and the operator is told so.

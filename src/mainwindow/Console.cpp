@@ -39,8 +39,10 @@ Console::Console(Program &program, const QString &remark, QObject *parent) : QOb
     connect(&program.timeProgramme(), &TimeProgramme::lineChanged, this, &Console::tellLine);
     connect(&link, &LinkMonitor::linkChanged, this, &Console::tellLink);
     connect(&link, &LinkMonitor::noPortChosen, this, [this, &texts] { tell(texts[OwnText::NoPortChosen]); });
-    connect(&link, &LinkMonitor::portNotAvailable, this, [this, &texts](const Fault &fault) {
-        tell(texts.sentence({Text::PortaSerialeGiaAperta, {}, fault}));
+    connect(&link, &LinkMonitor::portNotAvailable, this, [this, &program, &texts](const Fault &fault) {
+        const QList<Message> messages = portMessages(program.settings().PortaCom, fault);
+        for (const Message &message : messages)
+            tell(texts.sentence(message));
     });
     const auto ofThePort = [this, &program, &texts](OwnText text) {
         tell(texts.sentence({text, {QString::number(program.settings().PortaCom)}, {}}));

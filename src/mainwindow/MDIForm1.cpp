@@ -12,24 +12,12 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
+#include <QSessionManager>
 
 namespace {
 
 constexpr int showMilliseconds = 1000;
 constexpr int flashMilliseconds = 300;
-
-Text stateText(LinkMonitor::Link link)
-{
-    switch (link) {
-    case LinkMonitor::Link::Answering:
-        return Text::InterfacciaInLinea;
-    case LinkMonitor::Link::PortNotAvailable:
-        return Text::PortaSerialeNonDisponibile;
-    case LinkMonitor::Link::NotAnswering:
-        break;
-    }
-    return Text::InterfacciaNonInLinea;
-}
 
 Text captionOf(Passwords::Type type, bool isSet)
 {
@@ -55,6 +43,8 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
 {
     setObjectName(QStringLiteral("MDIForm1"));
     m_area->setObjectName(QStringLiteral("Client"));
+    // When a window closes, the one that was in front before it comes back.
+    m_area->setActivationOrder(QMdiArea::ActivationHistoryOrder);
     setCentralWidget(m_area);
     connect(m_area, &QMdiArea::subWindowActivated, this, &MDIForm1::subWindowActivated);
     buildMenu();
@@ -69,8 +59,12 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
     connect(&tmrFlash, &QTimer::timeout, this, &MDIForm1::tmrFlash_Timer);
     connect(&program, &Program::refreshing, this, &MDIForm1::showClock);
     connect(&program.timeProgramme(), &TimeProgramme::applied, this, &MDIForm1::showTime);
-    connect(&program.notices(), &Notices::posted, this, &MDIForm1::showNotices, Qt::QueuedConnection);
-    connect(qApp, &QGuiApplication::commitDataRequest, this, &MDIForm1::sessionEnds);
+    connect(&program.notices(), &Notices::posted, this, &MDIForm1::showNext, Qt::QueuedConnection);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &manager) {
+        if (!closeForSession(manager.allowsInteraction()))
+            manager.cancel();
+    });
+    qApp->installEventFilter(this);
     connectLink();
 }
 
@@ -78,12 +72,13 @@ MDIForm1::~MDIForm1()
 {
     // What they tell when they go is heard while there is somebody to hear it.
     qDeleteAll(openWindows());
+    delete m_alarm;
+    m_area->disconnect(this);
     delete m_splash;
 }
 
 void MDIForm1::buildMenu()
 {
-    menuBar()->installEventFilter(this);
     static constexpr std::array names = {"mnuFile", "mnuAnagrafica", "mnuConsult", "mnuStrumenti", "mnuHelp"};
     for (size_t i = 0; i < names.size(); ++i) {
         m_menus.at(i) = menuBar()->addMenu(QString());
@@ -147,38 +142,6 @@ void MDIForm1::addEntry(QMenu *menu, Entry entry, const char *name, std::functio
     });
 }
 
-void MDIForm1::connectLink()
-{
-    LinkMonitor &link = m_program.link();
-    connect(&link, &LinkMonitor::noPortChosen, this, [this] { openPortWindow(true); });
-    connect(&link, &LinkMonitor::portNotAvailable, this, [this](const Fault &fault) {
-        const bool isTaken = fault.code == FaultCode::AlreadyInUse;
-        showCritical(m_program.texts().sentence(
-            {Text::PortaSerialeGiaAperta, {}, isTaken ? std::nullopt : std::optional<Fault>(fault)}));
-    });
-    connect(&link, &LinkMonitor::linkChanged, this, [this](LinkMonitor::Link state) {
-        m_panel5Cleared = false;
-        // A port that could not be opened says nothing about the interface; one that was lost shows when the operator
-        // has closed its message.
-        if (state != LinkMonitor::Link::PortNotAvailable)
-            showLed(state);
-        applyPanel5();
-    });
-    connect(&link, &LinkMonitor::queryEnded, this, [this](LinkMonitor::Purpose purpose, const InterfaceConfig &config) {
-        if (purpose == LinkMonitor::Purpose::LinkStart && !config.answered() && m_program.serial().portOpen())
-            showCritical(m_program.texts()[Text::InterfacciaNonCollegata]);
-        if (purpose == LinkMonitor::Purpose::Window)
-            showConfiguration(config);
-    });
-    connect(&link, &LinkMonitor::alarmRaised, this, &MDIForm1::raiseAlarm);
-    connect(&link, &LinkMonitor::alarmEnded, this, [this] {
-        if (ChildWindow *message = child("frmMessage")) {
-            m_closedByRePower = true;
-            message->unload();
-        }
-    });
-}
-
 // Loading ------------------------------------------------------------------------------------------------------------
 
 void MDIForm1::load()
@@ -193,8 +156,6 @@ void MDIForm1::load()
     m_splash->setAttribute(Qt::WA_DeleteOnClose);
     m_splash->show();
     applyTexts();
-    showClock();
-    StatusBar1->showPicture(6, pictureFile("Led_G.bmp"), m_program.texts()[OwnText::LedUnknown]);
     show();
     m_splash->raise();
     m_program.load();
@@ -208,7 +169,7 @@ void MDIForm1::tmrShow_Timer()
         m_splash->close();
     if (!readPasswords())
         return;
-    showNotices();
+    showNext();
     applyTexts();
     if (m_program.passwords().isSet(Passwords::Type::Main)) {
         m_menu.gateIsClosed = true;
@@ -216,8 +177,6 @@ void MDIForm1::tmrShow_Timer()
         askPassword(Passwords::Type::Main, false);
         return;
     }
-    m_panel5Cleared = true;
-    applyPanel5();
     m_program.openLink();
 }
 
@@ -283,10 +242,8 @@ void MDIForm1::applyTexts()
     QAction *number = m_entries.at(static_cast<size_t>(Entry::NumEvOdVis));
     number->setText(QStringLiteral("%1 (%2)").arg(number->text()).arg(m_program.settings().NumEvOd));
     applyMenu();
-    applyPanel5();
+    showLink();
     showClock();
-    if (m_ledIsKnown)
-        showLed(m_program.link().link());
     showTime(m_program.timeProgramme().isEnabled());
 }
 
@@ -302,12 +259,6 @@ void MDIForm1::applyMenu()
         m_menus.at(i)->setEnabled(state.menus.at(i));
     for (size_t i = 0; i < m_entries.size(); ++i)
         m_entries.at(i)->setEnabled(state.entries.at(i));
-}
-
-void MDIForm1::applyPanel5()
-{
-    const Text text = stateText(m_program.link().link());
-    StatusBar1->showText(5, m_panel5Cleared ? QString() : m_program.texts()[text].toUpper().trimmed());
 }
 
 void MDIForm1::showClock()
@@ -328,32 +279,50 @@ void MDIForm1::showTime(bool enabled)
                             state + QStringLiteral(" (") + texts[line] + QLatin1Char(')'), state);
 }
 
-void MDIForm1::showLed(LinkMonitor::Link link)
-{
-    const bool answers = link == LinkMonitor::Link::Answering;
-    m_ledIsKnown = true;
-    StatusBar1->showPicture(6, pictureFile(answers ? "Led_V.bmp" : "Led_R.bmp"),
-                            m_program.texts()[stateText(link)].trimmed());
-}
-
 QString MDIForm1::pictureFile(const char *name) const
 {
     return m_program.folder().fileToOpen(QStringLiteral("Immagini/") + QLatin1String(name));
 }
 
-void MDIForm1::showNotices()
+// What is told -------------------------------------------------------------------------------------------------------
+
+void MDIForm1::showNext()
 {
-    if (m_noticeIsShown || !isEnabled() || m_program.notices().isEmpty())
-        return;
-    m_noticeIsShown = true;
-    const Notice notice = m_program.notices().take();
-    m_messages.show(this, notice.icon, m_program.texts().sentence(notice.message), [this] {
-        m_noticeIsShown = false;
-        showNotices();
+    while (!m_boxIsShown && isEnabled()) {
+        if (!m_program.notices().isEmpty()) {
+            const Notice notice = m_program.notices().take();
+            showBox(notice.icon, m_program.texts().sentence(notice.message));
+            continue;
+        }
+        if (m_waiting.isEmpty())
+            return;
+        const Waiting next = m_waiting.takeFirst();
+        if (next.text.isEmpty())
+            next.then();
+        else
+            showBox(Icon::Critical, next.text, next.then);
+    }
+}
+
+void MDIForm1::showBox(Icon icon, const QString &text, std::function<void()> then)
+{
+    m_boxIsShown = true;
+    m_messages.show(this, icon, text, [this, then = std::move(then)] {
+        m_boxIsShown = false;
+        if (then)
+            then();
+        showNext();
     });
 }
 
 void MDIForm1::showCritical(const QString &text, std::function<void()> then)
 {
-    m_messages.show(this, Icon::Critical, text, std::move(then));
+    m_waiting.append({text, std::move(then)});
+    showNext();
+}
+
+void MDIForm1::whenTold(std::function<void()> then)
+{
+    m_waiting.append({{}, std::move(then)});
+    showNext();
 }

@@ -17,7 +17,6 @@ class Printing;
 class QAction;
 class QMdiSubWindow;
 class QMenu;
-class QSessionManager;
 class Splash;
 
 /// The frame window: menu, status bar, timers, and the windows that are opened from the menu.
@@ -34,6 +33,10 @@ public:
     void load();
     /// Ends the program whatever the menus say: the system asks for it.
     void end();
+    /// The desktop session is about to end, and may still be called off: closes the windows as their frames would.
+    /// @param mayAsk  a window may ask the operator, or be at work: then the session must be called off
+    /// @return false when it must be
+    bool closeForSession(bool mayAsk);
 
 Q_SIGNALS:
     /// The window has closed: the program ends.
@@ -55,8 +58,7 @@ private:
     void connectLink();
     void applyTexts();
     void applyMenu();
-    void applyPanel5();
-    void showLed(LinkMonitor::Link link);
+    void showLink();
     void showTime(bool enabled);
     void showClock();
     QString caption() const;
@@ -65,9 +67,15 @@ private:
 
     void tmrShow_Timer();
     void tmrFlash_Timer();
-    void showNotices();
     bool readPasswords();
-    void sessionEnds(QSessionManager &manager);
+
+    // Boxes over this window stand one at a time: notices first, then what else is to be told or done.
+    void showNext();
+    void showBox(Icon icon, const QString &text, std::function<void()> then = {});
+    void showCritical(const QString &text, std::function<void()> then = {});
+    /// Calls @p then when no box stands any more; at once, perhaps.
+    void whenTold(std::function<void()> then);
+    void askToEnd();
 
     /// @return false when the window stays open, perhaps because it asks the operator first
     static bool closeChild(ChildWindow *window);
@@ -81,6 +89,7 @@ private:
         else
             openChild(make());
     }
+    void closeRefused();
     void bringForward(ChildWindow *open);
     void subWindowActivated(QMdiSubWindow *frame);
     void openChild(ChildWindow *window);
@@ -120,7 +129,9 @@ private:
     void printRegister(frmLstUtenti *window, Printing *printing);
     void printDuplicates(ChildWindow *window, const QString &report);
     void raiseAlarm();
-    void showCritical(const QString &text, std::function<void()> then = {});
+    void keepAlarmInSight();
+    void turnToAlarm();
+    void returnKeyboard();
     bool isAllowed(Entry entry) const { return menuState(m_menu)[entry]; }
     void addEntry(QMenu *menu, Entry entry, const char *name, void (MDIForm1::*clicked)());
     void addEntry(QMenu *menu, Entry entry, const char *name, std::function<void()> clicked);
@@ -136,11 +147,16 @@ private:
     QPointer<Splash> m_splash;
     QTimer tmrShow;
     QTimer tmrFlash;
-    bool m_panel5Cleared = false; ///< the link is being opened: its state is not known
-    bool m_ledIsKnown = false;
-    bool m_closedByRePower = false;
-    bool m_ending = false;     ///< the close comes from the program or the session, not from the frame
-    int m_opened = 0;          ///< windows so far
-    bool m_closeAgain = false; ///< a close waits for a window to answer its question
-    bool m_noticeIsShown = false;
+    QPointer<QMdiSubWindow> m_alarm; ///< frame of its message
+    struct Waiting {
+        QString text; ///< "" = nothing to tell
+        std::function<void()> then;
+    };
+    QList<Waiting> m_waiting; ///< for the box that stands
+    bool m_boxIsShown = false;
+    bool m_ending = false;      ///< the close comes from the program or the session, and cannot be refused
+    bool m_endIsAsked = false;  ///< whether supervision may end
+    bool m_endIsAgreed = false; ///< the operator has said yes, and no window has refused since
+    bool m_closeAgain = false;  ///< a close waits for a window to answer its question
+    int m_opened = 0;           ///< windows so far
 };

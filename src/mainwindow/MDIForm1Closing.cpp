@@ -4,7 +4,6 @@
 
 #include <QCloseEvent>
 #include <QMdiSubWindow>
-#include <QSessionManager>
 
 #include <algorithm>
 
@@ -16,31 +15,29 @@ void MDIForm1::end()
     close();
 }
 
-/// All windows that are open, the last one opened first: it may have been opened by another, which waits for it.
+/// All windows that are open, the last one opened first: it may have been opened by another, which waits for it. The
+/// alarm is not among them: it has nothing to save, and must not count as seen when the end is called off.
 QList<ChildWindow *> MDIForm1::openWindows() const
 {
     QList<ChildWindow *> open = findChildren<ChildWindow *>();
+    if (m_alarm)
+        open.removeOne(qobject_cast<ChildWindow *>(m_alarm->widget()));
     std::sort(open.begin(), open.end(), [](const ChildWindow *a, const ChildWindow *b) {
         return a->property(OpenedAs).toInt() > b->property(OpenedAs).toInt();
     });
     return open;
 }
 
-void MDIForm1::sessionEnds(QSessionManager &manager)
+bool MDIForm1::closeForSession(bool mayAsk)
 {
-    // At the gate nobody can be asked to give the password first.
-    if (m_menu.gateIsClosed) {
-        m_ending = true;
-        return;
-    }
+    // Nobody can be asked to give the password, or to choose a port, first. The gate stays closed: the session may go
+    // on.
+    if (m_menu.gateIsClosed || m_menu.portIsMissing)
+        return true;
     const QList<ChildWindow *> open = openWindows();
-    for (ChildWindow *window : open) {
-        if (closeChild(window) || !manager.allowsInteraction())
-            continue;
-        // It asks the operator what becomes of his work, or is at work itself; the session goes on.
-        manager.cancel();
-        return;
-    }
+    // A window that does not close asks the operator what becomes of his work, or is at work itself.
+    return std::all_of(open.begin(), open.end(),
+                       [mayAsk](ChildWindow *window) { return closeChild(window) || !mayAsk; });
 }
 
 bool MDIForm1::closeChild(ChildWindow *window)
@@ -50,11 +47,38 @@ bool MDIForm1::closeChild(ChildWindow *window)
     return (frame ? frame : window)->close();
 }
 
+void MDIForm1::closeRefused()
+{
+    m_closeAgain = false;
+    m_endIsAgreed = false;
+}
+
+/// Asks whether supervision may end, before any window asks what becomes of its work.
+void MDIForm1::askToEnd()
+{
+    m_boxIsShown = true;
+    m_messages.ask(this, m_program.texts()[OwnText::AskEndSupervision], Messages::Buttons::YesNo,
+                   [this](Messages::Answer answer) {
+                       m_boxIsShown = false;
+                       m_endIsAsked = false;
+                       m_endIsAgreed = answer == Messages::Answer::Yes;
+                       if (m_endIsAgreed)
+                           close();
+                       showNext();
+                   });
+}
+
 void MDIForm1::closeEvent(QCloseEvent *event)
 {
     const bool isHeld = !isEnabled() || !menuState(m_menu)[TopMenu::File];
     if (!m_ending && isHeld) {
         event->ignore();
+        return;
+    }
+    if (!m_ending && !m_endIsAgreed && m_program.serial().portOpen()) {
+        event->ignore();
+        if (!std::exchange(m_endIsAsked, true))
+            whenTold([this] { askToEnd(); });
         return;
     }
     const QList<ChildWindow *> open = openWindows();

@@ -1,15 +1,11 @@
 #include "mainwindow/MDIForm1.h"
 
-#include "link/PortTest.h"
-#include "link/frmConfInt.h"
-#include "link/frmImpCom.h"
 #include "link/frmUtility.h"
 #include "prefs/PasswordFault.h"
 #include "prefs/frmInfo.h"
 #include "prefs/frmInsPass.h"
 #include "prefs/frmIstruzioni.h"
 #include "prefs/frmLingua.h"
-#include "prefs/frmMessage.h"
 #include "prefs/frmPassProg.h"
 #include "prefs/frmTempochk.h"
 #include "timeprog/frmFerie.h"
@@ -27,48 +23,20 @@
 
 bool MDIForm1::eventFilter(QObject *watched, QEvent *event)
 {
+    // A session that ends for good, after it could be called off, asks nobody any more.
+    if (event->type() == QEvent::Quit && watched == qApp && isVisible()) {
+        end();
+        return true;
+    }
     // Where a menu and a button have the same access key, the button of the window in front is meant; the menus can be
     // reached by the Alt key alone as well.
-    if (watched == menuBar() && event->type() == QEvent::Shortcut) {
+    if (event->type() == QEvent::Shortcut && watched == menuBar()) {
         const QMdiSubWindow *frame = m_area->activeSubWindow();
         auto *window = frame ? qobject_cast<ChildWindow *>(frame->widget()) : nullptr;
         if (window && window->pressByKey(static_cast<QShortcutEvent *>(event)->key()))
             return true;
     }
     return QMainWindow::eventFilter(watched, event);
-}
-
-// The link's alarm ---------------------------------------------------------------------------------------------------
-
-void MDIForm1::raiseAlarm()
-{
-    tmrFlash.start();
-    openOnce<frmMessage>([this] {
-        auto *message = new frmMessage(m_program.texts(), QPixmap(pictureFile("Warning.bmp")));
-        connect(message, &ChildWindow::unloaded, this, &MDIForm1::objMessage_Chiudi);
-        return message;
-    });
-}
-
-void MDIForm1::objMessage_Chiudi()
-{
-    if (!std::exchange(m_closedByRePower, false)) {
-        m_program.link().objMessage_Chiudi();
-        showLed(m_program.link().link());
-    }
-    tmrFlash.stop();
-    StatusBar1->invert(5, false);
-    setWindowTitle(caption());
-}
-
-void MDIForm1::tmrFlash_Timer()
-{
-    if (const ChildWindow *message = child("frmMessage"))
-        m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(message->parentWidget()));
-    QApplication::alert(this);
-    const bool inverted = !StatusBar1->isInverted(5);
-    StatusBar1->invert(5, inverted);
-    setWindowTitle(inverted ? QStringLiteral("\u25CF ") + caption() : caption());
 }
 
 // Windows ------------------------------------------------------------------------------------------------------------
@@ -97,7 +65,7 @@ void MDIForm1::bringForward(ChildWindow *open)
 void MDIForm1::openChild(ChildWindow *window)
 {
     window->setProperty(OpenedAs, ++m_opened);
-    connect(window, &ChildWindow::closeRefused, this, [this] { m_closeAgain = false; });
+    connect(window, &ChildWindow::closeRefused, this, &MDIForm1::closeRefused);
     connect(window, &QObject::destroyed, this, [this] {
         if (std::exchange(m_closeAgain, false))
             QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
@@ -134,64 +102,6 @@ void MDIForm1::mnuFascieOr_Click()
 void MDIForm1::mnuProgFerie_Click()
 {
     openEditor<frmFerie>(TimeProgramme::Part::Holidays);
-}
-
-void MDIForm1::mnuImpCom_Click()
-{
-    if (!child("frmImpCom"))
-        m_program.link().suspend();
-    openPortWindow(false);
-}
-
-void MDIForm1::openPortWindow(bool first)
-{
-    m_menu.portIsMissing = first;
-    applyMenu();
-    openOnce<frmImpCom>([this, first] {
-        auto *test = new PortTest(m_program.ports(), m_program.clock());
-        auto *window = new frmImpCom(m_program.texts(), m_messages, *test);
-        test->setParent(window);
-        window->setPrima(first);
-        window->setConfiguredPort(m_program.settings().PortaCom);
-        connect(window, &frmImpCom::Chiudi, this, &MDIForm1::objImpCom_Chiudi);
-        connect(window, &frmImpCom::FineProgramma, this, &MDIForm1::end);
-        return window;
-    });
-}
-
-void MDIForm1::objImpCom_Chiudi(int port, int result)
-{
-    if (m_ending)
-        return;
-    if (result == 1)
-        m_menu.portIsMissing = false;
-    applyMenu();
-    m_panel5Cleared = true;
-    applyPanel5();
-    m_program.link().objImpCom_Chiudi(port, result);
-}
-
-void MDIForm1::mnuLetConfInt_Click()
-{
-    openOnce<frmConfInt>([this] {
-        auto *window = new frmConfInt(m_program.texts(), m_messages);
-        connect(window, &frmConfInt::Leggi, this, [this, window] {
-            // What the operator has been shown counts, not what may be known by now.
-            const QString offLine = m_program.texts()[Text::InterfacciaNonInLinea].toUpper().trimmed();
-            if (StatusBar1->text(5) == offLine)
-                window->notOnLine();
-            else
-                m_program.link().readConfiguration();
-        });
-        connect(window, &ChildWindow::unloaded, this, [this] { m_program.link().configurationClosed(); });
-        return window;
-    });
-}
-
-void MDIForm1::showConfiguration(const InterfaceConfig &config)
-{
-    if (auto *window = qobject_cast<frmConfInt *>(child("frmConfInt")))
-        window->configurationRead(config);
 }
 
 void MDIForm1::mnuUtility_Click()
@@ -271,6 +181,7 @@ void MDIForm1::askPassword(Passwords::Type type, bool toDeactivate)
     window->DisattivaPW = toDeactivate;
     window->setTipoPass(type);
     connect(window, &frmPassProg::Chiudi, this, &MDIForm1::objPassProg_Chiudi);
+    connect(window, &ChildWindow::closeRefused, this, &MDIForm1::closeRefused);
     connect(window, &ChildWindow::unloaded, this, [this, window] {
         m_menu.passwordWindowIsOpen = isPasswordWindowOpenBut(window);
         m_menu.usersAreAsked = false;
@@ -316,10 +227,7 @@ void MDIForm1::objPassProg_Chiudi(int type, int code)
         deactivate(which);
     } else if (which == Passwords::Type::Main && code == Right) {
         m_menu.gateIsClosed = false;
-        m_ending = false;
         applyMenu();
-        m_panel5Cleared = true;
-        applyPanel5();
         m_program.openLink();
     } else if (which == Passwords::Type::Main && code == Cancelled) {
         QMetaObject::invokeMethod(this, &MDIForm1::end, Qt::QueuedConnection);

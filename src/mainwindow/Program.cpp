@@ -29,6 +29,7 @@ Program::Program(const QString &folder, const Clock &clock, const Printers &prin
     connect(&tmrRefresh, &QTimer::timeout, this, &Program::tmrRefresh_Timer);
     connect(&m_timeProgramme, &TimeProgramme::applied, this,
             [this](bool enabled) { m_serial->setRTSEnable(!enabled); });
+    connect(&m_road, &EventRoad::recordReceived, &m_link, &LinkMonitor::recordReceived);
     connect(&m_link, &LinkMonitor::settingNotSaved, this, [this](const QString &key, const Fault &fault) {
         m_notices.post(Icon::Exclamation, {OwnText::SettingNotSaved, {key}, fault});
     });

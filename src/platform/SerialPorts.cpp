@@ -30,6 +30,23 @@ QString lockFile(const QString &device)
     return {};
 }
 
+FaultCode openFault(int error)
+{
+    switch (error) {
+    case EBUSY:
+        return FaultCode::AlreadyInUse;
+    case EACCES:
+    case EPERM:
+        return FaultCode::AccessDenied;
+    case ENOENT:
+    case ENODEV:
+    case ENXIO:
+        return FaultCode::NotFound;
+    default:
+        return FaultCode::InputOutput;
+    }
+}
+
 } // namespace
 
 QString SerialPorts::device(int number) const
@@ -67,7 +84,7 @@ Result<void> checkDeviceIsFree(const QString &device)
     if (::geteuid() == 0) {
         const int file = ::open(name.constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
         if (file < 0)
-            return Fault{errno == EBUSY ? FaultCode::AlreadyInUse : FaultCode::AccessDenied, device};
+            return Fault{openFault(errno), device};
         int exclusive = 0;
         const bool known = ::ioctl(file, TIOCGEXCL, &exclusive) == 0;
         ::close(file);

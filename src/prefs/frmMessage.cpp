@@ -35,9 +35,15 @@ frmMessage::frmMessage(const Texts &texts, const QPixmap &warning, QWidget *pare
 
     connect(cmdOk, &QPushButton::clicked, this, &frmMessage::unload);
     setKeys(cmdOk, cmdOk);
+    // A click closes it without taking the keyboard from where the guard is typing.
+    cmdOk->setFocusPolicy(Qt::TabFocus);
 
     captions(texts);
-    cmdOk->setFocus();
+}
+
+void frmMessage::mousePressEvent(QMouseEvent *)
+{
+    takeKeyboard();
 }
 
 void frmMessage::captions(const Texts &texts)

@@ -6,7 +6,8 @@ class QLabel;
 class QPixmap;
 class Texts;
 
-/// The interface does not answer. The alarm stands until this window is unloaded.
+/// The interface does not answer. The alarm stands until this window is unloaded: by a click on its button, or by keys
+/// once a click beside it, or the main window, has given it the keyboard.
 class frmMessage : public ChildWindow
 {
     Q_OBJECT
@@ -14,6 +15,9 @@ class frmMessage : public ChildWindow
 public:
     /// @param warning  picture beside the words; none leaves its place out
     frmMessage(const Texts &texts, const QPixmap &warning, QWidget *parent = nullptr);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
 
 private:
     void captions(const Texts &texts);

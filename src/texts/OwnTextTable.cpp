@@ -125,17 +125,13 @@ constexpr std::array<TextRow<OwnText>, OwnTextCount> ownTextTable = {{
      "Test du port COM%1 en cours...", "Anschluss COM%1 wird getestet..."},
     {OwnText::NoPortAvailable,
      "Nessuna porta seriale disponibile!\r\n"
-     "Collegare un adattatore e rispondere No per cercare di nuovo.\r\n"
-     "Terminare il programma?",
+     "Collegare un adattatore e cercare di nuovo, oppure terminare il programma.",
      "No serial port is available!\r\n"
-     "Connect an adapter and answer No to search again.\r\n"
-     "End the program?",
+     "Connect an adapter and search again, or end the program.",
      "Aucun port sériel disponible!\r\n"
-     "Brancher un adaptateur et répondre Non pour relancer la recherche.\r\n"
-     "Terminer le programme?",
+     "Brancher un adaptateur et chercher à nouveau, ou terminer le programme.",
      "Kein serieller Anschluss verfügbar!\r\n"
-     "Einen Adapter anschließen und mit Nein antworten, um erneut zu suchen.\r\n"
-     "Programm beenden?"},
+     "Einen Adapter anschließen und erneut suchen, oder das Programm beenden."},
     {OwnText::ReadingRuns, "Lettura in corso...", "Reading...", "Lecture en cours...", "Lesevorgang läuft..."},
     {OwnText::ZoomIn, "Ingrandisci", "Zoom in", "Agrandir", "Vergrößern"},
     {OwnText::ZoomOut, "Riduci", "Zoom out", "Réduire", "Verkleinern"},

@@ -4,6 +4,7 @@
 
 #include <QGridLayout>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace {
 
@@ -57,7 +58,7 @@ void Messages::ask(QWidget *over, const QString &text, Buttons buttons, std::fun
     if (buttons == Buttons::YesNoCancel)
         shown |= QMessageBox::Cancel;
     QMessageBox *box = makeBox(over, Icon::Question, m_title, text, shown);
-    box->setDefaultButton(QMessageBox::Yes);
+    box->setDefaultButton(buttons == Buttons::YesNo ? QMessageBox::No : QMessageBox::Yes);
     box->setEscapeButton(buttons == Buttons::YesNoCancel ? QMessageBox::Cancel : QMessageBox::No);
     QObject::connect(box, &QMessageBox::finished, over, [then = std::move(then), buttons](int result) {
         if (result == QMessageBox::Yes)
@@ -67,5 +68,18 @@ void Messages::ask(QWidget *over, const QString &text, Buttons buttons, std::fun
         else
             then(Answer::Cancel);
     });
+    box->open();
+}
+
+void Messages::choose(QWidget *over, const QString &text, const QString &first, const QString &second,
+                      std::function<void(bool)> then)
+{
+    QMessageBox *box = makeBox(over, Icon::Question, m_title, text, QMessageBox::NoButton);
+    QPushButton *usual = box->addButton(first, QMessageBox::AcceptRole);
+    const QPushButton *other = box->addButton(second, QMessageBox::RejectRole);
+    box->setDefaultButton(usual);
+    box->setEscapeButton(usual);
+    QObject::connect(box, &QMessageBox::finished, over,
+                     [then = std::move(then), box, other] { then(box->clickedButton() == other); });
     box->open();
 }

@@ -14,7 +14,10 @@ class Messages
 {
 public:
     enum class Answer { Yes, No, Cancel };
-    enum class Buttons { YesNo, YesNoCancel };
+    enum class Buttons {
+        YesNo,       ///< Yes destroys something or ends it: Enter means No
+        YesNoCancel, ///< whether to keep work: Enter means Yes
+    };
 
     /// @param title  of every box
     explicit Messages(QString title = {}) : m_title(std::move(title)) {}
@@ -29,6 +32,10 @@ public:
     virtual void show(QWidget *over, Icon icon, const QString &text, std::function<void()> then = {});
     /// A question; closing the box by its frame or Esc answers No, or Cancel where there is one.
     virtual void ask(QWidget *over, const QString &text, Buttons buttons, std::function<void(Answer)> then);
+    /// A choice between two ways on; Enter, Esc and the frame choose the first.
+    /// @param then  told whether it was the second
+    virtual void choose(QWidget *over, const QString &text, const QString &first, const QString &second,
+                        std::function<void(bool)> then);
 
 private:
     QString m_title;

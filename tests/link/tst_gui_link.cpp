@@ -125,14 +125,16 @@ private Q_SLOTS:
         QTRY_COMPARE(received += holder.input().toByteArray(), QByteArray("R/A"));
     }
 
-    void preselection_data()
+    /// A first start without a port searches again, and ends when the operator says so.
+    void noPort()
     {
-        const Rows<bool, int, int> row("first", "configured", "chosen"); // 0 = none
-        row("configured", false, 7, 7);
-        row("vanished", false, 5, 0);
-        row("negative", false, -6, 0);
-        row("first start", true, 7, 6);
+        Computer computer({});
+        computer.messages.answers = {Messages::Answer::Yes};
+        computer.open(true, 0);
+        QTRY_COMPARE(computer.ended, 1);
+        QCOMPARE(computer.messages.take().size(), 2);
     }
+
     void connection_data()
     {
         // What the interface says to each question, in pieces that arrive one by one.

@@ -149,37 +149,115 @@ private Q_SLOTS:
         QCOMPARE(watched.takeTold(), listOf("alarm"));
     }
 
-    void lostPort()
+    /// An interface that counts as silent and yet sends records is asked again, and not without end.
+    void recordOfASilentInterface_data()
     {
+        const Rows<bool, bool, QString> row("answersAtFirst", "closed", "told");
+        row("silent at the start", false, false, u"0"_s);
+        row("failed check, its message open", true, false, u"alarm ended,0"_s);
+        row("failed check, its message closed", true, true, u"0"_s);
+    }
+    void recordOfASilentInterface()
+    {
+        QFETCH(bool, answersAtFirst);
+        QFETCH(bool, closed);
+        Watched watched("1", answersAtFirst);
+        watched.answers = false;
+        watched.pass(70);
+        if (closed)
+            watched.link.objMessage_Chiudi();
+        watched.takeTold();
+        watched.queries = 0;
+        const auto records = [&watched](int seconds) {
+            for (int second = 0; second < seconds; ++second) {
+                watched.serial.receive("R/A-000000009X..\r\nR/A-000000009X..\r\n");
+                watched.pass(1);
+            }
+        };
+        records(130);
+        // Three attempts of a second, once a minute.
+        QCOMPARE(watched.queries, 9);
+        QCOMPARE(watched.takeTold(), listOf(""));
+        watched.answers = true;
+        watched.serial.receive(QByteArray("\0", 1));
+        watched.pass(1);
+        QTEST(watched.takeTold().join(u','), "told");
+        // Silent once more, it is asked at the first record, and an answer needs one question.
+        watched.answers = false;
+        watched.pass(70);
+        watched.answers = true;
+        watched.queries = 0;
+        records(10);
+        QCOMPARE(watched.takeTold(), listOf("alarm,alarm ended,0"));
+        QCOMPARE(watched.queries, 1);
+    }
+
+    void portThatIsAway_data()
+    {
+        const Rows<bool, bool, int> row("pulledOut", "portWindow", "told");
+        row("at the start", false, false, 1);
+        row("pulled out", true, false, 0);
+        row("pulled out, and the port window opened", true, true, 1);
+    }
+    void portThatIsAway()
+    {
+        QFETCH(bool, pulledOut);
+        QFETCH(bool, portWindow);
         TestLine line("COM=7\r\nLINGUA=2\r\nCHECK=1\r\n");
+        QSignalSpy notAvailable(&line.link, &LinkMonitor::portNotAvailable);
         QSignalSpy lost(&line.link, &LinkMonitor::portLost);
         QSignalSpy back(&line.link, &LinkMonitor::portBack);
         QSignalSpy alarm(&line.link, &LinkMonitor::alarmRaised);
-        QSignalSpy changed(&line.link, &LinkMonitor::linkChanged);
+        QStringList shown;
+        const auto show = [&] {
+            static const QStringList lights = {u"grey"_s, u"green"_s, u"red"_s};
+            const LinkState state = line.link.state();
+            const std::optional<Text> panel = state.panel();
+            shown.append(lights[int(state.light())] + (panel ? Texts()[*panel].last(9) : QString()) +
+                         (state.flashes() ? u" flashing"_s : QString()) + (state.mayBeAsked() ? u""_s : u" no"_s));
+            shown.removeDuplicates();
+            QVERIFY(line.serial.portOpen() || state.light() != LinkState::Light::Green);
+        };
+        QObject::connect(&line.link, &LinkMonitor::stateChanged, show);
+        const auto answers = [&line] {
+            QTRY_COMPARE(line.received, QByteArray("&IC"));
+            line.interface.write(answer);
+            QTRY_COMPARE(line.link.link(), LinkMonitor::Link::Answering);
+        };
+        if (!pulledOut)
+            line.interface.close();
+        show();
         line.link.ApriCollegamento();
-        QTRY_COMPARE(line.received, QByteArray("&IC"));
-        line.interface.write(answer);
-        QTRY_COMPARE(changed.size(), 1);
-
-        line.interface.close();
-        QTRY_COMPARE(lost.size(), 1);
-        QCOMPARE(line.link.link(), LinkMonitor::Link::PortNotAvailable);
-        QCOMPARE(alarm.size(), 1);
-        line.link.objMessage_Chiudi();
-        QCOMPARE(line.link.link(), LinkMonitor::Link::PortNotAvailable);
+        if (pulledOut) {
+            answers();
+            line.interface.close();
+            QTRY_COMPARE(lost.size(), 1);
+            QCOMPARE(shown, listOf("grey,green in linea,redsponibile,redsponibile flashing"));
+            line.link.objMessage_Chiudi();
+        }
+        if (portWindow) {
+            line.link.suspend();
+            QVERIFY(line.interface.open().ok());
+            line.pass(1000, 20);
+            QVERIFY(!line.serial.portOpen());
+            line.interface.close();
+            line.link.objImpCom_Chiudi(0, 2);
+        }
         line.pass(1000, 60);
-        QCOMPARE(lost.size() + alarm.size(), 2);
+        QCOMPARE(line.link.link(), LinkMonitor::Link::PortNotAvailable);
+        QTEST(int(notAvailable.size()), "told");
+        QCOMPARE(lost.size() + alarm.size(), pulledOut ? 2 : 0);
         QCOMPARE(back.size(), 0);
 
         // Plugged in again it opens within five seconds, and the interface is asked as after a re-power.
         QVERIFY(line.interface.open().ok());
         line.received.clear();
+        shown.clear();
         line.pass(1000, 5);
         QCOMPARE(back.size(), 1);
-        QTRY_COMPARE(line.received, QByteArray("&IC"));
-        line.interface.write(answer);
-        QTRY_COMPARE(line.link.link(), LinkMonitor::Link::Answering);
+        answers();
         QVERIFY(line.link.checksRun());
+        QCOMPARE(shown, listOf("red in linea no,green in linea"));
     }
 };
 

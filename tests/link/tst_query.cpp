@@ -222,14 +222,6 @@ private Q_SLOTS:
         QCOMPARE(fault(second, 1), -1);
     }
 
-    void protocolIsKept_data()
-    {
-        const Rows<QByteArray, QByteArray, QByteArray> row("before", "second", "after");
-        row("first report", {}, line2, "PRTC=3\r\n");
-        row("the same", "PRTC=03\r\n", line2, "PRTC=03\r\n");
-        row("another", "PRTC=15\r\n", line2, "PRTC=3\r\n");
-        row("unknown", "PRTC=15\r\n", "\r", "PRTC=0\r\n");
-    }
     void rePowerMarksLeadToOneMoreQuery()
     {
         TestLine line;

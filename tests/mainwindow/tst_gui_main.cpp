@@ -85,6 +85,20 @@ struct Desk {
     {
         QTest::mouseClick(on->findChild<QAbstractButton *>(QString::fromLatin1(button)), Qt::LeftButton);
     }
+    /// At the keyboard, whatever has it.
+    void type(const char *text)
+    {
+        for (const char *key = text; *key != 0; ++key)
+            QTest::keyClick(window.windowHandle(), *key);
+    }
+    /// The operator closes the window, and agrees that supervision ends.
+    void close()
+    {
+        messages.answers = {Messages::Answer::Yes};
+        QVERIFY(!window.close() && window.isVisible());
+        QTRY_VERIFY(!window.isVisible());
+        QCOMPARE(messages.take(), QStringList{u"Question: "_s + program.texts()[OwnText::AskEndSupervision]});
+    }
 
     TestFolder test;
     FakeClock clock;
@@ -107,6 +121,7 @@ struct Desk {
 
 const char *const onLine = "MULTIPROTOCOL INTERFACE ON LINE";
 const char *const offLine = "MULTIPROTOCOL INTERFACE NOT ON LINE";
+const char *const noPort = "THE CONFIGURED SERIAL PORT IS NOT AVAILABLE";
 
 } // namespace
 
@@ -117,8 +132,12 @@ class TestMainWindow : public QObject
 private Q_SLOTS:
     void gate();
     void alarm();
+    void keyboardDuringTheAlarm();
     void lostPort();
+    void portsThatCannotBeOpened_data();
+    void portsThatCannotBeOpened();
     void firstPort();
+    void endIsAsked();
     void liveView();
     void refusedCloseIsForgotten();
     void savedRegisterThatCannotBeRead();
@@ -145,9 +164,13 @@ void TestMainWindow::gate()
     QVERIFY(desk.window.isVisible() && !desk.window.close());
     desk.pass(3);
     QCOMPARE(desk.asked, QByteArray());
+    QCOMPARE(desk.panel(5) + desk.led(), u"Led_G.bmp"_s);
+    // A log-out that is called off after all leaves it as it was.
+    QVERIFY(desk.window.closeForSession(true) && !desk.window.close());
 
     ChildWindow *ask = desk.open("frmPassProg");
     QVERIFY(!ask->close());
+    QVERIFY(desk.window.isVisible());
     auto *box = ask->findChild<QLineEdit *>(u"txtPass"_s);
     QTest::keyClicks(box, u"perche"_s);
     QTest::keyClick(box, Qt::Key_Return);
@@ -163,7 +186,11 @@ void TestMainWindow::gate()
     // Removed with the same password, the next start is free.
     desk.entry("mnuAttPass")->trigger();
     QVERIFY(!desk.entry("mnuAnagrafica")->isEnabled());
-    QVERIFY(!desk.window.close()); // only its two buttons close the password window
+    // Only its two buttons close the password window, and the end that it refused does not come with it.
+    desk.messages.answers = {Messages::Answer::Yes};
+    QVERIFY(!desk.window.close());
+    QTRY_COMPARE(desk.messages.standing, 0);
+    QCOMPARE(desk.messages.take().size(), 1);
     ask = desk.open("frmPassProg");
     ask->findChild<QLineEdit *>(u"txtPass"_s)->setText(u"perch\u00E9"_s);
     desk.click(ask, "cmdOk");
@@ -171,6 +198,7 @@ void TestMainWindow::gate()
     QCOMPARE(desk.entry("mnuAttPass")->text(), u"Enable &Main Password"_s);
     Passwords stored(desk.test.archives);
     QVERIFY(stored.load() == Passwords::Fault::None && !stored.isSet(Passwords::Type::Main));
+    QVERIFY(desk.window.isVisible());
 }
 
 void TestMainWindow::alarm()
@@ -210,6 +238,66 @@ void TestMainWindow::alarm()
     QVERIFY(!desk.window.findChild<QTimer *>(u"tmrFlash"_s)->isActive());
 }
 
+/// The alarm stands in front and flashes, and what the guard types goes on where it went.
+void TestMainWindow::keyboardDuringTheAlarm()
+{
+    Desk desk;
+    desk.comeToLife();
+    QVERIFY(QTest::qWaitForWindowActive(&desk.window));
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    const auto alarm = [&desk] {
+        desk.interface.close();
+        QTRY_VERIFY(desk.open("frmMessage"));
+        QVERIFY(QMetaObject::invokeMethod(desk.window.findChild<QTimer *>(u"tmrFlash"_s), "timeout"));
+    };
+    const auto portReturns = [&desk] {
+        QVERIFY(desk.interface.open().ok());
+        desk.pass(5);
+        QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+        QTRY_VERIFY(!desk.open("frmMessage"));
+    };
+    const auto turnAndClose = [&desk] {
+        QTest::keyClick(desk.window.windowHandle(), Qt::Key_Tab, Qt::ControlModifier);
+        desk.type("\r");
+        QTRY_VERIFY(!desk.open("frmMessage"));
+    };
+    // With nothing else open a stray key closes nothing.
+    alarm();
+    desk.type(" \r");
+    QVERIFY(desk.open("frmMessage"));
+    turnAndClose();
+    portReturns();
+
+    desk.entry("mnuAttPass")->trigger();
+    auto *first = desk.open("frmInsPass")->findChild<QLineEdit *>(u"txtPass"_s);
+    desk.entry("mnuImpContKor")->trigger();
+    desk.entry("mnuAttPass")->trigger();
+    QTRY_VERIFY(first->hasFocus());
+    desk.type("De");
+    alarm();
+    desk.type(" An");
+    QVERIFY(QMetaObject::invokeMethod(desk.window.findChild<QTimer *>(u"tmrFlash"_s), "timeout"));
+    desk.type("gelis");
+    QCOMPARE(first->text(), u"De Angelis"_s);
+    const ChildWindow *message = desk.open("frmMessage");
+    QVERIFY(message);
+    const QWidget *frame = message->parentWidget();
+    QVERIFY(message->isAncestorOf(desk.window.childAt(frame->geometry().center())));
+    // A click closes it and leaves the keyboard where it was; by keys it comes back there.
+    desk.click(desk.open("frmMessage"), "cmdOk");
+    QTRY_VERIFY(!desk.open("frmMessage"));
+    QVERIFY(first->hasFocus());
+    portReturns();
+    alarm();
+    turnAndClose();
+    QTRY_VERIFY(first->hasFocus());
+    // The window that was in front before comes back, not the one that was opened before.
+    desk.entry("mnuAbout")->trigger();
+    desk.entry("mnuAttPass")->trigger();
+    desk.open("frmInsPass")->unload();
+    QTRY_COMPARE(desk.window.findChild<QMdiArea *>()->activeSubWindow()->widget(), desk.open("frmInfo"));
+}
+
 void TestMainWindow::lostPort()
 {
     Desk desk;
@@ -217,11 +305,47 @@ void TestMainWindow::lostPort()
     QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
     desk.interface.close();
     QTRY_VERIFY(desk.open("frmMessage"));
-    QCOMPARE(desk.panel(5), u"THE CONFIGURED SERIAL PORT IS NOT AVAILABLE"_s);
+    QCOMPARE(desk.panel(5), QLatin1String(noPort));
+    QCOMPARE(desk.led(), u"Led_R.bmp"_s);
+    QCOMPARE(desk.label(6)->accessibleName().toUpper(), desk.panel(5));
     QVERIFY(desk.interface.open().ok());
     desk.pass(5);
     QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
     QTRY_VERIFY(!desk.open("frmMessage"));
+}
+
+void TestMainWindow::portsThatCannotBeOpened_data()
+{
+    QTest::addColumn<bool>("isTaken");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("in use") << true << u"Serial port is already open!\r\nConfigure another serial port!"_s;
+    QTest::newRow("away") << false
+                          << u"The serial port COM7 cannot be opened: does not exist\r\n"
+                             "It is tried again every five seconds."_s;
+}
+
+void TestMainWindow::portsThatCannotBeOpened()
+{
+    QFETCH(bool, isTaken);
+    QFETCH(QString, told);
+    Desk desk;
+    SerialControl other(desk.program.ports());
+    other.setCommPort(7);
+    if (isTaken)
+        QVERIFY(other.setPortOpen(true).ok());
+    else
+        desk.interface.close();
+    desk.program.notices().post(Icon::Critical, {OwnText::EventsLost, {u"3"_s}, {}});
+    desk.comeToLife();
+    QTRY_COMPARE(desk.panel(5), QLatin1String(noPort));
+    QCOMPARE(desk.led(), u"Led_R.bmp"_s);
+    QTRY_COMPARE(desk.messages.shown.size(), 2);
+    desk.pass(20);
+    QCOMPARE(desk.messages.take(), QStringList({u"Critical: Events lost: 3"_s, u"Critical: "_s + told}));
+    QCOMPARE(desk.messages.most, 1);
+    QVERIFY(other.setPortOpen(false).ok() && (isTaken || desk.interface.open().ok()));
+    desk.pass(5);
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
 }
 
 void TestMainWindow::firstPort()
@@ -244,11 +368,40 @@ void TestMainWindow::firstPort()
     desk.entry("mnuImpCom")->trigger();
     desk.entry("mnuImpCom")->trigger();
     QVERIFY(!desk.program.serial().portOpen());
+    QCOMPARE(desk.panel(5) + desk.led(), u"Led_G.bmp"_s);
     QTRY_VERIFY(desk.open("frmImpCom")->isEnabled());
     desk.asked.clear();
     desk.click(desk.open("frmImpCom"), "cmdAnnulla");
     QTRY_COMPARE(desk.asked, QByteArray("&IC"));
     QVERIFY(!desk.open("frmImpCom"));
+}
+
+/// Supervision ends when the operator says so, and without a word when he is not there to be asked.
+void TestMainWindow::endIsAsked()
+{
+    Desk desk;
+    desk.comeToLife();
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    for (int attempt = 0; attempt < 2; ++attempt)
+        desk.entry("mnuExit")->trigger();
+    QTRY_COMPARE(desk.messages.standing, 0);
+    QCOMPARE(desk.messages.take().size(), 1);
+    QVERIFY(desk.window.isVisible());
+    desk.close();
+    // A log-out that comes to its end, a signal, and a port that is closed.
+    Desk session;
+    session.comeToLife();
+    QTRY_COMPARE(session.panel(5), QLatin1String(onLine));
+    QVERIFY(session.window.closeForSession(true));
+    QEvent quit(QEvent::Quit);
+    QCoreApplication::sendEvent(qApp, &quit);
+    QVERIFY(!session.window.isVisible());
+    Desk other;
+    other.comeToLife();
+    QTRY_COMPARE(other.panel(5), QLatin1String(onLine));
+    other.entry("mnuImpCom")->trigger();
+    QTRY_VERIFY(other.open("frmImpCom")->isEnabled());
+    QVERIFY(other.window.close());
 }
 
 /// From the line to the grid, with the name, while the view is open.
@@ -265,7 +418,7 @@ void TestMainWindow::liveView()
     desk.interface.write("R/A-000000001X..\r\n");
     view->findChild<QTimer *>(u"tmrRefresh"_s)->setInterval(50);
     QTRY_COMPARE(grid->model()->index(0, 2).data().toString(), u"Rossi"_s);
-    QVERIFY(desk.window.close());
+    desk.close();
 }
 
 /// A close that was refused while the register loads must not end the program when another window closes later.
@@ -277,7 +430,10 @@ void TestMainWindow::refusedCloseIsForgotten()
     desk.entry("mnuUtenti")->trigger();
     ChildWindow *users = desk.open("frmLstUtenti");
     QVERIFY(users && !users->isEnabled());
+    desk.messages.answers = {Messages::Answer::Yes};
     QVERIFY(!desk.window.close());
+    QTRY_COMPARE(desk.messages.standing, 0);
+    QCOMPARE(desk.messages.take().size(), 1);
     desk.entry("mnuAbout")->trigger();
     desk.click(desk.open("frmInfo"), "cmdOk");
     QTRY_VERIFY(!desk.open("frmInfo") && users->isEnabled());
@@ -289,7 +445,7 @@ void TestMainWindow::refusedCloseIsForgotten()
     desk.entry("mnuUtenti")->trigger();
     const auto *area = desk.window.findChild<QMdiArea *>();
     QTRY_COMPARE(area->activeSubWindow()->widget(), desk.open("frmInsCodice"));
-    QVERIFY(desk.window.close());
+    desk.close();
 }
 
 /// Nobody is decided about by the users of before; the events wait until the register can be read.
@@ -340,20 +496,21 @@ void TestMainWindow::editorsHoldTheProgramme()
     desk.clock.moment = desk.clock.moment.addSecs(1);
     QVERIFY(QMetaObject::invokeMethod(&desk.program.tmrRefresh, "timeout"));
     QCOMPARE(told(), QStringList({u"released"_s, u"asserted"_s}));
-    // Closing the program asks for the changes; No keeps it open, Yes lets it close.
+    // Closing the program asks for the changes, after the end of supervision; No keeps it open, Yes lets it close.
     desk.entry("mnuProgFerie")->trigger();
     desk.open("frmFerie")->findChild<QLineEdit *>(u"txtDalGiorno"_s)->setText(u"05/03/2004"_s);
     desk.click(desk.open("frmFerie"), "cmdAggiungi");
     QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
-    desk.messages.answers = {Messages::Answer::No, Messages::Answer::Yes};
+    desk.messages.answers = {Messages::Answer::Yes, Messages::Answer::No, Messages::Answer::Yes, Messages::Answer::Yes};
     for (int asked = 1; asked <= 2; ++asked) {
         QVERIFY(!desk.window.close());
-        QTRY_COMPARE(desk.messages.shown.size(), asked);
+        QTRY_COMPARE(int(desk.messages.shown.size()), 2 * asked);
         QTest::qWait(20);
         QCOMPARE(desk.window.isVisible(), asked == 1);
     }
     QTRY_COMPARE(unloaded.size(), 1);
-    QVERIFY(desk.messages.take().constFirst().startsWith(u"Question: Attention: all changes will be cancelled!"_s));
+    QCOMPARE(desk.messages.most, 1);
+    QVERIFY(desk.messages.take().constLast().startsWith(u"Question: Attention: all changes will be cancelled!"_s));
     // An archive that cannot be opened is told, and its window goes.
     Desk damaged;
     damaged.comeToLife();
@@ -388,8 +545,16 @@ void TestMainWindow::receptionBehindABox()
     QTRY_COMPARE(desk.open("frmUtility")->findChild<QLineEdit *>(u"txtCanale"_s)->text(), u"C - ENABLED"_s);
     // The end closes archive and windows whatever is open.
     QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
-    QVERIFY(desk.window.close());
-    QCOMPARE(unloaded.size(), 1);
+    QTRY_VERIFY(!desk.window.findChild<QMessageBox *>());
+    QVERIFY(!desk.window.close());
+    QTRY_VERIFY(desk.window.findChild<QMessageBox *>());
+    box = desk.window.findChild<QMessageBox *>();
+    // Whoever presses Enter unread goes on supervising.
+    QTest::keyClick(box, Qt::Key_Return);
+    QTRY_VERIFY(!desk.window.findChild<QMessageBox *>());
+    QVERIFY(desk.window.isVisible() && !desk.window.close());
+    desk.window.findChild<QMessageBox *>()->button(QMessageBox::Yes)->click();
+    QTRY_COMPARE(unloaded.size(), 1);
     // No bands, not enabled: told as the first thing after opening, and let go at the end.
     QCOMPARE(desk.serial->rtsTold, QStringList({u"asserted"_s, u"released"_s}));
     const QString day = ArchiveName::events(u"05-03-2004"_s);

@@ -13,6 +13,8 @@ class FakeMessages : public Messages
 public:
     QStringList shown;     ///< "Icon: text", oldest first
     QList<Answer> answers; ///< to the questions to come; none left = No
+    int standing = 0;      ///< boxes that no answer has closed yet
+    int most = 0;          ///< that stood at once
 
     ~FakeMessages() override
     {
@@ -28,16 +30,35 @@ public:
                                           QStringLiteral("Question"), QStringLiteral("Exclamation"),
                                           QStringLiteral("Critical")};
         shown.append(names[static_cast<int>(icon)] + QStringLiteral(": ") + text);
-        if (then)
-            QMetaObject::invokeMethod(
-                over, [then = std::move(then)] { then(); }, Qt::QueuedConnection);
+        most = qMax(most, ++standing);
+        QMetaObject::invokeMethod(
+            over,
+            [this, then = std::move(then)] {
+                --standing;
+                if (then)
+                    then();
+            },
+            Qt::QueuedConnection);
     }
 
     void ask(QWidget *over, const QString &text, Buttons, std::function<void(Answer)> then) override
     {
         shown.append(QStringLiteral("Question: ") + text);
         const Answer answer = answers.isEmpty() ? Answer::No : answers.takeFirst();
+        most = qMax(most, ++standing);
         QMetaObject::invokeMethod(
-            over, [then = std::move(then), answer] { then(answer); }, Qt::QueuedConnection);
+            over,
+            [this, then = std::move(then), answer] {
+                --standing;
+                then(answer);
+            },
+            Qt::QueuedConnection);
+    }
+
+    /// Yes chooses the first way.
+    void choose(QWidget *over, const QString &text, const QString &, const QString &,
+                std::function<void(bool)> then) override
+    {
+        ask(over, text, Buttons::YesNo, [then = std::move(then)](Answer answer) { then(answer != Answer::Yes); });
     }
 };

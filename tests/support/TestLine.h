@@ -37,6 +37,7 @@ struct Road {
         if (!config.read(2, notices) || !users.refresh())
             qFatal("the road cannot be laid");
         log.open();
+        QObject::connect(&road, &EventRoad::recordReceived, &link, &LinkMonitor::recordReceived);
     }
     /// Lets @p milliseconds pass, and that as often as said.
     void pass(int milliseconds, int times = 1)
