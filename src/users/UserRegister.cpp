@@ -66,19 +66,13 @@ Result<void> UserRegister::keepPasswords()
     // Without a readable archive those of the copy are the latest.
     if (!copy || !archive)
         return {};
-    Result<Statement> now =
-        archive.value().prepare(QStringLiteral("SELECT PassProg, PassUte, PassUtility FROM Password"));
-    Result<Statement> then =
-        copy->prepare(QStringLiteral("UPDATE Password SET PassProg = ?, PassUte = ?, PassUtility = ?"));
-    if (!now || !then)
+    SqlValues passwords;
+    const Result<void> read = archive.value().each(
+        QStringLiteral("SELECT PassProg, PassUte, PassUtility FROM Password LIMIT 1"), {},
+        [&passwords](const Statement &row) { passwords = {row.text(0), row.text(1), row.text(2)}; });
+    if (!read || passwords.isEmpty())
         return {};
-    if (const Result<bool> row = now.value().step(); !row || !row.value())
-        return {};
-    for (int field = 0; field < 3; ++field)
-        then.value().bind(field + 1, now.value(), field);
-    if (const Result<bool> written = then.value().step(); !written)
-        return written.fault();
-    return {};
+    return copy->execute(QStringLiteral("UPDATE Password SET PassProg = ?, PassUte = ?, PassUtility = ?"), passwords);
 }
 
 void UserRegister::discard()

@@ -106,6 +106,31 @@ private Q_SLOTS:
         QCOMPARE(test.read(name), content);
     }
 
+    void rowsOneByOne()
+    {
+        TestFolder test;
+        test.addUsers({listOf("1,TX"), listOf("2,TX"), listOf("3,TX")});
+        Database database = std::move(test.archives.open(ArchiveName::Users, Database::Use::Safe).value());
+        const QString sql = u"SELECT Codice FROM Utenti WHERE Codice <> ? AND rowid < ? ORDER BY rowid"_s;
+        QStringList seen;
+        const auto see = [&seen](const Statement &row) { seen.append(row.text(0)); };
+        QVERIFY(database.each(sql, {u"2' OR 'a'='a"_s, qint64{3}}, see).ok());
+        QCOMPARE(seen, listOf("1,2"));
+        const auto seeOne = [&](const Statement &row) {
+            see(row);
+            return row.text(0) != u"2"_s;
+        };
+        QVERIFY(database.each(sql, {QString(), qint64{9}}, seeOne).ok());
+        QCOMPARE(seen, listOf("1,2,1,2"));
+        const auto refuse = [](const Statement &row) -> Result<void> { return Fault{FaultCode::TooLarge, row.text(0)}; };
+        QCOMPARE(database.each(sql, {QString(), qint64{9}}, refuse).fault().subject, u"1"_s);
+        Database other = std::move(test.archives.open(ArchiveName::Users, Database::Use::Safe).value());
+        QVERIFY(database.execute(u"UPDATE Utenti SET Nome = ? WHERE rowid = ?"_s, {u"O'Hara"_s, qint64{3}}).ok());
+        QCOMPARE(test.rows(ArchiveName::Users, u"SELECT Nome FROM Utenti"_s).join(u','), u",,O'Hara"_s);
+        QVERIFY(other.execute("BEGIN EXCLUSIVE").ok());
+        QCOMPARE(database.each(sql, {QString(), qint64{9}}, see).fault().code, FaultCode::Locked);
+    }
+
     void recordSetRules()
     {
         TestFolder test;
