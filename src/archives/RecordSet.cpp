@@ -79,32 +79,26 @@ void RecordSet::moveNext()
         m_position = qMin(m_position + 1, m_rows.size());
 }
 
-void RecordSet::movePrevious()
-{
-    m_onDeleted = false;
-    m_position = qMax<qsizetype>(m_position - 1, -1);
-}
-
 void RecordSet::moveTo(qsizetype position)
 {
     m_onDeleted = false;
     m_position = position;
 }
 
-Result<bool> RecordSet::findFirst(const QString &criteria, Search search)
+bool RecordSet::findFirst(const Values &wanted)
 {
-    QSet<qint64> matches;
-    const Result<void> read =
-        m_database->each(QStringLiteral("SELECT rowid FROM %1 WHERE %2").arg(m_table, criteria), {},
-                         [&matches](const Statement &row) { matches.insert(row.integer(0)); });
-    if (!read)
-        return read.fault();
+    QList<std::pair<qsizetype, QString>> cells;
+    for (auto cell = wanted.cbegin(); cell != wanted.cend(); ++cell)
+        cells.append({m_fields.indexOf(cell.key()), cell.value()});
+    const auto matches = [&cells](const Row &row) {
+        return std::all_of(cells.cbegin(), cells.cend(),
+                           [&row](const auto &cell) { return row.values.value(cell.first) == cell.second; });
+    };
     const Row *row = m_onDeleted ? nullptr : current();
-    if (search == Search::PreferCurrent && row && matches.contains(row->id))
+    if (row && matches(*row))
         return true;
-    const auto found =
-        std::find_if(m_rows.cbegin(), m_rows.cend(), [&](const Row &r) { return matches.contains(r.id); });
-    if (matches.isEmpty() || found == m_rows.cend())
+    const auto found = std::find_if(m_rows.cbegin(), m_rows.cend(), matches);
+    if (found == m_rows.cend())
         return false;
     moveTo(found - m_rows.cbegin());
     return true;
@@ -114,7 +108,7 @@ const RecordSet::Row *RecordSet::current() const
 {
     if (m_onDeleted)
         return &m_deleted;
-    return m_position >= 0 && m_position < m_rows.size() ? &m_rows[m_position] : nullptr;
+    return m_position < m_rows.size() ? &m_rows[m_position] : nullptr;
 }
 
 QString RecordSet::value(const QString &field) const

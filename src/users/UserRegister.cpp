@@ -82,30 +82,12 @@ void UserRegister::discard()
 
 bool UserRegister::find(const QString &code)
 {
-    RecordSet &all = users();
-    if (all.value(codeField()) == code)
-        return true;
-    const int column = all.column(codeField());
-    for (qsizetype row = 0; row < all.recordCount(); ++row) {
-        if (all.value(row, column) == code) {
-            all.moveTo(row);
-            return true;
-        }
-    }
-    return false;
+    return users().findFirst({{codeField(), code}});
 }
 
-bool UserRegister::contains(const QString &code, CodeType type)
+bool UserRegister::contains(const QString &code, CodeType type) const
 {
-    const RecordSet &all = users();
-    const int codes = all.column(codeField());
-    const int types = all.column(QStringLiteral("Tipo"));
-    const QString wanted = typeText(type);
-    for (qsizetype row = 0; row < all.recordCount(); ++row) {
-        if (all.value(row, codes) == code && all.value(row, types) == wanted)
-            return true;
-    }
-    return false;
+    return m_editor.contains({{codeField(), code}, {QStringLiteral("Tipo"), typeText(type)}});
 }
 
 Result<void> UserRegister::add(const QString &code, CodeType type)

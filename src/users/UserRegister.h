@@ -39,7 +39,7 @@ public:
 
     /// Makes a user with this code current, whatever its type; the current one stays when it has the code.
     bool find(const QString &code);
-    bool contains(const QString &code, CodeType type);
+    bool contains(const QString &code, CodeType type) const;
 
     /// Adds a user, who becomes current.
     Result<void> add(const QString &code, CodeType type);
