@@ -2,7 +2,7 @@
 
 #include "startup/DateTimeText.h"
 
-QueryFault checkQuery(const EventQuery &query, const UsersCopy &users)
+QueryFault checkQuery(const EventQuery &query, const UserDirectory &users)
 {
     if (!DataValida(query.firstDay))
         return QueryFault::FirstDay;

@@ -15,7 +15,7 @@ struct EventSearch::OpenDay {
     int matches;
 };
 
-EventSearch::EventSearch(ArchiveStore &archives, const UsersCopy &users)
+EventSearch::EventSearch(ArchiveStore &archives, const UserDirectory &users)
     : m_archives(archives), m_users(users), m_results(archives)
 {
 }
@@ -111,7 +111,7 @@ void EventSearch::copyRow()
     if (!stepped || !stepped.value())
         return nextDay();
     const SearchResults::Columns &columns = m_open->columns;
-    const UsersCopy::User *user = m_users.find(m_open->rows.text(columns.Codice), m_open->rows.text(columns.Tipo));
+    const User *user = m_users.find(m_open->rows.text(columns.Codice), m_open->rows.text(columns.Tipo));
     const Result<void> added =
         m_results.add(m_open->rows, columns, user ? user->Cognome : QString(), user ? user->Nome : QString());
     if (!added) {

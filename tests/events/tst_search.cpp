@@ -117,7 +117,7 @@ void TestSearch::faults()
     QFETCH(QueryFault, fault);
     TestFolder test;
     test.addUsers({{u"12"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s}});
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     QCOMPARE(checkQuery(wanted, users), fault);
 }
@@ -188,7 +188,7 @@ void TestSearch::walk()
                               {},
                               {},
                               u"||TX|A||31-12-9999|10:00:00|"_s};
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     run(search, wanted);
@@ -216,7 +216,7 @@ void TestSearch::unreadDays()
     Result<Database> locked = test.archives.open(ArchiveName::events(u"04-03-2004"_s), Database::Use::Safe);
     QVERIFY(locked && locked.value().execute("BEGIN EXCLUSIVE"));
 
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     run(search, range(u"01/03/2004"_s, u"06/03/2004"_s));
@@ -239,7 +239,7 @@ void TestSearch::stopAndLeftovers()
         test.write(u"Archivi/"_s + QString::fromLatin1(left), "left over");
     const QStringList before = test.files(u"Archivi"_s);
     {
-        UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+        UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
         QVERIFY(users.open());
         EventSearch search(test.archives, users);
         QVERIFY(search.start(range(u"05/03/2004"_s, u"06/03/2004"_s)));
@@ -262,7 +262,7 @@ void TestSearch::resultsThatCannotBeKept()
     TestFolder test;
     test.addUsers({});
     QFile::remove(test.folder.path(u"Archivi/Eventitmp.zeb"_s));
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     const Result<void> started = search.start(range(u"05/03/2004"_s, u"06/03/2004"_s));
@@ -289,7 +289,7 @@ void TestSearch::agreesWithAPlainLoop()
         }
         test.addEvents(day, ofDay);
     }
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     int found = 0;

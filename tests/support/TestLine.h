@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archives/Tables.h"
 #include "link/LineReader.h"
 #include "platform/PseudoTerminal.h"
 #include "support/Fixtures.h"
@@ -33,7 +34,7 @@ struct Road {
     {
         test.addUsers({{u"1"_s, u"TX"_s}, {u"2"_s, u"DKS"_s}});
         test.write(u"Impost.stp"_s, settings);
-        if (!config.read(2, notices) || !users.refresh())
+        if (!config.read(2, notices) || !users.open())
             qFatal("the road cannot be laid");
         log.open();
     }
@@ -54,7 +55,7 @@ struct Road {
     SerialPorts ports{test.folder};
     Serial serial{ports};
     LinkMonitor link{serial, config, clock};
-    UsersSnapshot users{test.archives};
+    UserDirectory users{test.archives, ArchiveName::UsersSnapshot};
     EventLog log{test.archives, clock, notices};
     EventRoad road{users, log, clock};
     LineReader reader{serial, link, road};
