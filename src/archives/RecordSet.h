@@ -52,6 +52,8 @@ public:
 
     /// What the database knows the current row by, whatever its values and place; 0 without one.
     qint64 rowId() const;
+    /// The same of any row. @param row  0 to recordCount() - 1
+    qint64 rowId(qsizetype row) const { return m_rows[row].id; }
     /// Makes the row with that id current. @return false, and nothing changes, when the set does not hold it
     bool moveToRow(qint64 id);
     int columnCount() const { return static_cast<int>(m_fields.size()); }

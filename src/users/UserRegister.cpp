@@ -2,6 +2,9 @@
 
 #include "archives/Tables.h"
 
+#include <algorithm>
+#include <string_view>
+
 namespace {
 
 QString text(QStringView name)
@@ -21,6 +24,10 @@ RecordSet::Values codeValues(const QString &code, CodeType type, int protocol)
             {QStringLiteral("Tipo"), typeText(type)},
             {QStringLiteral("CodTronc"), truncatedCode(code, protocol)}};
 }
+
+static_assert(std::all_of(userColumns.begin(), userColumns.end(), [](const UserColumn &column) {
+    return !column.isTyped || std::string_view(column.widest).size() == UserRegister::LongestText;
+}));
 
 } // namespace
 
@@ -45,8 +52,8 @@ Result<void> UserRegister::open()
 {
     Result<void> opened = m_editor.open();
     if (opened) {
-        m_surnames.read(users());
-        m_firstNames.read(users());
+        m_surnames.read(UserRows(users()));
+        m_firstNames.read(UserRows(users()));
     }
     return opened;
 }
@@ -78,6 +85,16 @@ Result<void> UserRegister::keepPasswords()
 void UserRegister::discard()
 {
     m_editor.discard();
+}
+
+QList<User> UserRegister::all()
+{
+    const UserRows rows(users());
+    QList<User> all;
+    all.reserve(rows.count());
+    for (qsizetype row = 0; row < rows.count(); ++row)
+        all.append(rows[row]);
+    return all;
 }
 
 bool UserRegister::find(const QString &code)
@@ -114,23 +131,26 @@ Result<void> UserRegister::changeCode(qint64 id, const QString &code, CodeType t
 Result<void> UserRegister::remove()
 {
     const qint64 id = users().rowId();
-    const QString surname = users().value(m_surnames.field());
-    const QString firstName = users().value(m_firstNames.field());
+    const User user = current();
     if (Result<void> removed = m_editor.remove(); !removed)
         return removed;
     users().moveNext();
     if (users().isEof())
         users().moveLast();
-    m_surnames.change(id, surname, {});
-    m_firstNames.change(id, firstName, {});
+    m_surnames.change(id, user.Cognome, {});
+    m_firstNames.change(id, user.Nome, {});
     return {};
 }
 
 Result<void> UserRegister::setText(qsizetype row, const QString &field, const QString &text)
 {
     RecordSet &all = users();
+    const auto changed = std::find_if(userColumns.begin(), userColumns.end(),
+                                      [&field](const UserColumn &column) { return field == QLatin1String(column.field); });
+    if (changed == userColumns.end())
+        return Fault{FaultCode::NotFound, field};
     const QString limited = limitedText(text);
-    const QString before = all.value(row, all.column(field));
+    const QString before = UserRows(all)[row].*changed->value;
     if (limited == before)
         return {};
     const qsizetype current = all.position();
@@ -140,7 +160,7 @@ Result<void> UserRegister::setText(qsizetype row, const QString &field, const QS
     all.moveTo(current);
     if (stored) {
         for (NameList *names : {&m_surnames, &m_firstNames}) {
-            if (names->field() == field)
+            if (names->name() == changed->value)
                 names->change(id, before, limited);
         }
     }
@@ -149,12 +169,12 @@ Result<void> UserRegister::setText(qsizetype row, const QString &field, const QS
 
 std::unique_ptr<TruncatedCodes> UserRegister::truncatedCodes()
 {
-    return std::make_unique<TruncatedCodes>(*m_editor.database(), users(), m_protocol());
+    return std::make_unique<TruncatedCodes>(*m_editor.database(), UserRows(users()), m_protocol());
 }
 
 std::unique_ptr<CodeRun> UserRegister::codeRun(int first, int count)
 {
-    return std::make_unique<CodeRun>(*m_editor.database(), users(), m_protocol(), first, count);
+    return std::make_unique<CodeRun>(*m_editor.database(), UserRows(users()), m_protocol(), first, count);
 }
 
 Result<void> UserRegister::truncatedCodesEnded(const TruncatedCodes &run)

@@ -33,6 +33,9 @@ public:
 
     /// The users in the order of their codes; valid after open(). To be read and moved in.
     RecordSet &users() { return m_editor.set(); }
+    /// The same as values.
+    QList<User> all();
+    User current() { return currentUser(users()); }
     const NameList &surnames() const { return m_surnames; }
     const NameList &firstNames() const { return m_firstNames; }
     bool hasTruncatedCodes() const { return ::hasTruncatedCodes(m_protocol()); }
@@ -65,8 +68,8 @@ private:
     ArchiveStore &m_archives;
     const std::function<int()> m_protocol;
     CopyEditor m_editor;
-    NameList m_surnames{QStringLiteral("Cognome")};
-    NameList m_firstNames{QStringLiteral("Nome")};
+    NameList m_surnames{&User::Cognome};
+    NameList m_firstNames{&User::Nome};
 };
 
 /// What stays of a surname, a first name or notes.
