@@ -1,5 +1,6 @@
 // Resident memory of the road after 5,000, 50,000 and 1,000,000 events, every one of them stored. Takes some minutes.
 
+#include "archives/Tables.h"
 #include "link/EventRoad.h"
 #include "support/Fixtures.h"
 
@@ -13,8 +14,8 @@ int main()
     Notices notices;
     EventLog log(test.archives, clock, notices);
     log.open();
-    UsersSnapshot users(test.archives);
-    if (!users.refresh())
+    UserDirectory users(test.archives, ArchiveName::UsersSnapshot);
+    if (!users.open())
         return 1;
     EventRoad road(users, log, clock);
     int received = 0;

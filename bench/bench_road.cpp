@@ -31,7 +31,7 @@ struct Line {
     explicit Line(int registered)
     {
         fill(test, registered);
-        if (!interface.open() || !users.refresh())
+        if (!interface.open() || !users.open())
             qFatal("the line cannot be made");
         log.open();
         serial.setCommPort(1);
@@ -51,7 +51,7 @@ struct Line {
     SerialPorts ports{test.folder};
     SerialControl serial{ports};
     LinkMonitor link{serial, settings, clock};
-    UsersSnapshot users{test.archives};
+    UserDirectory users{test.archives, ArchiveName::UsersSnapshot};
     EventLog log{test.archives, clock, notices};
     EventRoad road{users, log, clock};
     LineReader reader{serial, link, road};

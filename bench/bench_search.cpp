@@ -119,7 +119,7 @@ void search(TestFolder &test, const QByteArray &key, const QStringList &names)
     int rows = 0;
     for (int round = 0; round < 3; ++round) {
         bare.append(microseconds([&] { rows = bareSearch(test, key, names); }) / 1000);
-        UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+        UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
         EventSearch search(test.archives, users);
         ours.append(microseconds([&] {
                         if (!users.open() || !search.start(wholeYear()))
@@ -169,7 +169,7 @@ void window(TestFolder &test)
 
 void missingDays(TestFolder &test)
 {
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     EventSearch search(test.archives, users);
     EventQuery query;
     query.firstDay = u"01/01/1991"_s;

@@ -176,7 +176,7 @@ int main(int argumentCount, char *arguments[])
     const auto [adding, longestAdding] = until([&] { return window->isEnabled(); });
     print("run of 9,999", begun + adding, bareInsert / 1000, "ms");
     std::printf("  longest turn of the loop: %.0f ms, %lld users\n", qMax(begun, longestAdding),
-                static_cast<long long>(window->users().recordCount()));
+                static_cast<long long>(window->users().size()));
 
     const double bareSave = bareSaving(test);
     const double saving = microseconds([&] { window->findChild<QPushButton *>(u"cmdSalva"_s)->click(); });

@@ -103,24 +103,15 @@ void CopyEditor::discard()
         (void)m_archives.remove(m_source.copy);
 }
 
-Result<bool> CopyEditor::contains(const QString &criteria) const
+bool CopyEditor::contains(const RecordSet::Values &wanted) const
 {
-    if (!m_database)
-        return notOpen();
     RecordSet aside = *m_set;
-    return aside.findFirst(criteria);
+    return aside.findFirst(wanted);
 }
 
 Result<void> CopyEditor::requery()
 {
     return m_database ? m_set->requery() : notOpen();
-}
-
-Result<bool> CopyEditor::find(const QString &criteria, RecordSet::Search search)
-{
-    if (!m_database)
-        return notOpen();
-    return m_set->findFirst(criteria, search);
 }
 
 template<class Change>

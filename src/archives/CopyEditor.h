@@ -50,12 +50,11 @@ public:
     /// discard(), and what hangs on it must be gone before.
     Database *database() { return m_database ? &*m_database : nullptr; }
 
-    /// Whether any row meets @p criteria; the current row stays.
-    Result<bool> contains(const QString &criteria) const;
+    /// Whether any row has all of @p wanted; the current row stays.
+    bool contains(const RecordSet::Values &wanted) const;
 
     // As of RecordSet, and NotOpen when there is no working copy at hand.
     Result<void> requery();
-    Result<bool> find(const QString &criteria, RecordSet::Search search = RecordSet::Search::FromFirst);
     Result<void> add(const RecordSet::Values &values);
     Result<void> edit(const RecordSet::Values &values);
     Result<void> remove();

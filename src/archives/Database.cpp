@@ -95,6 +95,15 @@ void Statement::bind(int position, const Statement &row, int column)
     sqlite3_bind_value(m_statement.get(), position, sqlite3_column_value(row.m_statement.get(), column));
 }
 
+void Statement::bind(const SqlValues &values)
+{
+    int position = 0;
+    for (const auto &value : values) {
+        ++position;
+        std::visit([this, position](const auto &bound) { bind(position, bound); }, value);
+    }
+}
+
 Result<bool> Statement::step()
 {
     const int code = sqlite3_step(m_statement.get());
@@ -109,6 +118,18 @@ Result<bool> Statement::step()
 void Statement::reset()
 {
     sqlite3_reset(m_statement.get());
+}
+
+Result<void> Statement::walk(const std::function<Result<bool>(const Statement &)> &take)
+{
+    Result<bool> more = true;
+    while (more && more.value()) {
+        more = step();
+        if (more && more.value())
+            more = take(*this);
+    }
+    reset();
+    return more ? Result<void>() : Result<void>(more.fault());
 }
 
 QString Statement::text(int column) const
@@ -170,6 +191,11 @@ Result<void> Database::execute(const QByteArray &sql)
     if (code != SQLITE_OK)
         return fault(code);
     return {};
+}
+
+Result<void> Database::execute(const QString &sql, const SqlValues &values)
+{
+    return each(sql, values, [](const Statement &) {});
 }
 
 Result<Statement> Database::prepare(const QString &sql)

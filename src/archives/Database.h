@@ -6,12 +6,20 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
+#include <type_traits>
+#include <variant>
 
 struct sqlite3;
 struct sqlite3_stmt;
 
+/// What is bound to the parameters of a statement, in their order.
+using SqlValues = QList<std::variant<QString, qint64>>;
+
 /// One prepared statement of an open database; must not outlive it.
+///
+/// Whoever reads all rows at once does so by each(); step() is for what is read in turns.
 class Statement
 {
 public:
@@ -22,10 +30,17 @@ public:
     void bind(int position, qint64 number);
     /// The value that @p row, on a row of its own, has in @p column.
     void bind(int position, const Statement &row, int column);
+    void bind(const SqlValues &values);
     /// True while there is a row.
     Result<bool> step();
     /// Ready to run again; the bound values stay.
     void reset();
+
+    /// Runs the statement and hands over its rows one after the other; afterwards it is ready to run again.
+    /// @param take  of a const Statement &, the row. Returns nothing, or a bool that is false when no more rows are
+    ///              wanted, or a Result<void> whose fault ends the reading and is returned
+    template<class Take>
+    Result<void> each(Take take);
 
     QString text(int column) const;
     qint64 integer(int column) const;
@@ -33,11 +48,30 @@ public:
     QString columnName(int column) const;
 
 private:
+    Result<void> walk(const std::function<Result<bool>(const Statement &)> &take);
+
     struct Finalizer {
         void operator()(sqlite3_stmt *statement) const;
     };
     std::unique_ptr<sqlite3_stmt, Finalizer> m_statement;
 };
+
+template<class Take>
+Result<void> Statement::each(Take take)
+{
+    return walk([&take](const Statement &row) -> Result<bool> {
+        using Taken = std::invoke_result_t<Take &, const Statement &>;
+        if constexpr (std::is_void_v<Taken>) {
+            take(row);
+            return true;
+        } else if constexpr (std::is_same_v<Taken, bool>) {
+            return take(row);
+        } else {
+            const Result<void> taken = take(row);
+            return taken ? Result<bool>(true) : Result<bool>(taken.fault());
+        }
+    });
+}
 
 /// An open archive: an SQLCipher 3 database with 4096-byte pages.
 ///
@@ -61,6 +95,11 @@ public:
 
     /// Runs one or more statements that return no rows.
     Result<void> execute(const QByteArray &sql);
+    /// Runs one statement with @p values bound to its parameters.
+    Result<void> execute(const QString &sql, const SqlValues &values);
+    /// The same with a statement that returns rows, which are handed over as Statement::each() does.
+    template<class Take>
+    Result<void> each(const QString &sql, const SqlValues &values, Take take);
     Result<Statement> prepare(const QString &sql);
     qint64 lastRow() const;
     /// Rows changed by the last statement.
@@ -85,6 +124,16 @@ private:
     std::unique_ptr<sqlite3, Closer> m_database;
     QString m_path;
 };
+
+template<class Take>
+Result<void> Database::each(const QString &sql, const SqlValues &values, Take take)
+{
+    Result<Statement> prepared = prepare(sql);
+    if (!prepared)
+        return prepared.fault();
+    prepared.value().bind(values);
+    return prepared.value().each(std::move(take));
+}
 
 /// @p text with its quotes doubled, between quotes: for statements and criteria that are put together as text.
 QString quoted(const QString &text);

@@ -4,6 +4,16 @@
 
 #include <algorithm>
 
+namespace {
+
+/// In the order of their fields, as keys() has them.
+SqlValues bound(const RecordSet::Values &values)
+{
+    return SqlValues(values.cbegin(), values.cend());
+}
+
+} // namespace
+
 RecordSet::RecordSet(Database &database, QString statement, Kind kind)
     : m_database(&database), m_statement(std::move(statement)), m_kind(kind)
 {
@@ -33,17 +43,14 @@ Result<void> RecordSet::requery()
         fields.append(statement.columnName(column));
 
     QList<Row> rows;
-    for (;;) {
-        const Result<bool> stepped = statement.step();
-        if (!stepped)
-            return stepped.fault();
-        if (!stepped.value())
-            break;
-        Row row{statement.integer(0), {}};
+    const Result<void> read = statement.each([&](const Statement &found) {
+        Row row{found.integer(0), {}};
         for (int column = 1; column <= fields.size(); ++column)
-            row.values.append(statement.text(column));
+            row.values.append(found.text(column));
         rows.append(std::move(row));
-    }
+    });
+    if (!read)
+        return read;
     m_fields = std::move(fields);
     m_rows = std::move(rows);
     m_onDeleted = false;
@@ -72,39 +79,26 @@ void RecordSet::moveNext()
         m_position = qMin(m_position + 1, m_rows.size());
 }
 
-void RecordSet::movePrevious()
-{
-    m_onDeleted = false;
-    m_position = qMax<qsizetype>(m_position - 1, -1);
-}
-
 void RecordSet::moveTo(qsizetype position)
 {
     m_onDeleted = false;
     m_position = position;
 }
 
-Result<bool> RecordSet::findFirst(const QString &criteria, Search search)
+bool RecordSet::findFirst(const Values &wanted)
 {
-    Result<Statement> prepared =
-        m_database->prepare(QStringLiteral("SELECT rowid FROM ") + m_table + QStringLiteral(" WHERE ") + criteria);
-    if (!prepared)
-        return prepared.fault();
-    QSet<qint64> matches;
-    for (;;) {
-        const Result<bool> stepped = prepared.value().step();
-        if (!stepped)
-            return stepped.fault();
-        if (!stepped.value())
-            break;
-        matches.insert(prepared.value().integer(0));
-    }
+    QList<std::pair<qsizetype, QString>> cells;
+    for (auto cell = wanted.cbegin(); cell != wanted.cend(); ++cell)
+        cells.append({m_fields.indexOf(cell.key()), cell.value()});
+    const auto matches = [&cells](const Row &row) {
+        return std::all_of(cells.cbegin(), cells.cend(),
+                           [&row](const auto &cell) { return row.values.value(cell.first) == cell.second; });
+    };
     const Row *row = m_onDeleted ? nullptr : current();
-    if (search == Search::PreferCurrent && row && matches.contains(row->id))
+    if (row && matches(*row))
         return true;
-    const auto found =
-        std::find_if(m_rows.cbegin(), m_rows.cend(), [&](const Row &r) { return matches.contains(r.id); });
-    if (matches.isEmpty() || found == m_rows.cend())
+    const auto found = std::find_if(m_rows.cbegin(), m_rows.cend(), matches);
+    if (found == m_rows.cend())
         return false;
     moveTo(found - m_rows.cbegin());
     return true;
@@ -114,7 +108,7 @@ const RecordSet::Row *RecordSet::current() const
 {
     if (m_onDeleted)
         return &m_deleted;
-    return m_position >= 0 && m_position < m_rows.size() ? &m_rows[m_position] : nullptr;
+    return m_position < m_rows.size() ? &m_rows[m_position] : nullptr;
 }
 
 QString RecordSet::value(const QString &field) const
@@ -145,21 +139,17 @@ bool RecordSet::moveToRow(qint64 id)
 
 Result<QStringList> RecordSet::read(qint64 id) const
 {
-    Result<Statement> prepared =
-        m_database->prepare(QStringLiteral("SELECT ") + m_fieldList + QStringLiteral(" FROM ") + m_table +
-                            QStringLiteral(" WHERE rowid=?"));
-    if (!prepared)
-        return prepared.fault();
-    Statement &statement = prepared.value();
-    statement.bind(1, id);
-    const Result<bool> stepped = statement.step();
-    if (!stepped)
-        return stepped.fault();
-    if (!stepped.value())
-        return Fault{FaultCode::NotFound, m_database->path()};
     QStringList values;
-    for (int column = 0; column < statement.columnCount(); ++column)
-        values.append(statement.text(column));
+    const Result<void> read =
+        m_database->each(QStringLiteral("SELECT %1 FROM %2 WHERE rowid=?").arg(m_fieldList, m_table), {id},
+                         [&values](const Statement &row) {
+                             for (int column = 0; column < row.columnCount(); ++column)
+                                 values.append(row.text(column));
+                         });
+    if (!read)
+        return read.fault();
+    if (values.isEmpty())
+        return Fault{FaultCode::NotFound, m_database->path()};
     return values;
 }
 
@@ -169,15 +159,10 @@ Result<void> RecordSet::addNew(const Values &values)
         return Fault{FaultCode::AccessDenied, m_database->path()};
     const QStringList names = values.keys();
     const QStringList marks(names.size(), QStringLiteral("?"));
-    Result<Statement> prepared =
-        m_database->prepare(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                                .arg(m_table, names.join(QLatin1Char(',')), marks.join(QLatin1Char(','))));
-    if (!prepared)
-        return prepared.fault();
-    for (int i = 0; i < names.size(); ++i)
-        prepared.value().bind(i + 1, values.value(names[i]));
-    if (const Result<bool> stepped = prepared.value().step(); !stepped)
-        return stepped.fault();
+    const QString sql = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                            .arg(m_table, names.join(QLatin1Char(',')), marks.join(QLatin1Char(',')));
+    if (Result<void> added = m_database->execute(sql, bound(values)); !added)
+        return added;
     const qint64 id = m_database->lastRow();
     Result<QStringList> row = read(id);
     if (!row)
@@ -195,15 +180,9 @@ Result<void> RecordSet::edit(const Values &values)
     const QStringList names = values.keys();
     for (const QString &name : names)
         assignments.append(name + QStringLiteral("=?"));
-    Result<Statement> prepared = m_database->prepare(
-        QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?").arg(m_table, assignments.join(QLatin1Char(','))));
-    if (!prepared)
-        return prepared.fault();
-    for (int i = 0; i < names.size(); ++i)
-        prepared.value().bind(i + 1, values.value(names[i]));
-    prepared.value().bind(static_cast<int>(names.size()) + 1, row->id);
-    if (const Result<bool> stepped = prepared.value().step(); !stepped)
-        return stepped.fault();
+    const QString sql = QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?").arg(m_table, assignments.join(QLatin1Char(',')));
+    if (Result<void> changed = m_database->execute(sql, bound(values) << row->id); !changed)
+        return changed;
     if (m_database->changes() == 0)
         return Fault{FaultCode::NotFound, m_database->path()};
     const Result<QStringList> fresh = read(row->id);
@@ -218,12 +197,10 @@ Result<void> RecordSet::remove()
     const Row *row = m_onDeleted ? nullptr : current();
     if (m_kind == Kind::Snapshot || !row)
         return Fault{row ? FaultCode::AccessDenied : FaultCode::NotFound, m_database->path()};
-    Result<Statement> prepared = m_database->prepare(QStringLiteral("DELETE FROM %1 WHERE rowid=?").arg(m_table));
-    if (!prepared)
-        return prepared.fault();
-    prepared.value().bind(1, row->id);
-    if (const Result<bool> stepped = prepared.value().step(); !stepped)
-        return stepped.fault();
+    if (Result<void> removed =
+            m_database->execute(QStringLiteral("DELETE FROM %1 WHERE rowid=?").arg(m_table), {row->id});
+        !removed)
+        return removed;
     m_deleted = m_rows.takeAt(m_position);
     m_onDeleted = true;
     return {};

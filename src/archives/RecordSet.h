@@ -18,8 +18,8 @@
 class RecordSet
 {
 public:
-    enum class Kind { Dynaset, Snapshot };          ///< a snapshot is only read
-    enum class Search { FromFirst, PreferCurrent }; ///< PreferCurrent stays on the current row when it matches
+    enum class Kind { Dynaset, Snapshot }; ///< a snapshot is only read
+    using Values = QHash<QString, QString>; ///< field -> value
 
     /// @param database   must outlive the set
     /// @param statement  "SELECT <fields> FROM <table> ..." on one table
@@ -28,21 +28,19 @@ public:
 
     bool isEmpty() const { return m_rows.isEmpty(); }
     qsizetype recordCount() const { return m_rows.size(); }
-    bool isBof() const { return m_position < 0; }
     bool isEof() const { return m_position >= m_rows.size() && !m_onDeleted; }
-    /// Place of the current row, counted from 0; recordCount() past the end, -1 before the start.
+    /// Place of the current row, counted from 0; recordCount() past the end.
     qsizetype position() const { return m_position; }
 
     void moveFirst();
     void moveLast();
     void moveNext();
-    void movePrevious();
     /// @param position  0 to recordCount() - 1
     void moveTo(qsizetype position);
 
-    /// Makes the first row that meets @p criteria current: "field='value'" joined by " AND ", see criterion().
+    /// Stays on the current row when it has all of @p wanted, else makes the first row current that has.
     /// @return whether there is one
-    Result<bool> findFirst(const QString &criteria, Search search = Search::FromFirst);
+    bool findFirst(const Values &wanted);
 
     /// Value of a field of the current row; "" without one.
     QString value(const QString &field) const;
@@ -54,11 +52,12 @@ public:
 
     /// What the database knows the current row by, whatever its values and place; 0 without one.
     qint64 rowId() const;
+    /// The same of any row. @param row  0 to recordCount() - 1
+    qint64 rowId(qsizetype row) const { return m_rows[row].id; }
     /// Makes the row with that id current. @return false, and nothing changes, when the set does not hold it
     bool moveToRow(qint64 id);
     int columnCount() const { return static_cast<int>(m_fields.size()); }
 
-    using Values = QHash<QString, QString>; ///< field -> value
     Result<void> addNew(const Values &values);
     /// NotFound when the row is deleted or was deleted by another connection.
     Result<void> edit(const Values &values);

@@ -28,13 +28,10 @@ Result<void> addPasswordRow(ArchiveStore &archives)
     Result<Database> users = archives.open(ArchiveName::UsersTemplate, Database::Use::Safe);
     if (!users)
         return users.fault();
-    Result<Statement> insert = users.value().prepare(QStringLiteral("INSERT INTO Password VALUES (?,?,?)"));
-    if (!insert)
-        return insert.fault();
+    SqlValues fields;
     for (int field = 1; field <= 3; ++field)
-        insert.value().bind(field, scramble({}, *QRandomGenerator::global()));
-    const Result<bool> done = insert.value().step();
-    return done ? Result<void>() : Result<void>(done.fault());
+        fields.append(scramble({}, *QRandomGenerator::global()));
+    return users.value().execute(QStringLiteral("INSERT INTO Password VALUES (?,?,?)"), fields);
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 #include <algorithm>
 
 DayView::DayView(ArchiveStore &archives, const Clock &clock)
-    : m_archives(archives), m_clock(clock), m_users(archives, QStringLiteral("Archivi/AnaCon2.zeb"))
+    : m_archives(archives), m_clock(clock), m_users(archives, u"Archivi/AnaCon2.zeb")
 {
 }
 
@@ -80,7 +80,7 @@ Result<QList<QStringList>> DayView::read(Database &database, int limit) const
         QStringList row;
         for (int column = 0; column < FieldCount; ++column)
             row.append(statement.text(column));
-        const UsersCopy::User *user = m_users.find(row[Cognome], row[Tipo]);
+        const User *user = m_users.find(row[Cognome], row[Tipo]);
         row[Cognome] = user ? user->Cognome : QString();
         row[Nome] = user ? user->Nome : QString();
         rows.append(std::move(row));

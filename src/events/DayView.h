@@ -1,6 +1,6 @@
 #pragma once
 
-#include "events/UsersCopy.h"
+#include "codes/UserDirectory.h"
 #include "platform/Clock.h"
 
 /// The latest events of the day, as they are read again and again from its archive while the log appends to it.
@@ -35,7 +35,7 @@ private:
 
     ArchiveStore &m_archives;
     const Clock &m_clock;
-    UsersCopy m_users;
+    UserDirectory m_users;
     QString m_today;
     qint64 m_shown = 0; ///< number of the newest event shown
     QList<QStringList> m_rows;

@@ -3,7 +3,7 @@
 #include "startup/DateTimeText.h"
 #include "startup/PlainText.h"
 
-QueryFault checkQuery(const EventQuery &query, const UsersCopy &users)
+QueryFault checkQuery(const EventQuery &query, const UserDirectory &users)
 {
     if (!DataValida(query.firstDay))
         return QueryFault::FirstDay;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "events/UsersCopy.h"
+#include "codes/UserDirectory.h"
 
 #include <array>
 
@@ -27,7 +27,7 @@ struct EventQuery {
 enum class QueryFault { None, FirstDay, LastDay, From, To, Order, NoChannel, NoType, UnknownPerson };
 
 /// First of the faults, in the order in which the operator is told them.
-QueryFault checkQuery(const EventQuery &query, const UsersCopy &users);
+QueryFault checkQuery(const EventQuery &query, const UserDirectory &users);
 
 /// The condition that the events of a checked query meet in the archive of a day.
 QString dayCondition(const EventQuery &query);

@@ -18,7 +18,7 @@ struct EventSearch::OpenDay {
     int matches = 0;
 };
 
-EventSearch::EventSearch(ArchiveStore &archives, const UsersCopy &users)
+EventSearch::EventSearch(ArchiveStore &archives, const UserDirectory &users)
     : m_archives(archives), m_users(users), m_results(archives)
 {
 }
@@ -124,7 +124,7 @@ void EventSearch::copyRow()
         return;
     const Statement &row = m_open->rows->row();
     const SearchResults::Columns &columns = m_open->columns;
-    const UsersCopy::User *user = m_users.find(row.text(columns.Codice), row.text(columns.Tipo));
+    const User *user = m_users.find(row.text(columns.Codice), row.text(columns.Tipo));
     const Result<void> added =
         m_results.add(row, columns, user ? user->Cognome : QString(), user ? user->Nome : QString());
     if (!added) {

@@ -14,7 +14,7 @@ class EventSearch
 {
 public:
     /// @param archives, @param users  must outlive this object
-    EventSearch(ArchiveStore &archives, const UsersCopy &users);
+    EventSearch(ArchiveStore &archives, const UserDirectory &users);
     ~EventSearch();
 
     /// Makes the empty results, so that a folder that cannot hold any is known before the operator has asked.
@@ -58,7 +58,7 @@ private:
     void finish();
 
     ArchiveStore &m_archives;
-    const UsersCopy &m_users;
+    const UserDirectory &m_users;
     SearchResults m_results;
     QString m_condition;
     QHash<QString, DayFiles> m_files;

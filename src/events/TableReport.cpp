@@ -1,7 +1,5 @@
 #include "events/TableReport.h"
 
-#include "startup/PlainText.h"
-
 #include <QElapsedTimer>
 
 namespace {

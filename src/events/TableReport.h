@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Page.h"
+#include "startup/PlainText.h"
 
 #include <QStringList>
 
@@ -18,7 +19,7 @@ public:
         /// print.
         std::function<Result<QStringList>(qsizetype index)> fields;
     };
-    enum class Fit { Left, Centred, Right };
+    using Fit = ::Fit;
     struct Column {
         int width; ///< in characters
         Fit fit;

@@ -39,7 +39,7 @@ QList<RowsModel::Column> columns(const Texts &texts)
             {texts[Text::KorDis], 600, Qt::AlignCenter, {}, false, spokenMark(texts)}};
 }
 
-QList<UserCombo::Entry> entries(const UsersCopy &users, const QList<int> &places, QString UsersCopy::User::*name)
+QList<UserCombo::Entry> entries(const UserDirectory &users, const QList<int> &places, QString User::*name)
 {
     QList<UserCombo::Entry> list;
     list.reserve(places.size());
@@ -56,7 +56,7 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
       m_texts(texts),
       m_messages(messages),
       m_disk(archives.folder().disk()),
-      m_users(archives, QStringLiteral("Archivi/AnaCon.zeb")),
+      m_users(archives, u"Archivi/AnaCon.zeb"),
       m_search(archives, m_users),
       m_printing(this, printer, texts, messages),
       m_rows(new RowsModel(columns(texts), this))
@@ -214,8 +214,8 @@ bool frmEventi::open()
                         m_texts.sentence({OwnText::SearchNotPossible, {}, opened.fault()}));
         return false;
     }
-    dbcmbCognome->setEntries(entries(m_users, m_users.bySurname(), &UsersCopy::User::Cognome));
-    dbcmbNome->setEntries(entries(m_users, m_users.byFirstName(), &UsersCopy::User::Nome));
+    dbcmbCognome->setEntries(entries(m_users, m_users.bySurname(), &User::Cognome));
+    dbcmbNome->setEntries(entries(m_users, m_users.byFirstName(), &User::Nome));
     return true;
 }
 
@@ -230,15 +230,15 @@ void frmEventi::txtCodice_Change()
 
 void frmEventi::dbcmbCognome_Change()
 {
-    showPartner(dbcmbCognome, dbcmbNome, &UsersCopy::User::Nome);
+    showPartner(dbcmbCognome, dbcmbNome, &User::Nome);
 }
 
 void frmEventi::dbcmbNome_Change()
 {
-    showPartner(dbcmbNome, dbcmbCognome, &UsersCopy::User::Cognome);
+    showPartner(dbcmbNome, dbcmbCognome, &User::Cognome);
 }
 
-void frmEventi::showPartner(const UserCombo *chosen, UserCombo *other, QString UsersCopy::User::*name)
+void frmEventi::showPartner(const UserCombo *chosen, UserCombo *other, QString User::*name)
 {
     if (!chosen->currentText().isEmpty())
         txtCodice->clear();

@@ -56,7 +56,7 @@ private:
 
     EventQuery query() const;
     void refuse(QueryFault fault);
-    void showPartner(const UserCombo *chosen, UserCombo *other, QString UsersCopy::User::*name);
+    void showPartner(const UserCombo *chosen, UserCombo *other, QString User::*name);
     void searchDone();
     QString lacks() const;
     void showFound(bool isKnown);
@@ -69,7 +69,7 @@ private:
     const Texts &m_texts;
     Messages &m_messages;
     Disk &m_disk;
-    UsersCopy m_users;
+    UserDirectory m_users;
     EventSearch m_search;
     std::unique_ptr<EventExport> m_export;
     Printing m_printing;

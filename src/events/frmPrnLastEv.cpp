@@ -22,7 +22,7 @@ frmPrnLastEv::frmPrnLastEv(Source source, const CurrentPrinter &printer, const T
       m_log(source.log),
       m_texts(texts),
       m_messages(messages),
-      m_users(source.archives, QStringLiteral("Archivi/AnaPrn.zeb")),
+      m_users(source.archives, u"Archivi/AnaPrn.zeb"),
       m_printing(this, printer, texts, messages),
       lblPrnLast(new QLabel),
       txtNumEv(new QLineEdit),
@@ -101,7 +101,7 @@ void frmPrnLastEv::printLast(qsizetype number)
     const qsizetype count = read.value().size();
     const auto fields = [this, rows = std::move(read.value())](qsizetype index) {
         const auto &[progressive, event] = rows[index];
-        const UsersCopy::User *user = m_users.findCode(event.Codice);
+        const User *user = m_users.findCode(event.Codice);
         return QStringList{progressive,
                            event.Tipo,
                            user ? user->Cognome : QString(),

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "events/UsersCopy.h"
+#include "codes/UserDirectory.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
 
@@ -36,7 +36,7 @@ private:
     const EventLog &m_log;
     const Texts &m_texts;
     Messages &m_messages;
-    UsersCopy m_users;
+    UserDirectory m_users;
     Printing m_printing;
 
     QLabel *lblPrnLast;

@@ -1,6 +1,6 @@
 #include "link/EventRoad.h"
 
-EventRoad::EventRoad(UsersSnapshot &users, EventLog &log, const Clock &clock, QObject *parent)
+EventRoad::EventRoad(UserDirectory &users, EventLog &log, const Clock &clock, QObject *parent)
     : QObject(parent), m_users(users), m_log(log), m_clock(clock)
 {
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "link/EventLog.h"
-#include "link/UsersSnapshot.h"
+#include "codes/UserDirectory.h"
 
 #include <QObject>
 
@@ -19,7 +19,7 @@ public:
     };
 
     /// All must outlive this object.
-    EventRoad(UsersSnapshot &users, EventLog &log, const Clock &clock, QObject *parent = nullptr);
+    EventRoad(UserDirectory &users, EventLog &log, const Clock &clock, QObject *parent = nullptr);
 
     /// Publishes the code of a record and stores the event when the code is registered. While the register has never
     /// been read nobody knows: the last EventLog::WaitingLimit events are kept until it has.
@@ -40,7 +40,7 @@ Q_SIGNALS:
     void recordReceived(const EventRecord &record);
 
 private:
-    UsersSnapshot &m_users;
+    UserDirectory &m_users;
     EventLog &m_log;
     const Clock &m_clock;
     ReceivedCode m_received;

@@ -72,8 +72,8 @@ void Console::tell(const QString &line)
 
 void Console::tellStored(const Event &event)
 {
-    const UsersSnapshot::Name name = m_program.users().name(event.Codice, event.Tipo);
-    tell(row({QString(event.Data).replace(QLatin1Char('-'), QLatin1Char('/')), event.Ora, name.Cognome, name.Nome,
+    const User user = m_program.users().nearest(event.Codice, event.Tipo);
+    tell(row({QString(event.Data).replace(QLatin1Char('-'), QLatin1Char('/')), event.Ora, user.Cognome, user.Nome,
               event.Codice, event.Tipo, event.Canale, event.AbCh, event.KorDis})
              .trimmed());
 }

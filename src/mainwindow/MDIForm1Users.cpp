@@ -57,14 +57,7 @@ void MDIForm1::objLstUtenti_Chiudi(int result)
 void MDIForm1::printRegister(frmLstUtenti *window, Printing *printing)
 {
     // As it stands now, whatever is changed while it is printed.
-    const RecordSet users = window->users();
-    const auto fields = [users](qsizetype row) {
-        QStringList texts;
-        for (const char *field : {"Codice", "Tipo", "Cognome", "Nome", "Note", "CodTronc"})
-            texts.append(users.value(row, users.column(QString::fromLatin1(field))));
-        return texts;
-    };
-    printing->print(std::make_unique<UserListReport>(m_program.texts(), TableReport::Rows{users.recordCount(), fields}),
+    printing->print(std::make_unique<UserListReport>(m_program.texts(), window->users()),
                     m_program.texts()[Text::ListaUtenti]);
 }
 

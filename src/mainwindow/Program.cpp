@@ -19,7 +19,7 @@ Program::Program(const QString &folder, const Clock &clock, const Printers &prin
       m_ports(m_folder),
       m_serial(makeSerial ? makeSerial(m_ports) : std::make_unique<SerialControl>(m_ports)),
       m_link(*m_serial, m_settings, clock),
-      m_users(m_archives),
+      m_users(m_archives, ArchiveName::UsersSnapshot, UserDirectory::Copy::Kept),
       m_log(m_archives, clock, m_notices),
       m_road(m_users, m_log, clock),
       m_reader(*m_serial, m_link, m_road),
@@ -117,7 +117,7 @@ void Program::end()
 
 void Program::readUsers()
 {
-    const Result<void> read = m_users.isKnown() ? Result<void>() : m_users.refresh();
+    const Result<void> read = m_users.isKnown() ? Result<void>() : m_users.open();
     if (read) {
         m_road.usersKnown();
     } else if (!std::exchange(m_usersFaultTold, true)) {

@@ -5,7 +5,7 @@
 #include "link/EventRoad.h"
 #include "link/LineReader.h"
 #include "link/LinkMonitor.h"
-#include "link/UsersSnapshot.h"
+#include "codes/UserDirectory.h"
 #include "prefs/Passwords.h"
 #include "startup/CurrentPrinter.h"
 #include "startup/Settings.h"
@@ -62,7 +62,7 @@ public:
     EventRoad &road() { return m_road; }
     TimeProgramme &timeProgramme() { return m_timeProgramme; }
     Passwords &passwords() { return m_passwords; }
-    const UsersSnapshot &users() const { return m_users; }
+    const UserDirectory &users() const { return m_users; }
 
     QTimer tmrRefresh; ///< 10 s: change of day, time programme
 
@@ -88,7 +88,7 @@ private:
     SerialPorts m_ports;
     std::unique_ptr<SerialControl> m_serial;
     LinkMonitor m_link;
-    UsersSnapshot m_users;
+    UserDirectory m_users;
     EventLog m_log;
     EventRoad m_road;
     LineReader m_reader;

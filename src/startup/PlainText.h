@@ -8,5 +8,8 @@ QString TogliZeri(const QString &text);
 QString SoloCifre(const QString &text);
 /// @p text without any "&": a menu caption as plain words.
 QString TogliAnd(const QString &text);
+/// Where a text stands in a column of fixed width.
+enum class Fit { Left, Centred, Right };
+
 /// @p text in the middle of @p width characters, the odd blank behind it; a longer text is never cut.
 QString Centra(const QString &text, int width);

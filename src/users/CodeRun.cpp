@@ -2,13 +2,12 @@
 
 #include "codes/CodeRules.h"
 
-CodeRun::CodeRun(Database &database, const RecordSet &users, int protocol, int first, int count)
+CodeRun::CodeRun(Database &database, const UserRows &users, int protocol, int first, int count)
     : m_database(database), m_protocol(protocol), m_first(first), m_count(count), m_transaction(database)
 {
-    const int code = users.column(QStringLiteral("Codice"));
-    m_taken.reserve(users.recordCount());
-    for (qsizetype row = 0; row < users.recordCount(); ++row)
-        m_taken.insert(users.value(row, code));
+    m_taken.reserve(users.count());
+    for (qsizetype row = 0; row < users.count(); ++row)
+        m_taken.insert(users[row].Codice);
 }
 
 Result<bool> CodeRun::step(QDeadlineTimer budget)

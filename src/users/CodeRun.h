@@ -1,7 +1,7 @@
 #pragma once
 
-#include "archives/RecordSet.h"
 #include "archives/Transaction.h"
+#include "users/UserRows.h"
 
 #include <QDeadlineTimer>
 #include <QSet>
@@ -14,10 +14,9 @@ class CodeRun
 {
 public:
     /// @param database  working copy of the register; must outlive this object
-    /// @param users     all fields of all its users, as they are now
     /// @param first     first code of the run, from 1
     /// @param count     number of codes, 1 to 9999
-    CodeRun(Database &database, const RecordSet &users, int protocol, int first, int count);
+    CodeRun(Database &database, const UserRows &users, int protocol, int first, int count);
 
     int count() const { return m_count; }
     int done() const { return m_done; }

@@ -16,20 +16,17 @@ QString rightAligned(const QString &text)
 
 } // namespace
 
-DuplicateReport::DuplicateReport(RecordSet users, ProgramFolder &folder, const QString &realCode,
+DuplicateReport::DuplicateReport(QList<User> users, ProgramFolder &folder, const QString &realCode,
                                  const QString &truncatedCode)
-    : m_users(std::move(users)),
-      m_folder(folder),
-      m_code(m_users.column(QStringLiteral("Codice"))),
-      m_truncated(m_users.column(QStringLiteral("CodTronc")))
+    : m_users(std::move(users)), m_folder(folder)
 {
-    for (qsizetype row = 0; row < m_users.recordCount(); ++row) {
-        if (!m_users.value(row, m_truncated).isEmpty())
+    for (qsizetype row = 0; row < m_users.size(); ++row) {
+        if (!m_users[row].CodTronc.isEmpty())
             m_rows.append(row);
     }
     std::sort(m_rows.begin(), m_rows.end(), [this](qsizetype a, qsizetype b) {
-        const int order = m_users.value(a, m_truncated).compare(m_users.value(b, m_truncated));
-        return order != 0 ? order < 0 : m_users.value(a, m_code) < m_users.value(b, m_code);
+        const int order = m_users[a].CodTronc.compare(m_users[b].CodTronc);
+        return order != 0 ? order < 0 : m_users[a].Codice < m_users[b].Codice;
     });
     writeLine(realCode.toUpper(), truncatedCode.toUpper());
     m_content += Windows1252::encode(QString(2 * columnWidth + 2, rule)) + "\r\n";
@@ -38,7 +35,7 @@ DuplicateReport::DuplicateReport(RecordSet users, ProgramFolder &folder, const Q
 Result<bool> DuplicateReport::step(QDeadlineTimer budget)
 {
     while (m_next < count()) {
-        look(m_rows[m_next]);
+        look(m_users[m_rows[m_next]]);
         if (++m_next < count() && budget.hasExpired())
             return false;
     }
@@ -47,19 +44,17 @@ Result<bool> DuplicateReport::step(QDeadlineTimer budget)
     return true;
 }
 
-void DuplicateReport::look(qsizetype row)
+void DuplicateReport::look(const User &user)
 {
-    const QString code = m_users.value(row, m_code);
-    const QString truncated = m_users.value(row, m_truncated);
-    if (truncated == m_truncatedBefore) {
+    if (user.CodTronc == m_truncatedBefore) {
         m_isFound = true;
         if (m_before != m_written)
             writeLine(m_before, m_truncatedBefore);
-        writeLine(code, truncated);
-        m_written = code;
+        writeLine(user.Codice, user.CodTronc);
+        m_written = user.Codice;
     }
-    m_truncatedBefore = truncated;
-    m_before = code;
+    m_truncatedBefore = user.CodTronc;
+    m_before = user.Codice;
 }
 
 void DuplicateReport::writeLine(const QString &code, const QString &truncated)

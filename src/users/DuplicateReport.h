@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archives/RecordSet.h"
+#include "codes/User.h"
 #include "platform/ProgramFolder.h"
 
 #include <QDeadlineTimer>
@@ -10,10 +10,9 @@
 class DuplicateReport
 {
 public:
-    /// @param users   all fields of all users
     /// @param folder  that gets the file; must outlive this object
     /// @param realCode, truncatedCode  words over the two columns
-    DuplicateReport(RecordSet users, ProgramFolder &folder, const QString &realCode, const QString &truncatedCode);
+    DuplicateReport(QList<User> users, ProgramFolder &folder, const QString &realCode, const QString &truncatedCode);
 
     /// Users that have a truncated code.
     qsizetype count() const { return m_rows.size(); }
@@ -30,14 +29,12 @@ public:
     static QString fileName() { return QStringLiteral("RepDoppioni.txt"); }
 
 private:
-    void look(qsizetype row);
+    void look(const User &user);
     void writeLine(const QString &code, const QString &truncated);
     Result<void> finish();
 
-    const RecordSet m_users;
+    const QList<User> m_users;
     ProgramFolder &m_folder;
-    const int m_code;
-    const int m_truncated;
     QList<qsizetype> m_rows; ///< of the users with a truncated code, in the order of the report
     qsizetype m_next = 0;
     bool m_isFound = false;

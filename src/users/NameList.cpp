@@ -4,14 +4,13 @@
 
 #include <algorithm>
 
-void NameList::read(RecordSet users)
+void NameList::read(const UserRows &users)
 {
     m_entries.clear();
-    const int column = users.column(m_field);
-    for (users.moveFirst(); !users.isEof(); users.moveNext()) {
-        const QString name = users.value(column);
+    for (qsizetype row = 0; row < users.count(); ++row) {
+        const QString name = users[row].*m_name;
         if (!name.isEmpty())
-            m_entries.append({nameKey(name), name, users.rowId()});
+            m_entries.append({nameKey(name), name, users.id(row)});
     }
     std::stable_sort(m_entries.begin(), m_entries.end(), [](const Entry &a, const Entry &b) { return a.key < b.key; });
 }

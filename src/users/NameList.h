@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archives/RecordSet.h"
+#include "users/UserRows.h"
 
 /// Those users of the register who have a surname (or a first name), sorted by it as nameKey() says. It follows single
 /// changes, since sorting all anew would be felt at the keyboard.
@@ -13,17 +13,16 @@ public:
         qint64 id = 0; ///< of the user's row
     };
 
-    /// @param field  that holds the name
-    explicit NameList(QString field) : m_field(std::move(field)) {}
+    explicit NameList(QString User::*name) : m_name(name) {}
 
-    const QString &field() const { return m_field; }
+    QString User::*name() const { return m_name; }
     const QList<Entry> &entries() const { return m_entries; }
 
-    void read(RecordSet users);
+    void read(const UserRows &users);
     /// @param before, after  the name of one user; "" has no entry
     void change(qint64 id, const QString &before, const QString &after);
 
 private:
-    const QString m_field;
+    QString User::*const m_name;
     QList<Entry> m_entries;
 };

@@ -4,17 +4,12 @@
 
 #include <algorithm>
 
-TruncatedCodes::TruncatedCodes(Database &database, RecordSet users, int protocol)
-    : m_database(database),
-      m_users(std::move(users)),
-      m_protocol(protocol),
-      m_code(m_users.column(QStringLiteral("Codice"))),
-      m_truncated(m_users.column(QStringLiteral("CodTronc"))),
-      m_transaction(database)
+TruncatedCodes::TruncatedCodes(Database &database, UserRows users, int protocol)
+    : m_database(database), m_users(std::move(users)), m_protocol(protocol), m_transaction(database)
 {
     // In the order of the codes, each row would bring another page into a cache that does not hold them all.
-    for (m_users.moveFirst(); !m_users.isEof(); m_users.moveNext())
-        m_order.append({m_users.rowId(), m_users.position()});
+    for (qsizetype row = 0; row < count(); ++row)
+        m_order.append({m_users.id(row), row});
     std::sort(m_order.begin(), m_order.end());
 }
 
@@ -22,8 +17,9 @@ Result<bool> TruncatedCodes::step(QDeadlineTimer budget)
 {
     while (m_done < count()) {
         const auto &[id, row] = m_order[m_done];
-        const QString truncated = truncatedCode(m_users.value(row, m_code), m_protocol);
-        if (truncated != m_users.value(row, m_truncated)) {
+        const User user = m_users[row];
+        const QString truncated = truncatedCode(user.Codice, m_protocol);
+        if (truncated != user.CodTronc) {
             if (const Result<void> stored = store(id, truncated); !stored) {
                 m_transaction.takeBack();
                 return stored.fault();

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "archives/RecordSet.h"
 #include "archives/Transaction.h"
+#include "users/UserRows.h"
 
 #include <QDeadlineTimer>
 
@@ -13,10 +13,9 @@ class TruncatedCodes
 {
 public:
     /// @param database  working copy of the register; must outlive this object
-    /// @param users     all fields of all its users, as they are now
-    TruncatedCodes(Database &database, RecordSet users, int protocol);
+    TruncatedCodes(Database &database, UserRows users, int protocol);
 
-    qsizetype count() const { return m_users.recordCount(); }
+    qsizetype count() const { return m_users.count(); }
     /// Users that have been looked at.
     qsizetype done() const { return m_done; }
 
@@ -30,10 +29,8 @@ private:
     Result<void> store(qint64 id, const QString &truncated);
 
     Database &m_database;
-    RecordSet m_users;
+    const UserRows m_users;
     const int m_protocol;
-    const int m_code;
-    const int m_truncated;
     QList<std::pair<qint64, qsizetype>> m_order; ///< ids and places of the rows, as they lie in the archive
     Transaction m_transaction;
     std::optional<Statement> m_update;

@@ -1,5 +1,6 @@
 #include "users/UserListReport.h"
 
+#include "codes/UserColumns.h"
 #include "texts/Texts.h"
 
 namespace {
@@ -10,20 +11,24 @@ constexpr int ruledCharacters[] = {11, 17, 33, 49, 65};
 
 TableReport::Layout makeLayout(const Texts &texts)
 {
-    using Fit = TableReport::Fit;
-    return {{{10, Fit::Right, texts[Text::CodiceColonna], 0},
-             {5, Fit::Centred, texts[Text::Tipo], 2},
-             {15, Fit::Left, texts[Text::CognomeUtente]},
-             {15, Fit::Left, texts[Text::NomeUtente]},
-             {15, Fit::Left, texts[Text::InformazioniAggiuntive]},
-             {9, Fit::Right, texts[Text::CodiceTroncatoColonna]}},
-            texts[Text::ListaUtenti],
-            texts[Text::Pagina]};
+    QList<TableReport::Column> columns;
+    for (const UserColumn &column : userColumns)
+        columns.append({column.characters, column.fit, texts[column.caption], column.gap});
+    return {columns, texts[Text::ListaUtenti], texts[Text::Pagina]};
+}
+
+QStringList fields(const User &user)
+{
+    QStringList texts;
+    for (const UserColumn &column : userColumns)
+        texts.append(user.*column.value);
+    return texts;
 }
 
 } // namespace
 
-UserListReport::UserListReport(const Texts &texts, Rows rows) : TableReport(makeLayout(texts), std::move(rows))
+UserListReport::UserListReport(const Texts &texts, const QList<User> &users)
+    : TableReport(makeLayout(texts), {users.size(), [users](qsizetype row) { return fields(users[row]); }})
 {
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "codes/User.h"
 #include "events/TableReport.h"
 
 class Texts;
@@ -8,8 +9,7 @@ class Texts;
 class UserListReport : public TableReport
 {
 public:
-    /// @param rows  fields Codice, Tipo, Cognome, Nome, Note, CodTronc
-    UserListReport(const Texts &texts, Rows rows);
+    UserListReport(const Texts &texts, const QList<User> &users);
 
 private:
     void printHeadings(Page &page) override;

@@ -2,6 +2,9 @@
 
 #include "archives/Tables.h"
 
+#include <algorithm>
+#include <string_view>
+
 namespace {
 
 QString text(QStringView name)
@@ -21,6 +24,10 @@ RecordSet::Values codeValues(const QString &code, CodeType type, int protocol)
             {QStringLiteral("Tipo"), typeText(type)},
             {QStringLiteral("CodTronc"), truncatedCode(code, protocol)}};
 }
+
+static_assert(std::all_of(userColumns.begin(), userColumns.end(), [](const UserColumn &column) {
+    return !column.isTyped || std::string_view(column.widest).size() == UserRegister::LongestText;
+}));
 
 } // namespace
 
@@ -45,8 +52,8 @@ Result<void> UserRegister::open()
 {
     Result<void> opened = m_editor.open();
     if (opened) {
-        m_surnames.read(users());
-        m_firstNames.read(users());
+        m_surnames.read(UserRows(users()));
+        m_firstNames.read(UserRows(users()));
     }
     return opened;
 }
@@ -72,23 +79,15 @@ Result<void> UserRegister::keepPasswords()
         const bool isGone = code == FaultCode::NotFound || code == FaultCode::Damaged;
         return isGone ? Result<void>() : Result<void>(archive.fault());
     }
-    Result<Statement> now =
-        archive.value().prepare(QStringLiteral("SELECT PassProg, PassUte, PassUtility FROM Password"));
-    if (!now)
-        return now.fault();
-    const Result<bool> row = now.value().step();
-    if (!row)
-        return row.fault();
-    if (!row.value())
+    SqlValues passwords;
+    Result<void> read = archive.value().each(
+        QStringLiteral("SELECT PassProg, PassUte, PassUtility FROM Password LIMIT 1"), {},
+        [&passwords](const Statement &row) { passwords = {row.text(0), row.text(1), row.text(2)}; });
+    if (!read)
+        return read;
+    if (passwords.isEmpty())
         return Fault{FaultCode::Damaged, this->archive()};
-    Result<Statement> then =
-        copy->prepare(QStringLiteral("UPDATE Password SET PassProg = ?, PassUte = ?, PassUtility = ?"));
-    if (!then)
-        return then.fault();
-    for (int field = 0; field < 3; ++field)
-        then.value().bind(field + 1, now.value(), field);
-    const Result<bool> written = then.value().step();
-    return written ? Result<void>() : Result<void>(written.fault());
+    return copy->execute(QStringLiteral("UPDATE Password SET PassProg = ?, PassUte = ?, PassUtility = ?"), passwords);
 }
 
 void UserRegister::discard()
@@ -96,32 +95,24 @@ void UserRegister::discard()
     m_editor.discard();
 }
 
-bool UserRegister::find(const QString &code)
+QList<User> UserRegister::all()
 {
-    RecordSet &all = users();
-    if (all.value(codeField()) == code)
-        return true;
-    const int column = all.column(codeField());
-    for (qsizetype row = 0; row < all.recordCount(); ++row) {
-        if (all.value(row, column) == code) {
-            all.moveTo(row);
-            return true;
-        }
-    }
-    return false;
+    const UserRows rows(users());
+    QList<User> all;
+    all.reserve(rows.count());
+    for (qsizetype row = 0; row < rows.count(); ++row)
+        all.append(rows[row]);
+    return all;
 }
 
-bool UserRegister::contains(const QString &code, CodeType type)
+bool UserRegister::find(const QString &code)
 {
-    const RecordSet &all = users();
-    const int codes = all.column(codeField());
-    const int types = all.column(QStringLiteral("Tipo"));
-    const QString wanted = typeText(type);
-    for (qsizetype row = 0; row < all.recordCount(); ++row) {
-        if (all.value(row, codes) == code && all.value(row, types) == wanted)
-            return true;
-    }
-    return false;
+    return users().findFirst({{codeField(), code}});
+}
+
+bool UserRegister::contains(const QString &code, CodeType type) const
+{
+    return m_editor.contains({{codeField(), code}, {QStringLiteral("Tipo"), typeText(type)}});
 }
 
 Result<void> UserRegister::add(const QString &code, CodeType type)
@@ -148,23 +139,26 @@ Result<void> UserRegister::changeCode(qint64 id, const QString &code, CodeType t
 Result<void> UserRegister::remove()
 {
     const qint64 id = users().rowId();
-    const QString surname = users().value(m_surnames.field());
-    const QString firstName = users().value(m_firstNames.field());
+    const User user = current();
     if (Result<void> removed = m_editor.remove(); !removed)
         return removed;
     users().moveNext();
     if (users().isEof())
         users().moveLast();
-    m_surnames.change(id, surname, {});
-    m_firstNames.change(id, firstName, {});
+    m_surnames.change(id, user.Cognome, {});
+    m_firstNames.change(id, user.Nome, {});
     return {};
 }
 
 Result<void> UserRegister::setText(qsizetype row, const QString &field, const QString &text)
 {
     RecordSet &all = users();
+    const auto changed = std::find_if(userColumns.begin(), userColumns.end(),
+                                      [&field](const UserColumn &column) { return field == QLatin1String(column.field); });
+    if (changed == userColumns.end())
+        return Fault{FaultCode::NotFound, field};
     const QString limited = limitedText(text);
-    const QString before = all.value(row, all.column(field));
+    const QString before = UserRows(all)[row].*changed->value;
     if (limited == before)
         return {};
     const qsizetype current = all.position();
@@ -174,7 +168,7 @@ Result<void> UserRegister::setText(qsizetype row, const QString &field, const QS
     all.moveTo(current);
     if (stored) {
         for (NameList *names : {&m_surnames, &m_firstNames}) {
-            if (names->field() == field)
+            if (names->name() == changed->value)
                 names->change(id, before, limited);
         }
     }
@@ -183,12 +177,12 @@ Result<void> UserRegister::setText(qsizetype row, const QString &field, const QS
 
 std::unique_ptr<TruncatedCodes> UserRegister::truncatedCodes()
 {
-    return std::make_unique<TruncatedCodes>(*m_editor.database(), users(), m_protocol());
+    return std::make_unique<TruncatedCodes>(*m_editor.database(), UserRows(users()), m_protocol());
 }
 
 std::unique_ptr<CodeRun> UserRegister::codeRun(int first, int count)
 {
-    return std::make_unique<CodeRun>(*m_editor.database(), users(), m_protocol(), first, count);
+    return std::make_unique<CodeRun>(*m_editor.database(), UserRows(users()), m_protocol(), first, count);
 }
 
 Result<void> UserRegister::truncatedCodesEnded(const TruncatedCodes &run)

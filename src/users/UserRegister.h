@@ -33,13 +33,16 @@ public:
 
     /// The users in the order of their codes; valid after open(). To be read and moved in.
     RecordSet &users() { return m_editor.set(); }
+    /// The same as values.
+    QList<User> all();
+    User current() { return currentUser(users()); }
     const NameList &surnames() const { return m_surnames; }
     const NameList &firstNames() const { return m_firstNames; }
     bool hasTruncatedCodes() const { return ::hasTruncatedCodes(m_protocol()); }
 
     /// Makes a user with this code current, whatever its type; the current one stays when it has the code.
     bool find(const QString &code);
-    bool contains(const QString &code, CodeType type);
+    bool contains(const QString &code, CodeType type) const;
 
     /// Adds a user, who becomes current.
     Result<void> add(const QString &code, CodeType type);
@@ -65,8 +68,8 @@ private:
     ArchiveStore &m_archives;
     const std::function<int()> m_protocol;
     CopyEditor m_editor;
-    NameList m_surnames{QStringLiteral("Cognome")};
-    NameList m_firstNames{QStringLiteral("Nome")};
+    NameList m_surnames{&User::Cognome};
+    NameList m_firstNames{&User::Nome};
 };
 
 /// What stays of a surname, a first name or notes.

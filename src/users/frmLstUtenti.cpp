@@ -20,11 +20,11 @@ constexpr int wantedRows = 15;
 constexpr double leastShare = 2.0 / 3; ///< of the main window's height
 
 /// Longest value of each column; a caption can be longer.
-const QStringList &samples()
+QStringList samples()
 {
-    static const QString name(UserRegister::LongestText, QLatin1Char('n'));
-    static const QStringList all = {QStringLiteral("000000000"), QStringLiteral("DKS"), name, name, name,
-                                    QStringLiteral("00000000")};
+    QStringList all;
+    for (const UserColumn &column : userColumns)
+        all.append(QString::fromLatin1(column.widest));
     return all;
 }
 
@@ -56,16 +56,12 @@ frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore 
       cmdSalva(new QPushButton),
       cmdChiudi(new QPushButton)
 {
-    const auto column = [this](const char *field, Text caption, bool isEditable) {
-        RecordSetModel::Column made{QString::fromLatin1(field), m_texts[caption]};
-        made.isEditable = isEditable;
-        return made;
-    };
-    rsDati = new RecordSetModel({column("Codice", Text::CodiceColonna, false), column("Tipo", Text::Tipo, false),
-                                 column("Cognome", Text::CognomeUtente, true), column("Nome", Text::NomeUtente, true),
-                                 column("Note", Text::InformazioniAggiuntive, true),
-                                 column("CodTronc", Text::CodiceTroncatoColonna, false)},
-                                this);
+    QList<RecordSetModel::Column> columns;
+    for (const UserColumn &column : userColumns) {
+        columns.append({QString::fromLatin1(column.field), m_texts[column.caption]});
+        columns.last().isEditable = column.isTyped;
+    }
+    rsDati = new RecordSetModel(std::move(columns), this);
     build();
     captions();
 
@@ -77,9 +73,9 @@ frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore 
     connect(rsDati, &RecordSetModel::edited, this, &frmLstUtenti::dbgrdDati_Update);
     connect(dbgrdDati->selectionModel(), &QItemSelectionModel::currentChanged, lblMessage, &QLabel::clear);
     connect(dbcmbCognome, &UserCombo::edited, this,
-            [this] { dbcmb_Change(dbcmbCognome, dbcmbNome, m_register.firstNames().field()); });
+            [this] { dbcmb_Change(dbcmbCognome, dbcmbNome, &User::Nome); });
     connect(dbcmbNome, &UserCombo::edited, this,
-            [this] { dbcmb_Change(dbcmbNome, dbcmbCognome, m_register.surnames().field()); });
+            [this] { dbcmb_Change(dbcmbNome, dbcmbCognome, &User::Cognome); });
     connect(cmdNuovo, &QPushButton::clicked, this, &frmLstUtenti::cmdNuovo_Click);
     connect(cmdModifica, &QPushButton::clicked, this, &frmLstUtenti::cmdModifica_Click);
     connect(cmdElimina, &QPushButton::clicked, this, &frmLstUtenti::cmdElimina_Click);

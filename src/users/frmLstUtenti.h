@@ -46,7 +46,7 @@ public:
     QPoint place(QSize area, QSize own) const override;
 
     /// The users as they are at this moment; only after open().
-    RecordSet users() { return m_register.users(); }
+    QList<User> users() { return m_register.all(); }
 
 Q_SIGNALS:
     /// The window has closed and its working copy is gone. @param Esito  an Outcome
@@ -78,7 +78,7 @@ private:
     void cmdStampa_Click();
     void cmdSalva_Click();
     void cmdChiudi_Click();
-    void dbcmb_Change(const UserCombo *chosen, UserCombo *other, const QString &otherField);
+    void dbcmb_Change(const UserCombo *chosen, UserCombo *other, QString User::*otherName);
 
     void openCode(const QString &CodMod, qint64 user);
     void objInsCodice_Chiudi(qint64 user, const QString &Codice, const QString &Tipo, int Esito);

@@ -55,7 +55,7 @@ void frmLstUtenti::cmdNuovo_Click()
 void frmLstUtenti::cmdModifica_Click()
 {
     if (commitCell() && !isEmpty())
-        openCode(m_register.users().value(QStringLiteral("Codice")), m_register.users().rowId());
+        openCode(m_register.current().Codice, m_register.users().rowId());
 }
 
 void frmLstUtenti::objInsCodice_Chiudi(qint64 user, const QString &Codice, const QString &Tipo, int Esito)
@@ -74,14 +74,14 @@ void frmLstUtenti::cmdElimina_Click()
 {
     if (!commitCell() || isEmpty())
         return;
-    const RecordSet &users = m_register.users();
-    const QString question = m_texts[Text::EliminareUtente] + users.value(QStringLiteral("Cognome")) +
-                             QLatin1Char(' ') + users.value(QStringLiteral("Nome")) + QStringLiteral(" ?");
+    const User user = m_register.current();
+    const QString question =
+        m_texts[Text::EliminareUtente] + user.Cognome + QLatin1Char(' ') + user.Nome + QStringLiteral(" ?");
     endRecognition();
     // He who was asked about, whoever may be current by then.
-    const qint64 user = users.rowId();
-    m_messages.ask(this, question, Messages::Buttons::YesNo, [this, user](Messages::Answer answer) {
-        if (answer != Messages::Answer::Yes || !m_register.users().moveToRow(user))
+    const qint64 row = m_register.users().rowId();
+    m_messages.ask(this, question, Messages::Buttons::YesNo, [this, row](Messages::Answer answer) {
+        if (answer != Messages::Answer::Yes || !m_register.users().moveToRow(row))
             return;
         const Result<void> removed = m_register.remove();
         showRows();
@@ -153,12 +153,12 @@ void frmLstUtenti::endRecognition()
     cmdRicTx->setEnabled(true);
 }
 
-void frmLstUtenti::dbcmb_Change(const UserCombo *chosen, UserCombo *other, const QString &otherField)
+void frmLstUtenti::dbcmb_Change(const UserCombo *chosen, UserCombo *other, QString User::*otherName)
 {
     const std::optional<qint64> user = chosen->shown();
     if (!user || !commitCell() || !m_register.users().moveToRow(*user))
         return;
-    if (!m_register.users().value(otherField).isEmpty())
+    if (!(m_register.current().*otherName).isEmpty())
         other->showEntry(user);
     showCurrent();
 }
@@ -170,7 +170,7 @@ void frmLstUtenti::cmdDoppioni_Click()
     if (!commitCell() || isEmpty())
         return;
     endRecognition();
-    m_duplicates = std::make_unique<DuplicateReport>(m_register.users(), m_archives.folder(),
+    m_duplicates = std::make_unique<DuplicateReport>(m_register.all(), m_archives.folder(),
                                                      m_texts[Text::CodiceReale], m_texts[Text::CodiceTroncatoReport]);
     startSteps(m_texts[Text::RicercaDoppioni]);
 }

@@ -239,13 +239,7 @@ std::optional<GridEditor::Entry> GridEditor::acceptedEntry()
         m_messages.show(this, Icon::Exclamation, m_texts[*refusal->message]);
         return {};
     }
-    const Result<bool> isThere = m_editor.contains(criterion(m_form.first.field, entry.first) +
-                                                   QStringLiteral(" AND ") + criterion(m_form.last.field, entry.last));
-    if (!isThere) {
-        showFault(this, OwnText::ArchiveNotChanged, isThere.fault());
-        return {};
-    }
-    if (isThere.value()) {
+    if (m_editor.contains({{m_form.first.field, entry.first}, {m_form.last.field, entry.last}})) {
         m_messages.show(this, Icon::Exclamation, m_texts[m_form.isThere]);
         return {};
     }

@@ -110,6 +110,31 @@ private Q_SLOTS:
         QCOMPARE(test.read(name), content);
     }
 
+    void rowsOneByOne()
+    {
+        TestFolder test;
+        test.addUsers({listOf("1,TX"), listOf("2,TX"), listOf("3,TX")});
+        Database database = std::move(test.archives.open(ArchiveName::Users, Database::Use::Safe).value());
+        const QString sql = u"SELECT Codice FROM Utenti WHERE Codice <> ? AND rowid < ? ORDER BY rowid"_s;
+        QStringList seen;
+        const auto see = [&seen](const Statement &row) { seen.append(row.text(0)); };
+        QVERIFY(database.each(sql, {u"2' OR 'a'='a"_s, qint64{3}}, see).ok());
+        QCOMPARE(seen, listOf("1,2"));
+        const auto seeOne = [&](const Statement &row) {
+            see(row);
+            return row.text(0) != u"2"_s;
+        };
+        QVERIFY(database.each(sql, {QString(), qint64{9}}, seeOne).ok());
+        QCOMPARE(seen, listOf("1,2,1,2"));
+        const auto refuse = [](const Statement &row) -> Result<void> { return Fault{FaultCode::TooLarge, row.text(0)}; };
+        QCOMPARE(database.each(sql, {QString(), qint64{9}}, refuse).fault().subject, u"1"_s);
+        Database other = std::move(test.archives.open(ArchiveName::Users, Database::Use::Safe).value());
+        QVERIFY(database.execute(u"UPDATE Utenti SET Nome = ? WHERE rowid = ?"_s, {u"O'Hara"_s, qint64{3}}).ok());
+        QCOMPARE(test.rows(ArchiveName::Users, u"SELECT Nome FROM Utenti"_s).join(u','), u",,O'Hara"_s);
+        QVERIFY(other.execute("BEGIN EXCLUSIVE").ok());
+        QCOMPARE(database.each(sql, {QString(), qint64{9}}, see).fault().code, FaultCode::Locked);
+    }
+
     void recordSetRules()
     {
         TestFolder test;
@@ -123,9 +148,9 @@ private Q_SLOTS:
         const auto code = [&] { return set.value(codice); };
 
         QCOMPARE(code(), u"1"_s);
-        QVERIFY(!set.findFirst(criterion(codice, u"9"_s)).value());
+        QVERIFY(!set.findFirst({{codice, u"9"_s}}));
         QCOMPARE(code(), u"1"_s);
-        QVERIFY(set.findFirst(criterion(codice, u"2"_s)).value());
+        QVERIFY(set.findFirst({{codice, u"2"_s}}));
 
         // The deleted row stays current, cannot be touched, and the next move goes to its follower.
         QVERIFY(set.remove().ok());
@@ -136,7 +161,7 @@ private Q_SLOTS:
         set.moveNext();
         QCOMPARE(code(), u"3"_s);
         QVERIFY(set.remove().ok());
-        set.movePrevious();
+        set.moveFirst();
         QCOMPARE(code(), u"1"_s);
         set.moveLast();
         QVERIFY(set.remove().ok());
@@ -169,14 +194,15 @@ private Q_SLOTS:
         QVERIFY(set.isEmpty() && set.isEof());
 
         // Prefer the current row among several that match.
-        test.addUsers({listOf("7,TX"), listOf("7,DKS")});
+        test.addUsers({listOf("7,TX"), listOf("7,DKS"), listOf("8,TX")});
         QVERIFY(set.requery().ok());
         set.moveTo(1);
-        const QString seven = criterion(codice, u"7"_s);
-        QVERIFY(set.findFirst(seven, RecordSet::Search::PreferCurrent).value());
+        QVERIFY(set.findFirst({{codice, u"7"_s}}));
         QCOMPARE(set.position(), 1);
-        QVERIFY(set.findFirst(seven).value());
+        set.moveLast();
+        QVERIFY(set.findFirst({{codice, u"7"_s}}));
         QCOMPARE(set.position(), 0);
+        QVERIFY(!set.findFirst({{codice, u"8"_s}, {u"Tipo"_s, u"DKS"_s}}) && !set.findFirst({{u"Altro"_s, u"x"_s}}));
     }
 
     void snapshotIsOnlyRead()
@@ -188,10 +214,9 @@ private Q_SLOTS:
         RecordSet set = RecordSet::open(database.value(), all, RecordSet::Kind::Snapshot).value();
         QVERIFY(!set.addNew({{u"Codice"_s, u"2"_s}}) && !set.edit({{u"Codice"_s, u"2"_s}}) && !set.remove());
         QCOMPARE(test.rows(ArchiveName::Users, u"SELECT Codice FROM Utenti"_s), listOf("1,2"));
-        // Names with quotes are found, and are no part of the statement.
-        QVERIFY(set.findFirst(criterion(u"Cognome"_s, u"' OR 'a'='a"_s)).value());
+        QVERIFY(set.findFirst({{u"Cognome"_s, u"' OR 'a'='a"_s}}));
         QCOMPARE(set.value(u"Codice"_s), u"2"_s);
-        QVERIFY(set.findFirst(criterion(u"Cognome"_s, u"O'Hara"_s)).value());
+        QVERIFY(set.findFirst({{u"Cognome"_s, u"O'Hara"_s}}));
     }
 
     void staleJournalsNeverComeBack_data()

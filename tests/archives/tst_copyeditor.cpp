@@ -48,10 +48,10 @@ void TestCopyEditor::rows()
 {
     Desk desk;
     desk.editor.set().moveTo(1);
-    QVERIFY(desk.editor.contains(u"Codice='3'"_s).value() && !desk.editor.contains(u"Codice='4'"_s).value());
+    QVERIFY(desk.editor.contains({{u"Codice"_s, u"3"_s}}) && !desk.editor.contains({{u"Codice"_s, u"4"_s}}));
     QCOMPARE(desk.editor.set().position(), 1);
     QVERIFY(!desk.editor.isChanged() && desk.editor.edit({{u"Note"_s, u"x"_s}}).ok() && desk.editor.isChanged());
-    QVERIFY(desk.editor.find(u"Codice='3'"_s).value() && desk.editor.remove().ok());
+    QVERIFY(desk.editor.set().findFirst({{u"Codice"_s, u"3"_s}}) && desk.editor.remove().ok());
     QVERIFY(desk.editor.add({{u"Codice"_s, u"0"_s}}).ok() && desk.editor.requery().ok());
     QCOMPARE(desk.editor.set().value(u"Codice"_s), u"0"_s);
     QCOMPARE(desk.stored(), old);

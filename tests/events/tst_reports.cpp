@@ -1,3 +1,4 @@
+#include "codes/UserColumns.h"
 #include "events/EventReport.h"
 #include "events/TextReport.h"
 #include "support/Fixtures.h"
@@ -14,7 +15,7 @@ constexpr int unlimited = 1'000'000;
 
 /// How one kind of table must look on a page whose line of 10 points is 220 high. All figures are twips.
 struct Look {
-    std::unique_ptr<TableReport> (*make)(const Texts &texts, TableReport::Rows rows);
+    std::unique_ptr<TableReport> (*make)(const Texts &texts, const TableReport::Rows &rows);
     QStringList fields;
     QString title, headings[2], row;
     double left, firstTop, nextTop; ///< upper edge of the headings
@@ -25,14 +26,20 @@ struct Look {
 };
 
 template<Table table>
-std::unique_ptr<TableReport> events(const Texts &texts, TableReport::Rows rows)
+std::unique_ptr<TableReport> events(const Texts &texts, const TableReport::Rows &rows)
 {
-    return std::make_unique<EventReport>(table, texts, std::move(rows));
+    return std::make_unique<EventReport>(table, texts, rows);
 }
 
-std::unique_ptr<TableReport> users(const Texts &texts, TableReport::Rows rows)
+std::unique_ptr<TableReport> users(const Texts &texts, const TableReport::Rows &rows)
 {
-    return std::make_unique<UserListReport>(texts, std::move(rows));
+    QList<User> all(rows.count);
+    for (qsizetype row = 0; row < rows.count; ++row) {
+        qsizetype field = 0;
+        for (const UserColumn &column : userColumns)
+            all[row].*column.value = rows.fields(row).value().value(field++);
+    }
+    return std::make_unique<UserListReport>(texts, all);
 }
 
 // clang-format off

@@ -124,7 +124,7 @@ void TestSearch::faults()
     QFETCH(QueryFault, fault);
     TestFolder test;
     test.addUsers({{u"12"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s}});
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     QCOMPARE(checkQuery(wanted, users), fault);
 }
@@ -199,7 +199,7 @@ void TestSearch::walk()
                               {},
                               {},
                               u"||TX|A||31-12-9999|10:00:00|"_s};
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     run(search, wanted);
@@ -223,7 +223,7 @@ void TestSearch::unreadDays()
     Result<Database> locked = test.archives.open(ArchiveName::events(u"04-03-2004"_s), Database::Use::Safe);
     QVERIFY(locked && locked.value().execute("BEGIN EXCLUSIVE"));
 
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     run(search, range(u"01/03/2004"_s, u"06/03/2004"_s));
@@ -250,7 +250,7 @@ void TestSearch::damagedPages()
     }
     test.addEvents(u"05-03-2004"_s, events);
     const QByteArray sound = test.read(name);
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     QMap<int, int> kinds; // of day: whole, incomplete, unread
@@ -304,7 +304,7 @@ void TestSearch::daysSetAside()
     QCOMPARE(files.setAside,
              QStringList({u"Archivi/EVENTI_05-03-2004.zeb.Guasto"_s, u"Archivi/Eventi_05-03-2004.zeb.guasto2"_s,
                           u"Archivi/Eventi_05-03-2004.zeb.guasto10"_s}));
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     run(search, range(u"01/03/2004"_s, u"06/03/2004"_s));
@@ -322,7 +322,7 @@ void TestSearch::stopAndLeftovers()
         test.write(u"Archivi/"_s + QString::fromLatin1(left), "left over");
     const QStringList before = test.files(u"Archivi"_s);
     {
-        UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+        UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
         QVERIFY(users.open());
         EventSearch search(test.archives, users);
         QVERIFY(search.start(range(u"05/03/2004"_s, u"06/03/2004"_s)));
@@ -346,7 +346,7 @@ void TestSearch::resultsThatCannotBeKept()
     TestFolder test;
     test.addUsers({});
     test.addEvents(u"05-03-2004"_s, QList<QStringList>(5000, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}));
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     // The disk is full after some events, and what was found before is there.
@@ -393,7 +393,7 @@ void TestSearch::agreesWithAPlainLoop()
         }
         test.addEvents(day, ofDay);
     }
-    UsersCopy users(test.archives, u"Archivi/AnaCon.zeb"_s);
+    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     int found = 0;

@@ -59,8 +59,8 @@ private Q_SLOTS:
         Log test;
         EventLog &log = test.log;
         test.addUsers({listOf("12345,TX")});
-        UsersSnapshot users(test.archives);
-        QVERIFY(users.refresh().ok());
+        UserDirectory users(test.archives, ArchiveName::UsersSnapshot);
+        QVERIFY(users.open().ok());
         EventRoad road(users, log, test.clock);
         QSignalSpy stored(&log, &EventLog::stored);
 
@@ -80,7 +80,7 @@ private Q_SLOTS:
         // The register was saved with another code: the next event counts by the new one.
         test.addUsers({listOf("12346,TX")});
         test.write(u"Archivi/Anagrafica.evn"_s, "left over");
-        QVERIFY(users.refresh().ok());
+        QVERIFY(users.open().ok());
         QVERIFY(road.RegistraEvento("R/A-000012346X..\r"));
         log.close();
         QCOMPARE(test.rows(ArchiveName::events(u"05-03-2004"_s), u"SELECT * FROM Eventi"_s),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archives/Tables.h"
 #include "link/LineReader.h"
 #include "platform/PseudoTerminal.h"
 #include "support/Fixtures.h"
@@ -34,7 +35,7 @@ struct Road {
         test.addUsers({{u"1"_s, u"TX"_s}, {u"2"_s, u"DKS"_s}});
         // Of two lines the first counts.
         test.write(u"Impost.stp"_s, settings + "NUMEVOD=25\r\nCHECK=0\r\nPRN=-1\r\n");
-        if (!config.read(2, notices) || !users.refresh())
+        if (!config.read(2, notices) || !users.open())
             qFatal("the road cannot be laid");
         log.open();
         QObject::connect(&road, &EventRoad::recordReceived, &link, &LinkMonitor::recordReceived);
@@ -56,7 +57,7 @@ struct Road {
     SerialPorts ports{test.folder};
     Serial serial{ports};
     LinkMonitor link{serial, config, clock};
-    UsersSnapshot users{test.archives};
+    UserDirectory users{test.archives, ArchiveName::UsersSnapshot};
     EventLog log{test.archives, clock, notices};
     EventRoad road{users, log, clock};
     LineReader reader{serial, link, road};

@@ -232,7 +232,7 @@ void TestUsers::duplicates()
                        QByteArray(42, '\xAD') + "\r\n" + expected;
         QVERIFY(desk.edited.open().ok());
         desk.test.write(u"RepDoppioni.txt"_s, "of an earlier run");
-        DuplicateReport report(desk.edited.users(), desk.test.folder, u"Tats\u00E4chlicher Code"_s,
+        DuplicateReport report(desk.edited.all(), desk.test.folder, u"Tats\u00E4chlicher Code"_s,
                                u"Codice Troncato"_s);
         QCOMPARE(runThrough(report), qMax<qsizetype>(1, report.count()));
         QCOMPARE(report.isFound(), !expected.isEmpty());
@@ -241,7 +241,7 @@ void TestUsers::duplicates()
         if (report.isFound())
             QCOMPARE(report.text().section(u'\n', 1, 1), QString(42, u'-'));
         desk.test.disk.stopAt = 0;
-        DuplicateReport stopped(desk.edited.users(), desk.test.folder, {}, {});
+        DuplicateReport stopped(desk.edited.all(), desk.test.folder, {}, {});
         QVERIFY(!stopped.step(QDeadlineTimer(QDeadlineTimer::Forever)).ok());
         QCOMPARE(desk.test.read(u"RepDoppioni.txt"_s), expected);
     }

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "archives/ArchiveStore.h"
+#include "codes/User.h"
+
+#include <QDeadlineTimer>
+#include <QHash>
+
+#include <optional>
+
+/// The users of the register, read once into memory, so that a look-up costs the same with one user and with fifty
+/// thousand. Notes and truncated codes are not read: nobody looks users up for them.
+///
+/// What is read is a private copy, which keeps the register free for others. Where there is no room for one, or it cannot
+/// be read, that is the register itself.
+class UserDirectory
+{
+public:
+    /// What becomes of the copy when this object goes.
+    enum class Copy { Removed, Kept };
+
+    /// @param archives  must outlive this object; @param copy  name of the copy, relative to the program folder
+    UserDirectory(ArchiveStore &archives, QStringView copy, Copy atEnd = Copy::Removed);
+    ~UserDirectory();
+    UserDirectory(const UserDirectory &) = delete;
+    UserDirectory &operator=(const UserDirectory &) = delete;
+
+    /// Copies the register and reads it to its end. When that fails the users known so far stay, and the fault is the
+    /// register's.
+    Result<void> open();
+
+    /// The same in turns: copies the register anew, and gets ready to read it.
+    Result<void> begin();
+    /// Reads on from begin(), at least one user, until @p budget is spent.
+    /// @return true when the users are known
+    Result<bool> step(QDeadlineTimer budget);
+
+    /// What is known is out of date: nobody is decided about until the register has been read again.
+    void forget() { m_known = false; }
+    /// True once the register has been read, until it is forgotten.
+    bool isKnown() const { return m_known; }
+
+    /// All users in the order in which they lie in the register. A user's place here is what the lists below hold.
+    const QList<User> &users() const { return m_users; }
+    /// True when a user has the code, whatever its type.
+    bool contains(const QString &code) const { return m_firstOfCode.contains(code); }
+    /// The user of exactly this code and type, null when there is none.
+    const User *find(const QString &code, const QString &type) const;
+    /// The first user with this code, whatever its type, null when there is none.
+    const User *findCode(const QString &code) const;
+    /// The user with this code and type; else the first with the code alone; nobody's fields without one.
+    User nearest(const QString &code, const QString &type) const;
+
+    /// Places of those that have a surname (a first name), sorted by it as nameKey() says, those of one name by code.
+    QList<int> bySurname() const { return sorted(&User::Cognome); }
+    QList<int> byFirstName() const { return sorted(&User::Nome); }
+
+private:
+    struct Reading;
+
+    Result<void> openArchive(QStringView name, Database::Use use);
+    Result<void> readRegister(const Fault &ofCopy);
+    Result<void> readOn(const QDeadlineTimer &budget);
+    bool index(const QDeadlineTimer &budget);
+    QList<int> sorted(QString User::*name) const;
+
+    ArchiveStore &m_archives;
+    const QString m_copy;
+    const Copy m_atEnd;
+    std::unique_ptr<Reading> m_reading;
+    bool m_known = false;
+    QList<User> m_users;
+    QHash<QString, int> m_firstOfCode;
+    QList<int> m_next; ///< place of the next user with the same code, -1 = none
+};

@@ -1,0 +1,23 @@
+#include "users/UserRows.h"
+
+UserRows::UserRows(RecordSet users) : m_users(std::move(users))
+{
+    for (size_t i = 0; i < userColumns.size(); ++i)
+        m_columns.at(i) = m_users.column(QString::fromLatin1(userColumns.at(i).field));
+}
+
+User UserRows::operator[](qsizetype row) const
+{
+    User user;
+    for (size_t i = 0; i < userColumns.size(); ++i)
+        user.*userColumns.at(i).value = m_users.value(row, m_columns.at(i));
+    return user;
+}
+
+User currentUser(const RecordSet &users)
+{
+    User user;
+    for (const UserColumn &column : userColumns)
+        user.*column.value = users.value(QString::fromLatin1(column.field));
+    return user;
+}
