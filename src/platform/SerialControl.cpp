@@ -1,64 +1,45 @@
 #include "platform/SerialControl.h"
 
+#include "platform/SerialTransport.h"
+
 namespace {
 
 /// Hours of a busy line; past it the device keeps the rest until there is room.
 constexpr qsizetype bufferLimit = 1 << 20;
-constexpr qint64 systemBuffer = 1 << 16;
 constexpr qint64 turnMilliseconds = 20;
 constexpr int deliveriesBetweenLooksAtTheClock = 32;
 
 } // namespace
 
-SerialControl::SerialControl(const SerialPorts &ports, QObject *parent) : QObject(parent), m_ports(ports)
+SerialControl::SerialControl(const SerialPorts &ports, QObject *parent)
+    : SerialControl(ports, std::make_unique<SerialTransport>(), parent)
+{
+}
+
+SerialControl::SerialControl(const SerialPorts &ports, std::unique_ptr<Transport> transport, QObject *parent)
+    : QObject(parent), m_ports(ports), m_transport(std::move(transport))
 {
     m_resume.setSingleShot(true);
     m_resume.setInterval(0);
-    m_port.setReadBufferSize(systemBuffer);
     connect(&m_resume, &QTimer::timeout, this, &SerialControl::read);
-    connect(&m_port, &QSerialPort::readyRead, this, &SerialControl::read);
-    connect(&m_port, &QSerialPort::errorOccurred, this, &SerialControl::failed);
-}
-
-SerialControl::~SerialControl()
-{
-    // The port closes as a member; what it still says then finds no handler.
-    m_port.disconnect(this);
+    connect(m_transport.get(), &Transport::readyRead, this, &SerialControl::read);
+    connect(m_transport.get(), &Transport::lost, this, &SerialControl::lose);
 }
 
 Result<void> SerialControl::setPortOpen(bool open)
 {
     if (!open) {
-        if (m_port.isOpen()) {
-            receive(m_port.readAll());
-            m_port.close();
+        if (m_transport->isOpen()) {
+            receive(m_transport->read());
+            m_transport->close();
         }
         return {};
     }
     const QString device = m_ports.device(m_commPort);
-    if (m_port.isOpen())
-        return Fault{FaultCode::AlreadyInUse, device};
-    if (Result<void> isFree = checkDeviceIsFree(device); !isFree)
-        return isFree;
-
-    m_port.setPortName(device);
-    m_port.setBaudRate(QSerialPort::Baud9600);
-    m_port.setDataBits(QSerialPort::Data8);
-    m_port.setParity(QSerialPort::NoParity);
-    m_port.setStopBits(QSerialPort::OneStop);
-    m_port.setFlowControl(QSerialPort::NoFlowControl);
-    if (!m_port.open(QIODevice::ReadWrite)) {
-        switch (m_port.error()) {
-        case QSerialPort::DeviceNotFoundError:
-            return Fault{FaultCode::NotFound, device};
-        case QSerialPort::PermissionError:
-            return Fault{FaultCode::AlreadyInUse, device};
-        default:
-            return Fault{FaultCode::InputOutput, device};
-        }
-    }
-    tellRts(m_rts);
-    if (!m_port.isOpen())
+    if (Result<void> opened = m_transport->open(device); !opened)
+        return opened;
+    m_transport->setEnableLine(m_rts);
+    if (!m_transport->isOpen())
         return Fault{FaultCode::InputOutput, device};
     return {};
 }
@@ -74,22 +55,8 @@ void SerialControl::setRThreshold(int threshold)
 void SerialControl::setRTSEnable(bool enable)
 {
     m_rts = enable;
-    if (m_port.isOpen())
-        tellRts(enable);
-}
-
-std::optional<bool> SerialControl::rtsLevel()
-{
-    if (!m_port.isOpen())
-        return std::nullopt;
-    m_port.clearError();
-    const bool level = m_port.isRequestToSend();
-    return m_port.error() == QSerialPort::NoError ? std::optional<bool>(level) : std::nullopt;
-}
-
-void SerialControl::tellRts(bool asserted)
-{
-    m_port.setRequestToSend(asserted);
+    if (m_transport->isOpen())
+        m_transport->setEnableLine(enable);
 }
 
 QByteArrayView SerialControl::input()
@@ -100,18 +67,9 @@ QByteArrayView SerialControl::input()
     return characters;
 }
 
-Result<void> SerialControl::output(const QByteArray &bytes)
-{
-    if (!m_port.isOpen())
-        return Fault{FaultCode::NotOpen, m_port.portName()};
-    if (m_port.write(bytes) != bytes.size())
-        return Fault{FaultCode::InputOutput, m_port.portName()};
-    return {};
-}
-
 void SerialControl::read()
 {
-    receive(m_port.isOpen() && waiting() < bufferLimit ? m_port.readAll() : QByteArray());
+    receive(m_transport->isOpen() && waiting() < bufferLimit ? m_transport->read() : QByteArray());
 }
 
 void SerialControl::receive(const QByteArray &characters)
@@ -126,10 +84,10 @@ void SerialControl::receive(const QByteArray &characters)
 
 void SerialControl::deliverAll()
 {
-    receive(m_port.isOpen() ? m_port.readAll() : QByteArray());
+    receive(m_transport->isOpen() ? m_transport->read() : QByteArray());
     while (m_rThreshold > 0 && m_resume.isActive()) {
         m_resume.stop();
-        receive(m_port.isOpen() ? m_port.readAll() : QByteArray());
+        receive(m_transport->isOpen() ? m_transport->read() : QByteArray());
     }
 }
 
@@ -154,20 +112,12 @@ void SerialControl::deliver()
     }
     m_delivering = false;
     // Room has been made: what the library holds beyond the buffer's limit is fetched without a signal of its own.
-    if (m_port.isOpen() && m_port.bytesAvailable() > 0 && waiting() < bufferLimit)
+    if (m_transport->isOpen() && m_transport->hasMore() && waiting() < bufferLimit)
         m_resume.start();
 }
 
-void SerialControl::failed(QSerialPort::SerialPortError error)
+void SerialControl::lose(const QByteArray &last)
 {
-    const bool gone = error == QSerialPort::ResourceError || error == QSerialPort::ReadError ||
-                      error == QSerialPort::WriteError || error == QSerialPort::DeviceNotFoundError;
-    // Errors of opening are returned by the call itself, and missing modem lines are no error.
-    if (!gone || !m_port.isOpen())
-        return;
-    const QByteArray last = m_port.readAll();
-    // Closed at once: a port that was unplugged repeats its error as fast as the processor allows.
-    m_port.close();
     receive(last);
     m_commEvent = Lost;
     Q_EMIT OnComm();

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "platform/SerialPorts.h"
+#include "platform/Transport.h"
 
 #include <QByteArray>
 #include <QElapsedTimer>
 #include <QObject>
-#include <QSerialPort>
 #include <QTimer>
 
+#include <memory>
 #include <optional>
 
 /// One serial port as the program sees it: text comes in one character a notification, in the order it arrived.
@@ -28,13 +29,14 @@ public:
 
     /// @param ports  must outlive this object
     explicit SerialControl(const SerialPorts &ports, QObject *parent = nullptr);
-    ~SerialControl() override;
+    /// @param transport  carries the bytes instead of a serial port
+    SerialControl(const SerialPorts &ports, std::unique_ptr<Transport> transport, QObject *parent = nullptr);
 
     /// Number of the port; takes effect at the next opening.
     void setCommPort(int number) { m_commPort = number; }
     int commPort() const { return m_commPort; }
 
-    virtual bool portOpen() const { return m_port.isOpen(); }
+    bool portOpen() const { return m_transport->isOpen(); }
     /// Opens the port at 9600,N,8,1, or closes it.
     /// @return NotFound, AccessDenied or AlreadyInUse (also when it is open already), InputOutput for a device that is
     ///         no serial port
@@ -58,32 +60,27 @@ public:
     void setRTSEnable(bool enable);
     bool rtsEnable() const { return m_rts; }
     /// What the device says of its RTS line; nothing while the port is closed or has no modem lines.
-    std::optional<bool> rtsLevel();
+    std::optional<bool> rtsLevel() { return m_transport->enableLine(); }
 
     /// Next characters received, empty when none is waiting. The view holds until the next call of this object.
     QByteArrayView input();
     /// Sends @p bytes without waiting. @return NotOpen when the port is closed
-    virtual Result<void> output(const QByteArray &bytes);
+    Result<void> output(const QByteArray &bytes) { return m_transport->write(bytes); }
     /// What the present notification is about.
     Event commEvent() const { return m_commEvent; }
 
 Q_SIGNALS:
     void OnComm();
 
-protected:
-    /// Tells the device the state of its RTS line. A device without modem lines ignores it.
-    virtual void tellRts(bool asserted);
-    /// Characters have come from the device: keeps them and notifies.
-    void receive(const QByteArray &characters);
-
 private:
     void read();
+    void receive(const QByteArray &characters);
     void deliver();
-    void failed(QSerialPort::SerialPortError error);
+    void lose(const QByteArray &last);
     qsizetype waiting() const { return m_buffer.size() - m_taken; }
 
     const SerialPorts &m_ports;
-    QSerialPort m_port;
+    const std::unique_ptr<Transport> m_transport;
     QByteArray m_buffer;
     qsizetype m_taken = 0; ///< characters at the front of m_buffer that have been read
     QTimer m_resume;

@@ -3,6 +3,7 @@
 #include "link/frmImpCom.h"
 #include "link/frmUtility.h"
 #include "platform/PseudoTerminal.h"
+#include "platform/SerialTransport.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"
 
@@ -19,11 +20,9 @@ namespace {
 using Replies = QList<QByteArrayList>;
 using Told = QList<QVariantList>;
 
-/// A control that may not assert the line that disables the interface.
-struct ProbingControl : SerialControl {
-    using SerialControl::SerialControl;
-
-    void tellRts(bool asserted) override
+/// May not assert the line that disables the interface.
+struct ProbingLine : SerialTransport {
+    void setEnableLine(bool asserted) override
     {
         if (asserted)
             qFatal("RTS is asserted on a port that is only looked at");
@@ -82,7 +81,7 @@ struct Computer : TestFolder {
     FakeClock clock;
     Texts texts;
     FakeMessages messages;
-    ProbingControl *prova = new ProbingControl(ports);
+    SerialControl *prova = new SerialControl(ports, std::make_unique<ProbingLine>());
     PortTest portTest{std::unique_ptr<SerialControl>(prova), ports, clock};
     std::map<int, std::unique_ptr<PseudoTerminal>> lines;
     QPointer<frmImpCom> window;

@@ -268,9 +268,10 @@ private Q_SLOTS:
         const auto pour = [&](int megabytes) {
             for (int i = 0; i < 16 * megabytes; ++i) {
                 line.serial.receive(noise);
-                QCoreApplication::processEvents();
+                // No faster than it is taken, however busy the machine is.
+                while (!line.serial.input().isEmpty())
+                    QCoreApplication::processEvents();
             }
-            QTRY_VERIFY(line.serial.input().isEmpty());
         };
         pour(1);
         const qint64 before = residentPages();

@@ -1,6 +1,7 @@
 #include "archives/Tables.h"
 #include "mainwindow/MDIForm1.h"
 #include "platform/PseudoTerminal.h"
+#include "platform/SerialTransport.h"
 #include "startup/DateTimeText.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"
@@ -24,17 +25,13 @@ namespace {
 const QByteArray answer = interfaceBanner() + "\rRS_C CH:1 ENABLE\rVERSIONE 1.4\r";
 
 /// Notes what the device is told about its RTS line.
-class NotingSerial : public SerialControl
-{
-public:
-    using SerialControl::SerialControl;
+struct NotingLine : SerialTransport {
     QStringList rtsTold;
 
-protected:
-    void tellRts(bool asserted) override
+    void setEnableLine(bool asserted) override
     {
         rtsTold.append(asserted ? u"asserted"_s : u"released"_s);
-        SerialControl::tellRts(asserted);
+        SerialTransport::setEnableLine(asserted);
     }
 };
 
@@ -110,11 +107,11 @@ struct Desk {
     };
     bool answers = true;
     QByteArray asked;
-    NotingSerial *serial = nullptr;
+    NotingLine *line = nullptr;
     Program program{test.directory.path(), clock, printers, [this](const SerialPorts &ports) {
-                        auto made = std::make_unique<NotingSerial>(ports);
-                        serial = made.get();
-                        return made;
+                        auto made = std::make_unique<NotingLine>();
+                        line = made.get();
+                        return std::make_unique<SerialControl>(ports, std::move(made));
                     }};
     MDIForm1 window{program, used};
 };
@@ -474,7 +471,7 @@ void TestMainWindow::editorsHoldTheProgramme()
     desk.comeToLife();
     QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
     QCOMPARE(desk.label(3)->property("file").toString(), u"Time_Dis.bmp"_s);
-    const auto told = [&desk] { return std::exchange(desk.serial->rtsTold, {}); };
+    const auto told = [&desk] { return std::exchange(desk.line->rtsTold, {}); };
     QCOMPARE(told(), QStringList{u"asserted"_s});
     // A band for this Friday: it counts as soon as its editor closes, and not before.
     desk.entry("mnuFascieOr")->trigger();
@@ -556,7 +553,7 @@ void TestMainWindow::receptionBehindABox()
     desk.window.findChild<QMessageBox *>()->button(QMessageBox::Yes)->click();
     QTRY_COMPARE(unloaded.size(), 1);
     // No bands, not enabled: told as the first thing after opening, and let go at the end.
-    QCOMPARE(desk.serial->rtsTold, QStringList({u"asserted"_s, u"released"_s}));
+    QCOMPARE(desk.line->rtsTold, QStringList({u"asserted"_s, u"released"_s}));
     const QString day = ArchiveName::events(u"05-03-2004"_s);
     QVERIFY(!desk.test.folder.exists(day + u"-wal"_s));
     QCOMPARE(desk.test.rows(day, u"SELECT Codice FROM Eventi"_s).size(), 2);

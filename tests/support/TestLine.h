@@ -5,26 +5,40 @@
 #include "platform/PseudoTerminal.h"
 #include "support/Fixtures.h"
 
-/// A serial control without a device: the test says what comes in and reads what goes out.
-class FakeSerial : public SerialControl
-{
-public:
-    using SerialControl::receive;
-    using SerialControl::SerialControl;
-
-    bool isThere = true;
+/// A line without a device: the test says what comes in and reads what goes out.
+struct FakeTransport : Transport {
+    QByteArray coming;
     QByteArray sent;
-    QStringList rtsTold;
 
-    bool portOpen() const override { return isThere; }
-    Result<void> output(const QByteArray &bytes) override
+    Result<void> open(const QString &) override { return {}; }
+    void close() override {}
+    bool isOpen() const override { return true; }
+    QString deviceName() const override { return {}; }
+    QByteArray read() override { return std::exchange(coming, {}); }
+    bool hasMore() const override { return !coming.isEmpty(); }
+    Result<void> write(const QByteArray &bytes) override
     {
         sent += bytes;
         return {};
     }
+    void setEnableLine(bool) override {}
+    std::optional<bool> enableLine() override { return {}; }
+};
 
-protected:
-    void tellRts(bool asserted) override { rtsTold.append(asserted ? u"on"_s : u"off"_s); }
+struct FakeSerial : SerialControl {
+    explicit FakeSerial(const SerialPorts &ports) : FakeSerial(ports, new FakeTransport) {}
+    FakeSerial(const SerialPorts &ports, FakeTransport *transport)
+        : SerialControl(ports, std::unique_ptr<Transport>(transport)), line(*transport)
+    {
+    }
+    void receive(const QByteArray &characters)
+    {
+        line.coming += characters;
+        Q_EMIT line.readyRead();
+    }
+
+    FakeTransport &line;
+    QByteArray &sent = line.sent;
 };
 
 /// Everything between a serial control and the archive of the day.
