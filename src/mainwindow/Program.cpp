@@ -54,7 +54,7 @@ std::optional<StartFault> Program::prepare(int systemLanguage, std::optional<int
     // What is locked for the moment is waited for later, by the gate.
     if (m_passwords.load() == Passwords::Fault::RegisterUnusable)
         return StartFault{registerMessage(m_folder, m_passwords.reason())};
-    if (const Result<void> read = m_users.refresh(); !read && read.fault().code == FaultCode::Damaged)
+    if (const Result<void> read = m_users.open(); !read && read.fault().code == FaultCode::Damaged)
         return StartFault{registerMessage(m_folder, read.fault())};
     m_portToStore = port;
     m_settings.PortaCom = port.value_or(m_settings.PortaCom);

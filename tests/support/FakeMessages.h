@@ -30,29 +30,14 @@ public:
                                           QStringLiteral("Question"), QStringLiteral("Exclamation"),
                                           QStringLiteral("Critical")};
         shown.append(names[static_cast<int>(icon)] + QStringLiteral(": ") + text);
-        most = qMax(most, ++standing);
-        QMetaObject::invokeMethod(
-            over,
-            [this, then = std::move(then)] {
-                --standing;
-                if (then)
-                    then();
-            },
-            Qt::QueuedConnection);
+        stand(over, std::move(then));
     }
 
     void ask(QWidget *over, const QString &text, Buttons, std::function<void(Answer)> then) override
     {
         shown.append(QStringLiteral("Question: ") + text);
         const Answer answer = answers.isEmpty() ? Answer::No : answers.takeFirst();
-        most = qMax(most, ++standing);
-        QMetaObject::invokeMethod(
-            over,
-            [this, then = std::move(then), answer] {
-                --standing;
-                then(answer);
-            },
-            Qt::QueuedConnection);
+        stand(over, [then = std::move(then), answer] { then(answer); });
     }
 
     /// Yes chooses the first way.
@@ -60,5 +45,17 @@ public:
                 std::function<void(bool)> then) override
     {
         ask(over, text, Buttons::YesNo, [then = std::move(then)](Answer answer) { then(answer != Answer::Yes); });
+    }
+
+private:
+    void stand(QWidget *over, std::function<void()> then)
+    {
+        most = qMax(most, ++standing);
+        const auto close = [this, then = std::move(then)] {
+            --standing;
+            if (then)
+                then();
+        };
+        QMetaObject::invokeMethod(over, close, Qt::QueuedConnection);
     }
 };
