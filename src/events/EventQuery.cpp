@@ -23,13 +23,19 @@ QueryFault checkQuery(const EventQuery &query, const UserDirectory &users)
     return QueryFault::None;
 }
 
-QString dayStatement(const EventQuery &query)
+DayCondition dayCondition(const EventQuery &query)
 {
     const QString code = query.person ? query.person->code : query.code;
+    SqlValues values;
+    const auto bound = [&values](const QString &value) {
+        values.append(value);
+        return QStringLiteral("?%1").arg(values.size());
+    };
     QString condition;
     if (!code.isEmpty())
-        condition = criterion(QStringLiteral("Codice"), code) + QStringLiteral(" AND ");
-    condition += QStringLiteral("Ora>=") + quoted(query.from) + QStringLiteral(" AND Ora<=") + quoted(query.to);
+        condition = QStringLiteral("Codice=") + bound(code) + QStringLiteral(" AND ");
+    condition += QStringLiteral("Ora>=") + bound(query.from);
+    condition += QStringLiteral(" AND Ora<=") + bound(query.to);
     if (query.state == EventQuery::State::OnlyEnabled)
         condition += QStringLiteral(" AND AbCh<>'X' AND KorDis<>'X'");
     else if (query.state == EventQuery::State::OnlyDisabled)
@@ -38,12 +44,12 @@ QString dayStatement(const EventQuery &query)
     QStringList channels;
     for (int i = 0; i < 4; ++i) {
         if (query.channels[static_cast<std::size_t>(i)])
-            channels.append(criterion(QStringLiteral("Canale"), QString(QChar(u'A' + i))));
+            channels.append(QStringLiteral("Canale='%1'").arg(QChar(u'A' + i)));
     }
     condition += QStringLiteral(" AND (") + channels.join(QStringLiteral(" OR ")) + QStringLiteral(") AND (");
     if (query.transmitters)
         condition += QStringLiteral("Tipo='TX'");
     if (query.keypads)
         condition += query.transmitters ? QStringLiteral("OR Tipo='DKS'") : QStringLiteral("Tipo='DKS'");
-    return QStringLiteral("SELECT * FROM Eventi WHERE ") + condition + QLatin1Char(')');
+    return {condition + QLatin1Char(')'), values};
 }

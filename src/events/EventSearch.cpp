@@ -30,7 +30,7 @@ Result<void> EventSearch::start(const EventQuery &query)
     m_running = false;
     if (Result<void> cleared = m_results.clear(); !cleared)
         return cleared;
-    m_statement = dayStatement(query);
+    m_condition = dayCondition(query);
     m_day = query.firstDay;
     m_lastKey = DataOrdinabile(query.lastDay);
     m_running = true;
@@ -81,16 +81,17 @@ Result<EventSearch::OpenDay> EventSearch::open(const QString &name) const
     Result<Database> database = m_archives.open(name, Database::Use::Safe);
     if (!database)
         return database.fault();
-    QString counting = m_statement;
-    counting.replace(7, 1, QStringLiteral("count(*)"));
-    Result<Statement> count = database.value().prepare(counting);
-    if (!count)
-        return count.fault();
-    if (const Result<bool> counted = count.value().step(); !counted)
+    int matches = 0;
+    const Result<void> counted = database.value().each(
+        QStringLiteral("SELECT count(*) FROM Eventi WHERE ") + m_condition.where, m_condition.values,
+        [&matches](const Statement &row) { matches = static_cast<int>(row.integer(0)); });
+    if (!counted)
         return counted.fault();
-    Result<Statement> rows = database.value().prepare(m_statement);
+    Result<Statement> rows =
+        database.value().prepare(QStringLiteral("SELECT * FROM Eventi WHERE ") + m_condition.where);
     if (!rows)
         return rows.fault();
+    rows.value().bind(m_condition.values);
     QHash<QString, int> places;
     for (int column = 0; column < rows.value().columnCount(); ++column)
         places.insert(rows.value().columnName(column), column);
@@ -99,8 +100,7 @@ Result<EventSearch::OpenDay> EventSearch::open(const QString &name) const
                                             place("Canale"), place("AbCh"), place("KorDis")};
     if (std::min({columns.Codice, columns.Data, columns.AbCh, columns.KorDis}) < 0)
         return Fault{FaultCode::Damaged, database.value().path()};
-    return OpenDay{std::move(database.value()), std::move(rows.value()), columns,
-                   static_cast<int>(count.value().integer(0))};
+    return OpenDay{std::move(database.value()), std::move(rows.value()), columns, matches};
 }
 
 void EventSearch::copyRow()

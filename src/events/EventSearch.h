@@ -49,7 +49,7 @@ private:
     ArchiveStore &m_archives;
     const UserDirectory &m_users;
     SearchResults m_results;
-    QString m_statement;
+    DayCondition m_condition;
     QString m_day;
     QString m_lastKey;
     std::unique_ptr<OpenDay> m_open;
