@@ -236,13 +236,3 @@ Result<void> Database::leaveLogMode()
 {
     return execute("PRAGMA journal_mode = DELETE;");
 }
-
-QString quoted(const QString &text)
-{
-    return QLatin1Char('\'') + QString(text).replace(QLatin1Char('\''), QStringLiteral("''")) + QLatin1Char('\'');
-}
-
-QString criterion(const QString &field, const QString &value)
-{
-    return field + QLatin1Char('=') + quoted(value);
-}

@@ -134,8 +134,3 @@ Result<void> Database::each(const QString &sql, const SqlValues &values, Take ta
     prepared.value().bind(values);
     return prepared.value().each(std::move(take));
 }
-
-/// @p text with its quotes doubled, between quotes: for statements and criteria that are put together as text.
-QString quoted(const QString &text);
-/// field='value', with the quotes of the value doubled.
-QString criterion(const QString &field, const QString &value);

@@ -16,18 +16,23 @@ bool isDamage(FaultCode code)
 
 } // namespace
 
-Result<ReadableRows> ReadableRows::open(Database &database, const QString &table, const QString &condition)
+Result<ReadableRows> ReadableRows::open(Database &database, const QString &table, const QString &condition,
+                                        const SqlValues &values)
 {
     Result<Statement> wanted =
         database.prepare(QStringLiteral("SELECT rowid, * FROM %1 WHERE %2 ORDER BY rowid").arg(table, condition));
     if (!wanted)
         return wanted.fault();
+    wanted.value().bind(values);
     // Here the condition is a column: reading stops at each row, and what is lost begins behind the last of them.
     Result<Statement> all = database.prepare(
-        QStringLiteral("SELECT rowid, *, (%2) FROM %1 WHERE rowid >= ? ORDER BY rowid").arg(table, condition));
+        QStringLiteral("SELECT rowid, *, (%2) FROM %1 WHERE rowid >= ?%3 ORDER BY rowid")
+                                                  .arg(table, condition)
+                                                  .arg(values.size() + 1));
     if (!all)
         return all.fault();
-    return ReadableRows(std::move(wanted.value()), std::move(all.value()));
+    all.value().bind(values);
+    return ReadableRows(std::move(wanted.value()), std::move(all.value()), static_cast<int>(values.size()) + 1);
 }
 
 Result<ReadableRows::Found> ReadableRows::step()
@@ -85,7 +90,7 @@ ReadableRows::Found ReadableRows::seek(qint64 number)
 {
     m_next = number;
     m_all.reset();
-    m_all.bind(1, number);
+    m_all.bind(m_first, number);
     return Found::Nothing;
 }
 

@@ -18,8 +18,9 @@ public:
     enum class Extent { Whole, Part, Nothing };
 
     /// @param database   must stay open as long as this object is there
-    /// @param condition  of the rows that are wanted
-    static Result<ReadableRows> open(Database &database, const QString &table, const QString &condition);
+    /// @param condition  of the rows that are wanted, its parameters numbered (?1, ?2, ...); @param values  of them
+    static Result<ReadableRows> open(Database &database, const QString &table, const QString &condition,
+                                     const SqlValues &values);
 
     /// Does one piece of work: finds a row, or tries one number in or behind a damaged place.
     /// @return a fault when reading is not possible for now, because of a lock above all; damage is none
@@ -30,7 +31,10 @@ public:
     Extent extent() const;
 
 private:
-    ReadableRows(Statement wanted, Statement all) : m_wanted(std::move(wanted)), m_all(std::move(all)) {}
+    ReadableRows(Statement wanted, Statement all, int first)
+        : m_wanted(std::move(wanted)), m_all(std::move(all)), m_first(first)
+    {
+    }
 
     Found found(Statement &rows);
     Found passOver(FaultCode damage);
@@ -38,6 +42,7 @@ private:
 
     Statement m_wanted; ///< number and columns of the rows that are wanted
     Statement m_all;    ///< number and columns of all rows from a number on, and whether they are wanted
+    int m_first;      ///< parameter of the latter: the number to begin with
     qint64 m_next = std::numeric_limits<qint64>::min(); ///< lowest number that the next row may have
     bool m_isDamaged = false;
     bool m_hasRead = false;

@@ -44,13 +44,11 @@ Result<bool> DayView::refresh(int limit)
         return database.fault();
     // Events are numbered as they are stored and never removed: the highest number is their count, at the cost of one
     // page.
-    Result<Statement> newest = database.value().prepare(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
-    if (!newest)
-        return newest.fault();
-    if (const Result<bool> stepped = newest.value().step(); !stepped)
-        return stepped.fault();
-    const qint64 count = newest.value().integer(0);
-    newest.value().reset();
+    qint64 count = 0;
+    const Result<void> looked = database.value().each(QStringLiteral("SELECT max(ProgEv) FROM Eventi"), {},
+                                                      [&count](const Statement &row) { count = row.integer(0); });
+    if (!looked)
+        return looked.fault();
     if (count == m_shown)
         return changed;
     Result<QList<QStringList>> rows = read(database.value(), limit);
@@ -63,28 +61,21 @@ Result<bool> DayView::refresh(int limit)
 
 Result<QList<QStringList>> DayView::read(Database &database, int limit) const
 {
-    Result<Statement> prepared =
-        database.prepare(QStringLiteral("SELECT ProgEv, Tipo, Codice, '', Canale, AbCh, Data, Ora, KorDis FROM Eventi "
-                                        "ORDER BY Data DESC, Ora DESC, ProgEv DESC LIMIT ?"));
-    if (!prepared)
-        return prepared.fault();
-    Statement &statement = prepared.value();
-    statement.bind(1, qint64{limit});
     QList<QStringList> rows;
-    for (;;) {
-        const Result<bool> stepped = statement.step();
-        if (!stepped)
-            return stepped.fault();
-        if (!stepped.value())
-            break;
-        QStringList row;
-        for (int column = 0; column < FieldCount; ++column)
-            row.append(statement.text(column));
-        const User *user = m_users.find(row[Cognome], row[Tipo]);
-        row[Cognome] = user ? user->Cognome : QString();
-        row[Nome] = user ? user->Nome : QString();
-        rows.append(std::move(row));
-    }
+    const Result<void> done =
+        database.each(QStringLiteral("SELECT ProgEv, Tipo, Codice, '', Canale, AbCh, Data, Ora, KorDis FROM Eventi "
+                                     "ORDER BY Data DESC, Ora DESC, ProgEv DESC LIMIT ?"),
+                      {qint64{limit}}, [&](const Statement &event) {
+                          QStringList row;
+                          for (int column = 0; column < FieldCount; ++column)
+                              row.append(event.text(column));
+                          const User *user = m_users.find(row[Cognome], row[Tipo]);
+                          row[Cognome] = user ? user->Cognome : QString();
+                          row[Nome] = user ? user->Nome : QString();
+                          rows.append(std::move(row));
+                      });
+    if (!done)
+        return done.fault();
     std::reverse(rows.begin(), rows.end());
     return rows;
 }

@@ -24,14 +24,20 @@ QueryFault checkQuery(const EventQuery &query, const UserDirectory &users)
     return QueryFault::None;
 }
 
-QString dayCondition(const EventQuery &query)
+DayCondition dayCondition(const EventQuery &query)
 {
+    SqlValues values;
+    const auto bound = [&values](const QString &value) {
+        values.append(value);
+        return QStringLiteral("?%1").arg(values.size());
+    };
     QString condition;
     // Events hold their codes without zeros in front: nothing is left of a code of zeros alone.
     if (query.person || !query.code.isEmpty())
-        condition = criterion(QStringLiteral("Codice"), query.person ? query.person->code : TogliZeri(query.code)) +
+        condition = QStringLiteral("Codice=") + bound(query.person ? query.person->code : TogliZeri(query.code)) +
                     QStringLiteral(" AND ");
-    condition += QStringLiteral("Ora>=") + quoted(query.from) + QStringLiteral(" AND Ora<=") + quoted(query.to);
+    condition += QStringLiteral("Ora>=") + bound(query.from);
+    condition += QStringLiteral(" AND Ora<=") + bound(query.to);
     if (query.state == EventQuery::State::OnlyEnabled)
         condition += QStringLiteral(" AND AbCh<>'X' AND KorDis<>'X'");
     else if (query.state == EventQuery::State::OnlyDisabled)
@@ -40,12 +46,12 @@ QString dayCondition(const EventQuery &query)
     QStringList channels;
     for (int i = 0; i < 4; ++i) {
         if (query.channels[static_cast<std::size_t>(i)])
-            channels.append(criterion(QStringLiteral("Canale"), QString(QChar(u'A' + i))));
+            channels.append(QStringLiteral("Canale='%1'").arg(QChar(u'A' + i)));
     }
     condition += QStringLiteral(" AND (") + channels.join(QStringLiteral(" OR ")) + QStringLiteral(") AND (");
     if (query.transmitters)
         condition += QStringLiteral("Tipo='TX'");
     if (query.keypads)
         condition += query.transmitters ? QStringLiteral("OR Tipo='DKS'") : QStringLiteral("Tipo='DKS'");
-    return condition + QLatin1Char(')');
+    return {condition + QLatin1Char(')'), values};
 }

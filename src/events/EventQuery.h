@@ -29,5 +29,11 @@ enum class QueryFault { None, FirstDay, LastDay, From, To, Order, NoChannel, NoT
 /// First of the faults, in the order in which the operator is told them.
 QueryFault checkQuery(const EventQuery &query, const UserDirectory &users);
 
-/// The condition that the events of a checked query meet in the archive of a day.
-QString dayCondition(const EventQuery &query);
+/// What the events of a query meet in the archive of a day.
+struct DayCondition {
+    QString where; ///< its parameters are numbered (?1, ?2, ...), so that it can stand in a statement more than once
+    SqlValues values;
+};
+
+/// @param query  without a fault
+DayCondition dayCondition(const EventQuery &query);

@@ -94,15 +94,14 @@ Result<std::unique_ptr<EventSearch::OpenDay>> EventSearch::open(const QString &n
         return database.fault();
     auto day = std::make_unique<OpenDay>(std::move(database.value()));
     const QString table = QStringLiteral("Eventi");
-    Result<ReadableRows> rows = ReadableRows::open(day->database, table, m_condition);
+    Result<ReadableRows> rows = ReadableRows::open(day->database, table, m_condition.where, m_condition.values);
     if (!rows)
         return rows.fault();
     day->rows = std::move(rows.value());
     // For the progress only: whatever keeps the rows from being counted shows again when they are read.
-    Result<Statement> count =
-        day->database.prepare(QStringLiteral("SELECT count(*) FROM %1 WHERE %2").arg(table, m_condition));
-    if (count && count.value().step())
-        day->matches = static_cast<int>(count.value().integer(0));
+    (void)day->database.each(QStringLiteral("SELECT count(*) FROM %1 WHERE %2").arg(table, m_condition.where),
+                             m_condition.values,
+                             [&day](const Statement &row) { day->matches = static_cast<int>(row.integer(0)); });
     const Statement &row = day->rows->row();
     QHash<QString, int> places;
     for (int column = 0; column < row.columnCount(); ++column)

@@ -60,7 +60,7 @@ private:
     ArchiveStore &m_archives;
     const UserDirectory &m_users;
     SearchResults m_results;
-    QString m_condition;
+    DayCondition m_condition;
     QHash<QString, DayFiles> m_files;
     QString m_day;
     QString m_lastKey;

@@ -128,18 +128,11 @@ Result<void> SearchResults::holdFrom(qsizetype first) const
     m_firstHeld = first;
     if (!m_open)
         return Fault{FaultCode::NotOpen, workingName};
-    Statement &select = m_open->select;
-    select.bind(1, qint64{first});
-    select.bind(2, qint64{pageOfRows});
-    Result<bool> stepped = select.step();
-    for (; stepped && stepped.value(); stepped = select.step()) {
+    m_open->select.bind({qint64{first}, qint64{pageOfRows}});
+    return m_open->select.each([this](const Statement &row) {
         QStringList fields;
         for (int column = 0; column < FieldCount; ++column)
-            fields.append(select.text(column));
+            fields.append(row.text(column));
         m_held.append(std::move(fields));
-    }
-    select.reset();
-    if (!stepped)
-        return stepped.fault();
-    return {};
+    });
 }

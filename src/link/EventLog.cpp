@@ -261,21 +261,17 @@ Result<QList<EventLog::Stored>> EventLog::last(qsizetype most) const
     if (!m_open)
         return Fault{FaultCode::NotOpen, ArchiveName::events(DataFile(m_clock.date()))};
     // The statement ends with this call: while it reads, what the writer has put aside cannot be brought together.
-    Result<Statement> query = m_open->database.prepare(
-        QStringLiteral("SELECT ProgEv, Codice, Data, Ora, Tipo, Canale, AbCh, KorDis FROM Eventi "
-                       "ORDER BY Data DESC, Ora DESC, ProgEv DESC LIMIT ?"));
-    if (!query)
-        return query.fault();
-    Statement &row = query.value();
-    row.bind(1, static_cast<qint64>(most));
     QList<Stored> events;
-    Result<bool> more = row.step();
-    for (; more && more.value(); more = row.step())
-        events.append(
-            {row.text(0),
-             {row.text(1), row.text(2), row.text(3), row.text(4), row.text(5), row.text(6), row.text(7), {}}});
-    if (!more)
-        return more.fault();
+    const Result<void> read = m_open->database.each(
+        QStringLiteral("SELECT ProgEv, Codice, Data, Ora, Tipo, Canale, AbCh, KorDis FROM Eventi "
+                       "ORDER BY Data DESC, Ora DESC, ProgEv DESC LIMIT ?"),
+        {qint64{most}}, [&events](const Statement &row) {
+            events.append(
+                {row.text(0),
+                 {row.text(1), row.text(2), row.text(3), row.text(4), row.text(5), row.text(6), row.text(7), {}}});
+        });
+    if (!read)
+        return read.fault();
     std::reverse(events.begin(), events.end());
     return events;
 }
