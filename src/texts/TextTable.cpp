@@ -1,7 +1,7 @@
 #include "texts/TextTable.h"
 
-// The texts are kept letter for letter, blanks at either end and slips of spelling included: operators know them,
-// and several are joined to a value or compared with a caption already on the screen.
+// Messages and most captions are kept letter for letter, blanks at either end and slips of spelling included: operators
+// know them, and several are joined to a value or compared with a caption already on the screen.
 
 // clang-format off
 constexpr std::array<TextRow<Text>, TextCount> textTable = {{

@@ -144,7 +144,7 @@ void TestCopyEditor::damagedOnTheWay()
     QVERIFY(editor.open().ok());
     desk.test.damage(u"Archivi/Anatmp.$$$"_s);
     QCOMPARE(fault(editor.save()), static_cast<int>(FaultCode::Damaged));
-    QVERIFY(editor.set().recordCount() == 3 && editor.contains(u"Codice='3'"_s).value());
+    QVERIFY(editor.set().recordCount() == 3 && editor.contains({{u"Codice"_s, u"3"_s}}));
     QCOMPARE(desk.test.read(users), before);
 
     QVERIFY(editor.open().ok() && editor.edit({{u"Note"_s, u"x"_s}}).ok());
