@@ -3,6 +3,7 @@
 #include "link/frmImpCom.h"
 #include "mainwindow/MDIForm1.h"
 #include "prefs/frmMessage.h"
+#include "widgets/ClientArea.h"
 
 #include <QAccessible>
 #include <QApplication>
