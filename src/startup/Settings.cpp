@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr qsizetype longestFile = 64 * 1024;
+constexpr qsizetype longestFile = qsizetype{64} * 1024;
 // What the first start writes, the language and the printer aside.
 constexpr int initialPort = 0;
 constexpr int initialRows = 25;

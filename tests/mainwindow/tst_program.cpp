@@ -103,44 +103,35 @@ class TestProgram : public QObject
 private Q_SLOTS:
     void starts_data()
     {
-        const QString day = u"fifo Archivi/Eventi_05-03-2004.zeb"_s;
+        const QString reg = u"The users register 'HERE/Archivi/Anagrafico.zeb"_s;
+        const QString way = u" restore it from 'HERE/Archivi/Backup/AnaBack.zeb'."_s,
+                      damaged = reg + u"' is damaged:"_s;
+        const QString settings = u"The program folder cannot be prepared ('HERE/"_s;
+        const QString noFile = u"not a regular file"_s;
         const Rows<QString, QString, QString> row("things", "refused", "noticed");
         row("first start", {}, {}, {});
         row("a first start was cut off", u"folder Archivi/Backup,file Impost.stp,file Archivi/Anagrafico.zeb.part"_s,
             {}, {});
-        row("a day, no register", u"file Archivi/EVENTI_01-02-2004.zeb"_s,
-            u"The users register 'HERE/Archivi/Anagrafico.zeb' cannot be read: does not exist"_s, {});
+        row("a day, no register", u"file Archivi/EVENTI_01-02-2004.zeb"_s, reg + u"' cannot be read: does not exist"_s,
+            {});
         row("a backup, no register", u"file "_s + backup,
-            u"The users register 'HERE/Archivi/Anagrafico.zeb' is missing, though the folder has been in use: restore "
-            "it from 'HERE/Archivi/Backup/AnaBack.zeb'."_s,
-            {});
+            reg + u"' is missing, though the folder has been in use:"_s + way, {});
         row("a link that leads nowhere", u"link"_s,
-            u"The users register 'HERE/Archivi/Anagrafico.zeb' is a link that leads to no file: "
-            "'/nowhere/Anagrafico.zeb'."_s,
-            {});
-        row("damaged behind the first page", u"register,damage,file "_s + backup,
-            u"The users register 'HERE/Archivi/Anagrafico.zeb' is damaged: restore it from "
-            "'HERE/Archivi/Backup/AnaBack.zeb'."_s,
-            {});
-        row("put back beside a hot journal", u"register,journal,file "_s + backup,
-            u"The users register 'HERE/Archivi/Anagrafico.zeb' is damaged: restore it from "
-            "'HERE/Archivi/Backup/AnaBack.zeb'."_s,
-            {});
-        row("pipe for a register", u"fifo "_s + users,
-            u"The users register 'HERE/Archivi/Anagrafico.zeb' cannot be read: not a regular file"_s, {});
+            reg + u"' is a link that leads to no file: '/nowhere/Anagrafico.zeb'."_s, {});
+        row("damaged behind the first page", u"register,damage,file "_s + backup, damaged + way, {});
+        row("put back beside a hot journal", u"register,journal,file "_s + backup, damaged + way, {});
+        row("pipe for a register", u"fifo "_s + users, reg + u"' cannot be read: "_s + noFile, {});
         row("pipe for its journal", u"register,fifo Archivi/Anagrafico.zeb-journal"_s,
-            u"The users register 'HERE/Archivi/Anagrafico.zeb-journal' cannot be read: not a regular file"_s, {});
-        row("pipe for settings", u"fifo Impost.stp"_s,
-            u"The program folder cannot be prepared ('HERE/Impost.stp'): not a regular file"_s, {});
-        row("folder beside settings", u"folder Setup.tmp"_s,
-            u"The program folder cannot be prepared ('HERE/Setup.tmp'): not a regular file"_s, {});
+            reg + u"-journal' cannot be read: "_s + noFile, {});
+        row("pipe for settings", u"fifo Impost.stp"_s, settings + u"Impost.stp'): "_s + noFile, {});
+        row("folder beside settings", u"folder Setup.tmp"_s, settings + u"Setup.tmp'): "_s + noFile, {});
         row("pipes beside files", u"fifo Setup.tmp,fifo Archivi/Fascie.zeb.part"_s, {}, {});
         row("file for a folder", u"register,file Archivi/Backup"_s, {},
             u"The folder 'HERE/Archivi/Backup' cannot be written to."_s);
         row("pipe for bands", u"register,fifo Archivi/Fascie.zeb"_s, {},
-            u"The time bands 'Archivi/Fascie.zeb' cannot be read: the interface stays disabled: not a regular file"_s);
-        row("pipe for a day", u"register,"_s + day, {},
-            u"The event archive 'Archivi/Eventi_05-03-2004.zeb' cannot be opened: not a regular file"_s);
+            u"The time bands 'Archivi/Fascie.zeb' cannot be read: the interface stays disabled: "_s + noFile);
+        row("pipe for a day", u"register,fifo Archivi/Eventi_05-03-2004.zeb"_s, {},
+            u"The event archive 'Archivi/Eventi_05-03-2004.zeb' cannot be opened: "_s + noFile);
     }
     void starts()
     {

@@ -273,13 +273,6 @@ void TestUsers::stopped()
         QCOMPARE(desk.test.files(u"Archivi"_s).filter(QRegularExpression(u"part|-"_s)), QStringList());
     }
     QVERIFY(steps >= 10);
-    // An archive that was damaged meanwhile does not take the good backup's place.
-    Desk desk(u"1 TX"_s);
-    desk.edited.setChanged();
-    QVERIFY(desk.edited.save().ok() && desk.edited.open().ok());
-    desk.test.write(u"Archivi/Anagrafico.zeb"_s, QByteArray(8192, 'x'));
-    QVERIFY(desk.edited.save().ok());
-    QCOMPARE(desk.stored(ArchiveName::UsersBackup), first);
 }
 
 QTEST_GUILESS_MAIN(TestUsers)
