@@ -93,7 +93,8 @@ void ChildWindow::makeScrollable()
 
 void ChildWindow::keepInSight(QWidget *control)
 {
-    if (control && m_scroll->widget()->isAncestorOf(control))
+    // The keyboard goes on while a window goes.
+    if (control && m_scroll && m_scroll->widget() && m_scroll->widget()->isAncestorOf(control))
         m_scroll->ensureWidgetVisible(control);
 }
 

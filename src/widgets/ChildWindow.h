@@ -76,7 +76,7 @@ private:
     void makeScrollable();
     void keepInSight(QWidget *control);
 
-    QScrollArea *m_scroll = nullptr;
+    QPointer<QScrollArea> m_scroll;
     QPushButton *m_accept = nullptr;
     QPushButton *m_cancel = nullptr;
     std::function<QPoint(QSize)> m_place;

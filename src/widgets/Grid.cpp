@@ -81,16 +81,16 @@ void Grid::resizeEvent(QResizeEvent *event)
 void Grid::stretch()
 {
     int room = viewport()->width();
-    int sharing = 0;
+    QList<int> sharing;
     for (int i = 0; i < m_columns.size(); ++i) {
         room -= m_columns[i].stretches ? m_columns[i].width : columnWidth(i);
-        sharing += m_columns[i].stretches ? 1 : 0;
+        if (m_columns[i].stretches)
+            sharing.append(i);
     }
-    for (int i = 0; i < m_columns.size(); ++i) {
-        if (!m_columns[i].stretches)
-            continue;
-        const int share = qMax(0, room / sharing--);
-        setColumnWidth(i, m_columns[i].width + share);
+    while (!sharing.isEmpty()) {
+        const int share = qMax(0, room / static_cast<int>(sharing.size()));
+        const int column = sharing.takeFirst();
+        setColumnWidth(column, m_columns[column].width + share);
         room -= share;
     }
 }

@@ -1,5 +1,6 @@
 #include "events/frmRicercapr.h"
 #include "mainwindow/MDIForm1.h"
+#include "platform/PseudoTerminal.h"
 #include "startup/WindowPlace.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"
@@ -34,7 +35,8 @@ struct Desk {
         QDir(test.directory.path()).mkdir(u"Istruzioni"_s);
         QFile::copy(qEnvironmentVariable("KOR_PROGRAMS") + u"/Istruzioni/mansw.pdf"_s,
                     test.directory.filePath(u"Istruzioni/mansw.pdf"_s));
-        if (program.prepare(2, {}))
+        // A port to choose where none is chosen yet.
+        if ((port == "COM=0" && !interface.open()) || program.prepare(2, {}))
             qFatal("the program cannot be prepared");
         window.load();
         window.setWindowState(Qt::WindowNoState);
@@ -71,6 +73,9 @@ struct Desk {
     FakeClock clock;
     FakePrinters printers;
     FakeMessages messages;
+    PseudoTerminal interface {
+        test.directory.filePath(u"Porte/COM7"_s)
+    };
     Program program{test.directory.path(), clock, printers};
     MDIForm1 window{program, messages};
     ClientArea *area = window.findChild<ClientArea *>();
