@@ -30,8 +30,9 @@ namespace {
 struct Desk {
     explicit Desk(QSize size = {1366, 768}, int language = 2, const QByteArray &port = "COM=7")
     {
+        test.addUsers({});
         test.addEvents(u"05-03-2004"_s, {{u"1"_s, u"TX"_s, u"A"_s, u"X"_s, {}, u"07:00:00"_s}});
-        test.write(u"Impost.stp"_s, port + "\r\nNUMEVOD=25\r\nLINGUA=" + QByteArray::number(language) + "\r\n");
+        test.write(u"Impost.stp"_s, port + "\r\nNUMEVOD=25\r\nCHECK=0\r\nPRN=-1\r\nLINGUA=" + QByteArray::number(language) + "\r\n");
         QDir(test.directory.path()).mkdir(u"Istruzioni"_s);
         QFile::copy(qEnvironmentVariable("KOR_PROGRAMS") + u"/Istruzioni/mansw.pdf"_s,
                     test.directory.filePath(u"Istruzioni/mansw.pdf"_s));
@@ -277,7 +278,7 @@ void TestLayout::keptPlace()
     QVERIFY(!desk.open("mnuAbout")->parentWidget()->isMaximized() && search->parentWidget()->isMaximized());
     search->parentWidget()->showNormal();
     QCOMPARE(search->parentWidget()->geometry(), moved);
-    QVERIFY(desk.test.read(u"Impost.stp"_s).startsWith("COM=7\r\nNUMEVOD=25\r\nLINGUA=2\r\n"));
+    QVERIFY(desk.test.read(u"Impost.stp"_s).startsWith("COM=7\r\nNUMEVOD=25\r\nCHECK=0\r\nPRN=-1\r\nLINGUA=2\r\n"));
 }
 
 void TestLayout::places_data()
