@@ -1,6 +1,7 @@
 #include "archives/ArchiveStore.h"
 
 #include <QFile>
+#include <QRandomGenerator>
 
 #include <sqlite3.h>
 
@@ -51,6 +52,8 @@ Result<QByteArray> saltOf(const QString &path)
 Result<Database> ArchiveStore::open(QStringView name, Database::Use use)
 {
     const QString path = m_folder.path(name.toString());
+    if (m_held.second && m_held.first == name && m_held.second())
+        return Fault{FaultCode::Locked, path};
     const Result<QByteArray> salt = saltOf(path);
     if (!salt)
         return salt.fault();
@@ -67,6 +70,16 @@ Result<void> ArchiveStore::create(QStringView name, const char *layout, const QB
     if (!database)
         return database.fault();
     return database.value().execute(layout);
+}
+
+Result<void> ArchiveStore::create(QStringView name, const char *layout, QStringView like)
+{
+    const Result<QByteArray> known = saltOf(m_folder.path(like.toString()));
+    if (known && known.value().size() == ArchiveKeys::SaltSize)
+        return create(name, layout, known.value());
+    QByteArray salt(ArchiveKeys::SaltSize, '\0');
+    QRandomGenerator::system()->generate(salt.begin(), salt.end());
+    return create(name, layout, salt);
 }
 
 Result<void> ArchiveStore::recover(const QString &path)

@@ -53,10 +53,10 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
      "Le port sériel COM%1 a été débranché ou ne répond plus.",
      "Der serielle Anschluss COM%1 wurde abgezogen oder antwortet nicht mehr."},
     /* EventsWait */
-    {"Gli eventi non possono essere memorizzati: attendono in memoria",
-     "Events cannot be stored: they wait in memory",
-     "Les évènements ne peuvent pas être mémorisés: ils attendent en mémoire",
-     "Ereignisse können nicht gespeichert werden: sie warten im Speicher"},
+    {"Gli eventi attendono, perché non possono essere memorizzati nell'archivio del loro giorno",
+     "Events wait, as they cannot be stored in the archive of their day",
+     "Les évènements attendent, car ils ne peuvent pas être mémorisés dans l'archive de leur jour",
+     "Ereignisse warten, weil sie nicht im Archiv ihres Tages gespeichert werden können"},
     /* EventsStoredAgain */
     {"Gli eventi in attesa (%1) sono stati memorizzati.",
      "The events that waited (%1) have been stored.",
@@ -248,10 +248,10 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
      "La supervision se termine: les évènements ne sont plus reçus. Fermer le programme?",
      "Die Überwachung endet: Ereignisse werden nicht mehr empfangen. Programm beenden?"},
     /* AskEndEventsLost */
-    {"%1 eventi non possono essere memorizzati e andranno persi. Chiudere il programma?",
-     "%1 events cannot be stored and will be lost. Close the program?",
-     "%1 évènements ne peuvent pas être mémorisés et seront perdus. Fermer le programme?",
-     "%1 Ereignisse können nicht gespeichert werden und gehen verloren. Programm beenden?"},
+    {"Eventi che non possono essere memorizzati e andranno persi: %1. Chiudere il programma?",
+     "Events that cannot be stored and will be lost: %1. Close the program?",
+     "Évènements qui ne peuvent pas être mémorisés et seront perdus: %1. Fermer le programme?",
+     "Ereignisse, die nicht gespeichert werden können und verloren gehen: %1. Programm beenden?"},
     /* ButtonSearchAgain */
     {"&Cerca di nuovo",
      "&Search again",
@@ -268,20 +268,20 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
      "Évènements en attente sur disque: %1",
      "Auf dem Datenträger wartende Ereignisse: %1"},
     /* EventsWaitInMemory */
-    {"Nulla viene memorizzato: %1 eventi attendono in memoria",
-     "Nothing is stored: %1 events wait in memory",
-     "Rien n'est mémorisé: %1 évènements attendent en mémoire",
-     "Nichts wird gespeichert: %1 Ereignisse warten im Arbeitsspeicher"},
+    {"Nulla viene memorizzato: gli eventi attendono in memoria (%1)",
+     "Nothing is stored: events wait in memory (%1)",
+     "Rien n'est mémorisé: les évènements attendent en mémoire (%1)",
+     "Nichts wird gespeichert: Ereignisse warten im Arbeitsspeicher (%1)"},
     /* NothingIsStored */
     {"Nessun evento viene memorizzato",
      "No event is stored",
      "Aucun évènement n'est mémorisé",
      "Es wird kein Ereignis gespeichert"},
     /* EventsUndecided */
-    {"Eventi su cui non si è potuto decidere: %1",
-     "Events that could not be decided: %1",
-     "Évènements sur lesquels il n'a pas été possible de décider: %1",
-     "Nicht entscheidbare Ereignisse: %1"},
+    {"Eventi persi di codici forse registrati: %1",
+     "Events lost of codes that may be registered: %1",
+     "Évènements perdus de codes peut-être enregistrés: %1",
+     "Verlorene Ereignisse mit vielleicht registrierten Codes: %1"},
     /* SpoolUnusable */
     {"Gli eventi in attesa '%1' non possono essere letti",
      "The waiting events '%1' cannot be read",
@@ -293,10 +293,10 @@ const std::array<TextRow, OwnTextCount> ownTextTable = {{
      "Le fichier des évènements en attente '%1' était endommagé: il a été mis de côté sous '%2'.",
      "Die Datei der wartenden Ereignisse '%1' war beschädigt: Sie wurde als '%2' beiseitegelegt."},
     /* DayReplaced */
-    {"L'archivio eventi '%1' è stato sostituito mentre era aperto: %2 eventi sono stati riportati in quello nuovo.",
-     "The event archive '%1' was replaced while it was open: %2 events have been brought into the new one.",
-     "L'archive des évènements '%1' a été remplacée pendant qu'elle était ouverte: %2 évènements ont été transférés dans la nouvelle.",
-     "Das Ereignisarchiv '%1' wurde im geöffneten Zustand ersetzt: %2 Ereignisse wurden in das neue übernommen."},
+    {"L'archivio eventi '%1' è stato sostituito o eliminato mentre era aperto. Eventi riportati in quello nuovo: %2",
+     "The event archive '%1' was replaced or deleted while it was open. Events brought into the new one: %2",
+     "L'archive des évènements '%1' a été remplacée ou supprimée pendant qu'elle était ouverte. Évènements transférés dans la nouvelle: %2",
+     "Das Ereignisarchiv '%1' wurde im geöffneten Zustand ersetzt oder gelöscht. In das neue übernommene Ereignisse: %2"},
     /* RegisterMissing */
     {"L'anagrafica utenti '%1' manca, ma la cartella è già stata usata: ripristinarla da '%2'.",
      "The users register '%1' is missing, though the folder has been in use: restore it from '%2'.",
