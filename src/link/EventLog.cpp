@@ -110,6 +110,7 @@ void EventLog::close()
     m_fault.reset();
     m_isTold = m_isMemoryTold = m_endIsToTell = false;
     m_hadToWait = 0;
+    Q_EMIT waitingChanged();
 }
 
 // Events

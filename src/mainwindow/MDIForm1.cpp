@@ -69,6 +69,7 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
     connect(&tmrFlash, &QTimer::timeout, this, &MDIForm1::tmrFlash_Timer);
     connect(&program, &Program::refreshing, this, &MDIForm1::showClock);
     connect(&program.timeProgramme(), &TimeProgramme::applied, this, &MDIForm1::showTime);
+    connect(&program.log(), &EventLog::waitingChanged, this, &MDIForm1::showWaiting);
     connect(&program.notices(), &Notices::posted, this, &MDIForm1::showNotices, Qt::QueuedConnection);
     connect(qApp, &QGuiApplication::commitDataRequest, this, &MDIForm1::sessionEnds);
     connectLink();
@@ -284,6 +285,7 @@ void MDIForm1::applyTexts()
     applyMenu();
     applyPanel5();
     showClock();
+    showWaiting();
     if (m_ledIsKnown)
         showLed(m_program.link().link());
     showTime(m_program.timeProgramme().isEnabled());

@@ -66,6 +66,9 @@ private:
     void tmrShow_Timer();
     void tmrFlash_Timer();
     void showNotices();
+    void showWaiting();
+    bool asksAboutEvents();
+    bool tellsWhatIsLeft();
     bool readPasswords();
     void sessionEnds(QSessionManager &manager);
 
@@ -143,4 +146,6 @@ private:
     int m_opened = 0;          ///< windows so far
     bool m_closeAgain = false; ///< a close waits for a window to answer its question
     bool m_noticeIsShown = false;
+    bool m_lossIsAsked = false;  ///< whether events may be lost that are in memory only
+    bool m_lossIsAgreed = false; ///< they may
 };

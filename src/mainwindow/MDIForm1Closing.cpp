@@ -41,6 +41,8 @@ void MDIForm1::sessionEnds(QSessionManager &manager)
         manager.cancel();
         return;
     }
+    if (manager.allowsInteraction() && asksAboutEvents())
+        manager.cancel();
 }
 
 bool MDIForm1::closeChild(ChildWindow *window)
@@ -71,11 +73,19 @@ void MDIForm1::closeEvent(QCloseEvent *event)
         }
         m_closeAgain = false;
     }
+    if (!m_ending && asksAboutEvents()) {
+        event->ignore();
+        return;
+    }
     tmrShow.stop();
     tmrFlash.stop();
     if (m_splash)
         m_splash->close();
     m_program.end();
+    if (tellsWhatIsLeft()) {
+        event->ignore();
+        return;
+    }
     event->accept();
     Q_EMIT unloaded();
 }

@@ -18,6 +18,18 @@ StatusPanels::StatusPanels(const QString &name, const QList<int> &widths, QWidge
         addPermanentWidget(panel, width == 0 ? 1 : 0);
         m_panels.append(panel);
     }
+    m_remark = new QLabel(this);
+    m_remark->setObjectName(name + QStringLiteral(".Remark"));
+    m_remark->setFrameStyle(static_cast<int>(QFrame::Panel) | static_cast<int>(QFrame::Sunken));
+    m_remark->setMargin(2);
+    m_remark->setTextFormat(Qt::PlainText);
+    m_remark->setBackgroundRole(QPalette::Highlight);
+    m_remark->setForegroundRole(QPalette::HighlightedText);
+    m_remark->setAutoFillBackground(true);
+    // On a narrow screen its end is cut rather than the window pushed over the edge; the hint tells all of it.
+    m_remark->setMinimumWidth(16 * m_remark->fontMetrics().averageCharWidth());
+    insertPermanentWidget(0, m_remark);
+    m_remark->hide();
     setSizeGripEnabled(false);
 }
 
@@ -44,6 +56,14 @@ void StatusPanels::showPicture(int panel, const QString &file, const QString &wo
     label->setProperty("file", QFileInfo(file).fileName());
     label->setToolTip(words);
     label->setAccessibleName(words);
+}
+
+void StatusPanels::showRemark(const QString &text)
+{
+    m_remark->setText(text);
+    m_remark->setToolTip(text);
+    m_remark->setAccessibleName(text);
+    m_remark->setVisible(!text.isEmpty());
 }
 
 void StatusPanels::invert(int panel, bool inverted)

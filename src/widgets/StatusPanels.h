@@ -21,10 +21,13 @@ public:
     /// @param file   of the picture; when it cannot be read the panel is empty but for its words
     /// @param words  what the picture says, for a tool tip and for screen readers
     void showPicture(int panel, const QString &file, const QString &words);
+    /// A text beside the panels that wants to be seen; "" takes it away.
+    void showRemark(const QString &text);
     /// Shows a panel in the colours of a selection, or as usual.
     void invert(int panel, bool inverted);
     bool isInverted(int panel) const;
 
 private:
     QList<QLabel *> m_panels;
+    QLabel *m_remark; ///< named "<name of the bar>.Remark"
 };
