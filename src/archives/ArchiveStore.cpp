@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 
 #include <sqlite3.h>
 
@@ -77,6 +78,8 @@ QString ArchiveStore::file(QStringView name) const
 Result<Database> ArchiveStore::open(QStringView name, Database::Use use)
 {
     const QString path = file(name);
+    if (m_held.second && m_held.first == name && m_held.second())
+        return Fault{FaultCode::Locked, path};
     const Result<QByteArray> salt = saltOf(path);
     if (!salt)
         return salt.fault();
@@ -101,6 +104,16 @@ Result<void> ArchiveStore::create(QStringView name, const char *layout, const QB
     if (!database)
         return database.fault();
     return database.value().execute(layout);
+}
+
+Result<void> ArchiveStore::create(QStringView name, const char *layout, QStringView like)
+{
+    const Result<QByteArray> known = saltOf(m_folder.path(like.toString()));
+    if (known && known.value().size() == ArchiveKeys::SaltSize)
+        return create(name, layout, known.value());
+    QByteArray salt(ArchiveKeys::SaltSize, '\0');
+    QRandomGenerator::system()->generate(salt.begin(), salt.end());
+    return create(name, layout, salt);
 }
 
 Result<void> ArchiveStore::recover(const QString &path)

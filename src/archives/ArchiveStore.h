@@ -6,6 +6,9 @@
 
 #include <QStringView>
 
+#include <functional>
+#include <utility>
+
 /// The archive files of the program folder: opened with their key, and handled as whole files.
 ///
 /// Names are relative to the program folder, see ArchiveName. An archive is two things at times: its file, and a
@@ -29,6 +32,15 @@ public:
     /// Makes a new archive with the tables of @p layout. @param salt ArchiveKeys::SaltSize bytes
     Result<void> create(QStringView name, const char *layout, const QByteArray &salt);
 
+    /// The same with the salt of the archive @p like, whose key is known then, or one of its own without it.
+    Result<void> create(QStringView name, const char *layout, QStringView like);
+
+    /// Says that an archive is open all the time. When another file stands under its name, opening that would mix the
+    /// journals of both: it is refused as Locked.
+    /// @param isReplaced  asked before each opening
+    void hold(QStringView name, std::function<bool()> isReplaced) { m_held = {name.toString(), std::move(isReplaced)}; }
+    void release() { m_held = {}; }
+
     /// Copies @p source over @p target; no connection may be open on either.
     Result<void> copy(QStringView source, QStringView target);
     /// Deletes an archive, or a link to one, with all that stands beside it; no fault when there is none.
@@ -45,4 +57,5 @@ private:
 
     ProgramFolder &m_folder;
     ArchiveKeys m_keys;
+    std::pair<QString, std::function<bool()>> m_held;
 };

@@ -232,6 +232,25 @@ Result<void> Database::readThrough()
     return {};
 }
 
+Result<void> Database::checkpoint()
+{
+    Result<Statement> done = prepare(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
+    if (!done)
+        return done.fault();
+    const Result<bool> row = done.value().step();
+    if (!row)
+        return row.fault();
+    if (row.value() && done.value().integer(0) != 0)
+        return Fault{FaultCode::Locked, m_path};
+    return {};
+}
+
+void Database::keepSideFiles()
+{
+    int keep = 1;
+    sqlite3_file_control(m_database.get(), "main", SQLITE_FCNTL_PERSIST_WAL, &keep);
+}
+
 Result<void> Database::leaveLogMode()
 {
     return execute("PRAGMA journal_mode = DELETE;");

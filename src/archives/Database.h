@@ -110,6 +110,11 @@ public:
     /// @return Damaged when something cannot be read or does not fit together
     Result<void> readThrough();
 
+    /// Brings what stands in the write-ahead journal into the archive file and empties the journal.
+    /// @return Locked while somebody reads; all that he does not hold back has been brought over then
+    Result<void> checkpoint();
+    /// From here on, closing leaves the side files where they are: they may belong to another file by now.
+    void keepSideFiles();
     /// Ends write-ahead mode: all rows are in the archive file itself and its side files are gone.
     Result<void> leaveLogMode();
 

@@ -36,4 +36,12 @@ CREATE TABLE Giorni (
     "Cognome TEXT NOT NULL DEFAULT '', Nome TEXT NOT NULL DEFAULT '');"
 
 const char *const TableLayout::Events = KOR_EVENTS_TABLE "CREATE INDEX EventiOrdine ON Eventi (Data, Ora, ProgEv);";
+const char *const TableLayout::Waiting = R"(
+CREATE TABLE IF NOT EXISTS Attesa (
+    Num INTEGER PRIMARY KEY, Giorno TEXT NOT NULL DEFAULT '', Stato INTEGER NOT NULL DEFAULT 0,
+    Copia INTEGER NOT NULL DEFAULT 0, Posto INTEGER NOT NULL DEFAULT 0,
+    Codice TEXT NOT NULL DEFAULT '', Data TEXT NOT NULL DEFAULT '', Ora TEXT NOT NULL DEFAULT '',
+    Tipo TEXT NOT NULL DEFAULT '', Canale TEXT NOT NULL DEFAULT '', AbCh TEXT NOT NULL DEFAULT '',
+    KorDis TEXT NOT NULL DEFAULT '', DataOrd TEXT NOT NULL DEFAULT '');
+)";
 const char *const TableLayout::Results = KOR_EVENTS_TABLE;

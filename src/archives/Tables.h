@@ -19,6 +19,7 @@ inline constexpr auto BandsTemplate = u"Archivi/Fascieorg.zeb";
 inline constexpr auto Holidays = u"Archivi/Ferie.zeb";
 inline constexpr auto HolidaysTemplate = u"Archivi/Ferieorg.zeb";
 inline constexpr auto EventsTemplate = u"Archivi/Eventiorg.zeb";
+inline constexpr auto Waiting = u"Archivi/Attesa.zeb";
 inline constexpr auto ResultsTemplate = u"Archivi/Eventitmp.zeb";
 
 /// The archive of one day. @param day "dd-mm-yyyy"
@@ -33,6 +34,7 @@ extern const char *const Users;    ///< Utenti, Password
 extern const char *const Bands;    ///< Fascie
 extern const char *const Holidays; ///< Giorni
 extern const char *const Events;   ///< Eventi of a day, with the index that its readers sort by
+extern const char *const Waiting;  ///< Attesa, events that cannot go to their day yet; no fault when it is there
 extern const char *const Results;  ///< Eventi of search results, which keep the order they were found in
 
 } // namespace TableLayout

@@ -5,9 +5,9 @@ Transaction::~Transaction()
     takeBack();
 }
 
-Result<void> Transaction::begin()
+Result<void> Transaction::begin(bool toWrite)
 {
-    Result<void> begun = m_database.execute("BEGIN");
+    Result<void> begun = m_database.execute(toWrite ? "BEGIN IMMEDIATE" : "BEGIN");
     m_open = begun.ok();
     return begun;
 }

@@ -12,7 +12,8 @@ public:
     Transaction(const Transaction &) = delete;
     Transaction &operator=(const Transaction &) = delete;
 
-    Result<void> begin();
+    /// @param toWrite  takes the right to write at once, rather than with the first change
+    Result<void> begin(bool toWrite = false);
     /// On a fault the changes are taken back.
     Result<void> commit();
     void takeBack();

@@ -5,28 +5,38 @@
 
 #include <QElapsedTimer>
 
-#include <algorithm>
-
 namespace {
 
 constexpr int againMilliseconds = 1000;
-/// Longest that storing what waits keeps the event loop.
-constexpr qint64 turnMilliseconds = 20;
+/// Longest that storing what waits keeps the event loop, but for the last piece.
+constexpr int turnMilliseconds = 20;
+/// Longest that the end of the program is spent on what waits on disk: it can be stored at the next start as well.
+constexpr qint64 endMilliseconds = 2000;
+/// Without an event for so long, all rows are brought into the archive file.
+constexpr qint64 quietMilliseconds = 60'000;
+/// Events that go from one file to another in one go.
+constexpr qsizetype pieceRows = 200;
 /// While events are being lost the operator is told how many once a minute.
 constexpr int retriesBetweenCounts = 60;
 
 } // namespace
 
-struct EventLog::OpenDay {
-    Database database;
-    Statement insert;
-};
-
 EventLog::EventLog(ArchiveStore &archives, const Clock &clock, Notices &notices, QObject *parent)
-    : QObject(parent), m_archives(archives), m_clock(clock), m_notices(notices)
+    : QObject(parent),
+      m_clock(clock),
+      m_notices(notices),
+      m_spool(archives, notices),
+      m_days(archives, clock, notices, [this] {
+          QMetaObject::invokeMethod(
+              this, [this] { changeDayIfNeeded(); }, Qt::QueuedConnection);
+      })
 {
-    m_again.setInterval(againMilliseconds);
-    connect(&m_again, &QTimer::timeout, this, &EventLog::retry);
+    connect(&m_again, &QTimer::timeout, this, [this] {
+        if (m_again.interval() > 0)
+            retry();
+        else
+            drain();
+    });
 }
 
 EventLog::~EventLog()
@@ -36,257 +46,336 @@ EventLog::~EventLog()
 
 void EventLog::open()
 {
-    const QString day = DataFile(m_clock.date());
-    const Result<void> opened = openOrReplace(day);
-    if (opened) {
-        m_failedDay.clear();
-    } else if (m_failedDay != day) {
-        m_failedDay = day;
-        m_notices.post(Icon::Critical, {OwnText::DayArchiveUnavailable, {ArchiveName::events(day)}, opened.fault()});
+    m_isOpen = true;
+    m_stuck.clear();
+    m_spool.open();
+    m_endIsToTell = !m_spool.isEmpty();
+    openToday();
+    drain();
+}
+
+void EventLog::openToday()
+{
+    m_days.openToday();
+    if (m_days.live() || m_days.left()) {
+        m_isNothingTold = false;
+        return;
     }
-}
-
-Result<void> EventLog::openOrReplace(const QString &day)
-{
-    Result<void> opened = openDay(day);
-    if (opened || opened.fault().code != FaultCode::Damaged)
-        return opened;
-    return replace(day);
-}
-
-/// Sets the archive of a day aside and makes a new one.
-Result<void> EventLog::replace(const QString &day)
-{
-    m_open.reset();
-    m_day.clear();
-    const QString name = ArchiveName::events(day);
-    const Result<QString> aside = m_archives.setAside(name);
-    if (!aside)
-        return aside.fault();
-    m_notices.post(Icon::Critical, {OwnText::DayArchiveSetAside, {name, aside.value()}, {}});
-    return openDay(day);
-}
-
-Result<void> EventLog::openDay(const QString &day)
-{
-    const QString name = ArchiveName::events(day);
-    const bool isNew = !m_archives.exists(name);
-    if (isNew) {
-        if (Result<void> copied = m_archives.copy(ArchiveName::EventsTemplate, name); !copied)
-            return copied;
-    }
-    Result<OpenDay> opened = openArchive(name);
-    if (!opened && isNew && opened.fault().code == FaultCode::Damaged) {
-        // It is the template that is damaged: another copy would be no better.
-        (void)m_archives.remove(name);
-        return Fault{FaultCode::TemplateDamaged, QStringView(ArchiveName::EventsTemplate).toString()};
-    }
-    if (!opened)
-        return opened.fault();
-    closeDay();
-    m_open = std::make_unique<OpenDay>(std::move(opened.value()));
-    m_day = day;
-    return {};
-}
-
-Result<EventLog::OpenDay> EventLog::openArchive(const QString &name)
-{
-    Result<Database> database = m_archives.open(name, Database::Use::Log);
-    if (!database)
-        return database.fault();
-    Result<Statement> insert = database.value().prepare(
-        QStringLiteral("INSERT INTO Eventi (Codice, Data, Ora, Tipo, Canale, AbCh, KorDis, DataOrd) "
-                       "VALUES (?, ?, ?, ?, ?, ?, ?, ?)"));
-    if (!insert)
-        return insert.fault();
-    return OpenDay{std::move(database.value()), std::move(insert.value())};
-}
-
-void EventLog::leaveLogModes()
-{
-    // A search or another program had the day open when it was closed.
-    m_stillInLogMode.removeIf([this](const QString &name) {
-        Result<Database> database = m_archives.open(name, Database::Use::Safe);
-        return database ? database.value().leaveLogMode().ok() : database.fault().code != FaultCode::Locked;
-    });
+    // Whether events that come can be kept is known before the first of them does.
+    m_spool.prepare();
+    if (m_spool.fault() && !std::exchange(m_isNothingTold, true))
+        m_notices.post(Icon::Critical, {OwnText::NothingIsStored, {}, m_spool.fault()});
 }
 
 bool EventLog::changeDayIfNeeded()
 {
-    leaveLogModes();
-    const bool isDeleted = m_open && !m_archives.exists(ArchiveName::events(m_day));
-    if (DataFile(m_clock.date()) == m_day && !isDeleted)
-        return false;
-    if (isDeleted) {
-        // Rows that go into a file without a name are lost when it is closed.
-        m_notices.post(Icon::Critical, {OwnText::DayArchiveUnavailable,
-                                        {ArchiveName::events(m_day)},
-                                        Fault{FaultCode::NotFound, ArchiveName::events(m_day)}});
-        m_open.reset();
-        m_day.clear();
-    }
-    const QString before = m_day;
-    open();
-    return m_day != before;
-}
-
-void EventLog::closeDay()
-{
-    if (!m_open)
-        return;
-    m_open->insert.reset();
-    if (!m_open->database.leaveLogMode())
-        m_stillInLogMode.append(ArchiveName::events(m_day));
-    m_open.reset();
-    m_day.clear();
+    m_days.leaveLogModes();
+    const int before = m_days.openings();
+    m_days.look();
+    openToday();
+    if (m_days.live() && m_clock.monotonic() - m_lastStored >= quietMilliseconds)
+        (void)m_days.live()->bringTogether();
+    if (m_days.live() || !m_spool.isEmpty())
+        m_spool.tidy();
+    m_stuck.clear();
+    drain();
+    return m_days.openings() != before;
 }
 
 void EventLog::close()
 {
-    while (!m_waiting.isEmpty() && drain() == false && m_again.interval() == 0) {
+    m_isOpen = false;
+    m_days.look();
+    m_stuck.clear();
+    QElapsedTimer end;
+    end.start();
+    do {
+        drain();
+    } while (hasWork() && end.elapsed() < endMilliseconds);
+    while (m_spool.spill()) {
     }
-    if (!m_waiting.isEmpty()) {
-        m_lost += m_waiting.size();
-        m_waiting.clear();
-        tellLost();
+    if (m_days.left()) {
+        m_lost.registered += m_days.left()->countAfter(m_broughtTo);
+        m_days.giveUpLeft();
     }
+    const qsizetype onDisk = m_spool.onDisk();
+    m_spool.close();
+    if (onDisk > 0)
+        m_notices.post(Icon::Exclamation, {OwnText::EventsWaitOnDisk, {QString::number(onDisk)}, {}});
+    tellLost();
+    m_days.finishLate();
+    m_days.finishLive();
     m_again.stop();
-    closeDay();
+    m_brought.clear();
+    m_fault.reset();
+    m_isTold = m_isMemoryTold = m_endIsToTell = false;
+    m_hadToWait = 0;
+    Q_EMIT waitingChanged();
 }
+
+// Events
+// ---------------------------------------------------------------------------------------------------------------
 
 bool EventLog::append(const Event &event)
 {
-    if (m_waiting.size() >= WaitingLimit) {
-        m_waiting.removeFirst();
-        ++m_lost;
+    WaitingEvent waiting{event.Data, event};
+    Result<void> ready;
+    if (!m_days.live() && !m_days.left() && !m_spool.holds(event.Data))
+        ready = m_days.openLive(event.Data);
+    // One that may be damaged is not written to, nor one whose earlier events still wait.
+    const DayArchive *live = m_days.live();
+    if (live && live->isRead() && !m_spool.holds(live->day())) {
+        const Result<qint64> row = insert(event);
+        if (row) {
+            m_lastStored = m_clock.monotonic();
+            Q_EMIT stored(event, row.value());
+            return true;
+        }
+        ready = row.fault();
+        // It may be there all the same, if the device failed in the middle.
+        if (m_days.live() && m_days.live()->day() == waiting.day)
+            waiting.place = m_days.live()->next();
     }
-    m_waiting.enqueue(event);
-    return drain();
-}
-
-void EventLog::appendLate(const QList<Event> &events)
-{
-    if (events.isEmpty())
-        return;
-    m_isWaiting = true;
-    m_again.start();
-    m_waiting.append(events);
-    drain();
-}
-
-void EventLog::retry()
-{
-    if (!m_waiting.isEmpty())
-        drain();
-    const bool isStuck = m_again.interval() > 0;
-    if (isStuck && ++m_retries % retriesBetweenCounts == 0 && m_lost > 0)
-        tellLost();
-}
-
-/// Stores all that waits. @return false when something still does
-bool EventLog::drain()
-{
-    QElapsedTimer turn;
-    turn.start();
-    bool isFaultless = true;
-    while (!m_waiting.isEmpty() && isFaultless && turn.elapsed() < turnMilliseconds) {
-        const Result<void> stored = storeFirst();
-        isFaultless = stored.ok();
-        if (!stored)
-            waitBegins(stored.fault());
+    if (!ready) {
+        m_stuck.insert(waiting.day);
+        m_fault = ready.fault();
     }
-    // What can be stored goes on in the next turn of the event loop, what cannot is tried again later.
-    m_again.setInterval(isFaultless ? 0 : againMilliseconds);
-    if (m_isWaiting) {
-        // Late events may have been put into the archive of their own day.
-        if (m_open && m_day != DataFile(m_clock.date()))
-            open();
-        if (m_waiting.isEmpty())
-            waitEnds();
-    }
-    return m_waiting.isEmpty();
+    keep(std::move(waiting));
+    return false;
 }
 
-Result<void> EventLog::storeFirst()
+void EventLog::appendUndecided(const Event &event)
 {
-    const Event event = m_waiting.first();
-    // A live event goes where the clock's last look at the date has put it; one that waited belongs to its own day.
-    if (!m_open || (m_isWaiting && m_day != event.Data)) {
-        if (Result<void> opened = openOrReplace(event.Data); !opened)
-            return opened;
-    }
-    Result<qint64> row = insert(event);
-    if (!row && row.fault().code == FaultCode::Damaged) {
-        // Opening reads no more than its first page: what is damaged behind that shows only now.
-        if (Result<void> replaced = replace(QString(m_day)); !replaced)
-            return replaced;
-        row = insert(event);
-    }
-    if (!row)
-        return row.fault();
-    m_waiting.removeFirst();
-    if (m_isWaiting)
-        ++m_hadToWait;
-    Q_EMIT stored(event, row.value());
-    return {};
+    m_endIsToTell = true;
+    keep({event.Data, event, EventSpool::Mark::Undecided});
 }
 
-void EventLog::waitBegins(const Fault &fault)
+void EventLog::keep(WaitingEvent event)
 {
-    if (m_isWaiting)
-        return;
-    m_isWaiting = true;
-    m_again.start();
-    m_notices.post(Icon::Critical, {OwnText::EventsWait, {}, fault});
-}
-
-void EventLog::waitEnds()
-{
-    m_isWaiting = false;
-    m_again.stop();
-    m_notices.post(Icon::Information, {OwnText::EventsStoredAgain, {QString::number(m_hadToWait)}, {}});
-    m_hadToWait = 0;
-    if (m_lost > 0)
-        tellLost();
-}
-
-void EventLog::tellLost()
-{
-    m_notices.post(Icon::Critical, {OwnText::EventsLost, {QString::number(m_lost)}, {}});
-    m_lost = 0;
-}
-
-Result<QList<EventLog::Stored>> EventLog::last(qsizetype most) const
-{
-    if (!m_open)
-        return Fault{FaultCode::NotOpen, ArchiveName::events(DataFile(m_clock.date()))};
-    // The statement ends with this call: while it reads, what the writer has put aside cannot be brought together.
-    QList<Stored> events;
-    const Result<void> read = m_open->database.each(
-        QStringLiteral("SELECT ProgEv, Codice, Data, Ora, Tipo, Canale, AbCh, KorDis FROM Eventi "
-                       "ORDER BY Data DESC, Ora DESC, ProgEv DESC LIMIT ?"),
-        {qint64{most}}, [&events](const Statement &row) {
-            events.append(
-                {row.text(0),
-                 {row.text(1), row.text(2), row.text(3), row.text(4), row.text(5), row.text(6), row.text(7), {}}});
-        });
-    if (!read)
-        return read.fault();
-    std::reverse(events.begin(), events.end());
-    return events;
+    m_spool.add(std::move(event));
+    if (!m_again.isActive())
+        m_again.start(hasWork() ? 0 : againMilliseconds);
+    tellWaiting();
+    Q_EMIT waitingChanged();
 }
 
 Result<qint64> EventLog::insert(const Event &event)
 {
-    Statement &insert = m_open->insert;
-    int position = 0;
-    for (const QString *value : {&event.Codice, &event.Data, &event.Ora, &event.Tipo, &event.Canale, &event.AbCh,
-                                 &event.KorDis, &event.DataOrd})
-        insert.bind(++position, *value);
-    const Result<bool> stored = insert.step();
-    const qint64 row = m_open->database.lastRow();
-    insert.reset();
-    if (!stored)
-        return stored.fault();
-    return row;
+    Result<qint64> row = m_days.live()->insert(event);
+    if (row || row.fault().code != FaultCode::Damaged)
+        return row;
+    // Damage that came after it had been read through.
+    if (Result<void> replaced = m_days.replace(*m_days.live()); !replaced)
+        return replaced.fault();
+    return m_days.live()->insert(event);
+}
+
+void EventLog::retry()
+{
+    m_stuck.clear();
+    drain();
+    const bool isStuck = m_again.isActive() && m_again.interval() > 0;
+    if (isStuck && ++m_retries % retriesBetweenCounts == 0)
+        tellLost();
+}
+
+/// Does what can be done now, for one turn of the event loop.
+void EventLog::drain()
+{
+    QElapsedTimer turn;
+    turn.start();
+    while (work() && turn.elapsed() < turnMilliseconds) {
+    }
+    // What no archive takes is safer on disk.
+    while (!hasWork() && m_spool.spill() && turn.elapsed() < turnMilliseconds) {
+    }
+    if (!hasWork())
+        m_days.finishLate();
+    tellBrought();
+    if (hasWork())
+        m_again.start(0);
+    else if (!m_spool.isEmpty() || m_days.left() || isReading())
+        m_again.start(againMilliseconds);
+    else
+        tellEnd();
+    tellWaiting();
+    Q_EMIT waitingChanged();
+}
+
+/// One piece of it. @return whether there is more
+bool EventLog::work()
+{
+    const QString day = nextDay();
+    if (day.isEmpty())
+        return false;
+    const bool isLive = m_days.live() && m_days.live()->day() == day;
+    const Result<void> done = m_days.left() && m_days.left()->day() == day ? bringOver()
+                              : isLive && isReading() ? m_days.readOn(*m_days.live(), turnMilliseconds)
+                                                      : storeWaiting(day);
+    if (!done) {
+        // Other days need not wait for this one.
+        m_stuck.insert(day);
+        m_fault = done.fault();
+    }
+    return hasWork();
+}
+
+/// The day that something can be done for now, "" when there is none.
+QString EventLog::nextDay() const
+{
+    QStringList days = m_spool.days(isDecidable());
+    if (isReading())
+        days.prepend(m_days.live()->day());
+    if (m_days.left())
+        days.prepend(m_days.left()->day());
+    for (const QString &day : std::as_const(days)) {
+        if (!m_stuck.contains(day))
+            return day;
+    }
+    return {};
+}
+
+/// Takes the next events out of the archive that lost its name. When all are out of it, the new one is opened.
+Result<void> EventLog::bringOver()
+{
+    DayArchive &left = *m_days.left();
+    const QString day = left.day();
+    const Result<QList<DayArchive::Row>> rows = left.after(m_broughtTo, pieceRows);
+    if (!rows && rows.fault().code == FaultCode::Locked)
+        return rows.fault();
+    QList<WaitingEvent> brought;
+    if (rows) {
+        for (const DayArchive::Row &row : rows.value())
+            brought.append({day, row.event, EventSpool::Mark::Brought, row.copy});
+    } else {
+        m_notices.post(Icon::Critical, {OwnText::DayArchiveUnavailable, {ArchiveName::events(day)}, rows.fault()});
+    }
+    if (!brought.isEmpty()) {
+        Result<void> kept = m_spool.put(brought);
+        if (kept)
+            m_broughtTo = rows.value().constLast().number;
+        return kept;
+    }
+    // A journal alone that went is not worth a word when nothing went with it.
+    if (left.isReplaced())
+        m_brought[day] += 0;
+    m_broughtTo = 0;
+    m_days.giveUpLeft();
+    openToday();
+    return {};
+}
+
+Result<void> EventLog::storeWaiting(const QString &day)
+{
+    const Result<QList<WaitingEvent>> first = m_spool.first(day, isDecidable(), pieceRows);
+    if (!first)
+        return first.fault();
+    QList<WaitingEvent> registered;
+    QList<WaitingEvent> unknown;
+    for (const WaitingEvent &waiting : first.value()) {
+        const bool isUnknown =
+            waiting.mark == EventSpool::Mark::Undecided && !m_decide(waiting.event.Codice).value_or(true);
+        (isUnknown ? unknown : registered).append(waiting);
+    }
+    if (!unknown.isEmpty()) {
+        if (Result<void> removed = m_spool.remove(unknown); !removed)
+            return removed;
+    }
+    if (registered.isEmpty())
+        return {};
+    const Result<DayArchive *> archive = m_days.of(day);
+    if (!archive)
+        return archive.fault();
+    if (!archive.value()->isRead())
+        return m_days.readOn(*archive.value(), turnMilliseconds);
+    const Result<EventSpool::Stored> done = m_spool.store(registered, *archive.value());
+    if (!done)
+        return done.fault().code == FaultCode::Damaged ? m_days.replace(*archive.value()) : Result<void>(done.fault());
+    for (const auto &[event, row] : done.value().events)
+        Q_EMIT stored(event, row);
+    m_lastStored = m_clock.monotonic();
+    m_hadToWait += done.value().events.size();
+    if (done.value().brought > 0)
+        m_brought[day] += done.value().brought;
+    return m_spool.remove(registered);
+}
+
+// What is told
+// ---------------------------------------------------------------------------------------------------------
+
+qsizetype EventLog::unsaved()
+{
+    return m_spool.inMemory() + (m_days.left() ? m_days.left()->countAfter(m_broughtTo) : 0);
+}
+
+std::optional<Message> EventLog::waits() const
+{
+    if (m_spool.inMemory() > 0)
+        return Message{OwnText::EventsWaitInMemory, {QString::number(m_spool.inMemory())}, {}};
+    if (m_spool.onDisk() > 0)
+        return Message{OwnText::EventsWaitOnDisk, {QString::number(m_spool.onDisk())}, {}};
+    if (m_isOpen && !m_days.live() && !m_days.left() && m_spool.fault())
+        return Message{OwnText::NothingIsStored, {}, {}};
+    return {};
+}
+
+void EventLog::tellWaiting()
+{
+    if (m_spool.inMemory() > 0 && !m_isMemoryTold) {
+        m_notices.post(Icon::Critical,
+                       {OwnText::EventsWaitInMemory, {QString::number(m_spool.inMemory())}, m_spool.fault()});
+        m_isMemoryTold = m_isTold = true;
+    } else if (m_fault && !m_spool.isEmpty() && !m_isTold) {
+        m_notices.post(Icon::Critical, {OwnText::EventsWait, {}, m_fault});
+        m_isTold = true;
+    }
+    m_endIsToTell = m_endIsToTell || m_isTold;
+}
+
+void EventLog::tellBrought()
+{
+    const QStringList days = m_brought.keys();
+    for (const QString &day : days) {
+        if ((m_days.left() && m_days.left()->day() == day) || m_spool.count(day, EventSpool::Mark::Brought) > 0)
+            continue;
+        m_notices.post(Icon::Critical,
+                       {OwnText::DayReplaced, {ArchiveName::events(day), QString::number(m_brought.take(day))}, {}});
+    }
+}
+
+/// Nothing waits any more.
+void EventLog::tellEnd()
+{
+    m_again.stop();
+    const qsizetype late = std::exchange(m_hadToWait, 0);
+    if (std::exchange(m_endIsToTell, false) && late > 0)
+        m_notices.post(Icon::Information, {OwnText::EventsStoredAgain, {QString::number(late)}, {}});
+    m_isTold = m_isMemoryTold = false;
+    m_fault.reset();
+    tellLost();
+}
+
+void EventLog::tellLost()
+{
+    const EventSpool::Lost more = m_spool.takeLost();
+    const EventSpool::Lost lost = std::exchange(m_lost, {});
+    const auto tell = [this](OwnText text, qsizetype count) {
+        if (count > 0)
+            m_notices.post(Icon::Critical, {text, {QString::number(count)}, {}});
+    };
+    tell(OwnText::EventsLost, lost.registered + more.registered);
+    tell(OwnText::EventsUndecided, lost.undecided + more.undecided);
+}
+
+Result<QList<EventLog::Stored>> EventLog::last(qsizetype most) const
+{
+    if (!m_days.live())
+        return Fault{FaultCode::NotOpen, ArchiveName::events(DataFile(m_clock.date()))};
+    const Result<QList<DayArchive::Row>> rows = m_days.live()->last(most);
+    if (!rows)
+        return rows.fault();
+    QList<Stored> events;
+    for (const DayArchive::Row &row : rows.value())
+        events.append({QString::number(row.number), row.event});
+    return events;
 }

@@ -1,91 +1,117 @@
 #pragma once
 
-#include "archives/ArchiveStore.h"
-#include "link/EventRecord.h"
-#include "platform/Clock.h"
-#include "texts/Notices.h"
+#include "link/DayArchives.h"
+#include "link/EventSpool.h"
 
-#include <QQueue>
+#include <QMap>
+#include <QObject>
+#include <QSet>
 #include <QTimer>
 
-#include <memory>
+#include <functional>
+#include <optional>
 
 /// The day's archive of events: opened at start, replaced when the date changes, closed at the end.
 ///
-/// An event that cannot be stored waits in memory, in its order and with its own time, until it can; the oldest of more
-/// than WaitingLimit are lost, and told so. The operator is told when waiting begins and when it has ended.
+/// An event that cannot be stored waits in the spool, in its order and with its own time, until it can; so do events
+/// that nobody can decide about yet. The operator is told when waiting begins and when it has ended.
 class EventLog : public QObject
 {
     Q_OBJECT
 
 public:
-    static constexpr qsizetype WaitingLimit = 10'000;
+    static constexpr qsizetype WaitingLimit = EventSpool::MemoryLimit;
+    /// Whether a code is registered; nothing while nobody knows.
+    using Decide = std::function<std::optional<bool>(const QString &code)>;
 
     /// All must outlive this object.
     EventLog(ArchiveStore &archives, const Clock &clock, Notices &notices, QObject *parent = nullptr);
     ~EventLog() override;
 
+    /// @param decide  of the events that were appended undecided, by this run or an earlier one; {} = they wait
+    void decideBy(Decide decide) { m_decide = std::move(decide); }
+
     /// Opens the archive of today, made from the template when there is none. A damaged one is set aside, with a
     /// notice, and a new one is made. When it cannot be opened a notice tells why, and changeDayIfNeeded() tries again.
+    /// What an earlier run has left waiting is stored by and by.
     void open();
     /// Opens the archive of the new day when the date has changed. The old one stays open when the new one cannot be
-    /// opened, and is written to until it can. An archive that somebody has deleted is made anew.
+    /// opened, and is written to until it can. The events of an archive that somebody has deleted or replaced are
+    /// brought into the one that takes its place. After a minute without events what stands in the archive's journal
+    /// goes into its file.
     /// @return true when another archive was opened
     bool changeDayIfNeeded();
-    /// Stores what still waits if it can, tells what is lost, and closes the archive.
+    /// Stores what still waits if it can, tells what is left and what is lost, and closes the archive.
     void close();
 
-    /// Stores an event, behind those that wait. @return true when it is on disk, false when it waits
+    /// Stores an event, behind those that wait for the same archive. @return true when it is there, false when it waits
     bool append(const Event &event);
-    /// Stores events of an earlier time, behind those that wait, each in the archive of its own day.
-    void appendLate(const QList<Event> &events);
-    /// Tries again to store what waits; also done once a second by itself.
+    /// Keeps an event that nobody can decide about yet, until retry() finds that somebody can.
+    void appendUndecided(const Event &event);
+    /// Tries again to store what waits, each event in the archive of its own day; also done once a second by itself.
     void retry();
-    qsizetype waiting() const { return m_waiting.size(); }
+
+    /// Events that wait, on disk or in memory.
+    qsizetype waiting() const { return m_spool.onDisk() + m_spool.inMemory(); }
+    qsizetype undecided() const { return m_spool.undecided(); }
+    /// Events that would be lost if the program ended now.
+    qsizetype unsaved();
+    /// That events wait, and where, or that none is stored; nothing when all is well.
+    std::optional<Message> waits() const;
 
     /// Day of the open archive, "dd-mm-yyyy"; "" while none is open.
-    const QString &day() const { return m_day; }
+    QString day() const { return m_days.live() ? m_days.live()->day() : QString(); }
 
     /// A stored event as it is read back.
     struct Stored {
         QString ProgEv;
-        Event event; ///< without DataOrd
+        Event event;
     };
     /// The last @p most events of the open archive, or all of them when there are fewer, by their date and time; those
     /// that wait are not among them. @return NotOpen while no archive is open; the subject is the archive
     Result<QList<Stored>> last(qsizetype most) const;
 
 Q_SIGNALS:
-    /// An event is on disk. @param row  its ProgEv
+    /// An event is on disk, in the archive of its day. @param row  its ProgEv
     void stored(const Event &event, qint64 row);
+    /// waits() may tell something else.
+    void waitingChanged();
 
 private:
-    struct OpenDay;
-
-    Result<void> openDay(const QString &day);
-    Result<OpenDay> openArchive(const QString &name);
-    Result<void> replace(const QString &day);
-    Result<void> openOrReplace(const QString &day);
+    bool isDecidable() const { return m_decide && m_decide({}).has_value(); }
     Result<qint64> insert(const Event &event);
-    Result<void> storeFirst();
-    bool drain();
-    void waitBegins(const Fault &fault);
-    void waitEnds();
+    void keep(WaitingEvent event);
+    void openToday();
+    void drain();
+    bool work();
+    bool hasWork() const { return !nextDay().isEmpty(); }
+    bool isReading() const { return m_days.live() && !m_days.live()->isRead(); }
+    QString nextDay() const;
+    Result<void> bringOver();
+    Result<void> storeWaiting(const QString &day);
+    void tellWaiting();
+    void tellBrought();
+    void tellEnd();
     void tellLost();
-    void closeDay();
-    void leaveLogModes();
 
-    ArchiveStore &m_archives;
     const Clock &m_clock;
     Notices &m_notices;
-    QString m_day;
-    QString m_failedDay; ///< told once that its archive cannot be opened
-    std::unique_ptr<OpenDay> m_open;
-    QStringList m_stillInLogMode; ///< archives of closed days, to be brought into one file yet
-    QQueue<Event> m_waiting;
-    bool m_isWaiting = false;  ///< told that events wait
-    qsizetype m_hadToWait = 0; ///< stored late since then
-    qsizetype m_lost = 0;      ///< not yet told
+    EventSpool m_spool;
+    Decide m_decide;
+    DayArchives m_days;
+    qint64 m_broughtTo = 0;  ///< ProgEv of the last event that was brought out of an archive that lost its name
+    qint64 m_lastStored = 0; ///< monotonic, milliseconds
+
+    QSet<QString> m_stuck;              ///< days that nothing can be done for until the next retry
+    QMap<QString, qsizetype> m_brought; ///< by day, events brought over, not yet told
+    std::optional<Fault> m_fault;       ///< why events wait
+    bool m_isOpen = false;
+    bool m_isTold = false;        ///< that events wait
+    bool m_isNothingTold = false; ///< that none could be kept
+    bool m_isMemoryTold = false;  ///< that they wait in memory
+    bool m_endIsToTell = false;   ///< the operator wants to know when they have been stored
+    qsizetype m_hadToWait = 0;    ///< stored late since waiting began
+    EventSpool::Lost m_lost;      ///< not yet told
     int m_retries = 0;
     QTimer m_again;
 };

@@ -27,6 +27,7 @@ struct Event {
     QString AbCh;    ///< "X" when the channel was not enabled, else ""
     QString KorDis;  ///< "X" when the interface was disabled, else ""
     QString DataOrd; ///< "yyyymmdd"
+    bool operator==(const Event &) const = default;
 };
 
 /// Length of a record without its line end.

@@ -3,6 +3,14 @@
 EventRoad::EventRoad(UserDirectory &users, EventLog &log, const Clock &clock, QObject *parent)
     : QObject(parent), m_users(users), m_log(log), m_clock(clock)
 {
+    m_log.decideBy([this](const QString &code) {
+        return m_users.isKnown() ? std::optional<bool>(UtenteEsiste(code)) : std::nullopt;
+    });
+}
+
+EventRoad::~EventRoad()
+{
+    m_log.decideBy({});
 }
 
 bool EventRoad::RegistraEvento(QByteArrayView line)
@@ -13,24 +21,10 @@ bool EventRoad::RegistraEvento(QByteArrayView line)
     m_received = {true, record->code, typeText(record->type)};
     Q_EMIT recordReceived(*record);
     if (!m_users.isKnown()) {
-        if (m_undecided.size() >= EventLog::WaitingLimit) {
-            m_undecided.removeFirst();
-            ++m_undecidedLost;
-        }
-        m_undecided.enqueue(makeEvent(*record, m_clock.now()));
+        m_log.appendUndecided(makeEvent(*record, m_clock.now()));
         return false;
     }
     if (!UtenteEsiste(record->code))
         return false;
     return m_log.append(makeEvent(*record, m_clock.now()));
-}
-
-void EventRoad::usersKnown()
-{
-    QList<Event> registered;
-    for (const Event &event : std::exchange(m_undecided, {})) {
-        if (UtenteEsiste(event.Codice))
-            registered.append(event);
-    }
-    m_log.appendLate(registered);
 }

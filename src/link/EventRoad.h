@@ -20,18 +20,18 @@ public:
 
     /// All must outlive this object.
     EventRoad(UserDirectory &users, EventLog &log, const Clock &clock, QObject *parent = nullptr);
+    ~EventRoad() override;
 
-    /// Publishes the code of a record and stores the event when the code is registered. While the register has never
-    /// been read nobody knows: the last EventLog::WaitingLimit events are kept until it has.
+    /// Publishes the code of a record and stores the event when the code is registered. While the register cannot be
+    /// read nobody knows: the log keeps the event undecided.
     /// @param line  all characters before the LF, the CR included
     /// @return true when the event was stored, on disk
     bool RegistraEvento(QByteArrayView line);
     bool UtenteEsiste(const QString &code) const { return m_users.contains(code); }
     /// Stores those of the kept events that are of registered codes; call when the register has been read.
-    void usersKnown();
-
-    /// Events that nobody could decide about so far, those that had to go included.
-    qsizetype undecided() const { return m_undecided.size() + m_undecidedLost; }
+    void usersKnown() { m_log.retry(); }
+    /// Events that nobody could decide about so far.
+    qsizetype undecided() const { return m_log.undecided(); }
 
     ReceivedCode &lastReceived() { return m_received; }
 
@@ -44,6 +44,4 @@ private:
     EventLog &m_log;
     const Clock &m_clock;
     ReceivedCode m_received;
-    QQueue<Event> m_undecided;
-    qsizetype m_undecidedLost = 0;
 };

@@ -59,6 +59,7 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
     connect(&tmrFlash, &QTimer::timeout, this, &MDIForm1::tmrFlash_Timer);
     connect(&program, &Program::refreshing, this, &MDIForm1::showClock);
     connect(&program.timeProgramme(), &TimeProgramme::applied, this, &MDIForm1::showTime);
+    connect(&program.log(), &EventLog::waitingChanged, this, &MDIForm1::showWaiting);
     connect(&program.notices(), &Notices::posted, this, &MDIForm1::showNext, Qt::QueuedConnection);
     connect(qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &manager) {
         if (!closeForSession(manager.allowsInteraction()))
@@ -244,6 +245,7 @@ void MDIForm1::applyTexts()
     applyMenu();
     showLink();
     showClock();
+    showWaiting();
     showTime(m_program.timeProgramme().isEnabled());
 }
 

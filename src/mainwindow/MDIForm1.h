@@ -67,6 +67,10 @@ private:
 
     void tmrShow_Timer();
     void tmrFlash_Timer();
+    void showWaiting();
+    bool asksAboutEvents();
+    void askToLose();
+    bool tellsWhatIsLeft();
     bool readPasswords();
 
     // Boxes over this window stand one at a time: notices first, then what else is to be told or done.
@@ -154,9 +158,11 @@ private:
     };
     QList<Waiting> m_waiting; ///< for the box that stands
     bool m_boxIsShown = false;
-    bool m_ending = false;      ///< the close comes from the program or the session, and cannot be refused
-    bool m_endIsAsked = false;  ///< whether supervision may end
-    bool m_endIsAgreed = false; ///< the operator has said yes, and no window has refused since
-    bool m_closeAgain = false;  ///< a close waits for a window to answer its question
-    int m_opened = 0;           ///< windows so far
+    bool m_ending = false;       ///< the close comes from the program or the session, and cannot be refused
+    bool m_endIsAsked = false;   ///< whether supervision may end
+    bool m_endIsAgreed = false;  ///< the operator has said yes, and no window has refused since
+    bool m_closeAgain = false;   ///< a close waits for a window to answer its question
+    bool m_lossIsAsked = false;  ///< whether events may be lost that are in memory only
+    bool m_lossIsAgreed = false; ///< they may
+    int m_opened = 0;            ///< windows so far
 };

@@ -37,7 +37,8 @@ bool MDIForm1::closeForSession(bool mayAsk)
     const QList<ChildWindow *> open = openWindows();
     // A window that does not close asks the operator what becomes of his work, or is at work itself.
     return std::all_of(open.begin(), open.end(),
-                       [mayAsk](ChildWindow *window) { return closeChild(window) || !mayAsk; });
+                       [mayAsk](ChildWindow *window) { return closeChild(window) || !mayAsk; }) &&
+           !(mayAsk && asksAboutEvents());
 }
 
 bool MDIForm1::closeChild(ChildWindow *window)
@@ -95,11 +96,19 @@ void MDIForm1::closeEvent(QCloseEvent *event)
         }
         m_closeAgain = false;
     }
+    if (!m_ending && asksAboutEvents()) {
+        event->ignore();
+        return;
+    }
     tmrShow.stop();
     tmrFlash.stop();
     if (m_splash)
         m_splash->close();
     m_program.end();
+    if (tellsWhatIsLeft()) {
+        event->ignore();
+        return;
+    }
     event->accept();
     Q_EMIT unloaded();
 }

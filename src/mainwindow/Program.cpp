@@ -107,8 +107,6 @@ void Program::end()
     m_serial->setRThreshold(0);
     if (!m_users.isKnown())
         readUsers();
-    if (m_road.undecided() > 0)
-        m_notices.post(Icon::Critical, {OwnText::EventsLost, {QString::number(m_road.undecided())}, {}});
     m_log.close();
     m_timeProgramme.end();
     // Last: nothing is kept waiting by it any more.

@@ -43,7 +43,7 @@ public:
     /// An editor of bands or holidays has closed: reads its archive anew, evaluates and applies.
     void reloadTimeProgramme(TimeProgramme::Part part);
     /// The register has been saved anew: events are checked against it from now on. When it cannot be read the operator
-    /// is told, events wait in memory, and it is read again every ten seconds until it can.
+    /// is told, events wait undecided, and it is read again every ten seconds until it can.
     void reloadUsers();
     /// Stores what can be stored, closes the archives and releases the RTS line.
     void end();

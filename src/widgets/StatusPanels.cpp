@@ -88,6 +88,12 @@ StatusPanels::StatusPanels(const QString &name, const QList<int> &widths, QWidge
         panel->setObjectName(QStringLiteral("%1.Panels(%2)").arg(name).arg(m_panels.size() + 1));
         m_panels.append(panel);
     }
+    m_remark = new Panel(0, this);
+    m_remark->setObjectName(name + QStringLiteral(".Remark"));
+    m_remark->setBackgroundRole(QPalette::Highlight);
+    m_remark->setForegroundRole(QPalette::HighlightedText);
+    m_remark->setAutoFillBackground(true);
+    m_remark->hide();
 }
 
 QString StatusPanels::text(int panel) const
@@ -122,6 +128,15 @@ void StatusPanels::showPicture(int panel, const QString &file, const QString &wo
     share();
 }
 
+void StatusPanels::showRemark(const QString &text)
+{
+    m_remark->setText(text);
+    m_remark->setToolTip(text);
+    m_remark->setAccessibleName(text);
+    m_remark->setVisible(!text.isEmpty());
+    share();
+}
+
 void StatusPanels::invert(int panel, bool inverted)
 {
     m_panels[panel - 1]->setBackgroundRole(inverted ? QPalette::Highlight : QPalette::Window);
@@ -153,8 +168,14 @@ void StatusPanels::resizeEvent(QResizeEvent *event)
 /// Gives each panel its width.
 void StatusPanels::share()
 {
+    int left = gap;
+    if (!m_remark->isHidden()) {
+        // On a narrow screen its end is cut rather than a panel pushed over the edge; the hint tells all of it.
+        m_remark->setGeometry(left, gap, qMin(m_remark->fullWidth(), width() / 3), height() - 2 * gap);
+        left += m_remark->width() + gap;
+    }
     QList<int> widths;
-    int missing = gap - width();
+    int missing = left - width();
     for (const Panel *panel : std::as_const(m_panels)) {
         widths.append(panel->takesTheRest() ? panel->fullWidth() : panel->wantedWidth());
         missing += widths.last() + gap;
@@ -171,7 +192,6 @@ void StatusPanels::share()
     giveWay([](const Panel *) { return true; }, &Panel::fullWidth);
     giveWay([](const Panel *panel) { return panel->hasPicture(); }, &Panel::leastWidth);
     giveWay([](const Panel *panel) { return !panel->hasPicture(); }, &Panel::leastWidth);
-    int left = gap;
     for (qsizetype i = 0; i < m_panels.size(); ++i) {
         // What is still missing, or left over, is that panel's.
         if (m_panels[i]->takesTheRest())

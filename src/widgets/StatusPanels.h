@@ -26,6 +26,8 @@ public:
     /// @param words  what the picture says, for a tool tip and for screen readers
     /// @param beside what can be read beside it, where there is room
     void showPicture(int panel, const QString &file, const QString &words, const QString &beside = {});
+    /// A text before the panels that wants to be seen; "" takes it away.
+    void showRemark(const QString &text);
     /// Shows a panel in the colours of a selection, or as usual.
     void invert(int panel, bool inverted);
     bool isInverted(int panel) const;
@@ -42,4 +44,5 @@ private:
     void share();
 
     QList<Panel *> m_panels;
+    Panel *m_remark; ///< named "<name of the bar>.Remark"
 };

@@ -11,6 +11,13 @@ namespace {
 const QString today = u"05-03-2004"_s;
 const QString statement = u"SELECT Codice, Data, Ora, Tipo, Canale, DataOrd FROM Eventi ORDER BY ProgEv"_s;
 
+QString english(const Message &message)
+{
+    Texts texts;
+    texts.fill(2);
+    return texts.sentence(message);
+}
+
 QString row(const Event &e)
 {
     return QStringList{e.Codice, e.Data, e.Ora, e.Tipo, e.Canale, e.DataOrd}.join(u'|');
@@ -18,10 +25,11 @@ QString row(const Event &e)
 
 /// The log of the day in a folder; what it has told is noted.
 struct Day {
-    explicit Day(TestFolder &folder) : test(folder)
+    explicit Day(TestFolder &folder, bool opens = true) : test(folder)
     {
         QObject::connect(&log, &EventLog::stored, [this](const Event &e) { told.append(row(e)); });
-        log.open();
+        if (opens)
+            log.open();
     }
     Event event(int code) const
     {
@@ -29,13 +37,29 @@ struct Day {
                          clock.now());
     }
     bool append(int code) { return log.append(event(code)); }
+    /// Tries until nothing waits any more.
+    bool storeAll()
+    {
+        log.retry();
+        return QTest::qWaitFor([this] { return log.waiting() == 0; });
+    }
+    /// What the status bar shows.
+    QString waits() const { return log.waits() ? english(*log.waits()) : QString(); }
+    qsizetype onDisk() { return log.waiting() - log.unsaved(); }
+    /// Another program's hold on the archive of a day, as long as the result lives.
+    std::optional<Database> lock(const QString &day = today)
+    {
+        std::optional<Database> other(
+            std::move(test.archives.open(ArchiveName::events(day), Database::Use::Safe).value()));
+        return other->execute("BEGIN IMMEDIATE") ? std::move(other) : std::nullopt;
+    }
     QStringList rows(const QString &day = today) { return test.rows(ArchiveName::events(day), statement); }
 
     TestFolder &test;
     FakeClock clock;
     Notices notices;
-    EventLog log{test.archives, clock, notices};
     QStringList told;
+    EventLog log{test.archives, clock, notices};
 };
 
 /// The same in a folder of its own, on a device that can refuse.
@@ -54,23 +78,24 @@ class TestFaults : public QObject
 private Q_SLOTS:
     void waitsUntilItCanBeStored_data()
     {
-        const Rows<int, QString> row("refusal", "reason"); // of the device, or 0 for another program's lock
-        row("disk full", SQLITE_FULL, u"disk full"_s);
-        row("write error", SQLITE_IOERR_WRITE, u"read or write error"_s);
-        row("locked", 0, u"locked by another program"_s);
+        // Of the device, or 0 for another program's lock.
+        const Rows<int, QString, QString> row("refusal", "reason", "waits");
+        const QString inMemory = u"Nothing is stored: events wait in memory (3)"_s;
+        row("disk full", SQLITE_FULL, u"disk full"_s, inMemory);
+        row("write error", SQLITE_IOERR_WRITE, u"read or write error"_s, inMemory);
+        row("locked", 0, u"locked by another program"_s, u"Events waiting on disk: 3"_s);
     }
     void waitsUntilItCanBeStored()
     {
         QFETCH(int, refusal);
         QFETCH(QString, reason);
+        QFETCH(QString, waits);
         Stage stage;
         Day &day = stage.day;
         QVERIFY(day.append(1));
         std::optional<Database> other;
-        if (refusal == 0) {
-            other = std::move(stage.test.archives.open(ArchiveName::events(today), Database::Use::Safe).value());
-            QVERIFY(other->execute("BEGIN IMMEDIATE").ok());
-        }
+        if (refusal == 0)
+            other = day.lock();
         stage.vfs.refusal = refusal;
         QStringList expected = day.told;
         for (int code = 2; code <= 4; ++code) {
@@ -81,13 +106,15 @@ private Q_SLOTS:
         day.log.retry();
         QCOMPARE(day.told.size(), 1);
         QCOMPARE(day.log.waiting(), 3);
+        QCOMPARE(day.waits(), waits);
         const QStringList notice = takeNotices(day.notices);
         QVERIFY2(notice.size() == 1 && notice[0].endsWith(reason), qPrintable(notice.join(u'/')));
 
         stage.vfs.refusal = 0;
         other.reset();
         day.clock.moment = day.clock.moment.addSecs(3600);
-        day.log.retry();
+        QVERIFY(day.storeAll());
+        QCOMPARE(day.waits(), QString());
         QCOMPARE(day.told, expected);
         QCOMPARE(takeNotices(day.notices), QStringList{u"The waiting events (3) have been stored."_s});
         QVERIFY(day.append(5));
@@ -109,8 +136,7 @@ private Q_SLOTS:
         QCOMPARE(takeNotices(day.notices).mid(1), QStringList{u"Events lost: 7"_s});
         day.append(1);
         stage.vfs.refusal = 0;
-        while (day.log.waiting() > 0)
-            day.log.retry();
+        QVERIFY(day.storeAll());
         QCOMPARE(takeNotices(day.notices),
                  QStringList({u"The waiting events (10000) have been stored."_s, u"Events lost: 1"_s}));
         day.log.close();
@@ -127,7 +153,7 @@ private Q_SLOTS:
         day.log.changeDayIfNeeded();
         day.append(2);
         stage.vfs.refusal = 0;
-        day.log.retry();
+        QVERIFY(day.storeAll());
         QCOMPARE(day.log.day(), u"06-03-2004"_s);
         QVERIFY(day.append(3));
         // What cannot be stored at the end either is told.
@@ -156,7 +182,7 @@ private Q_SLOTS:
         day.log.close();
         QCOMPARE(day.rows(), QStringList{row(day.event(2))});
 
-        // Damage behind the first page shows only when a row is put there.
+        // Damage behind the first page is found when it is opened.
         day.log.open();
         day.log.close();
         QByteArray content = test.read(name);
@@ -164,8 +190,9 @@ private Q_SLOTS:
             content[at] = static_cast<char>(~content[at]);
         test.write(name, content);
         day.log.open();
-        QVERIFY(day.append(2));
+        QTRY_VERIFY(!day.notices.isEmpty());
         QCOMPARE(takeNotices(day.notices).size(), 1);
+        QVERIFY(day.append(2));
 
         // A damaged template makes nothing, and is told once.
         day.clock.moment = day.clock.moment.addDays(1);
@@ -179,14 +206,147 @@ private Q_SLOTS:
         day.clock.moment = day.clock.moment.addDays(-1);
         day.log.close();
 
-        // Another deletes the file: the next tick makes it anew.
-        day.log.open();
-        QVERIFY(test.archives.remove(name).ok());
-        QVERIFY(day.log.changeDayIfNeeded());
-        QCOMPARE(takeNotices(day.notices).size(), 1);
-        QVERIFY(day.append(3));
         day.log.close();
-        QCOMPARE(day.rows(), QStringList{row(day.event(3))});
+    }
+
+    /// No event goes into a large day before it has been read through: with the damage it would be set aside.
+    void largeDamagedDay()
+    {
+        TestFolder test;
+        const QString name = ArchiveName::events(today);
+        test.addEvents(today, QList<QStringList>(50'000, listOf("1,TX,A,,,07:00:00")));
+        QByteArray content = test.read(name);
+        content.replace(content.size() - 200, 100, QByteArray(100, 'x'));
+        test.write(name, content);
+        Day day(test);
+        day.append(2);
+        QTRY_COMPARE(day.log.waiting(), 0);
+        QCOMPARE(takeNotices(day.notices).size(), 1);
+        day.log.close();
+        QCOMPARE(day.rows(), QStringList{row(day.event(2))});
+        QVERIFY(test.read(name + u".guasto"_s).size() >= content.size());
+    }
+
+    void losesItsName_data()
+    {
+        const Rows<bool, bool, QStringList, QStringList> row("older", "main", "codes", "told");
+        const QString sentence =
+            u"The event archive 'Archivi/Eventi_05-03-2004.zeb' was replaced or deleted while it was open. "
+            "Events brought into the new one: %1"_s;
+        row("deleted", false, true, listOf("1,1,1,2,3"), {sentence.arg(4)});
+        row("replaced by an older copy", true, true, listOf("1,9,1,1,2,3"), {sentence.arg(3)});
+        row("its journal deleted", false, false, listOf("1,1,1,2,3"), {});
+    }
+    void losesItsName()
+    {
+        QFETCH(bool, older);
+        QFETCH(bool, main);
+        QFETCH(QStringList, codes);
+        TestFolder test;
+        Day day(test);
+        const QString name = ArchiveName::events(today);
+        const QString path = test.folder.path(name);
+        QVERIFY(day.append(1));
+        day.log.close();
+        // An older copy has one of three equal events, and one that the open archive has not.
+        QVERIFY(QFile::copy(path, path + u".old"_s));
+        {
+            Result<Database> old = test.archives.open(name + u".old"_s, Database::Use::Safe);
+            QVERIFY(old.value().execute("INSERT INTO Eventi (Codice) VALUES ('9')").ok());
+        }
+        day.log.open();
+        for (const int code : {1, 1, 2})
+            QVERIFY(day.append(code));
+        day.told.clear();
+        QVERIFY(QFile::remove(path + u"-wal"_s));
+        QVERIFY(!main || QFile::remove(path));
+        QVERIFY(!older || QFile::rename(path + u".old"_s, path));
+        if (older) {
+            // Whoever looks into it before it was noticed would mix the two.
+            QCOMPARE(test.archives.open(name, Database::Use::Safe).fault().code, FaultCode::Locked);
+        } else {
+            day.log.changeDayIfNeeded();
+        }
+        QTRY_VERIFY(!day.notices.isEmpty() || !main);
+        QTRY_COMPARE(day.log.day(), today);
+        QVERIFY(day.storeAll());
+        QVERIFY(day.append(3));
+        QTEST(takeNotices(day.notices), "told");
+        // They were told before.
+        QCOMPARE(day.told, QStringList{row(day.event(3))});
+        day.log.close();
+        QCOMPARE(test.rows(name, u"SELECT Codice FROM Eventi ORDER BY ProgEv"_s), codes);
+        QVERIFY(!test.folder.exists(u"Archivi/Attesa.zeb"_s));
+    }
+
+    /// A journal that goes astray after a quiet minute costs nothing.
+    void quietMinute()
+    {
+        TestFolder test;
+        Day day(test);
+        QVERIFY(day.append(1));
+        const QString copy = ArchiveName::events(u"01-01-2004"_s);
+        const auto inTheFile = [&] {
+            test.write(copy, test.read(ArchiveName::events(today)));
+            return day.rows(u"01-01-2004"_s).size();
+        };
+        day.clock.milliseconds += 59'000;
+        day.log.changeDayIfNeeded();
+        QCOMPARE(inTheFile(), 0);
+        day.clock.milliseconds += 1'000;
+        day.log.changeDayIfNeeded();
+        QCOMPARE(inTheFile(), 1);
+    }
+
+    void registerAndDayUnreadableUntilTheNextStart()
+    {
+        TestFolder test;
+        test.addUsers({listOf("1,TX"), listOf("2,TX")});
+        QStringList expected;
+        {
+            Day day(test);
+            UserDirectory users(test.archives, ArchiveName::UsersSnapshot);
+            EventRoad road(users, day.log, day.clock);
+            QVERIFY(!road.RegistraEvento("R/A-000000001X..\r") && !road.RegistraEvento("R/A-000000009X..\r"));
+            QVERIFY(users.open().ok());
+            const std::optional<Database> other = day.lock();
+            road.usersKnown();
+            QVERIFY(!road.RegistraEvento("R/A-000000002X..\r"));
+            QTRY_COMPARE(day.waits(), u"Events waiting on disk: 2"_s);
+            expected = {row(day.event(1)), row(day.event(2))};
+            // The next day waits for nobody.
+            day.clock.moment = day.clock.moment.addDays(1);
+            day.log.changeDayIfNeeded();
+            QVERIFY(road.RegistraEvento("R/A-000000001X..\r"));
+            takeNotices(day.notices);
+            day.log.close();
+            QCOMPARE(takeNotices(day.notices), QStringList{u"Events waiting on disk: 2"_s});
+        }
+        Day next(test, false);
+        UserDirectory users(test.archives, ArchiveName::UsersSnapshot);
+        EventRoad road(users, next.log, next.clock);
+        QVERIFY(users.open().ok());
+        next.log.open();
+        QVERIFY(next.storeAll());
+        QCOMPARE(takeNotices(next.notices), QStringList{u"The events that waited (2) have been stored."_s});
+        next.log.close();
+        QCOMPARE(next.rows(), expected);
+        QCOMPARE(next.rows(u"06-03-2004"_s).size(), 1);
+        QVERIFY(!test.folder.exists(u"Archivi/Attesa.zeb"_s));
+    }
+
+    void damagedSpool()
+    {
+        TestFolder test;
+        test.write(u"Archivi/Attesa.zeb"_s, QByteArray(5000, 'x'));
+        Day day(test);
+        {
+            const std::optional<Database> other = day.lock();
+            QVERIFY(!day.append(1));
+            QCOMPARE(day.onDisk(), 1);
+        }
+        QVERIFY(day.storeAll());
+        QVERIFY(takeNotices(day.notices).first().endsWith(u"'Archivi/Attesa.zeb.guasto'."_s));
     }
 
     void registerLockedAtTheStart()
@@ -230,6 +390,7 @@ private Q_SLOTS:
         QCOMPARE(steps.count(u"told"_s), 5);
         // One flush an event once the journal stands.
         QCOMPARE(steps.mid(steps.indexOf(u"told"_s)).filter(u"flush"_s).size(), 4);
+        QVERIFY(!stage.test.folder.exists(u"Archivi/Attesa.zeb"_s));
         // Whole files: nothing is renamed that was not flushed.
         const QStringList &whole = stage.test.disk.steps;
         for (qsizetype i = 1; i < whole.size(); ++i)
@@ -255,17 +416,31 @@ private Q_SLOTS:
     void powerCutAtAnyStep()
     {
         QFETCH(bool, keepsAll);
+        TestFolder test;
         bool ranThrough = false;
         for (int stop = 0; !ranThrough; ++stop) {
             QVERIFY(stop < 200);
-            TestFolder test;
+            QVERIFY(test.archives.remove(ArchiveName::events(today)).ok());
             QStringList told;
+            QStringList kept; // on disk, in the day or waiting for it
             {
                 RecordingVfs vfs;
                 vfs.stopAt = stop;
                 Day day(test);
-                for (int code = 1; code <= 4; ++code)
-                    day.append(code);
+                const auto append = [&](int code) {
+                    const qsizetype before = day.onDisk();
+                    if (day.append(code) || day.onDisk() > before)
+                        kept.append(row(day.event(code)));
+                };
+                append(1);
+                {
+                    const std::optional<Database> other = vfs.steps.size() < stop ? day.lock() : std::nullopt;
+                    append(2);
+                    append(3);
+                }
+                for (int turn = 0; turn < 5; ++turn)
+                    day.log.retry();
+                append(4);
                 const qsizetype beforeEnd = day.told.size();
                 day.log.close();
                 told = day.told;
@@ -273,11 +448,15 @@ private Q_SLOTS:
                 if (!keepsAll)
                     vfs.loseWhatWasNotFlushed();
             }
-            const QStringList rows = test.rows(ArchiveName::events(today), statement);
-            QVERIFY2(rows.size() >= told.size() && rows.mid(0, told.size()) == told,
-                     qPrintable(u"cut at %1: %2"_s.arg(stop).arg(rows.join(u' '))));
-            for (const QString &one : rows)
-                QCOMPARE(one.count(u'|'), 5);
+            Day next(test);
+            QVERIFY(next.storeAll());
+            next.log.close();
+            QStringList rows = next.rows();
+            const QString all = u"cut at %1: %2"_s.arg(stop).arg(rows.join(u' '));
+            QVERIFY2(rows.mid(0, told.size()) == told, qPrintable(all));
+            for (const QString &one : kept)
+                QVERIFY2(rows.contains(one), qPrintable(all));
+            QVERIFY2(rows.removeDuplicates() == 0, qPrintable(all));
         }
     }
 };

@@ -5,6 +5,7 @@
 #include "startup/DateTimeText.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"
+#include "support/RecordingVfs.h"
 
 #include <QAction>
 #include <QApplication>
@@ -19,6 +20,8 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTest>
+
+#include <sqlite3.h>
 
 namespace {
 
@@ -137,6 +140,8 @@ private Q_SLOTS:
     void liveView();
     void refusedCloseIsForgotten();
     void savedRegisterThatCannotBeRead();
+    void eventsThatWait_data();
+    void eventsThatWait();
     void editorsHoldTheProgramme();
     void receptionBehindABox();
     void faultsAtTheStart_data();
@@ -430,6 +435,57 @@ void TestMainWindow::savedRegisterThatCannotBeRead()
                  QStringList{u"22"_s});
     QTRY_COMPARE(desk.messages.shown.size(), 1);
     QVERIFY(desk.messages.take().first().startsWith(u"Critical: The users register"_s));
+}
+
+void TestMainWindow::eventsThatWait_data()
+{
+    const Rows<bool, QStringList> row("bySystem", "told");
+    const QString question = u"Question: Events that cannot be stored and will be lost: 2. Close the program?"_s;
+    row("the operator ends the program", false, {question, question, u"Critical: Events lost: 2"_s});
+    row("the system ends it", true, {u"Critical: Events lost: 2"_s});
+}
+
+/// What only memory holds is not given up unasked, and what is lost is told while there is somebody to read it.
+void TestMainWindow::eventsThatWait()
+{
+    QFETCH(bool, bySystem);
+    RecordingVfs vfs;
+    Desk desk;
+    desk.comeToLife();
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    desk.program.link().suspend();
+    const auto *remark = desk.window.findChild<QLabel *>(u"StatusBar1.Remark"_s);
+    const auto comes = [&desk] { return desk.program.road().RegistraEvento("R/A-000000001X..\r"); };
+    QVERIFY(comes() && !remark->isVisible());
+    {
+        Result<Database> other =
+            desk.test.archives.open(ArchiveName::events(DataFile(desk.clock.date())), Database::Use::Safe);
+        QVERIFY(other && other.value().execute("BEGIN IMMEDIATE"));
+        QVERIFY(!comes() && remark->isVisible());
+        QCOMPARE(remark->accessibleName(), u"Events waiting on disk: 1"_s);
+    }
+    QTRY_VERIFY(!remark->isVisible());
+    QTRY_COMPARE(desk.messages.shown.size(), 2);
+    desk.messages.take();
+    vfs.refusal = SQLITE_FULL;
+    QVERIFY(!comes() && !comes());
+    QCOMPARE(remark->text(), u"Nothing is stored: events wait in memory (2)"_s);
+    QTRY_COMPARE(desk.messages.shown.size(), 1);
+    desk.messages.take();
+
+    QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
+    if (bySystem) {
+        desk.window.end();
+    } else {
+        desk.messages.answers = {Messages::Answer::No, Messages::Answer::Yes};
+        QVERIFY(!desk.window.close());
+        QTRY_COMPARE(desk.messages.answers.size(), 1);
+        QTest::qWait(20);
+        QVERIFY(desk.window.isVisible() && !desk.window.close());
+    }
+    QTRY_COMPARE(unloaded.size(), 1);
+    QTEST(desk.messages.take(), "told");
+    vfs.refusal = 0;
 }
 
 void TestMainWindow::editorsHoldTheProgramme()

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "archives/ArchiveStore.h"
+#include "link/EventRecord.h"
+#include "platform/FileIdentity.h"
+
+#include <QList>
+
+#include <array>
+#include <memory>
+#include <optional>
+
+/// The archive of one day, open to be written to, in write-ahead mode.
+class DayArchive
+{
+public:
+    /// An event as it stands there.
+    struct Row {
+        qint64 number = 0; ///< ProgEv
+        Event event;
+        qint64 copy = 0; ///< it is the n-th of equal ones, counted from 1; from after() only
+    };
+
+    /// Opens the archive of @p day ("dd-mm-yyyy"), made from the template when there is none, and begins to read it
+    /// through: one that is not large is read when this returns.
+    /// @return Damaged, also for what reading finds; TemplateDamaged when the copy just made is no archive
+    static Result<std::unique_ptr<DayArchive>> open(ArchiveStore &archives, const QString &day);
+
+    const QString &day() const { return m_day; }
+    Database &database() { return m_database; }
+
+    /// Reads on for so long, once through all that was there when it was opened. @return Damaged when that ends it
+    Result<void> readOn(int milliseconds);
+    bool isRead() const { return m_reading == Reading::Done; }
+
+    /// Stores an event; on disk when it returns, but for an open transaction.
+    /// @param number  its ProgEv, 0 = the next one
+    Result<qint64> insert(const Event &event, qint64 number = 0);
+    /// Number of the last event that was stored, 0 without one.
+    Result<qint64> highest();
+    /// Number that an event has which insert() has just failed to store, should it be there all the same.
+    qint64 next() const { return m_last + 1; }
+    /// True when the event stands there under that number.
+    Result<bool> holds(const Event &event, qint64 number);
+    /// How many equal events stand there.
+    Result<qint64> count(const Event &event);
+    /// The last @p most events by their date and time, oldest first.
+    Result<QList<Row>> last(qsizetype most);
+    /// The first @p most events behind the one of that number, as they were stored.
+    Result<QList<Row>> after(qint64 number, qsizetype most);
+    /// How many there are behind it, 0 when that cannot be read.
+    qsizetype countAfter(qint64 number);
+
+    /// True when another file, or none, stands under the name of this one or of its journal.
+    bool hasMoved() const;
+    /// True when the file itself was replaced or deleted, not its journal only.
+    bool isReplaced() const;
+
+    /// Brings all rows into the file itself, if there are any that stand in the journal only.
+    Result<void> bringTogether();
+    /// Ends write-ahead mode before it is closed. @return false when somebody reads: then it stays
+    bool leaveLogMode();
+    /// Before it is closed: what stands under its names is not its own any more, but for journals that still are.
+    void giveUpNames();
+
+private:
+    enum class Reading { Table, Index, Done };
+    struct Named {
+        QString path;
+        std::optional<FileIdentity> file; ///< nothing when it could not be told
+    };
+
+    DayArchive(ArchiveStore &archives, QString day, Database database, Statement insert);
+    Result<void> look();
+    Result<bool> readPiece();
+    Result<bool> readRows();
+    Result<bool> readIndex();
+    Result<QList<Row>> rows(Statement &query);
+    static bool isOther(const Named &name);
+
+    ArchiveStore &m_archives;
+    QString m_day;
+    Database m_database;
+    Statement m_insert;
+    std::array<Named, 3> m_names; ///< file, journal and its index as they were when it was opened
+    qint64 m_last = 0;            ///< highest ProgEv
+    bool m_isDirty = true;        ///< rows may stand in the journal only
+
+    Reading m_reading = Reading::Table;
+    qint64 m_row = 0;             ///< read so far
+    std::array<QString, 2> m_key; ///< read so far of the index: Data, Ora
+};

@@ -1,0 +1,166 @@
+#include "link/SpoolFile.h"
+
+#include "archives/Tables.h"
+#include "archives/Transaction.h"
+#include "link/EventRow.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+QString pathOf(const ArchiveStore &archives)
+{
+    return archives.folder().path(QStringView(ArchiveName::Waiting).toString());
+}
+
+QString statement(const char *text)
+{
+    return QString::fromLatin1(text).arg(QLatin1String(EventRow::Columns));
+}
+
+WaitingEvent::Mark markOf(qint64 state)
+{
+    return static_cast<WaitingEvent::Mark>(std::clamp<qint64>(state, 0, 2));
+}
+
+} // namespace
+
+SpoolFile::SpoolFile(ArchiveStore &archives, Database database, Statement insert)
+    : m_archives(archives),
+      m_database(std::move(database)),
+      m_insert(std::move(insert)),
+      m_file(identityOf(pathOf(archives)))
+{
+}
+
+Result<void> SpoolFile::make(ArchiveStore &archives)
+{
+    // A power cut in the middle of its making leaves it empty.
+    const QFileInfo file(pathOf(archives));
+    if (file.exists() && file.size() > 0)
+        return {};
+    Result<void> made = archives.remove(ArchiveName::Waiting);
+    if (made)
+        made = archives.create(ArchiveName::Waiting, TableLayout::Waiting, ArchiveName::EventsTemplate);
+    if (!made)
+        (void)archives.remove(ArchiveName::Waiting);
+    return made;
+}
+
+Result<std::unique_ptr<SpoolFile>> SpoolFile::open(ArchiveStore &archives)
+{
+    if (Result<void> made = make(archives); !made)
+        return made.fault();
+    Result<Database> database = archives.open(ArchiveName::Waiting, Database::Use::Log);
+    if (!database)
+        return database.fault();
+    if (Result<void> laidOut = database.value().execute(TableLayout::Waiting); !laidOut)
+        return laidOut.fault();
+    Result<Statement> insert = database.value().prepare(
+        statement("INSERT INTO Attesa (%1, Giorno, Stato, Copia, Posto) VALUES (?,?,?,?,?,?,?,?,?,?,?,?)"));
+    if (!insert)
+        return insert.fault();
+    std::unique_ptr<SpoolFile> file(new SpoolFile(archives, std::move(database.value()), std::move(insert.value())));
+    if (Result<void> looked = file->look(); !looked)
+        return looked.fault();
+    return file;
+}
+
+/// Counts what there is, which reads every page of it.
+Result<void> SpoolFile::look()
+{
+    Result<Statement> query =
+        m_database.prepare(QStringLiteral("SELECT Giorno, Stato, count(*) FROM Attesa GROUP BY Giorno, Stato"));
+    if (!query)
+        return query.fault();
+    Statement &row = query.value();
+    Result<bool> more = row.step();
+    for (; more && more.value(); more = row.step())
+        m_found[row.text(0)].at(static_cast<size_t>(markOf(row.integer(1)))) += static_cast<qsizetype>(row.integer(2));
+    return more ? Result<void>() : Result<void>(more.fault());
+}
+
+Result<void> SpoolFile::add(const QList<WaitingEvent> &events)
+{
+    Transaction transaction(m_database);
+    if (Result<void> begun = transaction.begin(); !begun)
+        return begun;
+    for (const WaitingEvent &waiting : events) {
+        EventRow::bind(m_insert, 1, waiting.event);
+        m_insert.bind(9, waiting.day);
+        m_insert.bind(10, static_cast<qint64>(waiting.mark));
+        m_insert.bind(11, waiting.copy);
+        m_insert.bind(12, waiting.place);
+        const Result<bool> done = m_insert.step();
+        m_insert.reset();
+        if (!done)
+            return done.fault();
+    }
+    return transaction.commit();
+}
+
+Result<QList<WaitingEvent>> SpoolFile::first(const QString &day, bool undecidedToo, qsizetype most)
+{
+    Result<Statement> query = m_database.prepare(statement(
+        "SELECT Num, Stato, Copia, Posto, %1 FROM Attesa WHERE Giorno = ? AND Stato <> ? ORDER BY Num LIMIT ?"));
+    if (!query)
+        return query.fault();
+    Statement &row = query.value();
+    row.bind(1, day);
+    row.bind(2, undecidedToo ? qint64{-1} : static_cast<qint64>(WaitingEvent::Mark::Undecided));
+    row.bind(3, static_cast<qint64>(most));
+    QList<WaitingEvent> events;
+    Result<bool> more = row.step();
+    for (; more && more.value(); more = row.step())
+        events.append(
+            {day, EventRow::read(row, 4), markOf(row.integer(1)), row.integer(2), row.integer(3), row.integer(0)});
+    if (!more)
+        return more.fault();
+    return events;
+}
+
+/// Runs a statement with number and place of each event.
+Result<void> SpoolFile::change(const QList<WaitingEvent> &events, const char *sql)
+{
+    Transaction transaction(m_database);
+    if (Result<void> begun = transaction.begin(); !begun)
+        return begun;
+    Result<Statement> prepared = m_database.prepare(QString::fromLatin1(sql));
+    if (!prepared)
+        return prepared.fault();
+    for (const WaitingEvent &waiting : events) {
+        prepared.value().bind(1, waiting.number);
+        prepared.value().bind(2, waiting.place);
+        const Result<bool> done = prepared.value().step();
+        prepared.value().reset();
+        if (!done)
+            return done.fault();
+    }
+    return transaction.commit();
+}
+
+Result<void> SpoolFile::setPlaces(const QList<WaitingEvent> &events)
+{
+    return change(events, "UPDATE Attesa SET Posto = ?2 WHERE Num = ?1");
+}
+
+Result<void> SpoolFile::remove(const QList<WaitingEvent> &events)
+{
+    return change(events, "DELETE FROM Attesa WHERE Num = ?1");
+}
+
+bool SpoolFile::isReplaced() const
+{
+    const std::optional<FileIdentity> now = identityOf(pathOf(m_archives));
+    return now && m_file && *now != *m_file;
+}
+
+void SpoolFile::finish(bool isEmpty)
+{
+    m_insert.reset();
+    (void)m_database.leaveLogMode();
+    if (isEmpty)
+        (void)m_archives.remove(ArchiveName::Waiting);
+}
