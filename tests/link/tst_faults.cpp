@@ -328,7 +328,7 @@ private Q_SLOTS:
         QVERIFY(users.open().ok());
         next.log.open();
         QVERIFY(next.storeAll());
-        QCOMPARE(takeNotices(next.notices), QStringList{u"The events that waited (2) have been stored."_s});
+        QCOMPARE(takeNotices(next.notices), QStringList{u"The waiting events (2) have been stored."_s});
         next.log.close();
         QCOMPARE(next.rows(), expected);
         QCOMPARE(next.rows(u"06-03-2004"_s).size(), 1);
