@@ -5,7 +5,7 @@ set(KOR_FOLDER ${CMAKE_BINARY_DIR}/kor)
 set_target_properties(kor-supervisor kor-simulator PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${KOR_FOLDER})
 
 add_executable(kor-make-templates tools/make_templates.cpp)
-target_link_libraries(kor-make-templates PRIVATE kor_core kor_flags)
+target_link_libraries(kor-make-templates PRIVATE kor_core kor_headers kor_flags)
 
 # The two below do without the core: a change of the core then makes no picture and no manual anew.
 add_executable(kor-make-pictures tools/make_pictures.cpp)
