@@ -10,6 +10,9 @@ class QWidget;
 
 /// Message boxes. None of them waits: what is to happen afterwards is called when the operator has closed the box, and
 /// reception goes on behind it.
+///
+/// A box that waited would run an event loop in the middle of whatever opened it: records, timers and a lost port would
+/// come in there, and closing the program would have to unwind it.
 class Messages
 {
 public:
