@@ -86,6 +86,7 @@ void EventLog::close()
 {
     m_isOpen = false;
     m_days.look();
+    m_spool.look();
     m_stuck.clear();
     QElapsedTimer end;
     end.start();
