@@ -101,6 +101,9 @@ Result<void> ArchiveStore::create(QStringView name, const char *layout, const QB
     if (Result<void> regular = checkFiles(path); !regular)
         return regular;
     Result<Database> database = Database::open(path, m_keys.rawKey(salt), Database::Use::Safe, true);
+    // The library tries to read what it may not make, and finds nothing.
+    if (!database && database.fault().code == FaultCode::NotFound && QFileInfo(QFileInfo(path).path()).isDir())
+        return Fault{FaultCode::AccessDenied, path};
     if (!database)
         return database.fault();
     return database.value().execute(layout);

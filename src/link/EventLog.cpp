@@ -75,8 +75,12 @@ bool EventLog::changeDayIfNeeded()
     openToday();
     if (m_days.live() && m_clock.monotonic() - m_lastStored >= quietMilliseconds)
         (void)m_days.live()->bringTogether();
-    if (m_days.live() || !m_spool.isEmpty())
+    if (m_days.live() || !m_spool.isEmpty()) {
+        // A spool that was locked at the start is read now.
+        const bool wasEmpty = m_spool.isEmpty();
         m_spool.tidy();
+        m_endIsToTell = m_endIsToTell || (wasEmpty && !m_spool.isEmpty());
+    }
     m_stuck.clear();
     drain();
     return m_days.openings() != before;
@@ -86,6 +90,7 @@ void EventLog::close()
 {
     m_isOpen = false;
     m_days.look();
+    m_spool.look();
     m_stuck.clear();
     QElapsedTimer end;
     end.start();

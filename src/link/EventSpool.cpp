@@ -3,6 +3,8 @@
 #include "archives/Tables.h"
 #include "archives/Transaction.h"
 
+#include <QHash>
+
 #include <limits>
 #include <numeric>
 
@@ -89,32 +91,58 @@ void EventSpool::close()
 
 void EventSpool::tidy()
 {
+    look();
     if (!m_file)
         open();
-    else if (m_file->isReplaced())
-        moveOver();
     else if (isEmpty())
         close();
     else
         m_file->bringTogether();
 }
 
-/// Somebody has deleted or replaced the file: what only the open one still holds goes into the one that is there now.
+void EventSpool::look()
+{
+    if (m_file && m_file->hasMoved())
+        moveOver();
+}
+
 void EventSpool::moveOver()
 {
-    QList<WaitingEvent> held;
-    const QStringList all = days(true);
-    for (const QString &day : all) {
-        if (Result<QList<WaitingEvent>> some = m_file->first(day, true, std::numeric_limits<int>::max()); some)
-            held.append(some.value());
-    }
-    m_file->giveUpName();
+    QList<WaitingEvent> held = all();
+    m_file->giveUpNames();
     m_file.reset();
     recount();
+    if (held.isEmpty())
+        return;
+    prepare();
+    // A copy of it may have been put back: what stands there too must not be stored twice.
+    QHash<qint64, Event> there;
+    const QList<WaitingEvent> found = m_file ? all() : QList<WaitingEvent>();
+    for (const WaitingEvent &event : found)
+        there.insert(event.number, event.event);
+    held.removeIf([&there](const WaitingEvent &event) {
+        const auto same = there.constFind(event.number);
+        return same != there.constEnd() && *same == event.event;
+    });
     if (held.isEmpty() || put(held))
         return;
     for (WaitingEvent &event : held)
         remember(std::move(event));
+}
+
+/// All events of the file.
+QList<WaitingEvent> EventSpool::all()
+{
+    QList<WaitingEvent> events;
+    const QStringList ofEach = days(true);
+    for (const QString &day : ofEach) {
+        const Result<QList<WaitingEvent>> some = m_file->first(day, true, std::numeric_limits<int>::max());
+        if (some)
+            events.append(some.value());
+        else
+            m_notices.post(Icon::Critical, {OwnText::SpoolUnusable, {fileName()}, some.fault()});
+    }
+    return events;
 }
 
 // What goes in

@@ -35,6 +35,8 @@ public:
     void open();
     /// Makes sure that events can be kept on disk; fault() tells why they cannot.
     void prepare() { (void)put({}); }
+    /// Notices that somebody has deleted or replaced the file, and brings over what only the open one still holds.
+    void look();
     /// Brings to disk what it takes, and closes. What waits in memory is lost.
     void close();
     /// For every now and then: the file goes when nothing waits any more, else its rows are brought out of its journal.
@@ -72,6 +74,7 @@ private:
     Result<void> tryToPut(const QList<WaitingEvent> &events);
     Result<void> setAside();
     void moveOver();
+    QList<WaitingEvent> all();
     void recount();
     void forget(const QString &day);
     Fault ofTheFile(Fault fault);

@@ -306,6 +306,8 @@ void LinkMonitor::end()
     m_query.abort();
     Q_EMIT handsBack();
     m_timer.stop();
+    // The last message of the program may stand for a while, and a light beside it.
+    setUnknown();
 }
 
 void LinkMonitor::objImpCom_Chiudi(int port, int result)

@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr std::array endings = {QLatin1String(""), QLatin1String("-wal"), QLatin1String("-shm")};
+
 QString pathOf(const ArchiveStore &archives)
 {
     return archives.folder().path(QStringView(ArchiveName::Waiting).toString());
@@ -28,10 +30,7 @@ WaitingEvent::Mark markOf(qint64 state)
 } // namespace
 
 SpoolFile::SpoolFile(ArchiveStore &archives, Database database, Statement insert)
-    : m_archives(archives),
-      m_database(std::move(database)),
-      m_insert(std::move(insert)),
-      m_file(identityOf(pathOf(archives)))
+    : m_archives(archives), m_database(std::move(database)), m_insert(std::move(insert))
 {
 }
 
@@ -68,7 +67,7 @@ Result<std::unique_ptr<SpoolFile>> SpoolFile::open(ArchiveStore &archives)
     return file;
 }
 
-/// Counts what there is, which reads every page of it.
+/// Counts what there is, which reads every page of it; with the first look into it the journal is there too.
 Result<void> SpoolFile::look()
 {
     Result<Statement> query =
@@ -79,6 +78,8 @@ Result<void> SpoolFile::look()
     Result<bool> more = row.step();
     for (; more && more.value(); more = row.step())
         m_found[row.text(0)].at(static_cast<size_t>(markOf(row.integer(1)))) += static_cast<qsizetype>(row.integer(2));
+    for (size_t i = 0; i < endings.size(); ++i)
+        m_files.at(i) = identityOf(pathOf(m_archives) + endings.at(i));
     return more ? Result<void>() : Result<void>(more.fault());
 }
 
@@ -151,10 +152,24 @@ Result<void> SpoolFile::remove(const QList<WaitingEvent> &events)
     return change(events, "DELETE FROM Attesa WHERE Num = ?1");
 }
 
-bool SpoolFile::isReplaced() const
+bool SpoolFile::hasMoved() const
 {
-    const std::optional<FileIdentity> now = identityOf(pathOf(m_archives));
-    return now && m_file && *now != *m_file;
+    const auto isOther = [this](size_t i) {
+        const std::optional<FileIdentity> now = identityOf(pathOf(m_archives) + endings.at(i));
+        return now && m_files.at(i) && *now != *m_files.at(i);
+    };
+    return isOther(0) || isOther(1);
+}
+
+void SpoolFile::giveUpNames()
+{
+    m_database.keepSideFiles();
+    // A journal of this file must not be taken for one of the file that has its name now.
+    for (const size_t i : {size_t{1}, size_t{2}}) {
+        const QString side = pathOf(m_archives) + endings.at(i);
+        if (m_files.at(i) && identityOf(side) == m_files.at(i))
+            (void)m_archives.folder().disk().remove(side);
+    }
 }
 
 void SpoolFile::finish(bool isEmpty)

@@ -31,12 +31,13 @@ public:
 
     /// Brings all rows into the file itself, but for those that a reader holds back.
     void bringTogether() { (void)m_database.checkpoint(); }
-    /// True when another file, or none, stands under its name.
-    bool isReplaced() const;
+    /// True when another file, or none, stands under its name or that of its journal.
+    bool hasMoved() const;
     /// Before it is closed: one file again, which goes when nothing waits in it.
     void finish(bool isEmpty);
-    /// Before a replaced one is closed: what stands under its name is not its own.
-    void giveUpName() { m_database.keepSideFiles(); }
+    /// Before one that has moved is closed: what stands under its names is not its own, but for journals that still
+    /// are.
+    void giveUpNames();
 
 private:
     SpoolFile(ArchiveStore &archives, Database database, Statement insert);
@@ -47,6 +48,6 @@ private:
     ArchiveStore &m_archives;
     Database m_database;
     Statement m_insert;
-    std::optional<FileIdentity> m_file;
+    std::array<std::optional<FileIdentity>, 3> m_files; ///< file, journal and its index as they were when it was opened
     QMap<QString, Counts> m_found;
 };

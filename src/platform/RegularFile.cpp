@@ -22,8 +22,9 @@ Result<QString> linkFollowed(const QString &path)
     const QFileInfo file(path);
     if (!file.isSymLink())
         return path;
+    // One that leads in a circle, or to where there are no rights, has itself as its canonical path.
     const QString real = file.canonicalFilePath();
-    if (real.isEmpty())
+    if (real.isEmpty() || !file.exists())
         return Fault{FaultCode::NotFound, path};
     return real;
 }

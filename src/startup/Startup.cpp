@@ -39,9 +39,9 @@ bool contains(const ProgramFolder &folder, const char16_t *name)
 /// start leaves when it is cut off is none.
 bool isTraceOfUse(const QString &name)
 {
-    static const std::array beginnings = {QStringLiteral("eventi_"), QStringLiteral("anatmp."),
+    static const std::array beginnings = {QStringLiteral("eventi_"),         QStringLiteral("anatmp."),
                                           QStringLiteral("anagrafico.zeb-"), QStringLiteral("fascie.zeb"),
-                                          QStringLiteral("ferie.zeb")};
+                                          QStringLiteral("ferie.zeb"),       QStringLiteral("attesa.zeb")};
     return !name.endsWith(QStringLiteral(".part")) &&
            (name.endsWith(QStringLiteral(".evn")) ||
             std::any_of(beginnings.begin(), beginnings.end(),

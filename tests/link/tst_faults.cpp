@@ -58,7 +58,7 @@ struct Day {
     TestFolder &test;
     FakeClock clock;
     Notices notices;
-    QStringList told;
+    QStringList told; ///< before the log, which signals into it while it closes
     EventLog log{test.archives, clock, notices};
 };
 
@@ -347,6 +347,40 @@ private Q_SLOTS:
         }
         QVERIFY(day.storeAll());
         QVERIFY(takeNotices(day.notices).first().endsWith(u"'Archivi/Attesa.zeb.guasto'."_s));
+    }
+
+    /// What is deleted, or replaced by a copy of itself, costs no waiting event and doubles none.
+    void spoolLosesItsName_data()
+    {
+        const Rows<bool, bool> row("copied", "ends");
+        row("deleted", false, false);
+        row("deleted just before the end", false, true);
+        row("replaced by a copy", true, false);
+        row("replaced by a copy just before the end", true, true);
+    }
+    void spoolLosesItsName()
+    {
+        QFETCH(bool, copied);
+        QFETCH(bool, ends);
+        TestFolder test;
+        Day day(test);
+        const QString path = test.folder.path(u"Archivi/Attesa.zeb"_s);
+        {
+            const std::optional<Database> other = day.lock();
+            QVERIFY(!day.append(1));
+            day.log.changeDayIfNeeded();
+            QVERIFY(!day.append(2));
+            QVERIFY(!copied || QFile::copy(path, path + u".old"_s));
+            QVERIFY(QFile::remove(path) && (!copied || QFile::rename(path + u".old"_s, path)));
+            if (ends)
+                day.log.close();
+            else
+                day.log.changeDayIfNeeded();
+        }
+        if (ends)
+            day.log.open();
+        QVERIFY(day.storeAll());
+        QCOMPARE(day.rows(), QStringList({row(day.event(1)), row(day.event(2))}));
     }
 
     void registerLockedAtTheStart()

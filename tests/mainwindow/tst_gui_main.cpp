@@ -453,7 +453,8 @@ void TestMainWindow::eventsThatWait()
     Desk desk;
     desk.comeToLife();
     QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
-    desk.program.link().suspend();
+    if (!bySystem)
+        desk.program.link().suspend();
     const auto *remark = desk.window.findChild<QLabel *>(u"StatusBar1.Remark"_s);
     const auto comes = [&desk] { return desk.program.road().RegistraEvento("R/A-000000001X..\r"); };
     QVERIFY(comes() && !remark->isVisible());
@@ -485,6 +486,8 @@ void TestMainWindow::eventsThatWait()
     }
     QTRY_COMPARE(unloaded.size(), 1);
     QTEST(desk.messages.take(), "told");
+    // No light was green beside that.
+    QCOMPARE(desk.panel(5) + desk.led(), u"Led_G.bmp"_s);
     vfs.refusal = 0;
 }
 
