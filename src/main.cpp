@@ -14,6 +14,7 @@
 #include <QMessageBox>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -82,8 +83,9 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argumentCount, char **arg
     const bool console = std::any_of(all.begin(), all.end(), [](const char *argument) {
         return std::string_view(argument) == "--console" || std::string_view(argument) == "-console";
     });
-    const bool display = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
-                         qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+    constexpr std::array named = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+    const bool display =
+        std::any_of(named.begin(), named.end(), [](const char *name) { return !qEnvironmentVariableIsEmpty(name); });
     if (console || !display)
         return std::make_unique<QCoreApplication>(argumentCount, arguments);
     // The window system's library has threads of its own.

@@ -98,6 +98,12 @@ void MDIForm1::raiseAlarm()
     auto *turn = new QShortcut(Qt::CTRL | Qt::Key_Tab, this);
     connect(turn, &QShortcut::activated, this, &MDIForm1::turnToAlarm);
     connect(m_alarm, &QObject::destroyed, turn, &QObject::deleteLater);
+    // Nothing but a client area tells a frame that the keyboard has left it.
+    connect(qApp, &QApplication::focusChanged, m_alarm, [frame = m_alarm.data()](QWidget *, const QWidget *now) {
+        QEvent left(QEvent::WindowDeactivate);
+        if (now && !frame->isAncestorOf(now))
+            QCoreApplication::sendEvent(frame, &left);
+    });
     // A frame that is shown makes itself active, unless it is disabled.
     m_alarm->setEnabled(false);
     m_alarm->show();

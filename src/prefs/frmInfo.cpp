@@ -17,7 +17,8 @@ frmInfo::frmInfo(const Texts &texts, const QPixmap &picture, const QString &fold
       lblLicenza(new QLabel),
       lblTestoLicenza(new QLabel(QStringLiteral("MIT"))),
       lblLibrerie(new QLabel),
-      lblTestoLibrerie(new QLabel(libraryVersions().join(QStringLiteral(", ")))),
+      lblTestoLibrerie(new QLabel(
+          libraryVersions().replaceInStrings(QStringLiteral(" "), QString(QChar::Nbsp)).join(QStringLiteral(", ")))),
       lblDati(new QLabel),
       txtDati(new QLineEdit(folder)),
       cmdOk(new QPushButton)

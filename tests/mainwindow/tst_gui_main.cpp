@@ -279,6 +279,11 @@ void TestMainWindow::keyboardDuringTheAlarm()
     QVERIFY(first->hasFocus());
     portReturns();
     alarm();
+    // There and back again: the frame shows who has the keyboard.
+    QTest::keyClick(desk.window.windowHandle(), Qt::Key_Tab, Qt::ControlModifier);
+    QCOMPARE(desk.open("frmMessage")->parentWidget()->windowState(), Qt::WindowActive);
+    first->setFocus();
+    QCOMPARE(desk.open("frmMessage")->parentWidget()->windowState(), Qt::WindowNoState);
     turnAndClose();
     QTRY_VERIFY(first->hasFocus());
     // The window that was in front before comes back, not the one that was opened before.
