@@ -5,13 +5,10 @@
 #include "platform/Clock.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
-
-#include <QPointer>
-#include <QTimer>
+#include "widgets/TaskRunner.h"
 
 class Fields;
 class Grid;
-class frmRicercapr;
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -50,19 +47,15 @@ private:
     void printFound();
     void cmdToExcel_Click();
     void cmdToExcel_FileChosen(const QString &chosen);
-    void tmrEsporta_Timer();
-    void tmrRicerca_Timer();
-    void objRicercaPr_Annulla();
 
     EventQuery query() const;
     void refuse(QueryFault fault);
     void showPartner(const UserCombo *chosen, UserCombo *other, QString User::*name);
-    void searchDone();
-    QString lacks() const;
+    void searchDone(const Result<void> &searched);
+    QString lacks(const Result<void> &searched) const;
     void showFound(bool isKnown);
     QStringList shownRow(qsizetype row);
     void exportTo(const QString &file);
-    void exportDone();
     /// While a search, a print or an export runs, none of them can begin.
     void setBusy(bool busy);
 
@@ -71,7 +64,7 @@ private:
     Disk &m_disk;
     UserDirectory m_users;
     EventSearch m_search;
-    std::unique_ptr<EventExport> m_export;
+    TaskRunner m_runner;
     Printing m_printing;
 
     Fields *FrameRic;
@@ -102,8 +95,5 @@ private:
     QPushButton *cmdStampa;
     QPushButton *cmdToExcel;
     QPushButton *cmdChiudi;
-    QTimer tmrRicerca;
-    QTimer tmrEsporta;
-    QPointer<frmRicercapr> m_progress;
     bool m_rowFaultTold = false;
 };

@@ -1,4 +1,3 @@
-#include "events/frmRicercapr.h"
 #include "users/frmAddCod.h"
 #include "users/frmInsCodice.h"
 #include "users/frmLstUtenti.h"
@@ -8,6 +7,7 @@
 #include "widgets/RecordSetModel.h"
 #include "widgets/Twips.h"
 #include "widgets/UserCombo.h"
+#include "widgets/frmRicercapr.h"
 
 #include <QPushButton>
 
@@ -170,8 +170,8 @@ void frmLstUtenti::cmdDoppioni_Click()
     if (!commitCell() || isEmpty())
         return;
     endRecognition();
-    m_duplicates = std::make_unique<DuplicateReport>(m_register.all(), m_archives.folder(),
-                                                     m_texts[Text::CodiceReale], m_texts[Text::CodiceTroncatoReport]);
+    m_duplicates = std::make_unique<DuplicateReport>(m_register.all(), m_archives.folder(), m_texts[Text::CodiceReale],
+                                                     m_texts[Text::CodiceTroncatoReport]);
     startSteps(m_texts[Text::RicercaDoppioni]);
 }
 
