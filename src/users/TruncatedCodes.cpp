@@ -13,7 +13,7 @@ TruncatedCodes::TruncatedCodes(Database &database, UserRows users, int protocol)
     std::sort(m_order.begin(), m_order.end());
 }
 
-Result<bool> TruncatedCodes::step(QDeadlineTimer budget)
+Result<bool> TruncatedCodes::step(const QDeadlineTimer &until)
 {
     while (m_done < count()) {
         const auto &[id, row] = m_order[m_done];
@@ -25,7 +25,7 @@ Result<bool> TruncatedCodes::step(QDeadlineTimer budget)
                 return stored.fault();
             }
         }
-        if (++m_done < count() && budget.hasExpired())
+        if (++m_done < count() && until.hasExpired())
             return false;
     }
     m_update.reset();

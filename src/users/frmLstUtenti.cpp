@@ -38,6 +38,7 @@ frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore 
       m_archives(archives),
       m_received(interface.received),
       m_register(archives, std::move(interface.protocol)),
+      m_runner(this),
       dbgrdDati(new Grid),
       m_cell(new CellEditor(limitedText, this)),
       lblMessage(new QLabel),
@@ -68,14 +69,11 @@ frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore 
     tmrLoad.setSingleShot(true);
     connect(&tmrLoad, &QTimer::timeout, this, &frmLstUtenti::tmrLoad_Timer);
     connect(&tmrRicOn, &QTimer::timeout, this, &frmLstUtenti::tmrRicOn_Timer);
-    connect(&m_steps, &QTimer::timeout, this, &frmLstUtenti::step);
     connect(m_cell, &CellEditor::typed, this, &frmLstUtenti::dbgrdDati_Change);
     connect(rsDati, &RecordSetModel::edited, this, &frmLstUtenti::dbgrdDati_Update);
     connect(dbgrdDati->selectionModel(), &QItemSelectionModel::currentChanged, lblMessage, &QLabel::clear);
-    connect(dbcmbCognome, &UserCombo::edited, this,
-            [this] { dbcmb_Change(dbcmbCognome, dbcmbNome, &User::Nome); });
-    connect(dbcmbNome, &UserCombo::edited, this,
-            [this] { dbcmb_Change(dbcmbNome, dbcmbCognome, &User::Cognome); });
+    connect(dbcmbCognome, &UserCombo::edited, this, [this] { dbcmb_Change(dbcmbCognome, dbcmbNome, &User::Nome); });
+    connect(dbcmbNome, &UserCombo::edited, this, [this] { dbcmb_Change(dbcmbNome, dbcmbCognome, &User::Cognome); });
     connect(cmdNuovo, &QPushButton::clicked, this, &frmLstUtenti::cmdNuovo_Click);
     connect(cmdModifica, &QPushButton::clicked, this, &frmLstUtenti::cmdModifica_Click);
     connect(cmdElimina, &QPushButton::clicked, this, &frmLstUtenti::cmdElimina_Click);
@@ -214,14 +212,16 @@ void frmLstUtenti::tmrLoad_Timer()
     cmdDoppioni->setEnabled(m_register.hasTruncatedCodes());
     if (m_register.users().isEmpty())
         return loaded({});
-    m_loading = m_register.truncatedCodes();
-    startSteps(m_texts[Text::CaricamentoUtenti]);
+    std::unique_ptr<TruncatedCodes> loading = m_register.truncatedCodes();
+    const TruncatedCodes &running = *loading;
+    m_runner.run(
+        std::move(loading), TaskRunner::Notice{m_texts[Text::CaricamentoUtenti]},
+        [this, &running](const Result<void> &run) { loaded(run ? m_register.truncatedCodesEnded(running) : run); });
 }
 
 void frmLstUtenti::loaded(const Result<void> &result)
 {
     rsDati->setRecordSet(&m_register.users());
-    endSteps();
     enable();
     if (!result)
         showFault(this, OwnText::ArchiveNotChanged, m_register.archive(), result.fault());

@@ -5,6 +5,7 @@
 #include "users/RecognitionWait.h"
 #include "users/UserRegister.h"
 #include "widgets/ChildWindow.h"
+#include "widgets/TaskRunner.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -16,7 +17,6 @@ class QLabel;
 class RecordSetModel;
 class Messages;
 class UserCombo;
-class frmRicercapr;
 
 /// The register of users: lists them all, and lets the operator add, change, find and delete them. It works on a copy;
 /// what the rest of the program knows changes with a save alone.
@@ -88,12 +88,9 @@ private:
     bool commitCell();
     bool isEmpty();
     void openOver(ChildWindow *window, std::function<QPoint(QRect own, QSize child)> place);
-    void startSteps(const QString &caption);
-    void step();
     void enable();
     void loaded(const Result<void> &result);
-    void duplicatesListed();
-    void endSteps();
+    void duplicatesListed(const DuplicateReport &duplicates);
     void endRecognition();
     void stopAll();
     void fillCombos();
@@ -110,16 +107,13 @@ private:
     UserRegister m_register;
     Outcome m_outcome = NotSaved;
 
-    std::unique_ptr<TruncatedCodes> m_loading;
-    std::unique_ptr<DuplicateReport> m_duplicates;
-    QPointer<frmRicercapr> m_progress;
+    TaskRunner m_runner;
     QPointer<ChildWindow> m_child;
     bool m_isAsking = false; ///< whether to save at the close
     bool m_isStored = true;  ///< the last change of a cell
     RecognitionWait m_recognition;
     QTimer tmrLoad{this};
     QTimer tmrRicOn{this};
-    QTimer m_steps;
 
     Grid *dbgrdDati;
     RecordSetModel *rsDati;

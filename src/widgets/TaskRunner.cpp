@@ -12,12 +12,20 @@ constexpr int turnMilliseconds = 15;
 TaskRunner::TaskRunner(ChildWindow *window) : QObject(window), m_window(window)
 {
     connect(&m_turn, &QTimer::timeout, this, &TaskRunner::turn);
-    connect(window, &ChildWindow::unloaded, this, &TaskRunner::stop);
+    connect(window, &ChildWindow::unloaded, this, &TaskRunner::windowGoes);
 }
 
 TaskRunner::~TaskRunner()
 {
     stop();
+}
+
+void TaskRunner::windowGoes()
+{
+    const bool isLost = isRunning();
+    stop();
+    if (isLost)
+        Q_EMIT dropped();
 }
 
 void TaskRunner::begin(Task &task, Ended ended)

@@ -50,8 +50,11 @@ public:
 Q_SIGNALS:
     /// After each turn but the last one.
     void progressed(const Task::Progress &progress);
+    /// The window has closed in the middle of a task.
+    void dropped();
 
 private:
+    void windowGoes();
     void begin(Task &task, Ended ended);
     void turn();
     void show(const Task::Progress &progress);
