@@ -137,6 +137,22 @@ bool RecordSet::moveToRow(qint64 id)
     return true;
 }
 
+bool RecordSet::settle(qint64 id, const QString &field)
+{
+    if (!moveToRow(id))
+        return false;
+    const qsizetype column = m_fields.indexOf(field);
+    Row row = m_rows.takeAt(m_position);
+    const auto place =
+        std::upper_bound(m_rows.cbegin(), m_rows.cend(), row, [column](const Row &settled, const Row &other) {
+            const int order = settled.values.value(column).compare(other.values.value(column));
+            return order != 0 ? order < 0 : settled.id < other.id;
+        });
+    m_position = place - m_rows.cbegin();
+    m_rows.insert(m_position, std::move(row));
+    return true;
+}
+
 Result<QStringList> RecordSet::read(qint64 id) const
 {
     QStringList values;
@@ -180,7 +196,8 @@ Result<void> RecordSet::edit(const Values &values)
     const QStringList names = values.keys();
     for (const QString &name : names)
         assignments.append(name + QStringLiteral("=?"));
-    const QString sql = QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?").arg(m_table, assignments.join(QLatin1Char(',')));
+    const QString sql =
+        QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?").arg(m_table, assignments.join(QLatin1Char(',')));
     if (Result<void> changed = m_database->execute(sql, bound(values) << row->id); !changed)
         return changed;
     if (m_database->changes() == 0)

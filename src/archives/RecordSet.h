@@ -18,7 +18,7 @@
 class RecordSet
 {
 public:
-    enum class Kind { Dynaset, Snapshot }; ///< a snapshot is only read
+    enum class Kind { Dynaset, Snapshot };  ///< a snapshot is only read
     using Values = QHash<QString, QString>; ///< field -> value
 
     /// @param database   must outlive the set
@@ -56,6 +56,9 @@ public:
     qint64 rowId(qsizetype row) const { return m_rows[row].id; }
     /// Makes the row with that id current. @return false, and nothing changes, when the set does not hold it
     bool moveToRow(qint64 id);
+    /// Moves a row to where @p field wants it, by whose rising values, and then by ids, the others are sorted, and
+    /// makes it current. @return false, and nothing changes, when the set does not hold it
+    bool settle(qint64 id, const QString &field);
     int columnCount() const { return static_cast<int>(m_fields.size()); }
 
     Result<void> addNew(const Values &values);

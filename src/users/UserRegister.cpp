@@ -80,9 +80,11 @@ Result<void> UserRegister::keepPasswords()
         return isGone ? Result<void>() : Result<void>(archive.fault());
     }
     SqlValues passwords;
-    Result<void> read = archive.value().each(
-        QStringLiteral("SELECT PassProg, PassUte, PassUtility FROM Password LIMIT 1"), {},
-        [&passwords](const Statement &row) { passwords = {row.text(0), row.text(1), row.text(2)}; });
+    Result<void> read =
+        archive.value().each(QStringLiteral("SELECT PassProg, PassUte, PassUtility FROM Password LIMIT 1"), {},
+                             [&passwords](const Statement &row) {
+                                 passwords = {row.text(0), row.text(1), row.text(2)};
+                             });
     if (!read)
         return read;
     if (passwords.isEmpty())
@@ -119,10 +121,8 @@ Result<void> UserRegister::add(const QString &code, CodeType type)
 {
     if (Result<void> added = m_editor.add(codeValues(code, type, m_protocol())); !added)
         return added;
-    const qint64 id = m_editor.database()->lastRow();
-    Result<void> read = m_editor.requery();
-    users().moveToRow(id);
-    return read;
+    users().settle(m_editor.database()->lastRow(), codeField());
+    return {};
 }
 
 Result<void> UserRegister::changeCode(qint64 id, const QString &code, CodeType type)
@@ -131,9 +131,8 @@ Result<void> UserRegister::changeCode(qint64 id, const QString &code, CodeType t
         return Fault{FaultCode::NotFound, archive()};
     if (Result<void> changed = m_editor.edit(codeValues(code, type, m_protocol())); !changed)
         return changed;
-    Result<void> read = m_editor.requery();
-    users().moveToRow(id);
-    return read;
+    users().settle(id, codeField());
+    return {};
 }
 
 Result<void> UserRegister::remove()
@@ -153,8 +152,9 @@ Result<void> UserRegister::remove()
 Result<void> UserRegister::setText(qsizetype row, const QString &field, const QString &text)
 {
     RecordSet &all = users();
-    const auto changed = std::find_if(userColumns.begin(), userColumns.end(),
-                                      [&field](const UserColumn &column) { return field == QLatin1String(column.field); });
+    const auto changed = std::find_if(userColumns.begin(), userColumns.end(), [&field](const UserColumn &column) {
+        return field == QLatin1String(column.field);
+    });
     if (changed == userColumns.end())
         return Fault{FaultCode::NotFound, field};
     const QString limited = limitedText(text);
