@@ -204,7 +204,7 @@ void dayView(TestFolder &test)
     test.addEvents(day, someEvents(100'000));
     Result<Database> log = test.archives.open(ArchiveName::events(day), Database::Use::Log);
     DayView view(test.archives, clock);
-    if (!view.open() || !view.refresh(25))
+    if (!view.open() || !view.users().step(QDeadlineTimer(QDeadlineTimer::Forever)) || !view.refresh(25))
         qFatal("no view");
     const auto refresh = [&view](bool news) {
         const Result<bool> changed = view.refresh(25);

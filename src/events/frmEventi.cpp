@@ -37,15 +37,6 @@ QList<RowsModel::Column> columns(const Texts &texts)
             {texts[Text::KorDis], 600, Qt::AlignCenter, {}, false, spokenMark(texts)}};
 }
 
-QList<UserCombo::Entry> entries(const UserDirectory &users, const QList<int> &places, QString User::*name)
-{
-    QList<UserCombo::Entry> list;
-    list.reserve(places.size());
-    for (const int place : places)
-        list.append({users.users()[place].*name, place});
-    return list;
-}
-
 } // namespace
 
 frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
@@ -55,6 +46,9 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
       m_messages(messages),
       m_disk(archives.folder().disk()),
       m_users(archives, u"Archivi/AnaCon.zeb"),
+      m_surnames(m_users.names(&User::Cognome)),
+      m_firstNames(m_users.names(&User::Nome)),
+      m_opening({&m_users, &m_surnames, &m_firstNames}),
       m_search(archives, m_users),
       m_runner(this),
       m_printing(this, printer, texts, messages),
@@ -202,17 +196,36 @@ void frmEventi::captions()
 
 bool frmEventi::open()
 {
-    Result<void> opened = m_users.open();
+    Result<void> opened = m_users.begin();
     if (opened)
         opened = m_search.prepare();
-    if (!opened) {
+    if (opened) {
+        const auto ended = m_runner.runAtOnce(m_opening, [this](const Result<void> &read) {
+            setReading(false);
+            if (namesRead(read))
+                return;
+            unload();
+        });
+        if (!ended) {
+            setReading(true);
+            return true;
+        }
+        opened = *ended;
+    }
+    return namesRead(opened);
+}
+
+/// @return whether the users are known, or else the operator has been told
+bool frmEventi::namesRead(const Result<void> &read)
+{
+    if (!read) {
         // This window is taken away at once; the message must stay.
         m_messages.show(parentWidget() ? window() : nullptr, Icon::Critical,
-                        m_texts.sentence({OwnText::SearchNotPossible, {}, opened.fault()}));
+                        m_texts.sentence({OwnText::SearchNotPossible, {}, read.fault()}));
         return false;
     }
-    dbcmbCognome->setEntries(entries(m_users, m_users.bySurname(), &User::Cognome));
-    dbcmbNome->setEntries(entries(m_users, m_users.byFirstName(), &User::Nome));
+    dbcmbCognome->setEntries(m_surnames.take());
+    dbcmbNome->setEntries(m_firstNames.take());
     return true;
 }
 
@@ -359,4 +372,10 @@ void frmEventi::setBusy(bool busy)
     cmdRicerca->setEnabled(!busy);
     cmdStampa->setEnabled(!busy);
     cmdToExcel->setEnabled(!busy);
+}
+
+void frmEventi::setReading(bool reading)
+{
+    for (QWidget *control : QList<QWidget *>{dbcmbCognome, dbcmbNome, cmdRicerca, cmdStampa, cmdToExcel})
+        control->setEnabled(!reading);
 }

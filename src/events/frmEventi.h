@@ -3,6 +3,7 @@
 #include "events/EventExport.h"
 #include "events/EventSearch.h"
 #include "platform/Clock.h"
+#include "platform/TaskSequence.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
 #include "widgets/TaskRunner.h"
@@ -28,7 +29,8 @@ public:
               const CurrentPrinter &printer, QWidget *parent = nullptr);
     ~frmEventi() override;
 
-    /// Reads the users. When they cannot be read, the operator is told and this window is of no use.
+    /// Begins to read the users, whose names come a moment later when there are many. When they cannot be read, the
+    /// operator is told and this window is of no use; later on it closes itself.
     bool open();
 
 protected:
@@ -56,6 +58,9 @@ private:
     void showFound(bool isKnown);
     QStringList shownRow(qsizetype row);
     void exportTo(const QString &file);
+    bool namesRead(const Result<void> &read);
+    /// What needs the users waits until they are known.
+    void setReading(bool reading);
     /// While a search, a print or an export runs, none of them can begin.
     void setBusy(bool busy);
 
@@ -63,6 +68,9 @@ private:
     Messages &m_messages;
     Disk &m_disk;
     UserDirectory m_users;
+    NameSort m_surnames;
+    NameSort m_firstNames;
+    TaskSequence m_opening;
     EventSearch m_search;
     TaskRunner m_runner;
     Printing m_printing;

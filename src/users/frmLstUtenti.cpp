@@ -254,14 +254,8 @@ bool frmLstUtenti::commitCell()
 
 void frmLstUtenti::fillCombos()
 {
-    for (const auto &[names, box] :
-         {std::pair(&m_register.surnames(), dbcmbCognome), std::pair(&m_register.firstNames(), dbcmbNome)}) {
-        QList<UserCombo::Entry> entries;
-        entries.reserve(names->entries().size());
-        for (const NameList::Entry &entry : names->entries())
-            entries.append({entry.text, entry.id});
-        box->setEntries(std::move(entries));
-    }
+    dbcmbCognome->setEntries(m_register.surnames().entries());
+    dbcmbNome->setEntries(m_register.firstNames().entries());
 }
 
 /// After rows came or went.

@@ -15,11 +15,15 @@ void fill(TestFolder &test)
                    {u"5"_s, u"TX"_s, {}, u"Ada"_s}});
 }
 
-QStringList names(const UserDirectory &users, const QList<int> &places)
+QStringList names(const UserDirectory &users, QString User::*name)
 {
+    NameSort sort = users.names(name);
+    while (!sort.step(QDeadlineTimer(0)).value()) {
+    }
     QStringList names;
-    for (const int place : places) {
-        const User &user = users.users()[place];
+    const QList<NameEntry> entries = sort.take();
+    for (const NameEntry &entry : entries) {
+        const User &user = users.users()[entry.id];
         names.append(user.Codice + u' ' + user.Tipo);
     }
     return names;
@@ -49,7 +53,8 @@ void TestDirectory::lookUp()
     fill(test);
     for (const bool inTurns : {false, true}) {
         QVERIFY(!test.archives.exists(copyName));
-        UserDirectory users(test.archives, copyName, inTurns ? UserDirectory::Copy::Kept : UserDirectory::Copy::Removed);
+        UserDirectory users(test.archives, copyName,
+                            inTurns ? UserDirectory::Copy::Kept : UserDirectory::Copy::Removed);
         if (inTurns) {
             QVERIFY(users.begin().ok());
             int turns = 1;
@@ -65,8 +70,8 @@ void TestDirectory::lookUp()
         QCOMPARE(nameOf(users.findCode(u"7"_s)) + nameOf(users.findCode(u"5"_s)), u"rossi/BeaNeri/Ada"_s);
         QCOMPARE(users.nearest(u"5"_s, u"??"_s).Cognome + users.nearest(u"7"_s, u"DKS"_s).Cognome, u"NeriRossi"_s);
         QVERIFY(!users.findCode(u"6"_s) && !users.contains(u"6"_s) && users.nearest(u"6"_s, u"TX"_s).Nome.isEmpty());
-        QCOMPARE(names(users, users.bySurname()), listOf("5 DKS,7 TX,7 DKS"));
-        QCOMPARE(names(users, users.byFirstName()), listOf("5 DKS,5 TX,7 DKS,7 TX"));
+        QCOMPARE(names(users, &User::Cognome), listOf("5 DKS,7 TX,7 DKS"));
+        QCOMPARE(names(users, &User::Nome), listOf("5 DKS,5 TX,7 DKS,7 TX"));
         users.forget();
         QVERIFY(!users.isKnown() && users.contains(u"5"_s));
     }

@@ -447,7 +447,7 @@ void TestSearch::dayGrows()
     FakeClock clock;
     test.addUsers({{u"5"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s}});
     DayView view(test.archives, clock);
-    QVERIFY(view.open() && !view.hasArchive());
+    QVERIFY(view.open() && view.users().step(QDeadlineTimer(QDeadlineTimer::Forever)).value() && !view.hasArchive());
     const auto add = [&](int from, int to) {
         for (int i = from; i <= to; ++i)
             test.addEvents(u"05-03-2004"_s, {{QString::number(i), u"TX"_s, u"A"_s, {}, {}, u"10:0%1:00"_s.arg(i)}});
@@ -494,7 +494,7 @@ void TestSearch::dayChanges()
     const QStringList event = {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s};
     test.addEvents(u"05-03-2004"_s, {event});
     DayView view(test.archives, clock);
-    QVERIFY(view.open() && view.refresh(5));
+    QVERIFY(view.open() && view.users().step(QDeadlineTimer(QDeadlineTimer::Forever)).value() && view.refresh(5));
     clock.moment = clock.moment.addDays(1);
     test.addEvents(u"05-03-2004"_s, {event});
     // A late event of the old day, and no archive of the new one yet.

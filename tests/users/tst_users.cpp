@@ -42,7 +42,7 @@ struct Desk {
     QStringList names(const NameList &list)
     {
         QStringList names;
-        for (const NameList::Entry &entry : list.entries())
+        for (const NameEntry &entry : list.entries())
             names.append(entry.text);
         return names;
     }
