@@ -4,16 +4,12 @@
 
 #include <algorithm>
 
-void NameList::read(const UserRows &users)
+NameSort NameList::sort(const UserRows &users) const
 {
-    m_entries.clear();
-    for (qsizetype row = 0; row < users.count(); ++row) {
-        const QString name = users[row].*m_name;
-        if (!name.isEmpty())
-            m_entries.append({nameKey(name), name, users.id(row)});
-    }
-    std::stable_sort(m_entries.begin(), m_entries.end(),
-                     [](const NameEntry &a, const NameEntry &b) { return a.key < b.key; });
+    return NameSort([users] { return users.count(); },
+                    [users, name = m_name](qsizetype row) {
+                        return NameSort::Person{users[row].*name, {}, users.id(row)};
+                    });
 }
 
 void NameList::change(qint64 id, const QString &before, const QString &after)

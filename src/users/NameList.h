@@ -14,7 +14,9 @@ public:
     /// An id is that of the user's row.
     const QList<NameEntry> &entries() const { return m_entries; }
 
-    void read(const UserRows &users);
+    /// Lists the names of @p users; what it has made is for set().
+    NameSort sort(const UserRows &users) const;
+    void set(QList<NameEntry> entries) { m_entries = std::move(entries); }
     /// @param before, after  the name of one user; "" has no entry
     void change(qint64 id, const QString &before, const QString &after);
 

@@ -20,7 +20,7 @@ Result<bool> TruncatedCodes::step(const QDeadlineTimer &until)
         const User user = m_users[row];
         const QString truncated = truncatedCode(user.Codice, m_protocol);
         if (truncated != user.CodTronc) {
-            if (const Result<void> stored = store(id, truncated); !stored) {
+            if (const Result<void> stored = store(id, row, truncated); !stored) {
                 m_transaction.takeBack();
                 return stored.fault();
             }
@@ -29,14 +29,14 @@ Result<bool> TruncatedCodes::step(const QDeadlineTimer &until)
             return false;
     }
     m_update.reset();
-    if (m_changes > 0) {
+    if (!m_changes.isEmpty()) {
         if (const Result<void> stands = m_transaction.commit(); !stands)
             return stands.fault();
     }
     return true;
 }
 
-Result<void> TruncatedCodes::store(qint64 id, const QString &truncated)
+Result<void> TruncatedCodes::store(qint64 id, qsizetype row, const QString &truncated)
 {
     if (!m_update) {
         if (Result<void> begun = m_transaction.begin(); !begun)
@@ -53,6 +53,6 @@ Result<void> TruncatedCodes::store(qint64 id, const QString &truncated)
     m_update->reset();
     if (!stepped)
         return stepped.fault();
-    ++m_changes;
+    m_changes.append({row, truncated});
     return {};
 }

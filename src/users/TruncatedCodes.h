@@ -18,12 +18,16 @@ public:
     Result<bool> step(const QDeadlineTimer &until) override;
     /// Users that have been looked at.
     Progress progress() const override { return {m_done, count()}; }
+    struct Change {
+        qsizetype row = 0; ///< among the users
+        QString truncated;
+    };
     /// Users whose truncated code was another one.
-    qsizetype changes() const { return m_changes; }
+    const QList<Change> &changes() const { return m_changes; }
 
 private:
     qsizetype count() const { return m_users.count(); }
-    Result<void> store(qint64 id, const QString &truncated);
+    Result<void> store(qint64 id, qsizetype row, const QString &truncated);
 
     Database &m_database;
     const UserRows m_users;
@@ -32,5 +36,5 @@ private:
     Transaction m_transaction;
     std::optional<Statement> m_update;
     qsizetype m_done = 0;
-    qsizetype m_changes = 0;
+    QList<Change> m_changes;
 };

@@ -196,13 +196,31 @@ QPoint frmLstUtenti::place(QSize area, QSize own) const
 
 bool frmLstUtenti::open()
 {
-    if (const Result<void> opened = m_register.open(); !opened) {
+    Result<void> opened = m_register.begin();
+    if (opened) {
+        setEnabled(false);
+        m_reading = m_register.reading();
+        const auto ended = m_runner.runAtOnce(*m_reading, [this](const Result<void> &read) {
+            if (!usersRead(read))
+                unload();
+        });
+        if (!ended)
+            return true;
+        opened = *ended;
+    }
+    return usersRead(opened);
+}
+
+/// @return false when they cannot be, which the operator has been told
+bool frmLstUtenti::usersRead(const Result<void> &read)
+{
+    m_reading.reset();
+    if (!read) {
         // This window is taken away at once; the message must stay.
-        showFault(parentWidget() ? window() : nullptr, OwnText::ArchiveNotOpened, m_register.archive(), opened.fault());
+        showFault(parentWidget() ? window() : nullptr, OwnText::ArchiveNotOpened, m_register.archive(), read.fault());
         return false;
     }
     fillCombos();
-    setEnabled(false);
     tmrLoad.start(loadMilliseconds);
     return true;
 }
@@ -214,9 +232,12 @@ void frmLstUtenti::tmrLoad_Timer()
         return loaded({});
     std::unique_ptr<TruncatedCodes> loading = m_register.truncatedCodes();
     const TruncatedCodes &running = *loading;
-    m_runner.run(
-        std::move(loading), TaskRunner::Notice{m_texts[Text::CaricamentoUtenti]},
-        [this, &running](const Result<void> &run) { loaded(run ? m_register.truncatedCodesEnded(running) : run); });
+    m_runner.run(std::move(loading), TaskRunner::Notice{m_texts[Text::CaricamentoUtenti]},
+                 [this, &running](const Result<void> &run) {
+                     if (run)
+                         m_register.truncatedCodesEnded(running);
+                     loaded(run);
+                 });
 }
 
 void frmLstUtenti::loaded(const Result<void> &result)

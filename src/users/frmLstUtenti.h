@@ -39,8 +39,8 @@ public:
                  QWidget *parent = nullptr);
     ~frmLstUtenti() override;
 
-    /// Makes the working copy; the users are shown a moment later. When it cannot be made, the operator is told and
-    /// this window is of no use.
+    /// Makes the working copy; the users are shown a moment later. When it cannot be made or read, the operator is told
+    /// and this window is of no use; later on it closes itself.
     bool open();
 
     QPoint place(QSize area, QSize own) const override;
@@ -88,6 +88,7 @@ private:
     bool commitCell();
     bool isEmpty();
     void openOver(ChildWindow *window, std::function<QPoint(QRect own, QSize child)> place);
+    bool usersRead(const Result<void> &read);
     void enable();
     void loaded(const Result<void> &result);
     void duplicatesListed(const DuplicateReport &duplicates);
@@ -107,6 +108,7 @@ private:
     UserRegister m_register;
     Outcome m_outcome = NotSaved;
 
+    std::unique_ptr<Task> m_reading;
     TaskRunner m_runner;
     QPointer<ChildWindow> m_child;
     bool m_isAsking = false; ///< whether to save at the close

@@ -225,4 +225,5 @@ void frmLstUtenti::stopAll()
     tmrLoad.stop();
     tmrRicOn.stop();
     m_runner.stop();
+    m_reading.reset();
 }
