@@ -64,7 +64,7 @@ void measure(const QString &folder, qsizetype count)
     QTimer turn;
     QObject::connect(&turn, &QTimer::timeout, [&] {
         Result<bool> done = false;
-        longestTurn = qMax(longestTurn, microseconds([&] { done = work.step(20); }) / 1000);
+        longestTurn = qMax(longestTurn, microseconds([&] { done = work.step(QDeadlineTimer(20)); }) / 1000);
         if (!done)
             qFatal("the export failed");
         most = qMax(most, residentPages());

@@ -104,6 +104,13 @@ int bareSearch(TestFolder &test, const QByteArray &key, const QStringList &names
     return count;
 }
 
+/// Takes a turn. @return whether there is more to do
+bool goesOn(EventSearch &search)
+{
+    const Result<bool> isDone = search.step(QDeadlineTimer(20));
+    return isDone && !isDone.value();
+}
+
 EventQuery wholeYear()
 {
     EventQuery query;
@@ -124,7 +131,7 @@ void search(TestFolder &test, const QByteArray &key, const QStringList &names)
         ours.append(microseconds([&] {
                         if (!users.open() || !search.start(wholeYear()))
                             qFatal("no search");
-                        while (search.step(QDeadlineTimer(20)))
+                        while (goesOn(search))
                             QCoreApplication::processEvents();
                     }) /
                     1000);
@@ -177,7 +184,7 @@ void missingDays(TestFolder &test)
     const double ours = microseconds([&] {
                             if (!users.open() || !search.start(query))
                                 qFatal("no search");
-                            while (search.step(QDeadlineTimer(20))) {
+                            while (goesOn(search)) {
                             }
                         }) /
                         1000;
@@ -197,7 +204,7 @@ void dayView(TestFolder &test)
     test.addEvents(day, someEvents(100'000));
     Result<Database> log = test.archives.open(ArchiveName::events(day), Database::Use::Log);
     DayView view(test.archives, clock);
-    if (!view.open() || !view.refresh(25))
+    if (!view.open() || !view.users().step(QDeadlineTimer(QDeadlineTimer::Forever)) || !view.refresh(25))
         qFatal("no view");
     const auto refresh = [&view](bool news) {
         const Result<bool> changed = view.refresh(25);

@@ -13,6 +13,22 @@ CopyEditor::~CopyEditor()
 
 Result<void> CopyEditor::open()
 {
+    if (Result<void> begun = begin(); !begun)
+        return begun;
+    const Result<bool> isRead = read(QDeadlineTimer(QDeadlineTimer::Forever));
+    return isRead ? Result<void>() : Result<void>(isRead.fault());
+}
+
+Result<bool> CopyEditor::read(const QDeadlineTimer &until)
+{
+    Result<bool> isRead = m_database ? m_set->requery(until) : Result<bool>(notOpen());
+    if (!isRead)
+        discard();
+    return isRead;
+}
+
+Result<void> CopyEditor::begin()
+{
     discard();
     // What is locked or damaged is told here, before bytes are copied that another program may be writing.
     if (const Result<void> free = checkArchive(); !free)
@@ -23,14 +39,9 @@ Result<void> CopyEditor::open()
     Result<void> done = m_archives.copy(m_source.archive, m_source.copy);
     if (done)
         done = openCopy();
-    if (done) {
-        Result<RecordSet> set = RecordSet::open(*m_database, m_source.statement, RecordSet::Kind::Dynaset);
-        if (set)
-            m_set = std::move(set.value());
-        else
-            done = set.fault();
-    }
-    if (!done)
+    if (done)
+        m_set = RecordSet(*m_database, m_source.statement, RecordSet::Kind::Dynaset);
+    else
         discard();
     return done;
 }
@@ -96,6 +107,9 @@ Result<void> CopyEditor::keepBackup()
 
 void CopyEditor::discard()
 {
+    // What is still being read hangs on the database.
+    if (m_set)
+        m_set->stopReading();
     m_database.reset();
     m_changed = false;
     // What cannot be removed now is removed when the archive is opened the next time.

@@ -30,6 +30,10 @@ public:
     /// Makes the working copy, in place of one that was left by a program that was cut off. On a fault none is left.
     /// @return Locked also while another program has the archive itself locked
     Result<void> open();
+    /// The same in turns: makes the working copy, whose set has no rows yet; then reads them.
+    Result<void> begin();
+    /// @return true when all are read; on a fault no working copy is left
+    Result<bool> read(const QDeadlineTimer &until);
     /// Puts the working copy in the archive's place, once it has been read through, and ends the work. On a fault the
     /// work goes on where it was, with the same current row, and can be saved again.
     /// @return Damaged when the copy is: the archive and its backup stay as they are

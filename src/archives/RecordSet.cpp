@@ -14,6 +14,14 @@ SqlValues bound(const RecordSet::Values &values)
 
 } // namespace
 
+/// Rows that are not shown before all of them are there.
+struct RecordSet::Reading {
+    explicit Reading(Statement prepared) : statement(std::move(prepared)) {}
+
+    Statement statement;
+    QList<Row> rows;
+};
+
 RecordSet::RecordSet(Database &database, QString statement, Kind kind)
     : m_database(&database), m_statement(std::move(statement)), m_kind(kind)
 {
@@ -33,29 +41,55 @@ Result<RecordSet> RecordSet::open(Database &database, const QString &statement, 
 
 Result<void> RecordSet::requery()
 {
+    m_reading.reset();
+    const Result<bool> read = requery(QDeadlineTimer(QDeadlineTimer::Forever));
+    return read ? Result<void>() : Result<void>(read.fault());
+}
+
+Result<void> RecordSet::beginReading()
+{
     Result<Statement> prepared =
         m_database->prepare(QStringLiteral("SELECT rowid, ") + m_statement.sliced(m_statement.indexOf(m_fieldList)));
     if (!prepared)
         return prepared.fault();
-    Statement &statement = prepared.value();
-    QStringList fields;
-    for (int column = 1; column < statement.columnCount(); ++column)
-        fields.append(statement.columnName(column));
-
-    QList<Row> rows;
-    const Result<void> read = statement.each([&](const Statement &found) {
-        Row row{found.integer(0), {}};
-        for (int column = 1; column <= fields.size(); ++column)
-            row.values.append(found.text(column));
-        rows.append(std::move(row));
-    });
-    if (!read)
-        return read;
-    m_fields = std::move(fields);
-    m_rows = std::move(rows);
-    m_onDeleted = false;
-    m_position = 0;
+    m_reading = std::make_shared<Reading>(std::move(prepared.value()));
     return {};
+}
+
+Result<bool> RecordSet::requery(const QDeadlineTimer &until)
+{
+    if (!m_reading) {
+        if (const Result<void> begun = beginReading(); !begun)
+            return begun.fault();
+    }
+    Statement &found = m_reading->statement;
+    do {
+        const Result<bool> stepped = found.step();
+        if (!stepped) {
+            m_reading.reset();
+            return stepped.fault();
+        }
+        if (!stepped.value()) {
+            m_fields.clear();
+            for (int column = 1; column < found.columnCount(); ++column)
+                m_fields.append(found.columnName(column));
+            m_rows = std::move(m_reading->rows);
+            m_reading.reset();
+            moveFirst();
+            return true;
+        }
+        Row row{found.integer(0), {}};
+        row.values.reserve(found.columnCount() - 1);
+        for (int column = 1; column < found.columnCount(); ++column)
+            row.values.append(found.text(column));
+        m_reading->rows.append(std::move(row));
+    } while (!until.hasExpired());
+    return false;
+}
+
+qsizetype RecordSet::rowsRead() const
+{
+    return m_reading ? m_reading->rows.size() : m_rows.size();
 }
 
 void RecordSet::moveFirst()
@@ -137,6 +171,22 @@ bool RecordSet::moveToRow(qint64 id)
     return true;
 }
 
+bool RecordSet::settle(qint64 id, const QString &field)
+{
+    if (!moveToRow(id))
+        return false;
+    const qsizetype column = m_fields.indexOf(field);
+    Row row = m_rows.takeAt(m_position);
+    const auto place =
+        std::upper_bound(m_rows.cbegin(), m_rows.cend(), row, [column](const Row &settled, const Row &other) {
+            const int order = settled.values.value(column).compare(other.values.value(column));
+            return order != 0 ? order < 0 : settled.id < other.id;
+        });
+    m_position = place - m_rows.cbegin();
+    m_rows.insert(m_position, std::move(row));
+    return true;
+}
+
 Result<QStringList> RecordSet::read(qint64 id) const
 {
     QStringList values;
@@ -180,7 +230,8 @@ Result<void> RecordSet::edit(const Values &values)
     const QStringList names = values.keys();
     for (const QString &name : names)
         assignments.append(name + QStringLiteral("=?"));
-    const QString sql = QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?").arg(m_table, assignments.join(QLatin1Char(',')));
+    const QString sql =
+        QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?").arg(m_table, assignments.join(QLatin1Char(',')));
     if (Result<void> changed = m_database->execute(sql, bound(values) << row->id); !changed)
         return changed;
     if (m_database->changes() == 0)

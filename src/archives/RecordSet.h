@@ -2,8 +2,11 @@
 
 #include "archives/Database.h"
 
+#include <QDeadlineTimer>
 #include <QHash>
 #include <QList>
+
+#include <memory>
 
 /// The rows of one statement, in its order, with one of them current.
 ///
@@ -18,13 +21,22 @@
 class RecordSet
 {
 public:
-    enum class Kind { Dynaset, Snapshot }; ///< a snapshot is only read
+    enum class Kind { Dynaset, Snapshot };  ///< a snapshot is only read
     using Values = QHash<QString, QString>; ///< field -> value
 
     /// @param database   must outlive the set
     /// @param statement  "SELECT <fields> FROM <table> ..." on one table
     static Result<RecordSet> open(Database &database, const QString &statement, Kind kind);
     Result<void> requery();
+    /// A set without rows, to be read in turns.
+    RecordSet(Database &database, QString statement, Kind kind);
+    /// The same as requery(), in turns of at least one row. Until it is done, and on a fault, the rows stay as they
+    /// were.
+    /// @return true when it is done; the next call begins anew
+    Result<bool> requery(const QDeadlineTimer &until);
+    void stopReading() { m_reading.reset(); }
+    /// Of the reading that is under way.
+    qsizetype rowsRead() const;
 
     bool isEmpty() const { return m_rows.isEmpty(); }
     qsizetype recordCount() const { return m_rows.size(); }
@@ -56,12 +68,17 @@ public:
     qint64 rowId(qsizetype row) const { return m_rows[row].id; }
     /// Makes the row with that id current. @return false, and nothing changes, when the set does not hold it
     bool moveToRow(qint64 id);
+    /// Moves a row to where @p field wants it, by whose rising values, and then by ids, the others are sorted, and
+    /// makes it current. @return false, and nothing changes, when the set does not hold it
+    bool settle(qint64 id, const QString &field);
     int columnCount() const { return static_cast<int>(m_fields.size()); }
 
     Result<void> addNew(const Values &values);
     /// NotFound when the row is deleted or was deleted by another connection.
     Result<void> edit(const Values &values);
     Result<void> remove();
+    /// A value of any row that was changed in the database by other means. @param row  0 to recordCount() - 1
+    void note(qsizetype row, int column, const QString &value) { m_rows[row].values[column] = value; }
 
 private:
     struct Row {
@@ -69,7 +86,9 @@ private:
         QStringList values;
     };
 
-    RecordSet(Database &database, QString statement, Kind kind);
+    struct Reading;
+
+    Result<void> beginReading();
     const Row *current() const;
     Result<QStringList> read(qint64 id) const;
 
@@ -83,4 +102,5 @@ private:
     qsizetype m_position = 0;
     bool m_onDeleted = false;
     Row m_deleted;
+    std::shared_ptr<Reading> m_reading; ///< under way
 };

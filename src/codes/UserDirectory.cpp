@@ -1,7 +1,6 @@
 #include "codes/UserDirectory.h"
 
 #include "archives/Tables.h"
-#include "texts/NameKey.h"
 
 #include <algorithm>
 
@@ -67,20 +66,19 @@ Result<void> UserDirectory::openArchive(QStringView name, Database::Use use)
 /// Begins anew with the register itself, unless somebody is changing it.
 Result<void> UserDirectory::readRegister(const Fault &ofCopy)
 {
-    const Result<void> begun = ofCopy.code == FaultCode::Locked
-                                   ? Result<void>(ofCopy)
-                                   : openArchive(ArchiveName::Users, Database::Use::Safe);
+    const Result<void> begun =
+        ofCopy.code == FaultCode::Locked ? Result<void>(ofCopy) : openArchive(ArchiveName::Users, Database::Use::Safe);
     if (begun)
         return {};
     return Fault{begun.fault().code, m_archives.folder().path(QStringView(ArchiveName::Users).toString())};
 }
 
-Result<bool> UserDirectory::step(QDeadlineTimer budget)
+Result<bool> UserDirectory::step(const QDeadlineTimer &until)
 {
     if (!m_reading)
         return Fault{FaultCode::NotOpen, m_copy};
     if (m_reading->rows) {
-        const Result<void> read = readOn(budget);
+        const Result<void> read = readOn(until);
         if (!read) {
             const bool isCopy = m_reading->isCopy;
             m_reading.reset();
@@ -88,7 +86,7 @@ Result<bool> UserDirectory::step(QDeadlineTimer budget)
             return begun ? Result<bool>(false) : Result<bool>(begun.fault());
         }
     }
-    if (m_reading->rows || !index(budget))
+    if (m_reading->rows || !index(until))
         return false;
     m_users = std::move(m_reading->users);
     m_firstOfCode = std::move(m_reading->firstOfCode);
@@ -98,7 +96,7 @@ Result<bool> UserDirectory::step(QDeadlineTimer budget)
     return true;
 }
 
-Result<void> UserDirectory::readOn(const QDeadlineTimer &budget)
+Result<void> UserDirectory::readOn(const QDeadlineTimer &until)
 {
     QString type; // nearly all have the same one: they share it
     do {
@@ -116,12 +114,12 @@ Result<void> UserDirectory::readOn(const QDeadlineTimer &budget)
         else
             type = user.Tipo;
         m_reading->users.append(std::move(user));
-    } while (!budget.hasExpired());
+    } while (!until.hasExpired());
     return {};
 }
 
 /// @return true when all are indexed
-bool UserDirectory::index(const QDeadlineTimer &budget)
+bool UserDirectory::index(const QDeadlineTimer &until)
 {
     Reading &reading = *m_reading;
     const int count = static_cast<int>(reading.users.size());
@@ -135,7 +133,7 @@ bool UserDirectory::index(const QDeadlineTimer &budget)
         // New in the hash it is 0, which comes last of all places and so is nobody's follower.
         reading.next[place] = first > 0 ? first : -1;
         first = place;
-        if (budget.hasExpired() && reading.indexed < count)
+        if (until.hasExpired() && reading.indexed < count)
             return false;
     }
     return true;
@@ -163,23 +161,16 @@ User UserDirectory::nearest(const QString &code, const QString &type) const
     return user ? *user : User();
 }
 
-QList<int> UserDirectory::sorted(QString User::*name) const
+NameSort UserDirectory::names(QString User::*name) const
 {
-    QList<std::pair<QString, int>> keys;
-    for (int i = 0; i < m_users.size(); ++i) {
-        if (!(m_users[i].*name).isEmpty())
-            keys.append({nameKey(m_users[i].*name), i});
-    }
-    std::sort(keys.begin(), keys.end(), [this](const auto &a, const auto &b) {
-        const int order = a.first.compare(b.first);
-        if (order != 0)
-            return order < 0;
-        const int codes = m_users[a.second].Codice.compare(m_users[b.second].Codice);
-        return codes != 0 ? codes < 0 : a.second < b.second;
-    });
-    QList<int> places;
-    places.reserve(keys.size());
-    for (const auto &[key, place] : keys)
-        places.append(place);
-    return places;
+    return NameSort([this] { return m_users.size(); },
+                    [this, name](qsizetype place) {
+                        const User &user = m_users[place];
+                        return NameSort::Person{user.*name, user.Codice, place};
+                    });
+}
+
+Task::Progress UserDirectory::progress() const
+{
+    return {m_reading ? m_reading->users.size() : m_users.size(), 0};
 }

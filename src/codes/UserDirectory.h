@@ -2,8 +2,8 @@
 
 #include "archives/ArchiveStore.h"
 #include "codes/User.h"
+#include "texts/NameSort.h"
 
-#include <QDeadlineTimer>
 #include <QHash>
 
 #include <optional>
@@ -11,9 +11,9 @@
 /// The users of the register, read once into memory, so that a look-up costs the same with one user and with fifty
 /// thousand. Notes and truncated codes are not read: nobody looks users up for them.
 ///
-/// What is read is a private copy, which keeps the register free for others. Where there is no room for one, or it cannot
-/// be read, that is the register itself.
-class UserDirectory
+/// What is read is a private copy, which keeps the register free for others. Where there is no room for one, or it
+/// cannot be read, that is the register itself.
+class UserDirectory : public Task
 {
 public:
     /// What becomes of the copy when this object goes.
@@ -21,7 +21,7 @@ public:
 
     /// @param archives  must outlive this object; @param copy  name of the copy, relative to the program folder
     UserDirectory(ArchiveStore &archives, QStringView copy, Copy atEnd = Copy::Removed);
-    ~UserDirectory();
+    ~UserDirectory() override;
     UserDirectory(const UserDirectory &) = delete;
     UserDirectory &operator=(const UserDirectory &) = delete;
 
@@ -31,16 +31,17 @@ public:
 
     /// The same in turns: copies the register anew, and gets ready to read it.
     Result<void> begin();
-    /// Reads on from begin(), at least one user, until @p budget is spent.
-    /// @return true when the users are known
-    Result<bool> step(QDeadlineTimer budget);
+    /// Reads on from begin(), at least one user. @return true when the users are known
+    Result<bool> step(const QDeadlineTimer &until) override;
+    /// Users read so far; how many there are is not known before.
+    Progress progress() const override;
 
     /// What is known is out of date: nobody is decided about until the register has been read again.
     void forget() { m_known = false; }
     /// True once the register has been read, until it is forgotten.
     bool isKnown() const { return m_known; }
 
-    /// All users in the order in which they lie in the register. A user's place here is what the lists below hold.
+    /// All users in the order in which they lie in the register. A user's place here is what lists of names hold.
     const QList<User> &users() const { return m_users; }
     /// True when a user has the code, whatever its type.
     bool contains(const QString &code) const { return m_firstOfCode.contains(code); }
@@ -51,9 +52,8 @@ public:
     /// The user with this code and type; else the first with the code alone; nobody's fields without one.
     User nearest(const QString &code, const QString &type) const;
 
-    /// Places of those that have a surname (a first name), sorted by it as nameKey() says, those of one name by code.
-    QList<int> bySurname() const { return sorted(&User::Cognome); }
-    QList<int> byFirstName() const { return sorted(&User::Nome); }
+    /// Lists the users who are known by their surnames (or first names); an id is a place in users().
+    NameSort names(QString User::*name) const;
 
 private:
     struct Reading;
@@ -62,7 +62,6 @@ private:
     Result<void> readRegister(const Fault &ofCopy);
     Result<void> readOn(const QDeadlineTimer &budget);
     bool index(const QDeadlineTimer &budget);
-    QList<int> sorted(QString User::*name) const;
 
     ArchiveStore &m_archives;
     const QString m_copy;

@@ -15,7 +15,7 @@ Result<void> DayView::open()
     m_today = DataFile(m_clock.date());
     m_shown = 0;
     m_rows.clear();
-    return m_users.open();
+    return m_users.begin();
 }
 
 bool DayView::hasArchive() const

@@ -16,8 +16,9 @@ public:
     /// @param archives, @param clock  must outlive this object
     DayView(ArchiveStore &archives, const Clock &clock);
 
-    /// Reads the users and takes today as the day shown.
+    /// Takes today as the day shown. Its users are to be read then, before refresh().
     Result<void> open();
+    Task &users() { return m_users; }
     /// Whether the day shown has an archive.
     bool hasArchive() const;
 

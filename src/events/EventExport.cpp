@@ -1,21 +1,18 @@
 #include "events/EventExport.h"
 
-#include <QDeadlineTimer>
-
 EventExport::EventExport(Disk &disk, const QString &target, ExportedEvents events) : m_events(std::move(events))
 {
     m_workbook.emplace(m_events.sheetName, m_events.captions);
     m_file.emplace(disk, target);
 }
 
-Result<bool> EventExport::step(qint64 budget)
+Result<bool> EventExport::step(const QDeadlineTimer &until)
 {
-    const QDeadlineTimer deadline(budget, Qt::PreciseTimer);
     while (m_stage != Stage::Ended) {
         m_outcome = work();
         if (!m_outcome)
             m_stage = Stage::Ended;
-        if (deadline.hasExpired())
+        if (until.hasExpired())
             break;
     }
     if (m_stage == Stage::Ended) {

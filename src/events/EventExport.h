@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FreshFile.h"
+#include "platform/Task.h"
 #include "platform/Workbook.h"
 
 #include <functional>
@@ -16,23 +17,20 @@ struct ExportedEvents {
     std::function<Result<QStringList>(qsizetype index)> row;
 };
 
-/// Writes events into a spreadsheet file, in turns that its owner gives it.
+/// Writes events into a spreadsheet file, at least one row in each step.
 ///
 /// The file appears under its name when it is whole, in the place of one that was there. An export that fails, or that
 /// goes before it has ended, leaves nothing behind, and the old file as it was.
-class EventExport
+class EventExport : public Task
 {
 public:
     /// @param disk    must outlive this object
     /// @param target  absolute path of the file to be made or replaced
     EventExport(Disk &disk, const QString &target, ExportedEvents events);
 
-    /// Works for about @p budget milliseconds, at least one row.
-    /// @return true when the file is there, false when there is more to do; after a fault the export has ended
-    Result<bool> step(qint64 budget);
-
-    qsizetype position() const { return m_position; } ///< rows taken so far
-    qsizetype count() const { return m_events.count; }
+    Result<bool> step(const QDeadlineTimer &until) override;
+    /// Rows taken so far.
+    Progress progress() const override { return {m_position, m_events.count}; }
 
 private:
     enum class Stage { Create, Rows, Write, Settle, Commit, Ended };

@@ -47,7 +47,7 @@ Result<void> EventSearch::start(const EventQuery &query)
     return {};
 }
 
-bool EventSearch::step(const QDeadlineTimer &until)
+Result<bool> EventSearch::step(const QDeadlineTimer &until)
 {
     while (m_running) {
         if (m_open)
@@ -57,7 +57,7 @@ bool EventSearch::step(const QDeadlineTimer &until)
         if (until.hasExpired())
             break;
     }
-    return m_running;
+    return m_fault ? Result<bool>(*m_fault) : Result<bool>(!m_running);
 }
 
 void EventSearch::stop()

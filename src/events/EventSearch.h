@@ -3,43 +3,39 @@
 #include "archives/DayFiles.h"
 #include "events/EventQuery.h"
 #include "events/SearchResults.h"
-
-#include <QDeadlineTimer>
+#include "platform/Task.h"
 
 #include <algorithm>
 #include <memory>
 
 /// Walks through the archives of the days of a query and copies the events that match, with the names of their users.
-class EventSearch
+/// Each step deals with at least one event or day. What has been found stays, whether the search was stopped or could
+/// keep no more events, which is its fault.
+class EventSearch : public Task
 {
 public:
     /// @param archives, @param users  must outlive this object
     EventSearch(ArchiveStore &archives, const UserDirectory &users);
-    ~EventSearch();
+    ~EventSearch() override;
 
     /// Makes the empty results, so that a folder that cannot hold any is known before the operator has asked.
     Result<void> prepare() { return m_results.clear(); }
     /// Gets ready to search. The results are empty from now on.
     /// @param query  without a fault, see checkQuery()
     Result<void> start(const EventQuery &query);
-    /// Goes on with the search; at least one event or day is dealt with.
-    /// @return true while there is more to do
-    bool step(const QDeadlineTimer &until);
-    /// Ends the walk where it is; what has been found so far stays.
-    void stop();
+    Result<bool> step(const QDeadlineTimer &until) override;
+    /// The place among the matches of the day that is being searched, counted from 1. Of a day that is damaged they are
+    /// not known: there are as many as have been found.
+    Progress progress() const override { return {m_position, std::max(m_matches, m_position)}; }
+    void stop() override;
 
-    /// Day that is being searched, "dd/mm/yyyy", and the place among its matches, counted from 1. Of a day that is
-    /// damaged the matches are not known: there are as many as have been found.
+    /// Day that is being searched, "dd/mm/yyyy".
     const QString &day() const { return m_day; }
-    int position() const { return m_position; }
-    int matches() const { return std::max(m_matches, m_position); }
 
     /// Days of whose archive nothing could be read, "dd/mm/yyyy", oldest first.
     const QStringList &unreadDays() const { return m_unread; }
     /// Days of which events are missing: their archive could be read in part only, or one was set aside.
     const QStringList &incompleteDays() const { return m_incomplete; }
-    /// Why no more events could be kept, which has ended the search. Those found before are there.
-    const std::optional<Fault> &fault() const { return m_fault; }
     /// Whether the search has come to its end and has read all there is: only then is nothing found when there is
     /// nothing.
     bool isComplete() const { return m_isAtEnd && !m_fault && m_unread.isEmpty() && m_incomplete.isEmpty(); }

@@ -1,6 +1,5 @@
 #include "events/frmEventi.h"
 
-#include "events/frmRicercapr.h"
 #include "startup/DateTimeText.h"
 #include "startup/PlainText.h"
 #include "texts/Texts.h"
@@ -23,7 +22,6 @@
 
 namespace {
 
-constexpr int stepMilliseconds = 15;
 constexpr double leastShare = 2.0 / 3; ///< of the main window's height
 
 QList<RowsModel::Column> columns(const Texts &texts)
@@ -39,15 +37,6 @@ QList<RowsModel::Column> columns(const Texts &texts)
             {texts[Text::KorDis], 600, Qt::AlignCenter, {}, false, spokenMark(texts)}};
 }
 
-QList<UserCombo::Entry> entries(const UserDirectory &users, const QList<int> &places, QString User::*name)
-{
-    QList<UserCombo::Entry> list;
-    list.reserve(places.size());
-    for (const int place : places)
-        list.append({users.users()[place].*name, place});
-    return list;
-}
-
 } // namespace
 
 frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
@@ -57,7 +46,11 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
       m_messages(messages),
       m_disk(archives.folder().disk()),
       m_users(archives, u"Archivi/AnaCon.zeb"),
+      m_surnames(m_users.names(&User::Cognome)),
+      m_firstNames(m_users.names(&User::Nome)),
+      m_opening({&m_users, &m_surnames, &m_firstNames}),
       m_search(archives, m_users),
+      m_runner(this),
       m_printing(this, printer, texts, messages),
       m_rows(new RowsModel(columns(texts), this))
 {
@@ -76,8 +69,6 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
     connect(cmdStampa, &QPushButton::clicked, this, &frmEventi::cmdStampa_Click);
     connect(cmdToExcel, &QPushButton::clicked, this, &frmEventi::cmdToExcel_Click);
     connect(cmdChiudi, &QPushButton::clicked, this, &ChildWindow::unload);
-    connect(&tmrRicerca, &QTimer::timeout, this, &frmEventi::tmrRicerca_Timer);
-    connect(&tmrEsporta, &QTimer::timeout, this, &frmEventi::tmrEsporta_Timer);
     setKeys(cmdRicerca, cmdChiudi);
     setKeepsPlace();
     setLeastHeight(leastShare);
@@ -205,17 +196,36 @@ void frmEventi::captions()
 
 bool frmEventi::open()
 {
-    Result<void> opened = m_users.open();
+    Result<void> opened = m_users.begin();
     if (opened)
         opened = m_search.prepare();
-    if (!opened) {
+    if (opened) {
+        const auto ended = m_runner.runAtOnce(m_opening, [this](const Result<void> &read) {
+            setReading(false);
+            if (namesRead(read))
+                return;
+            unload();
+        });
+        if (!ended) {
+            setReading(true);
+            return true;
+        }
+        opened = *ended;
+    }
+    return namesRead(opened);
+}
+
+/// @return whether the users are known, or else the operator has been told
+bool frmEventi::namesRead(const Result<void> &read)
+{
+    if (!read) {
         // This window is taken away at once; the message must stay.
         m_messages.show(parentWidget() ? window() : nullptr, Icon::Critical,
-                        m_texts.sentence({OwnText::SearchNotPossible, {}, opened.fault()}));
+                        m_texts.sentence({OwnText::SearchNotPossible, {}, read.fault()}));
         return false;
     }
-    dbcmbCognome->setEntries(entries(m_users, m_users.bySurname(), &User::Cognome));
-    dbcmbNome->setEntries(entries(m_users, m_users.byFirstName(), &User::Nome));
+    dbcmbCognome->setEntries(m_surnames.take());
+    dbcmbNome->setEntries(m_firstNames.take());
     return true;
 }
 
@@ -258,24 +268,10 @@ void frmEventi::cmdRicerca_Click()
         return;
     }
     setBusy(true);
-    m_progress = new frmRicercapr(m_texts[Text::RicercaInCorso], m_texts[Text::CmdAnnulla],
-                                  frmRicercapr::Button | frmRicercapr::Label, this);
-    m_progress->setLabel(m_texts[Text::Giorno] + m_search.day());
-    connect(m_progress, &frmRicercapr::Annulla, this, &frmEventi::objRicercaPr_Annulla);
-    tmrRicerca.start(0);
-}
-
-void frmEventi::tmrRicerca_Timer()
-{
-    if (!m_search.step(QDeadlineTimer(stepMilliseconds)))
-        return searchDone();
-    m_progress->setLabel(m_texts[Text::Giorno] + m_search.day());
-    m_progress->setProgress(m_search.position(), qMax(1, m_search.matches()));
-}
-
-void frmEventi::objRicercaPr_Annulla()
-{
-    m_search.stop();
+    m_runner.run(m_search,
+                 TaskRunner::Notice{m_texts[Text::RicercaInCorso], m_texts[Text::CmdAnnulla],
+                                    [this] { return m_texts[Text::Giorno] + m_search.day(); }},
+                 [this](const Result<void> &searched) { searchDone(searched); });
 }
 
 EventQuery frmEventi::query() const
@@ -337,11 +333,8 @@ void frmEventi::refuse(QueryFault fault)
     m_messages.show(this, Icon::Exclamation, m_texts[refusal.message], select);
 }
 
-void frmEventi::searchDone()
+void frmEventi::searchDone(const Result<void> &searched)
 {
-    tmrRicerca.stop();
-    if (m_progress)
-        m_progress->close();
     setBusy(false);
     const SearchResults &results = m_search.results();
     m_rowFaultTold = false;
@@ -353,8 +346,8 @@ void frmEventi::searchDone()
         dbgrdDati->setCurrentIndex(m_rows->index(0, 0));
         dbgrdDati->setFocus();
     }
-    if (const QString lacking = lacks(); !lacking.isEmpty())
-        m_messages.show(this, m_search.fault() ? Icon::Critical : Icon::Exclamation, lacking);
+    if (const QString lacking = lacks(searched); !lacking.isEmpty())
+        m_messages.show(this, searched ? Icon::Exclamation : Icon::Critical, lacking);
     else if (isKnown && results.count() == 0)
         m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoTrovato]);
 }
@@ -379,4 +372,10 @@ void frmEventi::setBusy(bool busy)
     cmdRicerca->setEnabled(!busy);
     cmdStampa->setEnabled(!busy);
     cmdToExcel->setEnabled(!busy);
+}
+
+void frmEventi::setReading(bool reading)
+{
+    for (QWidget *control : QList<QWidget *>{dbcmbCognome, dbcmbNome, cmdRicerca, cmdStampa, cmdToExcel})
+        control->setEnabled(!reading);
 }

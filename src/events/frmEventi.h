@@ -3,15 +3,13 @@
 #include "events/EventExport.h"
 #include "events/EventSearch.h"
 #include "platform/Clock.h"
+#include "platform/TaskSequence.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
-
-#include <QPointer>
-#include <QTimer>
+#include "widgets/TaskRunner.h"
 
 class Fields;
 class Grid;
-class frmRicercapr;
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -31,7 +29,8 @@ public:
               const CurrentPrinter &printer, QWidget *parent = nullptr);
     ~frmEventi() override;
 
-    /// Reads the users. When they cannot be read, the operator is told and this window is of no use.
+    /// Begins to read the users, whose names come a moment later when there are many. When they cannot be read, the
+    /// operator is told and this window is of no use; later on it closes itself.
     bool open();
 
 protected:
@@ -50,19 +49,18 @@ private:
     void printFound();
     void cmdToExcel_Click();
     void cmdToExcel_FileChosen(const QString &chosen);
-    void tmrEsporta_Timer();
-    void tmrRicerca_Timer();
-    void objRicercaPr_Annulla();
 
     EventQuery query() const;
     void refuse(QueryFault fault);
     void showPartner(const UserCombo *chosen, UserCombo *other, QString User::*name);
-    void searchDone();
-    QString lacks() const;
+    void searchDone(const Result<void> &searched);
+    QString lacks(const Result<void> &searched) const;
     void showFound(bool isKnown);
     QStringList shownRow(qsizetype row);
     void exportTo(const QString &file);
-    void exportDone();
+    bool namesRead(const Result<void> &read);
+    /// What needs the users waits until they are known.
+    void setReading(bool reading);
     /// While a search, a print or an export runs, none of them can begin.
     void setBusy(bool busy);
 
@@ -70,8 +68,11 @@ private:
     Messages &m_messages;
     Disk &m_disk;
     UserDirectory m_users;
+    NameSort m_surnames;
+    NameSort m_firstNames;
+    TaskSequence m_opening;
     EventSearch m_search;
-    std::unique_ptr<EventExport> m_export;
+    TaskRunner m_runner;
     Printing m_printing;
 
     Fields *FrameRic;
@@ -102,8 +103,5 @@ private:
     QPushButton *cmdStampa;
     QPushButton *cmdToExcel;
     QPushButton *cmdChiudi;
-    QTimer tmrRicerca;
-    QTimer tmrEsporta;
-    QPointer<frmRicercapr> m_progress;
     bool m_rowFaultTold = false;
 };

@@ -16,6 +16,7 @@
 namespace {
 
 constexpr int firstLookMilliseconds = 500;
+constexpr int waitMilliseconds = 50;
 constexpr int secondLookMilliseconds = 2000;
 constexpr int nextLookMilliseconds = 500;
 constexpr int looksBeforeTelling = 4;
@@ -43,6 +44,7 @@ frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, Archi
       m_texts(texts),
       m_messages(messages),
       m_view(archives, clock),
+      m_runner(this),
       m_printing(this, printer, texts, messages),
       flxgrdEventi(new Grid),
       m_rows(new RowsModel(columns(texts), this)),
@@ -83,16 +85,32 @@ void frmEventiOdierni::captions()
 
 bool frmEventiOdierni::open()
 {
-    if (const Result<void> opened = m_view.open(); !opened) {
-        // This window is taken away at once; the message must stay.
-        m_messages.show(
-            parentWidget() ? window() : nullptr, Icon::Critical,
-            m_texts.sentence({OwnText::UsersUnreadable, {QStringLiteral("Anagrafico.zeb")}, opened.fault()}));
-        return false;
+    Result<void> opened = m_view.open();
+    if (opened) {
+        opened = m_runner
+                     .runAtOnce(m_view.users(),
+                                [this](const Result<void> &read) {
+                                    if (!usersRead(read))
+                                        unload();
+                                })
+                     .value_or(Result<void>());
     }
+    if (!usersRead(opened))
+        return false;
     if (m_view.hasArchive())
         tmrLoad.start(firstLookMilliseconds);
     return true;
+}
+
+/// @return false when they cannot be, which the operator has been told
+bool frmEventiOdierni::usersRead(const Result<void> &read)
+{
+    if (!read) {
+        // This window is taken away at once; the message must stay.
+        m_messages.show(parentWidget() ? window() : nullptr, Icon::Critical,
+                        m_texts.sentence({OwnText::UsersUnreadable, {QStringLiteral("Anagrafico.zeb")}, read.fault()}));
+    }
+    return read.ok();
 }
 
 void frmEventiOdierni::cmdStampa_Click()
@@ -123,6 +141,9 @@ void frmEventiOdierni::holdStill(bool still)
 
 void frmEventiOdierni::tmrLoad_Timer()
 {
+    // Without its users no row would be right.
+    if (m_runner.isRunning())
+        return tmrLoad.start(waitMilliseconds);
     m_rows->setRows(m_limit, [this](qsizetype row) { return m_view.rows().value(row); });
     fill();
     tmrRefresh.start(secondLookMilliseconds);

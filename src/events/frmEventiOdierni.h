@@ -4,6 +4,7 @@
 #include "events/DayView.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
+#include "widgets/TaskRunner.h"
 
 #include <QTimer>
 
@@ -21,8 +22,8 @@ public:
     frmEventiOdierni(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
                      const CurrentPrinter &printer, QWidget *parent = nullptr);
 
-    /// Reads the users and begins to look at the day. When the users cannot be read, the operator is told and this
-    /// window is of no use.
+    /// Begins to read the users and to look at the day. When the users cannot be read, the operator is told and this
+    /// window is of no use; later on it closes itself.
     bool open();
     /// Most rows to be shown, limited to 1 to 1000; an open view keeps those that it began with.
     void setNumEv(int rows) { m_limit = qBound(1, rows, HighestDailyEventCount); }
@@ -34,11 +35,13 @@ private:
     void cmdStampa_Click();
     void printShown();
     void holdStill(bool still);
+    bool usersRead(const Result<void> &read);
     void fill();
 
     const Texts &m_texts;
     Messages &m_messages;
     DayView m_view;
+    TaskRunner m_runner;
     Printing m_printing;
     int m_limit = 1;
     int m_failedLooks = 0;

@@ -1,6 +1,5 @@
 #include "events/EventReport.h"
 #include "events/frmEventi.h"
-#include "events/frmRicercapr.h"
 #include "startup/PlainText.h"
 #include "texts/Texts.h"
 #include "widgets/Grid.h"
@@ -16,18 +15,17 @@
 
 namespace {
 
-constexpr qint64 stepMilliseconds = 15;
 /// More names would make a message that no screen holds.
 constexpr int mostDaysTold = 12;
 
 } // namespace
 
 /// What keeps the search from having found all there is, a line for each reason.
-QString frmEventi::lacks() const
+QString frmEventi::lacks(const Result<void> &searched) const
 {
     QStringList reasons;
-    if (m_search.fault())
-        reasons.append(m_texts.sentence({OwnText::SearchBrokenOff, {}, m_search.fault()}));
+    if (!searched)
+        reasons.append(m_texts.sentence({OwnText::SearchBrokenOff, {}, searched.fault()}));
     const auto add = [this, &reasons](OwnText text, const QStringList &days) {
         if (days.isEmpty())
             return;
@@ -128,33 +126,18 @@ void frmEventi::exportTo(const QString &file)
         events.captions.append(m_rows->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
     events.count = m_search.results().count();
     events.row = [this](qsizetype row) { return m_search.results().row(row); };
-    m_export = std::make_unique<EventExport>(m_disk, file, std::move(events));
+    auto work = std::make_unique<EventExport>(m_disk, file, std::move(events));
     setBusy(true);
-    m_progress =
-        new frmRicercapr(m_texts[Text::EsportazioneInCorso], m_texts[Text::CmdAnnulla], frmRicercapr::Label, this);
-    m_progress->setLabel(m_texts[Text::Record] + QLatin1Char(':'));
-    tmrEsporta.start(0);
-}
-
-void frmEventi::tmrEsporta_Timer()
-{
-    const Result<bool> stepped = m_export->step(stepMilliseconds);
-    if (stepped && !stepped.value()) {
-        m_progress->setLabel(m_texts[Text::Record] + QStringLiteral(": ") + QString::number(m_export->position()));
-        m_progress->setProgress(static_cast<int>(m_export->position()), static_cast<int>(m_export->count()));
-        return;
-    }
-    exportDone();
-    if (!stepped)
-        m_messages.show(this, Icon::Exclamation,
-                        m_texts.sentence({Text::ImpossibileCreareFileExcel, {}, stepped.fault()}));
-}
-
-void frmEventi::exportDone()
-{
-    tmrEsporta.stop();
-    m_export.reset();
-    if (m_progress)
-        m_progress->close();
-    setBusy(false);
+    const auto label = [this, task = work.get()] {
+        const qint64 taken = task->progress().done;
+        return m_texts[Text::Record] +
+               (taken > 0 ? QStringLiteral(": ") + QString::number(taken) : QStringLiteral(":"));
+    };
+    m_runner.run(std::move(work), TaskRunner::Notice{m_texts[Text::EsportazioneInCorso], {}, label},
+                 [this](const Result<void> &written) {
+                     setBusy(false);
+                     if (!written)
+                         m_messages.show(this, Icon::Exclamation,
+                                         m_texts.sentence({Text::ImpossibileCreareFileExcel, {}, written.fault()}));
+                 });
 }

@@ -23,6 +23,7 @@ frmPrnLastEv::frmPrnLastEv(Source source, const CurrentPrinter &printer, const T
       m_texts(texts),
       m_messages(messages),
       m_users(source.archives, u"Archivi/AnaPrn.zeb"),
+      m_runner(this),
       m_printing(this, printer, texts, messages),
       lblPrnLast(new QLabel),
       txtNumEv(new QLineEdit),
@@ -64,14 +65,29 @@ void frmPrnLastEv::captions()
 
 bool frmPrnLastEv::open()
 {
-    const Result<void> opened = m_users.open();
-    if (!opened) {
+    Result<void> opened = m_users.begin();
+    if (opened) {
+        const auto ended = m_runner.runAtOnce(m_users, [this](const Result<void> &read) {
+            cmdOk->setEnabled(true);
+            if (!usersRead(read))
+                unload();
+        });
+        cmdOk->setEnabled(ended.has_value());
+        opened = ended.value_or(Result<void>());
+    }
+    return usersRead(opened);
+}
+
+/// @return false when they cannot be, which the operator has been told
+bool frmPrnLastEv::usersRead(const Result<void> &read)
+{
+    if (!read) {
         // This window is taken away at once; the message must stay.
         m_messages.show(
             parentWidget() ? window() : nullptr, Icon::Critical,
-            m_texts.sentence({OwnText::UsersUnreadable, {QStringView(ArchiveName::Users).toString()}, opened.fault()}));
+            m_texts.sentence({OwnText::UsersUnreadable, {QStringView(ArchiveName::Users).toString()}, read.fault()}));
     }
-    return opened.ok();
+    return read.ok();
 }
 
 void frmPrnLastEv::txtNumEv_Change()

@@ -3,6 +3,7 @@
 #include "codes/UserDirectory.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
+#include "widgets/TaskRunner.h"
 
 class EventLog;
 class QLabel;
@@ -24,19 +25,22 @@ public:
     frmPrnLastEv(Source source, const CurrentPrinter &printer, const Texts &texts, Messages &messages,
                  QWidget *parent = nullptr);
 
-    /// Copies the users register. When that cannot be done, the operator is told and this window is of no use.
+    /// Begins to read the users. When they cannot be read, the operator is told and this window is of no use; later on
+    /// it closes itself.
     bool open();
 
 private:
     void captions();
     void txtNumEv_Change();
     void cmdOk_Click();
+    bool usersRead(const Result<void> &read);
     void printLast(qsizetype number);
 
     const EventLog &m_log;
     const Texts &m_texts;
     Messages &m_messages;
     UserDirectory m_users;
+    TaskRunner m_runner;
     Printing m_printing;
 
     QLabel *lblPrnLast;

@@ -10,7 +10,7 @@ CodeRun::CodeRun(Database &database, const UserRows &users, int protocol, int fi
         m_taken.insert(users[row].Codice);
 }
 
-Result<bool> CodeRun::step(QDeadlineTimer budget)
+Result<bool> CodeRun::step(const QDeadlineTimer &until)
 {
     while (m_done < m_count) {
         const QString code = QString::number(m_first + m_done);
@@ -20,7 +20,7 @@ Result<bool> CodeRun::step(QDeadlineTimer budget)
             m_transaction.takeBack();
             return added.fault();
         }
-        if (++m_done < m_count && budget.hasExpired())
+        if (++m_done < m_count && until.hasExpired())
             return false;
     }
     if (std::exchange(m_insert, std::nullopt)) {

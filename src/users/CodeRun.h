@@ -1,16 +1,16 @@
 #pragma once
 
 #include "archives/Transaction.h"
+#include "platform/Task.h"
 #include "users/UserRows.h"
 
-#include <QDeadlineTimer>
 #include <QSet>
 
 #include <optional>
 
 /// Registers transmitters whose codes follow each other. A code that a user has already, of whatever type, is left out;
 /// the others are added, or on a fault none.
-class CodeRun
+class CodeRun : public Task
 {
 public:
     /// @param database  working copy of the register; must outlive this object
@@ -18,12 +18,9 @@ public:
     /// @param count     number of codes, 1 to 9999
     CodeRun(Database &database, const UserRows &users, int protocol, int first, int count);
 
-    int count() const { return m_count; }
-    int done() const { return m_done; }
-
-    /// Goes on with at least one code until @p budget is spent.
-    /// @return true when the run stands in the register
-    Result<bool> step(QDeadlineTimer budget);
+    /// Goes on with at least one code. @return true when the run stands in the register
+    Result<bool> step(const QDeadlineTimer &until) override;
+    Progress progress() const override { return {m_done, m_count}; }
 
     /// First code that was added; "" when none was.
     const QString &firstAdded() const { return m_firstAdded; }

@@ -32,11 +32,11 @@ DuplicateReport::DuplicateReport(QList<User> users, ProgramFolder &folder, const
     m_content += Windows1252::encode(QString(2 * columnWidth + 2, rule)) + "\r\n";
 }
 
-Result<bool> DuplicateReport::step(QDeadlineTimer budget)
+Result<bool> DuplicateReport::step(const QDeadlineTimer &until)
 {
     while (m_next < count()) {
         look(m_users[m_rows[m_next]]);
-        if (++m_next < count() && budget.hasExpired())
+        if (++m_next < count() && until.hasExpired())
             return false;
     }
     if (const Result<void> finished = finish(); !finished)

@@ -2,25 +2,21 @@
 
 #include "codes/User.h"
 #include "platform/ProgramFolder.h"
-
-#include <QDeadlineTimer>
+#include "platform/Task.h"
 
 /// Lists the users who share a truncated code with another one in RepDoppioni.txt, group after group. Without any the
 /// file is removed.
-class DuplicateReport
+class DuplicateReport : public Task
 {
 public:
     /// @param folder  that gets the file; must outlive this object
     /// @param realCode, truncatedCode  words over the two columns
     DuplicateReport(QList<User> users, ProgramFolder &folder, const QString &realCode, const QString &truncatedCode);
 
-    /// Users that have a truncated code.
-    qsizetype count() const { return m_rows.size(); }
-    qsizetype done() const { return m_next; }
-
-    /// Goes on with at least one user until @p budget is spent.
-    /// @return true when the file is written, or removed
-    Result<bool> step(QDeadlineTimer budget);
+    /// Goes on with at least one user. @return true when the file is written, or removed
+    Result<bool> step(const QDeadlineTimer &until) override;
+    /// Of the users that have a truncated code.
+    Progress progress() const override { return {m_next, count()}; }
 
     bool isFound() const { return m_isFound; }
     /// The report as it is shown and printed: lines that end with LF, and hyphens for the rule, whose characters have
@@ -29,6 +25,7 @@ public:
     static QString fileName() { return QStringLiteral("RepDoppioni.txt"); }
 
 private:
+    qsizetype count() const { return m_rows.size(); }
     void look(const User &user);
     void writeLine(const QString &code, const QString &truncated);
     Result<void> finish();

@@ -4,22 +4,19 @@
 
 #include <algorithm>
 
-void NameList::read(const UserRows &users)
+NameSort NameList::sort(const UserRows &users) const
 {
-    m_entries.clear();
-    for (qsizetype row = 0; row < users.count(); ++row) {
-        const QString name = users[row].*m_name;
-        if (!name.isEmpty())
-            m_entries.append({nameKey(name), name, users.id(row)});
-    }
-    std::stable_sort(m_entries.begin(), m_entries.end(), [](const Entry &a, const Entry &b) { return a.key < b.key; });
+    return NameSort([users] { return users.count(); },
+                    [users, name = m_name](qsizetype row) {
+                        return NameSort::Person{users[row].*name, {}, users.id(row)};
+                    });
 }
 
 void NameList::change(qint64 id, const QString &before, const QString &after)
 {
     if (!before.isEmpty()) {
         const auto found =
-            std::find_if(m_entries.cbegin(), m_entries.cend(), [id](const Entry &entry) { return entry.id == id; });
+            std::find_if(m_entries.cbegin(), m_entries.cend(), [id](const NameEntry &entry) { return entry.id == id; });
         if (found != m_entries.cend())
             m_entries.erase(found);
     }
@@ -27,6 +24,6 @@ void NameList::change(qint64 id, const QString &before, const QString &after)
         return;
     const QString key = nameKey(after);
     const auto place = std::upper_bound(m_entries.cbegin(), m_entries.cend(), key,
-                                        [](const QString &k, const Entry &entry) { return k < entry.key; });
+                                        [](const QString &k, const NameEntry &entry) { return k < entry.key; });
     m_entries.insert(place, {key, after, id});
 }

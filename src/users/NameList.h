@@ -1,5 +1,6 @@
 #pragma once
 
+#include "texts/NameSort.h"
 #include "users/UserRows.h"
 
 /// Those users of the register who have a surname (or a first name), sorted by it as nameKey() says. It follows single
@@ -7,22 +8,19 @@
 class NameList
 {
 public:
-    struct Entry {
-        QString key;
-        QString text;
-        qint64 id = 0; ///< of the user's row
-    };
-
     explicit NameList(QString User::*name) : m_name(name) {}
 
     QString User::*name() const { return m_name; }
-    const QList<Entry> &entries() const { return m_entries; }
+    /// An id is that of the user's row.
+    const QList<NameEntry> &entries() const { return m_entries; }
 
-    void read(const UserRows &users);
+    /// Lists the names of @p users; what it has made is for set().
+    NameSort sort(const UserRows &users) const;
+    void set(QList<NameEntry> entries) { m_entries = std::move(entries); }
     /// @param before, after  the name of one user; "" has no entry
     void change(qint64 id, const QString &before, const QString &after);
 
 private:
     QString User::*const m_name;
-    QList<Entry> m_entries;
+    QList<NameEntry> m_entries;
 };

@@ -13,30 +13,30 @@ TruncatedCodes::TruncatedCodes(Database &database, UserRows users, int protocol)
     std::sort(m_order.begin(), m_order.end());
 }
 
-Result<bool> TruncatedCodes::step(QDeadlineTimer budget)
+Result<bool> TruncatedCodes::step(const QDeadlineTimer &until)
 {
     while (m_done < count()) {
         const auto &[id, row] = m_order[m_done];
         const User user = m_users[row];
         const QString truncated = truncatedCode(user.Codice, m_protocol);
         if (truncated != user.CodTronc) {
-            if (const Result<void> stored = store(id, truncated); !stored) {
+            if (const Result<void> stored = store(id, row, truncated); !stored) {
                 m_transaction.takeBack();
                 return stored.fault();
             }
         }
-        if (++m_done < count() && budget.hasExpired())
+        if (++m_done < count() && until.hasExpired())
             return false;
     }
     m_update.reset();
-    if (m_changes > 0) {
+    if (!m_changes.isEmpty()) {
         if (const Result<void> stands = m_transaction.commit(); !stands)
             return stands.fault();
     }
     return true;
 }
 
-Result<void> TruncatedCodes::store(qint64 id, const QString &truncated)
+Result<void> TruncatedCodes::store(qint64 id, qsizetype row, const QString &truncated)
 {
     if (!m_update) {
         if (Result<void> begun = m_transaction.begin(); !begun)
@@ -53,6 +53,6 @@ Result<void> TruncatedCodes::store(qint64 id, const QString &truncated)
     m_update->reset();
     if (!stepped)
         return stepped.fault();
-    ++m_changes;
+    m_changes.append({row, truncated});
     return {};
 }

@@ -1,32 +1,33 @@
 #pragma once
 
 #include "archives/Transaction.h"
+#include "platform/Task.h"
 #include "users/UserRows.h"
-
-#include <QDeadlineTimer>
 
 #include <optional>
 
 /// Brings the truncated codes of all users in line with a protocol: where it has none they become empty. All of them
 /// change, or on a fault none.
-class TruncatedCodes
+class TruncatedCodes : public Task
 {
 public:
     /// @param database  working copy of the register; must outlive this object
     TruncatedCodes(Database &database, UserRows users, int protocol);
 
-    qsizetype count() const { return m_users.count(); }
+    /// Goes on with at least one user. @return true when all are in line
+    Result<bool> step(const QDeadlineTimer &until) override;
     /// Users that have been looked at.
-    qsizetype done() const { return m_done; }
-
-    /// Goes on with at least one user until @p budget is spent.
-    /// @return true when all are in line
-    Result<bool> step(QDeadlineTimer budget);
+    Progress progress() const override { return {m_done, count()}; }
+    struct Change {
+        qsizetype row = 0; ///< among the users
+        QString truncated;
+    };
     /// Users whose truncated code was another one.
-    qsizetype changes() const { return m_changes; }
+    const QList<Change> &changes() const { return m_changes; }
 
 private:
-    Result<void> store(qint64 id, const QString &truncated);
+    qsizetype count() const { return m_users.count(); }
+    Result<void> store(qint64 id, qsizetype row, const QString &truncated);
 
     Database &m_database;
     const UserRows m_users;
@@ -35,5 +36,5 @@ private:
     Transaction m_transaction;
     std::optional<Statement> m_update;
     qsizetype m_done = 0;
-    qsizetype m_changes = 0;
+    QList<Change> m_changes;
 };

@@ -48,14 +48,53 @@ UserRegister::UserRegister(ArchiveStore &archives, std::function<int()> protocol
 {
 }
 
+class UserRegister::Reading : public Task
+{
+public:
+    explicit Reading(UserRegister &users) : m_users(users) {}
+
+    Result<bool> step(const QDeadlineTimer &until) override
+    {
+        if (!m_surnames) {
+            const Result<bool> read = m_users.m_editor.read(until);
+            if (!read || !read.value())
+                return read;
+            const UserRows rows(m_users.users());
+            m_surnames.emplace(m_users.m_surnames.sort(rows));
+            m_firstNames.emplace(m_users.m_firstNames.sort(rows));
+            return false;
+        }
+        for (NameSort *names : {&*m_surnames, &*m_firstNames}) {
+            const Result<bool> sorted = names->step(until);
+            if (!sorted || !sorted.value())
+                return sorted;
+        }
+        m_users.m_surnames.set(m_surnames->take());
+        m_users.m_firstNames.set(m_firstNames->take());
+        return true;
+    }
+    Progress progress() const override { return {m_users.m_editor.set().rowsRead(), 0}; }
+
+private:
+    UserRegister &m_users;
+    std::optional<NameSort> m_surnames;
+    std::optional<NameSort> m_firstNames;
+};
+
+std::unique_ptr<Task> UserRegister::reading()
+{
+    return std::make_unique<Reading>(*this);
+}
+
 Result<void> UserRegister::open()
 {
-    Result<void> opened = m_editor.open();
-    if (opened) {
-        m_surnames.read(UserRows(users()));
-        m_firstNames.read(UserRows(users()));
-    }
-    return opened;
+    if (Result<void> begun = begin(); !begun)
+        return begun;
+    Reading all(*this);
+    Result<bool> isRead = false;
+    while (isRead && !isRead.value())
+        isRead = all.step(QDeadlineTimer(QDeadlineTimer::Forever));
+    return isRead ? Result<void>() : Result<void>(isRead.fault());
 }
 
 Result<void> UserRegister::save()
@@ -80,9 +119,11 @@ Result<void> UserRegister::keepPasswords()
         return isGone ? Result<void>() : Result<void>(archive.fault());
     }
     SqlValues passwords;
-    Result<void> read = archive.value().each(
-        QStringLiteral("SELECT PassProg, PassUte, PassUtility FROM Password LIMIT 1"), {},
-        [&passwords](const Statement &row) { passwords = {row.text(0), row.text(1), row.text(2)}; });
+    Result<void> read =
+        archive.value().each(QStringLiteral("SELECT PassProg, PassUte, PassUtility FROM Password LIMIT 1"), {},
+                             [&passwords](const Statement &row) {
+                                 passwords = {row.text(0), row.text(1), row.text(2)};
+                             });
     if (!read)
         return read;
     if (passwords.isEmpty())
@@ -119,10 +160,8 @@ Result<void> UserRegister::add(const QString &code, CodeType type)
 {
     if (Result<void> added = m_editor.add(codeValues(code, type, m_protocol())); !added)
         return added;
-    const qint64 id = m_editor.database()->lastRow();
-    Result<void> read = m_editor.requery();
-    users().moveToRow(id);
-    return read;
+    users().settle(m_editor.database()->lastRow(), codeField());
+    return {};
 }
 
 Result<void> UserRegister::changeCode(qint64 id, const QString &code, CodeType type)
@@ -131,9 +170,8 @@ Result<void> UserRegister::changeCode(qint64 id, const QString &code, CodeType t
         return Fault{FaultCode::NotFound, archive()};
     if (Result<void> changed = m_editor.edit(codeValues(code, type, m_protocol())); !changed)
         return changed;
-    Result<void> read = m_editor.requery();
-    users().moveToRow(id);
-    return read;
+    users().settle(id, codeField());
+    return {};
 }
 
 Result<void> UserRegister::remove()
@@ -153,8 +191,9 @@ Result<void> UserRegister::remove()
 Result<void> UserRegister::setText(qsizetype row, const QString &field, const QString &text)
 {
     RecordSet &all = users();
-    const auto changed = std::find_if(userColumns.begin(), userColumns.end(),
-                                      [&field](const UserColumn &column) { return field == QLatin1String(column.field); });
+    const auto changed = std::find_if(userColumns.begin(), userColumns.end(), [&field](const UserColumn &column) {
+        return field == QLatin1String(column.field);
+    });
     if (changed == userColumns.end())
         return Fault{FaultCode::NotFound, field};
     const QString limited = limitedText(text);
@@ -185,9 +224,12 @@ std::unique_ptr<CodeRun> UserRegister::codeRun(int first, int count)
     return std::make_unique<CodeRun>(*m_editor.database(), UserRows(users()), m_protocol(), first, count);
 }
 
-Result<void> UserRegister::truncatedCodesEnded(const TruncatedCodes &run)
+void UserRegister::truncatedCodesEnded(const TruncatedCodes &run)
 {
-    return run.changes() > 0 ? m_editor.requery() : Result<void>();
+    const int column = users().column(QStringLiteral("CodTronc"));
+    for (const TruncatedCodes::Change &change : run.changes())
+        users().note(change.row, column, change.truncated);
+    users().moveFirst();
 }
 
 Result<void> UserRegister::codeRunEnded(const QString &firstAdded)

@@ -16,6 +16,9 @@
 class UserRegister
 {
 public:
+    /// Reads the users and the lists of their names, once the working copy is there.
+    class Reading;
+
     /// Most characters of a surname, a first name and the notes.
     static constexpr int LongestText = 15;
 
@@ -25,6 +28,8 @@ public:
 
     // As of CopyEditor.
     Result<void> open();
+    Result<void> begin() { return m_editor.begin(); }
+    std::unique_ptr<Task> reading();
     Result<void> save();
     void discard();
     bool isChanged() const { return m_editor.isChanged(); }
@@ -57,7 +62,7 @@ public:
     // Work on all users, in steps. It must be gone before save() and discard(), and only one may be under way; its
     // changes are seen after its end has been told here. Only when there is a working copy at hand.
     std::unique_ptr<TruncatedCodes> truncatedCodes();
-    Result<void> truncatedCodesEnded(const TruncatedCodes &run);
+    void truncatedCodesEnded(const TruncatedCodes &run);
     std::unique_ptr<CodeRun> codeRun(int first, int count);
     /// @param firstAdded  of the run; he becomes current
     Result<void> codeRunEnded(const QString &firstAdded);

@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr int stepMilliseconds = 20;
 constexpr int numberLength = 4;
 constexpr int codeLength = 9;
 
@@ -34,6 +33,7 @@ frmAddCod::frmAddCod(const Texts &texts, Messages &messages, UserRegister &users
       m_texts(texts),
       m_messages(messages),
       m_users(users),
+      m_runner(this),
       lblNumTrasm(new QLabel),
       txtNumTrasm(new QLineEdit),
       lblCodPart(new QLabel),
@@ -79,11 +79,9 @@ frmAddCod::frmAddCod(const Texts &texts, Messages &messages, UserRegister &users
     connect(txtCodPart, &QLineEdit::textChanged, this, &frmAddCod::txtCodPart_Change);
     connect(cmdOK, &QPushButton::clicked, this, &frmAddCod::cmdOK_Click);
     connect(cmdAnnulla, &QPushButton::clicked, this, &frmAddCod::cmdAnnulla_Click);
-    connect(&m_steps, &QTimer::timeout, this, &frmAddCod::step);
-    connect(this, &ChildWindow::unloaded, this, [this] {
-        m_steps.stop();
-        m_run.reset();
-    });
+    connect(&m_runner, &TaskRunner::progressed, this,
+            [this](const Task::Progress &progress) { Bar->setValue(static_cast<int>(progress.done)); });
+    connect(this, &ChildWindow::unloaded, this, [this] { m_hasUnloaded = true; });
     setKeys(cmdOK, cmdAnnulla);
     captions();
     txtNumTrasm->setFocus();
@@ -143,35 +141,32 @@ void frmAddCod::cmdOK_Click()
     // What has begun is not cancelled: the window refuses to close while it is disabled.
     setEnabled(false);
     Bar->setRange(0, check.count);
-    m_run = m_users.codeRun(check.first, check.count);
-    m_steps.start();
+    std::unique_ptr<CodeRun> run = m_users.codeRun(check.first, check.count);
+    const CodeRun &running = *run;
+    m_runner.run(std::move(run), {}, [this, &running](const Result<void> &result) { runEnded(running, result); });
 }
 
-void frmAddCod::step()
+void frmAddCod::runEnded(const CodeRun &run, const Result<void> &result)
 {
-    const Result<bool> stepped = m_run->step(QDeadlineTimer(stepMilliseconds));
-    Bar->setValue(stepped ? m_run->done() : 0);
-    if (stepped && !stepped.value())
-        return;
-    m_steps.stop();
-    if (!stepped) {
-        m_run.reset();
+    Bar->setValue(result ? Bar->maximum() : 0);
+    if (!result) {
         setEnabled(true);
         m_messages.show(this, Icon::Critical,
-                        m_texts.sentence({OwnText::ArchiveNotChanged, {m_users.archive()}, stepped.fault()}));
-    } else if (m_run->isIncomplete()) {
-        m_messages.show(this, Icon::Exclamation, m_texts[Text::NonTuttiICodiciAggiunti], [this] { end(); });
+                        m_texts.sentence({OwnText::ArchiveNotChanged, {m_users.archive()}, result.fault()}));
+    } else if (run.isIncomplete()) {
+        m_messages.show(this, Icon::Exclamation, m_texts[Text::NonTuttiICodiciAggiunti],
+                        [this, added = run.firstAdded()] { end(added); });
     } else {
-        end();
+        end(run.firstAdded());
     }
 }
 
-void frmAddCod::end()
+void frmAddCod::end(const QString &firstAdded)
 {
     // The answer to a message can come after the program has closed the window.
-    if (!m_run)
+    if (m_hasUnloaded)
         return;
-    Q_EMIT Chiudi(Done, m_run->firstAdded());
+    Q_EMIT Chiudi(Done, firstAdded);
     unload();
 }
 

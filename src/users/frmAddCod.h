@@ -2,8 +2,7 @@
 
 #include "users/UserRegister.h"
 #include "widgets/ChildWindow.h"
-
-#include <QTimer>
+#include "widgets/TaskRunner.h"
 
 class Messages;
 class QLabel;
@@ -38,16 +37,16 @@ private:
     void txtCodPart_Change();
     void cmdOK_Click();
     void cmdAnnulla_Click();
-    void step();
-    void end();
+    void runEnded(const CodeRun &run, const Result<void> &result);
+    void end(const QString &firstAdded);
     void require(QLineEdit *box, const QString &message);
     QString aboveMaximum() const;
 
     const Texts &m_texts;
     Messages &m_messages;
     UserRegister &m_users;
-    std::unique_ptr<CodeRun> m_run;
-    QTimer m_steps;
+    TaskRunner m_runner;
+    bool m_hasUnloaded = false;
 
     QLabel *lblNumTrasm;
     QLineEdit *txtNumTrasm;

@@ -38,6 +38,7 @@ frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore 
       m_archives(archives),
       m_received(interface.received),
       m_register(archives, std::move(interface.protocol)),
+      m_runner(this),
       dbgrdDati(new Grid),
       m_cell(new CellEditor(limitedText, this)),
       lblMessage(new QLabel),
@@ -68,14 +69,11 @@ frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore 
     tmrLoad.setSingleShot(true);
     connect(&tmrLoad, &QTimer::timeout, this, &frmLstUtenti::tmrLoad_Timer);
     connect(&tmrRicOn, &QTimer::timeout, this, &frmLstUtenti::tmrRicOn_Timer);
-    connect(&m_steps, &QTimer::timeout, this, &frmLstUtenti::step);
     connect(m_cell, &CellEditor::typed, this, &frmLstUtenti::dbgrdDati_Change);
     connect(rsDati, &RecordSetModel::edited, this, &frmLstUtenti::dbgrdDati_Update);
     connect(dbgrdDati->selectionModel(), &QItemSelectionModel::currentChanged, lblMessage, &QLabel::clear);
-    connect(dbcmbCognome, &UserCombo::edited, this,
-            [this] { dbcmb_Change(dbcmbCognome, dbcmbNome, &User::Nome); });
-    connect(dbcmbNome, &UserCombo::edited, this,
-            [this] { dbcmb_Change(dbcmbNome, dbcmbCognome, &User::Cognome); });
+    connect(dbcmbCognome, &UserCombo::edited, this, [this] { dbcmb_Change(dbcmbCognome, dbcmbNome, &User::Nome); });
+    connect(dbcmbNome, &UserCombo::edited, this, [this] { dbcmb_Change(dbcmbNome, dbcmbCognome, &User::Cognome); });
     connect(cmdNuovo, &QPushButton::clicked, this, &frmLstUtenti::cmdNuovo_Click);
     connect(cmdModifica, &QPushButton::clicked, this, &frmLstUtenti::cmdModifica_Click);
     connect(cmdElimina, &QPushButton::clicked, this, &frmLstUtenti::cmdElimina_Click);
@@ -198,13 +196,31 @@ QPoint frmLstUtenti::place(QSize area, QSize own) const
 
 bool frmLstUtenti::open()
 {
-    if (const Result<void> opened = m_register.open(); !opened) {
+    Result<void> opened = m_register.begin();
+    if (opened) {
+        setEnabled(false);
+        m_reading = m_register.reading();
+        const auto ended = m_runner.runAtOnce(*m_reading, [this](const Result<void> &read) {
+            if (!usersRead(read))
+                unload();
+        });
+        if (!ended)
+            return true;
+        opened = *ended;
+    }
+    return usersRead(opened);
+}
+
+/// @return false when they cannot be, which the operator has been told
+bool frmLstUtenti::usersRead(const Result<void> &read)
+{
+    m_reading.reset();
+    if (!read) {
         // This window is taken away at once; the message must stay.
-        showFault(parentWidget() ? window() : nullptr, OwnText::ArchiveNotOpened, m_register.archive(), opened.fault());
+        showFault(parentWidget() ? window() : nullptr, OwnText::ArchiveNotOpened, m_register.archive(), read.fault());
         return false;
     }
     fillCombos();
-    setEnabled(false);
     tmrLoad.start(loadMilliseconds);
     return true;
 }
@@ -214,14 +230,19 @@ void frmLstUtenti::tmrLoad_Timer()
     cmdDoppioni->setEnabled(m_register.hasTruncatedCodes());
     if (m_register.users().isEmpty())
         return loaded({});
-    m_loading = m_register.truncatedCodes();
-    startSteps(m_texts[Text::CaricamentoUtenti]);
+    std::unique_ptr<TruncatedCodes> loading = m_register.truncatedCodes();
+    const TruncatedCodes &running = *loading;
+    m_runner.run(std::move(loading), TaskRunner::Notice{m_texts[Text::CaricamentoUtenti]},
+                 [this, &running](const Result<void> &run) {
+                     if (run)
+                         m_register.truncatedCodesEnded(running);
+                     loaded(run);
+                 });
 }
 
 void frmLstUtenti::loaded(const Result<void> &result)
 {
     rsDati->setRecordSet(&m_register.users());
-    endSteps();
     enable();
     if (!result)
         showFault(this, OwnText::ArchiveNotChanged, m_register.archive(), result.fault());
@@ -254,14 +275,8 @@ bool frmLstUtenti::commitCell()
 
 void frmLstUtenti::fillCombos()
 {
-    for (const auto &[names, box] :
-         {std::pair(&m_register.surnames(), dbcmbCognome), std::pair(&m_register.firstNames(), dbcmbNome)}) {
-        QList<UserCombo::Entry> entries;
-        entries.reserve(names->entries().size());
-        for (const NameList::Entry &entry : names->entries())
-            entries.append({entry.text, entry.id});
-        box->setEntries(std::move(entries));
-    }
+    dbcmbCognome->setEntries(m_register.surnames().entries());
+    dbcmbNome->setEntries(m_register.firstNames().entries());
 }
 
 /// After rows came or went.

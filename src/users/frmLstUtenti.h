@@ -5,6 +5,7 @@
 #include "users/RecognitionWait.h"
 #include "users/UserRegister.h"
 #include "widgets/ChildWindow.h"
+#include "widgets/TaskRunner.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -16,7 +17,6 @@ class QLabel;
 class RecordSetModel;
 class Messages;
 class UserCombo;
-class frmRicercapr;
 
 /// The register of users: lists them all, and lets the operator add, change, find and delete them. It works on a copy;
 /// what the rest of the program knows changes with a save alone.
@@ -39,8 +39,8 @@ public:
                  QWidget *parent = nullptr);
     ~frmLstUtenti() override;
 
-    /// Makes the working copy; the users are shown a moment later. When it cannot be made, the operator is told and
-    /// this window is of no use.
+    /// Makes the working copy; the users are shown a moment later. When it cannot be made or read, the operator is told
+    /// and this window is of no use; later on it closes itself.
     bool open();
 
     QPoint place(QSize area, QSize own) const override;
@@ -88,12 +88,10 @@ private:
     bool commitCell();
     bool isEmpty();
     void openOver(ChildWindow *window, std::function<QPoint(QRect own, QSize child)> place);
-    void startSteps(const QString &caption);
-    void step();
+    bool usersRead(const Result<void> &read);
     void enable();
     void loaded(const Result<void> &result);
-    void duplicatesListed();
-    void endSteps();
+    void duplicatesListed(const DuplicateReport &duplicates);
     void endRecognition();
     void stopAll();
     void fillCombos();
@@ -110,16 +108,14 @@ private:
     UserRegister m_register;
     Outcome m_outcome = NotSaved;
 
-    std::unique_ptr<TruncatedCodes> m_loading;
-    std::unique_ptr<DuplicateReport> m_duplicates;
-    QPointer<frmRicercapr> m_progress;
+    std::unique_ptr<Task> m_reading;
+    TaskRunner m_runner;
     QPointer<ChildWindow> m_child;
     bool m_isAsking = false; ///< whether to save at the close
     bool m_isStored = true;  ///< the last change of a cell
     RecognitionWait m_recognition;
     QTimer tmrLoad{this};
     QTimer tmrRicOn{this};
-    QTimer m_steps;
 
     Grid *dbgrdDati;
     RecordSetModel *rsDati;

@@ -1,4 +1,3 @@
-#include "events/frmRicercapr.h"
 #include "users/frmAddCod.h"
 #include "users/frmInsCodice.h"
 #include "users/frmLstUtenti.h"
@@ -16,7 +15,6 @@
 namespace {
 
 constexpr int tickMilliseconds = 100;
-constexpr int stepMilliseconds = 20;
 
 } // namespace
 
@@ -170,21 +168,26 @@ void frmLstUtenti::cmdDoppioni_Click()
     if (!commitCell() || isEmpty())
         return;
     endRecognition();
-    m_duplicates = std::make_unique<DuplicateReport>(m_register.all(), m_archives.folder(),
-                                                     m_texts[Text::CodiceReale], m_texts[Text::CodiceTroncatoReport]);
-    startSteps(m_texts[Text::RicercaDoppioni]);
+    auto listing = std::make_unique<DuplicateReport>(m_register.all(), m_archives.folder(), m_texts[Text::CodiceReale],
+                                                     m_texts[Text::CodiceTroncatoReport]);
+    const DuplicateReport &running = *listing;
+    setEnabled(false);
+    m_runner.run(std::move(listing), TaskRunner::Notice{m_texts[Text::RicercaDoppioni]},
+                 [this, &running](const Result<void> &listed) {
+                     if (listed)
+                         return duplicatesListed(running);
+                     enable();
+                     showFault(this, OwnText::FileNotWritten, DuplicateReport::fileName(), listed.fault());
+                 });
 }
 
-void frmLstUtenti::duplicatesListed()
+void frmLstUtenti::duplicatesListed(const DuplicateReport &duplicates)
 {
-    const bool isFound = m_duplicates->isFound();
-    const QString report = m_duplicates->text();
-    endSteps();
-    if (!isFound) {
+    if (!duplicates.isFound()) {
         enable();
         return m_messages.show(this, Icon::Information, m_texts[Text::NessunDoppioneTrovato]);
     }
-    auto *objRepDoppioni = new frmRepDoppioni(m_texts, report);
+    auto *objRepDoppioni = new frmRepDoppioni(m_texts, duplicates.text());
     connect(objRepDoppioni, &frmRepDoppioni::Chiudi, this, &frmLstUtenti::objRepDoppioni_Chiudi);
     connect(objRepDoppioni, &frmRepDoppioni::Stampa, this,
             [this, objRepDoppioni](const QString &shown) { Q_EMIT StampaDoppioni(objRepDoppioni, shown); });
@@ -208,45 +211,6 @@ void frmLstUtenti::cmdStampa_Click()
     showCurrent();
 }
 
-// Long tasks ---------------------------------------------------------------------------------------------------------
-
-void frmLstUtenti::startSteps(const QString &caption)
-{
-    setEnabled(false);
-    m_progress = new frmRicercapr(caption, {}, frmRicercapr::Bar, this);
-    m_steps.start();
-}
-
-void frmLstUtenti::step()
-{
-    const QDeadlineTimer budget(stepMilliseconds);
-    const Result<bool> stepped = m_loading ? m_loading->step(budget) : m_duplicates->step(budget);
-    if (stepped && !stepped.value()) {
-        const auto [done, count] = m_loading ? std::pair(m_loading->done(), m_loading->count())
-                                             : std::pair(m_duplicates->done(), m_duplicates->count());
-        m_progress->setProgress(static_cast<int>(done), static_cast<int>(count));
-        return;
-    }
-    if (m_loading) {
-        loaded(stepped ? m_register.truncatedCodesEnded(*m_loading) : stepped.fault());
-    } else if (stepped) {
-        duplicatesListed();
-    } else {
-        endSteps();
-        enable();
-        showFault(this, OwnText::FileNotWritten, DuplicateReport::fileName(), stepped.fault());
-    }
-}
-
-void frmLstUtenti::endSteps()
-{
-    m_steps.stop();
-    m_loading.reset();
-    m_duplicates.reset();
-    if (m_progress)
-        m_progress->close();
-}
-
 /// Disabled, the window has lost the keyboard; it takes it back where no other window has got it meanwhile.
 void frmLstUtenti::enable()
 {
@@ -260,5 +224,6 @@ void frmLstUtenti::stopAll()
 {
     tmrLoad.stop();
     tmrRicOn.stop();
-    endSteps();
+    m_runner.stop();
+    m_reading.reset();
 }

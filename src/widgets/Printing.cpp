@@ -13,7 +13,6 @@
 namespace {
 
 constexpr int noticeMilliseconds = 3000;
-constexpr int turnMilliseconds = 20;
 
 QPageLayout pageLayoutOf(const Paper &paper)
 {
@@ -32,14 +31,71 @@ bool isComplete(const QString &path)
 
 } // namespace
 
-struct Printing::Document {
-    std::unique_ptr<Report> report;
-    PrintDocument made;
-    std::function<void()> ended;
-    QPrinter device{QPrinter::HighResolution};
-    QPainter painter;
-    std::unique_ptr<PainterPage> page;
+/// A report that is painted to a file. Its fault is told by message().
+class Printing::Document : public Task
+{
+public:
+    Document(std::unique_ptr<Report> report, CurrentPrinter::Found printer, const QString &title)
+        : m_report(std::move(report)),
+          m_printer(std::move(printer)),
+          m_made{std::make_unique<QTemporaryDir>(), m_printer.name, title}
+    {
+    }
+
+    Result<bool> step(const QDeadlineTimer &until) override;
+    Progress progress() const override { return {}; }
+
+    const Message &message() const { return m_message; }
+    PrintDocument takeMade() { return std::move(m_made); }
+
+private:
+    Result<void> begin();
+    Fault notMade() const { return {FaultCode::InputOutput, m_made.path()}; }
+    /// The fault that @p text is told with, or only known by where its words say it all.
+    Fault fail(OwnText text, const QString &subject, const std::optional<Fault> &fault)
+    {
+        m_message = {text, {subject}, fault};
+        return fault.value_or(notMade());
+    }
+
+    std::unique_ptr<Report> m_report;
+    const CurrentPrinter::Found m_printer;
+    PrintDocument m_made;
+    Message m_message;
+    QPrinter m_device{QPrinter::HighResolution};
+    QPainter m_painter;
+    std::unique_ptr<PainterPage> m_page;
 };
+
+Result<void> Printing::Document::begin()
+{
+    m_device.setOutputFormat(QPrinter::PdfFormat);
+    m_device.setOutputFileName(m_made.path());
+    m_device.setDocName(m_made.title);
+    m_device.setPageLayout(pageLayoutOf(m_printer.paper));
+    if (!m_made.folder->isValid() || !m_painter.begin(&m_device))
+        return fail(OwnText::PrintNotMade, m_printer.name, notMade());
+    m_page = std::make_unique<PainterPage>(m_painter, m_device);
+    if (!m_page->isFixedPitch())
+        return fail(OwnText::PrintFontMissing, PainterPage::faces().first(), {});
+    return {};
+}
+
+Result<bool> Printing::Document::step(const QDeadlineTimer &until)
+{
+    if (!m_page) {
+        const Result<void> begun = begin();
+        return begun ? Result<bool>(false) : Result<bool>(begun.fault());
+    }
+    const Report::Progress progress = m_report->step(*m_page, static_cast<int>(qMax<qint64>(1, until.remainingTime())));
+    if (progress == Report::Progress::Running)
+        return false;
+    if (progress == Report::Progress::Failed)
+        return fail(OwnText::PrintNotMade, m_printer.name, m_report->fault().value_or(notMade()));
+    if (!m_painter.end() || !isComplete(m_made.path()))
+        return fail(OwnText::PrintNotMade, m_printer.name, notMade());
+    return true;
+}
 
 Printing::Printing(ChildWindow *window, const CurrentPrinter &printer, const Texts &texts, Messages &messages)
     : QObject(window),
@@ -47,14 +103,15 @@ Printing::Printing(ChildWindow *window, const CurrentPrinter &printer, const Tex
       m_printer(printer),
       m_texts(texts),
       m_messages(messages),
+      m_runner(window),
       tmrStampa(new QTimer(this))
 {
     tmrStampa->setObjectName(QStringLiteral("tmrStampa"));
     tmrStampa->setSingleShot(true);
     tmrStampa->setInterval(noticeMilliseconds);
     connect(tmrStampa, &QTimer::timeout, this, &Printing::tmrStampa_Timer);
-    connect(&m_turn, &QTimer::timeout, this, &Printing::turn);
     connect(window, &ChildWindow::unloaded, this, &Printing::windowGoes);
+    connect(&m_runner, &TaskRunner::dropped, this, &Printing::tellLost);
 }
 
 Printing::~Printing()
@@ -104,76 +161,39 @@ void Printing::print(std::unique_ptr<Report> report, const QString &title, std::
     m_notice = new frmStampaInCorso(m_texts, m_window);
     tmrStampa->start();
 
-    m_document = std::make_unique<Document>();
-    m_document->report = std::move(report);
-    m_document->made = {std::make_unique<QTemporaryDir>(), m_found.name, title};
-    m_document->ended = std::move(ended);
-    m_turn.start(0);
+    auto document = std::make_unique<Document>(std::move(report), m_found, title);
+    Document &made = *document;
+    m_runner.run(std::move(document), {}, [this, &made, ended = std::move(ended)](const Result<void> &painted) {
+        if (painted)
+            m_printer.send(made.takeMade());
+        else
+            m_messages.show(m_window, Icon::Exclamation, m_texts.sentence(made.message()));
+        if (ended)
+            ended();
+    });
 }
 
 void Printing::stop()
 {
-    m_turn.stop();
+    m_runner.stop();
     m_search.reset();
-    m_document.reset();
     tmrStampa_Timer();
 }
 
 void Printing::windowGoes()
 {
-    const bool isLost = isRunning();
+    const bool isLost = m_search != nullptr;
     stop();
+    if (isLost)
+        tellLost();
+}
+
+void Printing::tellLost()
+{
     // Over what the window stood in, where there is anything.
     QWidget *over = m_window->window() != m_window ? m_window->window() : nullptr;
-    if (isLost && over && over->isVisible())
+    if (over && over->isVisible())
         m_messages.show(over, Icon::Exclamation, m_texts.sentence({OwnText::PrintNotMade, {m_found.name}, {}}));
-}
-
-void Printing::turn()
-{
-    Document &document = *m_document;
-    const Message notMade = {
-        OwnText::PrintNotMade, {m_found.name}, Fault{FaultCode::InputOutput, document.made.path()}};
-    if (!document.page) {
-        document.device.setOutputFormat(QPrinter::PdfFormat);
-        document.device.setOutputFileName(document.made.path());
-        document.device.setDocName(document.made.title);
-        document.device.setPageLayout(pageLayoutOf(m_found.paper));
-        if (!document.made.folder->isValid() || !document.painter.begin(&document.device))
-            return fail(notMade);
-        document.page = std::make_unique<PainterPage>(document.painter, document.device);
-        if (!document.page->isFixedPitch())
-            return fail({OwnText::PrintFontMissing, {PainterPage::faces().first()}, {}});
-        return;
-    }
-    switch (document.report->step(*document.page, turnMilliseconds)) {
-    case Report::Progress::Running:
-        break;
-    case Report::Progress::Failed:
-        return fail({OwnText::PrintNotMade, {m_found.name}, document.report->fault().value_or(*notMade.fault)});
-    case Report::Progress::Finished:
-        if (!document.painter.end() || !isComplete(document.made.path()))
-            return fail(notMade);
-        return finish();
-    }
-}
-
-void Printing::finish()
-{
-    m_turn.stop();
-    const std::unique_ptr<Document> document = std::move(m_document);
-    m_printer.send(std::move(document->made));
-    if (document->ended)
-        document->ended();
-}
-
-void Printing::fail(const Message &message)
-{
-    m_turn.stop();
-    const std::unique_ptr<Document> document = std::move(m_document);
-    m_messages.show(m_window, Icon::Exclamation, m_texts.sentence(message));
-    if (document->ended)
-        document->ended();
 }
 
 void Printing::tmrStampa_Timer()

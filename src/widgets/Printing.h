@@ -3,6 +3,7 @@
 #include "platform/Page.h"
 #include "startup/CurrentPrinter.h"
 #include "texts/Texts.h"
+#include "widgets/TaskRunner.h"
 
 #include <QObject>
 #include <QPointer>
@@ -43,18 +44,16 @@ public:
     /// @param ended  called when the document was handed over or has failed and the operator was told, not when the
     /// window closes before
     void print(std::unique_ptr<Report> report, const QString &title, std::function<void()> ended = {});
-    bool isRunning() const { return m_search || m_document; }
+    bool isRunning() const { return m_search || m_runner.isRunning(); }
     /// Ends a print in the middle; nothing of it goes to the printer.
     void stop();
 
 private:
-    struct Document;
+    class Document;
 
     void tellNoPrinter(const Fault &fault, Icon icon);
     void windowGoes();
-    void turn();
-    void finish();
-    void fail(const Message &message);
+    void tellLost();
     void tmrStampa_Timer();
 
     ChildWindow *m_window;
@@ -64,8 +63,7 @@ private:
 
     std::unique_ptr<CurrentPrinter::Search> m_search;
     CurrentPrinter::Found m_found;
-    std::unique_ptr<Document> m_document;
-    QTimer m_turn;
+    TaskRunner m_runner;
     QTimer *tmrStampa;
     QPointer<frmStampaInCorso> m_notice;
 };

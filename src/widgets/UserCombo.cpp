@@ -16,9 +16,9 @@ class UserCombo::Model : public QAbstractListModel
 public:
     using QAbstractListModel::QAbstractListModel;
 
-    const QList<Entry> &entries() const { return m_entries; }
+    const QList<NameEntry> &entries() const { return m_entries; }
 
-    void setEntries(QList<Entry> entries)
+    void setEntries(QList<NameEntry> entries)
     {
         beginResetModel();
         m_entries = std::move(entries);
@@ -28,7 +28,7 @@ public:
     int rowOf(std::optional<qint64> id) const
     {
         const auto found = std::find_if(m_entries.cbegin(), m_entries.cend(),
-                                        [id](const Entry &entry) { return id && entry.id == *id; });
+                                        [id](const NameEntry &entry) { return id && entry.id == *id; });
         return found == m_entries.cend() ? -1 : static_cast<int>(found - m_entries.cbegin());
     }
 
@@ -36,10 +36,9 @@ public:
     int rowOf(const QString &text) const
     {
         const QString key = nameKey(text);
-        const auto found =
-            std::lower_bound(m_entries.cbegin(), m_entries.cend(), key,
-                             [](const Entry &entry, const QString &k) { return nameKey(entry.text) < k; });
-        if (text.isEmpty() || found == m_entries.cend() || nameKey(found->text) != key)
+        const auto found = std::lower_bound(m_entries.cbegin(), m_entries.cend(), key,
+                                            [](const NameEntry &entry, const QString &k) { return entry.key < k; });
+        if (text.isEmpty() || found == m_entries.cend() || found->key != key)
             return -1;
         return static_cast<int>(found - m_entries.cbegin());
     }
@@ -57,7 +56,7 @@ public:
     }
 
 private:
-    QList<Entry> m_entries;
+    QList<NameEntry> m_entries;
 };
 
 UserCombo::UserCombo(const QString &name, QWidget *parent) : QComboBox(parent), m_model(new Model(this))
@@ -83,7 +82,7 @@ UserCombo::UserCombo(const QString &name, QWidget *parent) : QComboBox(parent), 
     connect(this, &QComboBox::editTextChanged, this, &UserCombo::textTyped);
 }
 
-void UserCombo::setEntries(QList<Entry> entries)
+void UserCombo::setEntries(QList<NameEntry> entries)
 {
     const std::optional<qint64> id = shown();
     const QScopedValueRollback setting(m_setting, true);

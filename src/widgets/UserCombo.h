@@ -1,5 +1,7 @@
 #pragma once
 
+#include "texts/NameSort.h"
+
 #include <QComboBox>
 
 #include <optional>
@@ -11,16 +13,11 @@ class UserCombo : public QComboBox
     Q_OBJECT
 
 public:
-    struct Entry {
-        QString text;
-        qint64 id = 0;
-    };
-
     /// @param name  becomes the objectName
     explicit UserCombo(const QString &name, QWidget *parent = nullptr);
 
-    /// @param entries  sorted by nameKey() of their texts; the person that is shown stays when it is among them
-    void setEntries(QList<Entry> entries);
+    /// @param entries  sorted by their keys; the person that is shown stays when it is among them
+    void setEntries(QList<NameEntry> entries);
 
     /// Id of the entry shown; none when the text is empty or is no entry's.
     std::optional<qint64> shown() const;

@@ -15,11 +15,15 @@ void fill(TestFolder &test)
                    {u"5"_s, u"TX"_s, {}, u"Ada"_s}});
 }
 
-QStringList names(const UserDirectory &users, const QList<int> &places)
+QStringList names(const UserDirectory &users, QString User::*name)
 {
+    NameSort sort = users.names(name);
+    while (!sort.step(QDeadlineTimer(0)).value()) {
+    }
     QStringList names;
-    for (const int place : places) {
-        const User &user = users.users()[place];
+    const QList<NameEntry> entries = sort.take();
+    for (const NameEntry &entry : entries) {
+        const User &user = users.users()[entry.id];
         names.append(user.Codice + u' ' + user.Tipo);
     }
     return names;
@@ -40,6 +44,7 @@ private Q_SLOTS:
     void lookUp();
     void faults_data();
     void faults();
+    void manyNames();
 };
 
 /// The same whether it is read at once or in turns of one user each.
@@ -49,7 +54,8 @@ void TestDirectory::lookUp()
     fill(test);
     for (const bool inTurns : {false, true}) {
         QVERIFY(!test.archives.exists(copyName));
-        UserDirectory users(test.archives, copyName, inTurns ? UserDirectory::Copy::Kept : UserDirectory::Copy::Removed);
+        UserDirectory users(test.archives, copyName,
+                            inTurns ? UserDirectory::Copy::Kept : UserDirectory::Copy::Removed);
         if (inTurns) {
             QVERIFY(users.begin().ok());
             int turns = 1;
@@ -65,8 +71,8 @@ void TestDirectory::lookUp()
         QCOMPARE(nameOf(users.findCode(u"7"_s)) + nameOf(users.findCode(u"5"_s)), u"rossi/BeaNeri/Ada"_s);
         QCOMPARE(users.nearest(u"5"_s, u"??"_s).Cognome + users.nearest(u"7"_s, u"DKS"_s).Cognome, u"NeriRossi"_s);
         QVERIFY(!users.findCode(u"6"_s) && !users.contains(u"6"_s) && users.nearest(u"6"_s, u"TX"_s).Nome.isEmpty());
-        QCOMPARE(names(users, users.bySurname()), listOf("5 DKS,7 TX,7 DKS"));
-        QCOMPARE(names(users, users.byFirstName()), listOf("5 DKS,5 TX,7 DKS,7 TX"));
+        QCOMPARE(names(users, &User::Cognome), listOf("5 DKS,7 TX,7 DKS"));
+        QCOMPARE(names(users, &User::Nome), listOf("5 DKS,5 TX,7 DKS,7 TX"));
         users.forget();
         QVERIFY(!users.isKnown() && users.contains(u"5"_s));
     }
@@ -115,6 +121,25 @@ void TestDirectory::faults()
         QCOMPARE(isRead.fault().subject, test.folder.path(u"Archivi/Anagrafico.zeb"_s));
     QTEST(static_cast<int>(users.users().size()), "users");
     QVERIFY(users.isKnown() && users.step(QDeadlineTimer(0)).fault().code == FaultCode::NotOpen);
+}
+
+/// However many there are, in steps as short as can be; equals stay in their order.
+void TestDirectory::manyNames()
+{
+    const auto less = [](const std::pair<int, int> &a, const std::pair<int, int> &b) { return a.first < b.first; };
+    for (const int count : {0, 1, 512, 513, 1024, 1500, 4100}) {
+        SortInTurns<std::pair<int, int>, decltype(less)> sort(less);
+        std::vector<std::pair<int, int>> expected;
+        for (int i = 0; i < count; ++i) {
+            expected.emplace_back(i * 7919 % 997, i);
+            sort.add(expected.back());
+        }
+        std::stable_sort(expected.begin(), expected.end(), less);
+        int steps = 1;
+        for (; !sort.step(QDeadlineTimer(0)); ++steps) {
+        }
+        QVERIFY(steps >= count / 512 && sort.take() == expected);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestDirectory)

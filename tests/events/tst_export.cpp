@@ -124,9 +124,9 @@ private Q_SLOTS:
                           }});
         Result<bool> done = false;
         while (done && !done.value())
-            done = work.step(20);
+            done = work.step(QDeadlineTimer(20));
         QVERIFY(done.ok());
-        QCOMPARE(work.position(), count);
+        QCOMPARE(work.progress().done, count);
 
         const QJsonArray sheets = readWorkbooks(folder.path())[0].toArray();
         QCOMPARE(sheets.size(), rows.size());
@@ -190,7 +190,7 @@ private Q_SLOTS:
             EventExport work(disk, old.fileName(), {u"Eventi"_s, Captions, 100, rows});
             Result<bool> done = false;
             for (int turn = 0; done && turn != turns; ++turn) {
-                done = work.step(0);
+                done = work.step(QDeadlineTimer(0));
                 QVERIFY(!done || !done.value());
             }
             if (!done)

@@ -2,11 +2,11 @@
 #include "events/frmEventi.h"
 #include "events/frmEventiOdierni.h"
 #include "events/frmNumEvOd.h"
-#include "events/frmRicercapr.h"
 #include "startup/CurrentPrinter.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"
 #include "widgets/UserCombo.h"
+#include "widgets/frmRicercapr.h"
 
 #include <QApplication>
 #include <QCheckBox>

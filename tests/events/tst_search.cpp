@@ -45,10 +45,17 @@ QStringList allRows(const SearchResults &results)
     return rows;
 }
 
+/// Takes the shortest step. @return whether there is more to do
+bool goesOn(EventSearch &search)
+{
+    const Result<bool> isDone = search.step(QDeadlineTimer(0));
+    return isDone && !isDone.value();
+}
+
 void run(EventSearch &search, const EventQuery &wanted)
 {
     QVERIFY(search.start(wanted));
-    while (search.step(QDeadlineTimer(0))) {
+    while (goesOn(search)) {
     }
 }
 
@@ -233,7 +240,7 @@ void TestSearch::unreadDays()
     EventSearch search(test.archives, users);
     run(search, range(u"01/03/2004"_s, u"06/03/2004"_s));
     QCOMPARE(search.unreadDays(), QStringList({u"02/03/2004"_s, u"03/03/2004"_s, u"04/03/2004"_s, u"05/03/2004"_s}));
-    QVERIFY(!search.fault() && search.incompleteDays().isEmpty() && !search.isComplete());
+    QVERIFY(search.step(QDeadlineTimer(0)).ok() && search.incompleteDays().isEmpty() && !search.isComplete());
     QCOMPARE(search.results().count(), 500);
     // What was unread is forgotten by the next search.
     run(search, range(u"01/03/2004"_s, u"01/03/2004"_s));
@@ -332,11 +339,11 @@ void TestSearch::stopAndLeftovers()
         EventSearch search(test.archives, users);
         QVERIFY(search.start(range(u"05/03/2004"_s, u"06/03/2004"_s)));
         for (int i = 0; i < 21; ++i)
-            QVERIFY(search.step(QDeadlineTimer(0)));
-        QCOMPARE(search.position(), 20);
-        QCOMPARE(search.matches(), 50);
+            QVERIFY(goesOn(search));
+        QCOMPARE(search.progress().done, 20);
+        QCOMPARE(search.progress().count, 50);
         search.stop();
-        QVERIFY(!search.step(QDeadlineTimer(0)) && !search.isComplete());
+        QVERIFY(!goesOn(search) && !search.isComplete());
         QCOMPARE(search.results().count(), 20);
         QCOMPARE(search.results().row(19).value().join(u'|'), u"||TX|A||05-03-2004|10:00:00|"_s);
     }
@@ -356,27 +363,27 @@ void TestSearch::resultsThatCannotBeKept()
     EventSearch search(test.archives, users);
     // The disk is full after some events, and what was found before is there.
     QVERIFY(search.start(range(u"05/03/2004"_s, u"06/03/2004"_s)));
-    while (search.position() < 3000)
-        QVERIFY(search.step(QDeadlineTimer(0)));
+    while (search.progress().done < 3000)
+        QVERIFY(goesOn(search));
     vfs.refusal = SQLITE_FULL;
-    while (search.step(QDeadlineTimer(0))) {
+    while (goesOn(search)) {
     }
-    QVERIFY(search.fault() && search.fault()->code == FaultCode::DiskFull && !search.isComplete());
+    QVERIFY(search.step(QDeadlineTimer(0)).fault().code == FaultCode::DiskFull && !search.isComplete());
     QCOMPARE(search.results().count(), 2000);
     QVERIFY(search.results().row(1999).ok());
     vfs.refusal = 0;
     // Few events need no disk.
     QVERIFY(search.start(range(u"05/03/2004"_s, u"06/03/2004"_s)));
     vfs.refusal = SQLITE_FULL;
-    while (search.position() < 1500)
-        QVERIFY(search.step(QDeadlineTimer(0)));
+    while (search.progress().done < 1500)
+        QVERIFY(goesOn(search));
     search.stop();
-    QVERIFY(!search.fault() && search.results().row(1499).ok());
+    QVERIFY(search.step(QDeadlineTimer(0)).ok() && search.results().row(1499).ok());
     vfs.refusal = 0;
     QFile::remove(test.folder.path(u"Archivi/Eventitmp.zeb"_s));
     const Result<void> started = search.start(range(u"05/03/2004"_s, u"06/03/2004"_s));
     QVERIFY(!started && started.fault().code == FaultCode::NotFound);
-    QVERIFY(!search.step(QDeadlineTimer(0)));
+    QVERIFY(!goesOn(search));
     QCOMPARE(search.results().count(), 0);
 }
 
@@ -440,7 +447,7 @@ void TestSearch::dayGrows()
     FakeClock clock;
     test.addUsers({{u"5"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s}});
     DayView view(test.archives, clock);
-    QVERIFY(view.open() && !view.hasArchive());
+    QVERIFY(view.open() && view.users().step(QDeadlineTimer(QDeadlineTimer::Forever)).value() && !view.hasArchive());
     const auto add = [&](int from, int to) {
         for (int i = from; i <= to; ++i)
             test.addEvents(u"05-03-2004"_s, {{QString::number(i), u"TX"_s, u"A"_s, {}, {}, u"10:0%1:00"_s.arg(i)}});
@@ -487,7 +494,7 @@ void TestSearch::dayChanges()
     const QStringList event = {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s};
     test.addEvents(u"05-03-2004"_s, {event});
     DayView view(test.archives, clock);
-    QVERIFY(view.open() && view.refresh(5));
+    QVERIFY(view.open() && view.users().step(QDeadlineTimer(QDeadlineTimer::Forever)).value() && view.refresh(5));
     clock.moment = clock.moment.addDays(1);
     test.addEvents(u"05-03-2004"_s, {event});
     // A late event of the old day, and no archive of the new one yet.

@@ -1,4 +1,3 @@
-#include "events/frmRicercapr.h"
 #include "mainwindow/MDIForm1.h"
 #include "platform/PseudoTerminal.h"
 #include "startup/WindowPlace.h"
@@ -7,6 +6,7 @@
 #include "widgets/Accessibility.h"
 #include "widgets/ClientArea.h"
 #include "widgets/DesktopStyle.h"
+#include "widgets/frmRicercapr.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -32,7 +32,8 @@ struct Desk {
     {
         test.addUsers({});
         test.addEvents(u"05-03-2004"_s, {{u"1"_s, u"TX"_s, u"A"_s, u"X"_s, {}, u"07:00:00"_s}});
-        test.write(u"Impost.stp"_s, port + "\r\nNUMEVOD=25\r\nCHECK=0\r\nPRN=-1\r\nLINGUA=" + QByteArray::number(language) + "\r\n");
+        test.write(u"Impost.stp"_s,
+                   port + "\r\nNUMEVOD=25\r\nCHECK=0\r\nPRN=-1\r\nLINGUA=" + QByteArray::number(language) + "\r\n");
         QDir(test.directory.path()).mkdir(u"Istruzioni"_s);
         QFile::copy(qEnvironmentVariable("KOR_PROGRAMS") + u"/Istruzioni/mansw.pdf"_s,
                     test.directory.filePath(u"Istruzioni/mansw.pdf"_s));

@@ -1,4 +1,4 @@
-#include "events/frmRicercapr.h"
+#include "widgets/frmRicercapr.h"
 
 #include "widgets/Twips.h"
 
