@@ -1,7 +1,5 @@
 #include "archives/Database.h"
 
-#include "texts/NameKey.h"
-
 #include <QFile>
 
 #include <sqlite3.h>
@@ -62,14 +60,6 @@ const char *journal(Database::Use use)
         break;
     }
     return "PRAGMA synchronous = FULL;";
-}
-
-void sqlNameKey(sqlite3_context *context, int, sqlite3_value **arguments)
-{
-    const auto *utf16 = static_cast<const char16_t *>(sqlite3_value_text16(arguments[0]));
-    const QStringView name(utf16, sqlite3_value_bytes16(arguments[0]) / 2);
-    const QByteArray key = nameKey(name).toUtf8();
-    sqlite3_result_text(context, key.constData(), static_cast<int>(key.size()), SQLITE_TRANSIENT);
 }
 
 } // namespace
@@ -168,8 +158,6 @@ Result<Database> Database::open(const QString &path, const QByteArray &rawKey, U
         return database.fault(opened);
     sqlite3_extended_result_codes(handle, 1);
     sqlite3_busy_timeout(handle, patienceMilliseconds);
-    sqlite3_create_function(handle, "name_key", 1, SQLITE_UTF16 | SQLITE_DETERMINISTIC, nullptr, &sqlNameKey, nullptr,
-                            nullptr);
     if (sqlite3_key(handle, rawKey.constData(), static_cast<int>(rawKey.size())) != SQLITE_OK)
         return Fault{FaultCode::Damaged, path};
     // The key proves itself only when a page is read.

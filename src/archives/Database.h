@@ -77,8 +77,6 @@ Result<void> Statement::each(Take take)
 ///
 /// Faults are Locked, DiskFull, InputOutput, AccessDenied, NotFound and Damaged; the last also stands for a file that
 /// the archive password does not open.
-///
-/// Statements may sort by name_key(<field>), see nameKey().
 class Database
 {
 public:

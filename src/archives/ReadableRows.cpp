@@ -25,10 +25,10 @@ Result<ReadableRows> ReadableRows::open(Database &database, const QString &table
         return wanted.fault();
     wanted.value().bind(values);
     // Here the condition is a column: reading stops at each row, and what is lost begins behind the last of them.
-    Result<Statement> all = database.prepare(
-        QStringLiteral("SELECT rowid, *, (%2) FROM %1 WHERE rowid >= ?%3 ORDER BY rowid")
-                                                  .arg(table, condition)
-                                                  .arg(values.size() + 1));
+    Result<Statement> all =
+        database.prepare(QStringLiteral("SELECT rowid, *, (%2) FROM %1 WHERE rowid >= ?%3 ORDER BY rowid")
+                             .arg(table, condition)
+                             .arg(values.size() + 1));
     if (!all)
         return all.fault();
     all.value().bind(values);

@@ -42,7 +42,7 @@ private:
 
     Statement m_wanted; ///< number and columns of the rows that are wanted
     Statement m_all;    ///< number and columns of all rows from a number on, and whether they are wanted
-    int m_first;      ///< parameter of the latter: the number to begin with
+    int m_first;        ///< parameter of the latter: the number to begin with
     qint64 m_next = std::numeric_limits<qint64>::min(); ///< lowest number that the next row may have
     bool m_isDamaged = false;
     bool m_hasRead = false;

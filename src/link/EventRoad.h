@@ -1,7 +1,7 @@
 #pragma once
 
-#include "link/EventLog.h"
 #include "codes/UserDirectory.h"
+#include "link/EventLog.h"
 
 #include <QObject>
 

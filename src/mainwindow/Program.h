@@ -1,11 +1,11 @@
 #pragma once
 
 #include "archives/ArchiveStore.h"
+#include "codes/UserDirectory.h"
 #include "link/EventLog.h"
 #include "link/EventRoad.h"
 #include "link/LineReader.h"
 #include "link/LinkMonitor.h"
-#include "codes/UserDirectory.h"
 #include "prefs/Passwords.h"
 #include "startup/CurrentPrinter.h"
 #include "startup/Settings.h"

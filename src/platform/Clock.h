@@ -14,8 +14,6 @@ public:
     QString date() const { return now().toString(QStringLiteral("MM-dd-yyyy")); }
     /// The time of day as "hh:mm:ss", 24 hours.
     QString time() const { return now().toString(QStringLiteral("HH:mm:ss")); }
-    /// 1 = Sunday to 7 = Saturday.
-    int weekday() const { return now().date().dayOfWeek() % 7 + 1; }
 
     /// Local date and time in one reading: a date and a time read one after the other may belong to two days.
     virtual QDateTime now() const;

@@ -126,7 +126,9 @@ private Q_SLOTS:
         };
         QVERIFY(database.each(sql, {QString(), qint64{9}}, seeOne).ok());
         QCOMPARE(seen, listOf("1,2,1,2"));
-        const auto refuse = [](const Statement &row) -> Result<void> { return Fault{FaultCode::TooLarge, row.text(0)}; };
+        const auto refuse = [](const Statement &row) -> Result<void> {
+            return Fault{FaultCode::TooLarge, row.text(0)};
+        };
         QCOMPARE(database.each(sql, {QString(), qint64{9}}, refuse).fault().subject, u"1"_s);
         Database other = std::move(test.archives.open(ArchiveName::Users, Database::Use::Safe).value());
         QVERIFY(database.execute(u"UPDATE Utenti SET Nome = ? WHERE rowid = ?"_s, {u"O'Hara"_s, qint64{3}}).ok());

@@ -114,7 +114,8 @@ private Q_SLOTS:
             {}, {});
         row("a day, no register", u"file Archivi/EVENTI_01-02-2004.zeb"_s, reg + u"' cannot be read: does not exist"_s,
             {});
-        row("waiting events, no register", u"file Archivi/Attesa.zeb"_s, reg + u"' cannot be read: does not exist"_s, {});
+        row("waiting events, no register", u"file Archivi/Attesa.zeb"_s, reg + u"' cannot be read: does not exist"_s,
+            {});
         row("a backup, no register", u"file "_s + backup,
             reg + u"' is missing, though the folder has been in use:"_s + way, {});
         row("a link that leads nowhere", u"link"_s,
