@@ -52,6 +52,8 @@ frmInfo::frmInfo(const Texts &texts, const QPixmap &picture, const QString &fold
     // A path has no blank at which a label could break it; here its whole length can be walked through and copied.
     txtDati->setReadOnly(true);
     txtDati->setFrame(false);
+    // Its text stands below the others': a box keeps two pixels at either side.
+    txtDati->setTextMargins(-2, 0, -2, 0);
     txtDati->setCursorPosition(0);
     QPalette plain = txtDati->palette();
     plain.setBrush(QPalette::Base, plain.brush(QPalette::Window));
