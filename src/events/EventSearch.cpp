@@ -18,6 +18,23 @@ struct EventSearch::OpenDay {
     int matches = 0;
 };
 
+namespace {
+
+/// Days that events wait for which could not go to their archive yet, "dd-mm-yyyy".
+QSet<QString> daysThatWait(ArchiveStore &archives)
+{
+    QSet<QString> days;
+    if (!archives.exists(ArchiveName::Waiting))
+        return days;
+    // One that cannot be read now has been told by the log, which keeps it.
+    if (Result<Database> spool = archives.open(ArchiveName::Waiting, Database::Use::Safe); spool)
+        (void)spool.value().each(QStringLiteral("SELECT DISTINCT Giorno FROM Attesa"), {},
+                                 [&days](const Statement &row) { days.insert(row.text(0)); });
+    return days;
+}
+
+} // namespace
+
 EventSearch::EventSearch(ArchiveStore &archives, const UserDirectory &users)
     : m_archives(archives), m_users(users), m_results(archives)
 {
@@ -41,6 +58,7 @@ Result<void> EventSearch::start(const EventQuery &query)
         return cleared;
     m_condition = dayCondition(query);
     m_files = filesOfDays(m_archives.folder());
+    m_waiting = daysThatWait(m_archives);
     m_day = query.firstDay;
     m_lastKey = DataOrdinabile(query.lastDay);
     m_running = true;
@@ -73,8 +91,9 @@ bool EventSearch::openDay()
     // The 31st of a shorter month is accepted as an end of the range, but no archive is named after it.
     if (!QDate::fromString(m_day, QStringLiteral("dd/MM/yyyy")).isValid())
         return false;
-    const DayFiles files = m_files.value(DataTrattini(m_day));
-    m_isIncomplete = !files.setAside.isEmpty();
+    const QString day = DataTrattini(m_day);
+    const DayFiles files = m_files.value(day);
+    m_isIncomplete = !files.setAside.isEmpty() || m_waiting.contains(day);
     if (files.archive.isEmpty())
         return false;
     Result<std::unique_ptr<OpenDay>> opened = open(files.archive);

@@ -58,6 +58,7 @@ private:
     SearchResults m_results;
     DayCondition m_condition;
     QHash<QString, DayFiles> m_files;
+    QSet<QString> m_waiting;
     QString m_day;
     QString m_lastKey;
     std::unique_ptr<OpenDay> m_open;
