@@ -5,6 +5,8 @@
 #include "events/SearchResults.h"
 #include "platform/Task.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <memory>
 
