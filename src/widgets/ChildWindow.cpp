@@ -39,6 +39,12 @@ ChildWindow::ChildWindow(const QString &name, QWidget *parent) : QWidget(parent)
     setAttribute(Qt::WA_DeleteOnClose);
 }
 
+ChildWindow::~ChildWindow()
+{
+    // The keyboard goes on while the controls go, when this is no such window any more.
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 QPoint ChildWindow::place(QSize area, QSize own) const
 {
     if (m_place)
@@ -93,8 +99,7 @@ void ChildWindow::makeScrollable()
 
 void ChildWindow::keepInSight(QWidget *control)
 {
-    // The keyboard goes on while a window goes.
-    if (control && m_scroll && m_scroll->widget() && m_scroll->widget()->isAncestorOf(control))
+    if (control && m_scroll->widget()->isAncestorOf(control))
         m_scroll->ensureWidgetVisible(control);
 }
 

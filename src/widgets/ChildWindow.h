@@ -22,6 +22,7 @@ class ChildWindow : public QWidget
 public:
     /// @param name  of the window's class; becomes its objectName
     explicit ChildWindow(const QString &name, QWidget *parent = nullptr);
+    ~ChildWindow() override;
 
     /// Upper left corner in the main window's client area, in pixels.
     /// @param area  size of the client area; @param own  size of this window with its frame
