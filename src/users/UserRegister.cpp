@@ -56,7 +56,7 @@ public:
     Result<bool> step(const QDeadlineTimer &until) override
     {
         if (!m_surnames) {
-            const Result<bool> read = m_users.m_editor.read(until);
+            Result<bool> read = m_users.m_editor.read(until);
             if (!read || !read.value())
                 return read;
             const UserRows rows(m_users.users());
@@ -65,7 +65,7 @@ public:
             return false;
         }
         for (NameSort *names : {&*m_surnames, &*m_firstNames}) {
-            const Result<bool> sorted = names->step(until);
+            Result<bool> sorted = names->step(until);
             if (!sorted || !sorted.value())
                 return sorted;
         }
