@@ -34,7 +34,8 @@ endfunction()
 
 # Makes the folder of links and gives it to the sources.
 function(kor_lay layer folders sources)
-    if(NOT sources)
+    # Where many sources are compiled as one they see the same folders.
+    if(NOT sources OR CMAKE_UNITY_BUILD)
         return()
     endif()
     set(links ${CMAKE_BINARY_DIR}/layers/${layer})

@@ -18,6 +18,8 @@ struct EntryCheck {
 /// Highest code of a transmitter (hexadecimal 0EFFFFFF) and of a keypad.
 inline constexpr int HighestTransmitterCode = 251'658'239;
 inline constexpr int HighestKeypadCode = 999'999;
+/// Digits of a code that is typed.
+inline constexpr int LongestCode = 9;
 
 /// Checks a code that was typed or received for a user of the register.
 /// @param typed  decimal digits, with or without leading zeros

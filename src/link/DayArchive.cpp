@@ -12,7 +12,7 @@ namespace {
 /// Longest that opening reads.
 constexpr int firstTurnMilliseconds = 20;
 /// Rows that are read in one go: well below a millisecond.
-constexpr qint64 pieceRows = 1000;
+constexpr qint64 rowsAtOnce = 1000;
 
 QString statement(QStringView text)
 {
@@ -106,12 +106,12 @@ Result<bool> DayArchive::readRows()
     if (!piece)
         return piece.fault();
     piece.value().bind(1, m_row);
-    piece.value().bind(2, pieceRows);
+    piece.value().bind(2, rowsAtOnce);
     const Result<bool> row = piece.value().step();
     if (!row)
         return row.fault();
     m_row = piece.value().integer(1);
-    return piece.value().integer(0) == pieceRows;
+    return piece.value().integer(0) == rowsAtOnce;
 }
 
 /// Reads the pages of the index, which search and views go by.
@@ -134,7 +134,7 @@ Result<bool> DayArchive::readIndex()
     piece.value().bind(1, m_key[0]);
     piece.value().bind(2, m_key[1]);
     piece.value().bind(3, m_row);
-    piece.value().bind(4, pieceRows - 1);
+    piece.value().bind(4, rowsAtOnce - 1);
     Result<bool> row = piece.value().step();
     if (!row || !row.value())
         return row;

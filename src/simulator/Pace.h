@@ -6,6 +6,9 @@
 
 namespace simulator {
 
+/// Between two looks at what is due.
+inline constexpr int TickMilliseconds = 10;
+
 /// How much is due when things come at a steady rate. Fractions are carried on: the rate holds however unevenly it is
 /// asked.
 class Pace

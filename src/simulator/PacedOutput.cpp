@@ -7,7 +7,6 @@ namespace simulator {
 
 namespace {
 
-constexpr int tickMilliseconds = 10;
 constexpr qsizetype compactFrom = 1 << 16;
 
 } // namespace
@@ -16,7 +15,7 @@ PacedOutput::PacedOutput(double bytesPerSecond, const Clock &clock, Sink sink, Q
     : QObject(parent), m_bytesPerSecond(bytesPerSecond), m_clock(clock), m_sink(std::move(sink)), m_pace(bytesPerSecond)
 {
     m_timer.setTimerType(Qt::PreciseTimer);
-    m_timer.setInterval(tickMilliseconds);
+    m_timer.setInterval(TickMilliseconds);
     connect(&m_timer, &QTimer::timeout, this, &PacedOutput::send);
 }
 

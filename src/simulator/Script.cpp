@@ -1,10 +1,11 @@
 #include "simulator/Script.h"
 
+#include "simulator/Pace.h"
+
 namespace simulator {
 
 namespace {
 
-constexpr int tickMilliseconds = 10;
 /// For a reader that is slower than the line.
 constexpr int patienceMilliseconds = 1000;
 
@@ -48,7 +49,7 @@ void Script::step()
 {
     while (!m_commands.isEmpty() && !m_timer.isActive()) {
         if (mustWait(m_commands.head())) {
-            m_timer.start(tickMilliseconds);
+            m_timer.start(TickMilliseconds);
             return;
         }
         const Command command = m_commands.dequeue();
@@ -63,7 +64,7 @@ void Script::step()
         }
         // A round that takes no time of its own would never let go.
         if (m_repeating && ++m_done % m_round == 0 && !m_timer.isActive())
-            m_timer.start(tickMilliseconds);
+            m_timer.start(TickMilliseconds);
     }
 }
 

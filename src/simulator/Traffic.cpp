@@ -5,12 +5,6 @@
 
 namespace simulator {
 
-namespace {
-
-constexpr int tickMilliseconds = 10;
-
-} // namespace
-
 Traffic::Traffic(const Plan &plan, SimulatedInterface &interface, const Clock &clock, QObject *parent)
     : QObject(parent), m_plan(plan), m_interface(interface), m_clock(clock), m_pace(plan.perSecond)
 {
@@ -18,7 +12,7 @@ Traffic::Traffic(const Plan &plan, SimulatedInterface &interface, const Clock &c
     m_timer.setTimerType(Qt::PreciseTimer);
     connect(&m_timer, &QTimer::timeout, this, &Traffic::tick);
     if (!isFinished())
-        m_timer.start(tickMilliseconds);
+        m_timer.start(TickMilliseconds);
 }
 
 bool Traffic::isFinished() const

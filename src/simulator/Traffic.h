@@ -1,5 +1,6 @@
 #pragma once
 
+#include "simulator/Pace.h"
 #include "simulator/SimulatedInterface.h"
 
 #include <optional>

@@ -16,7 +16,6 @@
 namespace {
 
 constexpr int numberLength = 4;
-constexpr int codeLength = 9;
 
 /// The caret goes to the end, as after typing there.
 void setTyped(QLineEdit *box, const QString &text)
@@ -64,7 +63,7 @@ frmAddCod::frmAddCod(const Texts &texts, Messages &messages, UserRegister &users
     lblCodPart->setObjectName(QStringLiteral("lblCodPart"));
     lblCodPart->setBuddy(txtCodPart);
     txtCodPart->setObjectName(QStringLiteral("txtCodPart"));
-    txtCodPart->setMaxLength(codeLength);
+    txtCodPart->setMaxLength(LongestCode);
     lblMessage->setObjectName(QStringLiteral("lblMessage"));
     lblMessage->setTextFormat(Qt::PlainText);
     Bar->setObjectName(QStringLiteral("Bar"));

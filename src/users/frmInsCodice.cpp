@@ -13,7 +13,6 @@
 namespace {
 
 constexpr int pollMilliseconds = 100;
-constexpr int codeLength = 9;
 
 } // namespace
 
@@ -96,7 +95,7 @@ void frmInsCodice::tmrRicezione_Timer()
 void frmInsCodice::txtCodice_Change()
 {
     // The digits first: a code may be pasted with marks between them.
-    keepAccepted(txtCodice, [](const QString &typed) { return SoloCifre(typed).left(codeLength); });
+    keepAccepted(txtCodice, [](const QString &typed) { return SoloCifre(typed).left(LongestCode); });
 }
 
 void frmInsCodice::cmdOk_Click()
