@@ -1,6 +1,6 @@
 #pragma once
 
-#include "events/TableReport.h"
+#include "reports/TableReport.h"
 
 class Texts;
 

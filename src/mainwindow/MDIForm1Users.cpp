@@ -1,5 +1,5 @@
-#include "events/TextReport.h"
 #include "mainwindow/MDIForm1.h"
+#include "reports/TextReport.h"
 #include "users/UserListReport.h"
 #include "users/frmLstUtenti.h"
 #include "widgets/Printing.h"
