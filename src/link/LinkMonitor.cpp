@@ -1,7 +1,5 @@
 #include "link/LinkMonitor.h"
 
-#include "codes/CodeRules.h"
-
 namespace {
 
 constexpr qint64 rePowerQuietMilliseconds = 2000;
@@ -334,12 +332,12 @@ void LinkMonitor::configurationClosed()
 
 void LinkMonitor::updateProtocol(Purpose purpose, const InterfaceConfig &config)
 {
-    const int code = protocolCode(config.protocol, config.siteCode, config.channelInfo);
-    if (m_settings.CodProtocollo == code && (code != 0 || purpose == Purpose::Window))
+    const Protocol protocol = config.protocolCode();
+    if (m_settings.CodProtocollo == protocol && (protocol != Protocol::NotKnown || purpose == Purpose::Window))
         return;
-    m_settings.CodProtocollo = code;
+    m_settings.CodProtocollo = protocol;
     if (purpose != Purpose::Window)
-        saveSetting(QStringLiteral("PRTC"), code);
+        saveSetting(QStringLiteral("PRTC"), static_cast<int>(protocol));
 }
 
 void LinkMonitor::saveSetting(const QString &key, int value)

@@ -29,7 +29,7 @@ public:
 
     /// What the window has to know about the interface.
     struct Interface {
-        std::function<int()> protocol; ///< the one in force, 0 to 15
+        std::function<Protocol()> protocol; ///< the one in force
         bool isOffLine = false;
         EventRoad::ReceivedCode &received; ///< must outlive this window
     };

@@ -42,10 +42,10 @@ private Q_SLOTS:
     void truncated()
     {
         QFETCH(int, protocol);
-        QTEST(truncatedCode(tag(), protocol), "expected");
-        QVERIFY(hasTruncatedCodes(protocol));
+        QTEST(truncatedCode(tag(), Protocol{protocol}), "expected");
+        QVERIFY(hasTruncatedCodes(Protocol{protocol}));
         for (int carriesAll : {0, 2, 5, 6, 9, 11, 12, 13, 14, 16, -1})
-            QCOMPARE(truncatedCode(u"251658239"_s, carriesAll), QString());
+            QCOMPARE(truncatedCode(u"251658239"_s, Protocol{carriesAll}), QString());
     }
 
     void protocols_data()
@@ -64,8 +64,11 @@ private Q_SLOTS:
     void protocols()
     {
         const QString name = tag();
-        const QList<int> codes = {protocolCode(name, 0, 0), protocolCode(name, 0, 1), protocolCode(name, 1, 0),
-                                  protocolCode(name, 1, 1)};
+        QList<int> codes;
+        for (const bool site : {false, true}) {
+            for (const bool channels : {false, true})
+                codes.append(static_cast<int>(protocolCode(name, site, channels)));
+        }
         QTEST(codes, "expected");
     }
 

@@ -33,7 +33,8 @@ struct Desk {
     }
     void open(int protocol)
     {
-        window = new frmLstUtenti(texts, messages, test.archives, {[protocol] { return protocol; }, false, received});
+        window = new frmLstUtenti(texts, messages, test.archives,
+                                  {[protocol] { return Protocol{protocol}; }, false, received});
         grid = window->findChild<QTableView *>();
         QObject::connect(window.data(), &frmLstUtenti::Chiudi, [this](int outcome) {
             closed = QString::number(outcome) + test.files(u"Archivi"_s).filter(u"$"_s).join(QString());
