@@ -15,7 +15,7 @@ public:
     struct ReceivedCode {
         bool received = false; ///< set by every record, cleared by its readers
         QString code;          ///< without leading zeros
-        QString type;          ///< "TX" or "DKS"
+        CodeType type = CodeType::Transmitter;
     };
 
     /// All must outlive this object.

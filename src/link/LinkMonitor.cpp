@@ -276,12 +276,12 @@ void LinkMonitor::objMessage_Chiudi()
         Q_EMIT stateChanged();
 }
 
-void LinkMonitor::objTempochk_ModificaMin(int minutes)
+void LinkMonitor::objTempochk_ModificaMin(std::optional<int> minutes)
 {
-    if (minutes == -1)
+    if (!minutes)
         return;
-    m_settings.MinCheck = minutes;
-    m_countdown = minutes;
+    m_settings.MinCheck = *minutes;
+    m_countdown = *minutes;
 }
 
 void LinkMonitor::suspend()
@@ -308,11 +308,11 @@ void LinkMonitor::end()
     setUnknown();
 }
 
-void LinkMonitor::objImpCom_Chiudi(int port, int result)
+void LinkMonitor::objImpCom_Chiudi(std::optional<int> port)
 {
-    if (result == 1) {
-        m_settings.PortaCom = port;
-        saveSetting(QStringLiteral("COM"), port);
+    if (port) {
+        m_settings.PortaCom = *port;
+        saveSetting(QStringLiteral("COM"), *port);
     }
     ApriCollegamento();
 }

@@ -48,9 +48,9 @@ void MDIForm1::openRegister()
         made->unload();
 }
 
-void MDIForm1::objLstUtenti_Chiudi(int result)
+void MDIForm1::objLstUtenti_Chiudi(frmLstUtenti::Esito outcome)
 {
-    if (result == frmLstUtenti::Saved)
+    if (outcome == frmLstUtenti::Esito::Saved)
         m_program.reloadUsers();
 }
 

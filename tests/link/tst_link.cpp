@@ -206,7 +206,7 @@ private Q_SLOTS:
             line.pass(1000, 20);
             QVERIFY(!line.serial.portOpen());
             line.interface.close();
-            line.link.objImpCom_Chiudi(0, 2);
+            line.link.objImpCom_Chiudi({});
         }
         line.pass(1000, 60);
         QCOMPARE(line.link.link(), LinkMonitor::Link::PortNotAvailable);
