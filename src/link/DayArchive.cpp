@@ -1,7 +1,7 @@
 #include "link/DayArchive.h"
 
 #include "archives/Tables.h"
-#include "link/EventRow.h"
+#include "codes/EventRow.h"
 
 #include <QElapsedTimer>
 
@@ -21,12 +21,12 @@ QString statement(QStringView text)
 
 } // namespace
 
-DayArchive::DayArchive(ArchiveStore &archives, QString day, Database database, Statement insert)
-    : m_archives(archives), m_day(std::move(day)), m_database(std::move(database)), m_insert(std::move(insert))
+DayArchive::DayArchive(ArchiveStore &archives, QDate day, Database database, Statement insert)
+    : m_archives(archives), m_day(day), m_database(std::move(database)), m_insert(std::move(insert))
 {
 }
 
-Result<std::unique_ptr<DayArchive>> DayArchive::open(ArchiveStore &archives, const QString &day)
+Result<std::unique_ptr<DayArchive>> DayArchive::open(ArchiveStore &archives, QDate day)
 {
     const QString name = ArchiveName::events(day);
     const bool isNew = !archives.exists(name);

@@ -2,6 +2,7 @@
 
 #include "codes/UserDirectory.h"
 #include "link/EventLog.h"
+#include "link/EventRecord.h"
 
 #include <QObject>
 

@@ -2,7 +2,8 @@
 
 #include "archives/Tables.h"
 #include "archives/Transaction.h"
-#include "link/EventRow.h"
+#include "codes/EventRow.h"
+#include "texts/DateTimeText.h"
 
 #include <QFileInfo>
 
@@ -77,7 +78,8 @@ Result<void> SpoolFile::look()
     Statement &row = query.value();
     Result<bool> more = row.step();
     for (; more && more.value(); more = row.step())
-        m_found[row.text(0)].at(static_cast<size_t>(markOf(row.integer(1)))) += static_cast<qsizetype>(row.integer(2));
+        m_found[dayOfFile(row.text(0))].at(static_cast<size_t>(markOf(row.integer(1)))) +=
+            static_cast<qsizetype>(row.integer(2));
     for (size_t i = 0; i < endings.size(); ++i)
         m_files.at(i) = identityOf(pathOf(m_archives) + endings.at(i));
     return more ? Result<void>() : Result<void>(more.fault());
@@ -90,7 +92,7 @@ Result<void> SpoolFile::add(const QList<WaitingEvent> &events)
         return begun;
     for (const WaitingEvent &waiting : events) {
         EventRow::bind(m_insert, 1, waiting.event);
-        m_insert.bind(9, waiting.day);
+        m_insert.bind(9, DataFile(waiting.day));
         m_insert.bind(10, static_cast<qint64>(waiting.mark));
         m_insert.bind(11, waiting.copy);
         m_insert.bind(12, waiting.place);
@@ -102,14 +104,14 @@ Result<void> SpoolFile::add(const QList<WaitingEvent> &events)
     return transaction.commit();
 }
 
-Result<QList<WaitingEvent>> SpoolFile::first(const QString &day, bool undecidedToo, qsizetype most)
+Result<QList<WaitingEvent>> SpoolFile::first(QDate day, bool undecidedToo, qsizetype most)
 {
     Result<Statement> query = m_database.prepare(statement(
         "SELECT Num, Stato, Copia, Posto, %1 FROM Attesa WHERE Giorno = ? AND Stato <> ? ORDER BY Num LIMIT ?"));
     if (!query)
         return query.fault();
     Statement &row = query.value();
-    row.bind(1, day);
+    row.bind(1, DataFile(day));
     row.bind(2, undecidedToo ? qint64{-1} : static_cast<qint64>(WaitingEvent::Mark::Undecided));
     row.bind(3, static_cast<qint64>(most));
     QList<WaitingEvent> events;

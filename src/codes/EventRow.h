@@ -1,7 +1,7 @@
 #pragma once
 
 #include "archives/Database.h"
-#include "link/EventRecord.h"
+#include "codes/Event.h"
 
 /// An event as columns of a statement, in the archive of a day and where it waits for that.
 namespace EventRow {
