@@ -15,11 +15,10 @@ std::optional<CodeType> typeOf(const QString &text)
 
 } // namespace
 
-void EventRow::bind(Statement &statement, int position, const Event &event)
+SqlValues EventRow::values(const Event &event)
 {
-    for (const QString &text : {event.Codice, DataFile(event.Data), OraTesto(event.Ora), typeText(event.Tipo),
-                                event.Canale, markText(event.AbCh), markText(event.KorDis), DataOrdinabile(event.Data)})
-        statement.bind(position++, text);
+    return {event.Codice, DataFile(event.Data), OraTesto(event.Ora),    typeText(event.Tipo),
+            event.Canale, markText(event.AbCh), markText(event.KorDis), DataOrdinabile(event.Data)};
 }
 
 Event EventRow::read(const Statement &row, int column)

@@ -44,18 +44,16 @@ Result<bool> DayView::refresh(int limit)
         return database.fault();
     // Events are numbered as they are stored and never removed: the highest number is their count, at the cost of one
     // page.
-    qint64 count = 0;
-    const Result<void> looked = database.value().each(QStringLiteral("SELECT max(ProgEv) FROM Eventi"), {},
-                                                      [&count](const Statement &row) { count = row.integer(0); });
-    if (!looked)
-        return looked.fault();
-    if (count == m_shown)
+    const Result<qint64> count = database.value().number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
+    if (!count)
+        return count.fault();
+    if (count.value() == m_shown)
         return changed;
     Result<QList<ListedEvent>> rows = read(database.value(), limit);
     if (!rows)
         return rows.fault();
     m_rows = std::move(rows.value());
-    m_shown = count;
+    m_shown = count.value();
     return true;
 }
 

@@ -115,9 +115,9 @@ Result<std::unique_ptr<EventSearch::OpenDay>> EventSearch::open(const QString &n
         return rows.fault();
     day->rows = std::move(rows.value());
     // For the progress only: whatever keeps the rows from being counted shows again when they are read.
-    (void)day->database.each(QStringLiteral("SELECT count(*) FROM %1 WHERE %2").arg(table, m_condition.where),
-                             m_condition.values,
-                             [&day](const Statement &row) { day->matches = static_cast<int>(row.integer(0)); });
+    const QString count = QStringLiteral("SELECT count(*) FROM %1 WHERE %2").arg(table, m_condition.where);
+    if (const Result<qint64> matches = day->database.number(count, m_condition.values); matches)
+        day->matches = static_cast<int>(matches.value());
     const Statement &row = day->rows->row();
     QHash<QString, int> places;
     for (int column = 0; column < row.columnCount(); ++column)

@@ -107,8 +107,8 @@ Result<void> SearchResults::keep()
 /// A disk that takes no more takes back what was added since it was written to last.
 qsizetype SearchResults::storedRows()
 {
-    Result<Statement> count = m_open->database.prepare(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
-    return count && count.value().step() ? count.value().integer(0) : 0;
+    const Result<qint64> count = m_open->database.number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
+    return count ? count.value() : 0;
 }
 
 Result<ListedEvent> SearchResults::row(qsizetype row) const

@@ -75,7 +75,7 @@ private:
     Result<bool> readPiece();
     Result<bool> readRows();
     Result<bool> readIndex();
-    Result<QList<Row>> rows(Statement &query);
+    Result<QList<Row>> rows(QStringView sql, const SqlValues &values);
     static bool isOther(const Named &name);
 
     ArchiveStore &m_archives;
