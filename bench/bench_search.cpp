@@ -152,8 +152,8 @@ void window(TestFolder &test)
     if (!form.open())
         return;
     form.show();
-    form.findChild<QLineEdit *>(u"txtDataOrig"_s)->setText(between({2003, 1, 1}, {2003, 12, 31}).firstDay);
-    form.findChild<QLineEdit *>(u"txtDataFine"_s)->setText(between({2003, 1, 1}, {2003, 12, 31}).lastDay);
+    form.findChild<QLineEdit *>(u"txtDataOrig"_s)->setText(u"01/01/2003"_s);
+    form.findChild<QLineEdit *>(u"txtDataFine"_s)->setText(u"31/12/2003"_s);
     auto *grid = form.findChild<QTableView *>(u"dbgrdDati"_s);
     QCoreApplication::processEvents();
     const qint64 before = residentPages();
