@@ -7,9 +7,9 @@
 #include "events/DayView.h"
 #include "events/frmEventi.h"
 #include "startup/CurrentPrinter.h"
-#include "startup/DateTimeText.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"
+#include "texts/DateTimeText.h"
 
 #include <QApplication>
 #include <QFile>
@@ -111,12 +111,9 @@ bool goesOn(EventSearch &search)
     return isDone && !isDone.value();
 }
 
-EventQuery wholeYear()
+EventQuery between(QDate first, QDate last)
 {
-    EventQuery query;
-    query.firstDay = u"01/01/2003"_s;
-    query.lastDay = u"31/12/2003"_s;
-    return query;
+    return {{}, first, last, QTime(0, 0), QTime(23, 59, 59)};
 }
 
 void search(TestFolder &test, const QByteArray &key, const QStringList &names)
@@ -129,7 +126,7 @@ void search(TestFolder &test, const QByteArray &key, const QStringList &names)
         UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
         EventSearch search(test.archives, users);
         ours.append(microseconds([&] {
-                        if (!users.open() || !search.start(wholeYear()))
+                        if (!users.open() || !search.start(between({2003, 1, 1}, {2003, 12, 31})))
                             qFatal("no search");
                         while (goesOn(search))
                             QCoreApplication::processEvents();
@@ -155,8 +152,8 @@ void window(TestFolder &test)
     if (!form.open())
         return;
     form.show();
-    form.findChild<QLineEdit *>(u"txtDataOrig"_s)->setText(wholeYear().firstDay);
-    form.findChild<QLineEdit *>(u"txtDataFine"_s)->setText(wholeYear().lastDay);
+    form.findChild<QLineEdit *>(u"txtDataOrig"_s)->setText(u"01/01/2003"_s);
+    form.findChild<QLineEdit *>(u"txtDataFine"_s)->setText(u"31/12/2003"_s);
     auto *grid = form.findChild<QTableView *>(u"dbgrdDati"_s);
     QCoreApplication::processEvents();
     const qint64 before = residentPages();
@@ -178,9 +175,7 @@ void missingDays(TestFolder &test)
 {
     UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
     EventSearch search(test.archives, users);
-    EventQuery query;
-    query.firstDay = u"01/01/1991"_s;
-    query.lastDay = u"31/12/2000"_s;
+    const EventQuery query = between({1991, 1, 1}, {2000, 12, 31});
     const double ours = microseconds([&] {
                             if (!users.open() || !search.start(query))
                                 qFatal("no search");
@@ -188,12 +183,11 @@ void missingDays(TestFolder &test)
                             }
                         }) /
                         1000;
-    const double bare =
-        microseconds([&] {
-            for (QDate day(1991, 1, 1); day <= QDate(2000, 12, 31); day = day.addDays(1))
-                (void)QFile::exists(test.folder.path(ArchiveName::events(day.toString(u"dd-MM-yyyy"_s))));
-        }) /
-        1000;
+    const double bare = microseconds([&] {
+                            for (QDate day(1991, 1, 1); day <= QDate(2000, 12, 31); day = day.addDays(1))
+                                (void)QFile::exists(test.folder.path(ArchiveName::events(day)));
+                        }) /
+                        1000;
     print("ten years of missing days", ours, bare, "ms");
 }
 

@@ -19,7 +19,7 @@
 namespace {
 
 constexpr int registered = 50'000;
-constexpr int protocol = 3; ///< every second user or so shares a truncated code
+constexpr auto protocol = Protocol::Wiegand26SiteChannel; ///< every second user or so shares a truncated code
 
 QString code(int user)
 {

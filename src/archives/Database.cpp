@@ -186,6 +186,16 @@ Result<void> Database::execute(const QString &sql, const SqlValues &values)
     return each(sql, values, [](const Statement &) {});
 }
 
+Result<qint64> Database::number(const QString &sql, const SqlValues &values)
+{
+    qint64 found = 0;
+    const Result<void> read = each(sql, values, [&found](const Statement &row) {
+        found = row.integer(0);
+        return false;
+    });
+    return read ? Result<qint64>(found) : read.fault();
+}
+
 Result<Statement> Database::prepare(const QString &sql)
 {
     const QByteArray utf8 = sql.toUtf8();
@@ -209,28 +219,20 @@ int Database::changes() const
 
 Result<void> Database::readThrough()
 {
-    Result<Statement> check = prepare(QStringLiteral("PRAGMA quick_check(1)"));
-    if (!check)
-        return check.fault();
-    const Result<bool> row = check.value().step();
-    if (!row)
-        return row.fault();
-    if (!row.value() || check.value().text(0) != QStringLiteral("ok"))
-        return Fault{FaultCode::Damaged, m_path};
-    return {};
+    bool isWhole = false;
+    Result<void> read = each(QStringLiteral("PRAGMA quick_check(1)"), {},
+                             [&isWhole](const Statement &row) { isWhole = row.text(0) == QStringLiteral("ok"); });
+    if (read && !isWhole)
+        read = Fault{FaultCode::Damaged, m_path};
+    return read;
 }
 
 Result<void> Database::checkpoint()
 {
-    Result<Statement> done = prepare(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
-    if (!done)
-        return done.fault();
-    const Result<bool> row = done.value().step();
-    if (!row)
-        return row.fault();
-    if (row.value() && done.value().integer(0) != 0)
-        return Fault{FaultCode::Locked, m_path};
-    return {};
+    const Result<qint64> isBusy = number(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
+    if (!isBusy)
+        return isBusy.fault();
+    return isBusy.value() == 0 ? Result<void>() : Fault{FaultCode::Locked, m_path};
 }
 
 void Database::keepSideFiles()

@@ -98,6 +98,8 @@ public:
     /// The same with a statement that returns rows, which are handed over as Statement::each() does.
     template<class Take>
     Result<void> each(const QString &sql, const SqlValues &values, Take take);
+    /// The number in the first column of the first row; 0 without a row.
+    Result<qint64> number(const QString &sql, const SqlValues &values = {});
     Result<Statement> prepare(const QString &sql);
     qint64 lastRow() const;
     /// Rows changed by the last statement.

@@ -2,6 +2,7 @@
 
 #include "platform/ProgramFolder.h"
 
+#include <QDate>
 #include <QHash>
 #include <QStringList>
 
@@ -11,5 +12,5 @@ struct DayFiles {
     QStringList setAside; ///< damaged archives that made room for it, oldest first
 };
 
-/// The files of every day that has any, by day "dd-mm-yyyy", as they are now.
-QHash<QString, DayFiles> filesOfDays(const ProgramFolder &folder);
+/// The files of every day that has any, as they are now.
+QHash<QDate, DayFiles> filesOfDays(const ProgramFolder &folder);

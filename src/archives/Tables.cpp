@@ -1,8 +1,10 @@
 #include "archives/Tables.h"
 
-QString ArchiveName::events(const QString &day)
+#include "texts/DateTimeText.h"
+
+QString ArchiveName::events(QDate day)
 {
-    return QStringLiteral("Archivi/Eventi_") + day + QStringLiteral(".zeb");
+    return QStringLiteral("Archivi/Eventi_") + DataFile(day) + QStringLiteral(".zeb");
 }
 
 // Every text column has a value from the start: a field that nobody wrote compares and prints as empty text.

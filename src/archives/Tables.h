@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDate>
 #include <QString>
 #include <QStringView>
 
@@ -22,8 +23,8 @@ inline constexpr auto EventsTemplate = u"Archivi/Eventiorg.zeb";
 inline constexpr auto Waiting = u"Archivi/Attesa.zeb";
 inline constexpr auto ResultsTemplate = u"Archivi/Eventitmp.zeb";
 
-/// The archive of one day. @param day "dd-mm-yyyy"
-QString events(const QString &day);
+/// The archive of one day.
+QString events(QDate day);
 
 } // namespace ArchiveName
 

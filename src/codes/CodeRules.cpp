@@ -5,23 +5,6 @@
 
 namespace {
 
-enum Protocol {
-    Wiegand26 = 1,
-    Wiegand26SiteChannel = 3,
-    Wiegand26Site = 4,
-    Wiegand37 = 5,
-    Wiegand37Channel = 6,
-    Wiegand37SiteChannel = 7,
-    Wiegand37Site = 8,
-    Wiegand37D10302 = 9,
-    Wiegand37D10302Bcd = 10,
-    Wiegand50 = 11,
-    Wiegand50Channel = 12,
-    Tolmar = 13,
-    Iso2 = 14,
-    RsC = 15,
-};
-
 /// The last @p digits of a code above @p limit, one digit less where these are above it themselves.
 QString tail(const QString &code, double limit, int digits)
 {
@@ -51,30 +34,30 @@ EntryCheck checkEntry(const QString &typed, CodeType type)
     return {EntryFault::None, code};
 }
 
-int protocolCode(const QString &name, int siteCode, int channelInfo)
+Protocol protocolCode(const QString &name, bool hasSiteCode, bool hasChannelInfo)
 {
-    const bool site = siteCode == 1;
-    const bool channel = channelInfo == 1;
+    using enum Protocol;
     if (name == QStringLiteral("WIEGAND 26 BIT"))
-        return !site ? Wiegand26 : channel ? Wiegand26SiteChannel : Wiegand26Site;
+        return !hasSiteCode ? Wiegand26 : hasChannelInfo ? Wiegand26SiteChannel : Wiegand26Site;
     if (name == QStringLiteral("WIEGAND 37 BIT HID")) {
-        if (site)
-            return channel ? Wiegand37SiteChannel : Wiegand37Site;
-        return channel ? Wiegand37Channel : Wiegand37;
+        if (hasSiteCode)
+            return hasChannelInfo ? Wiegand37SiteChannel : Wiegand37Site;
+        return hasChannelInfo ? Wiegand37Channel : Wiegand37;
     }
     if (name == QStringLiteral("WIEGAND 37 BIT HID D10302"))
-        return channel ? Wiegand37D10302Bcd : Wiegand37D10302;
+        return hasChannelInfo ? Wiegand37D10302Bcd : Wiegand37D10302;
     if (name == QStringLiteral("WIEGAND 50 BIT"))
-        return channel ? Wiegand50Channel : Wiegand50;
+        return hasChannelInfo ? Wiegand50Channel : Wiegand50;
     if (name == QStringLiteral("TOLMAR"))
         return Tolmar;
     if (name == QStringLiteral("ISO2"))
         return Iso2;
-    return name == QStringLiteral("RS_C") ? RsC : 0;
+    return name == QStringLiteral("RS_C") ? RsC : NotKnown;
 }
 
-bool hasTruncatedCodes(int protocol)
+bool hasTruncatedCodes(Protocol protocol)
 {
+    using enum Protocol;
     switch (protocol) {
     case Wiegand26:
     case Wiegand26SiteChannel:
@@ -89,8 +72,9 @@ bool hasTruncatedCodes(int protocol)
     }
 }
 
-QString truncatedCode(const QString &code, int protocol)
+QString truncatedCode(const QString &code, Protocol protocol)
 {
+    using enum Protocol;
     switch (protocol) {
     case Wiegand26:
         return tail(code, (1 << 24) - 1, 8);

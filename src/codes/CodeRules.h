@@ -1,5 +1,7 @@
 #pragma once
 
+#include "startup/Protocol.h"
+
 #include <QString>
 
 /// What a code comes from.
@@ -25,19 +27,16 @@ inline constexpr int LongestCode = 9;
 /// @param typed  decimal digits, with or without leading zeros
 EntryCheck checkEntry(const QString &typed, CodeType type);
 
-/// Code of a communication protocol: 1 and 3 to 15, or 0 for a name that is not known.
-/// @param name         as the interface reports it; case and blanks matter
-/// @param siteCode     1 when the interface reports a site code
-/// @param channelInfo  1 when the interface reports channel information
-int protocolCode(const QString &name, int siteCode, int channelInfo);
+/// The protocol of that name, with the two marks that may stand behind it.
+/// @param name  as the interface reports it; case and blanks matter
+Protocol protocolCode(const QString &name, bool hasSiteCode, bool hasChannelInfo);
 
 /// True for the protocols that carry only a part of some codes.
-bool hasTruncatedCodes(int protocol);
+bool hasTruncatedCodes(Protocol protocol);
 
 /// Truncated form of a user's code: the part of it that the interface delivers under a protocol.
 ///
-/// @param code      decimal digits, no leading zeros, at most 9; "" counts as 0
-/// @param protocol  0 to 15; 0 = not known
-/// @return          tail of the decimal text (leading zeros kept), five upper-case hexadecimal digits for
-///                  RS_C, or "" where the protocol carries the whole code
-QString truncatedCode(const QString &code, int protocol);
+/// @param code  decimal digits, no leading zeros, at most 9; "" counts as 0
+/// @return      tail of the decimal text (leading zeros kept), five upper-case hexadecimal digits for RS_C, or "" where
+///              the protocol carries the whole code
+QString truncatedCode(const QString &code, Protocol protocol);

@@ -1,7 +1,7 @@
 #include "events/DayView.h"
 
 #include "archives/Tables.h"
-#include "startup/DateTimeText.h"
+#include "codes/EventRow.h"
 
 #include <algorithm>
 
@@ -12,7 +12,7 @@ DayView::DayView(ArchiveStore &archives, const Clock &clock)
 
 Result<void> DayView::open()
 {
-    m_today = DataFile(m_clock.date());
+    m_today = m_clock.date();
     m_shown = 0;
     m_rows.clear();
     return m_users.begin();
@@ -25,7 +25,7 @@ bool DayView::hasArchive() const
 
 bool DayView::changeDay()
 {
-    const QString today = DataFile(m_clock.date());
+    const QDate today = m_clock.date();
     if (today == m_today || !m_archives.exists(ArchiveName::events(today)))
         return false;
     m_today = today;
@@ -44,36 +44,30 @@ Result<bool> DayView::refresh(int limit)
         return database.fault();
     // Events are numbered as they are stored and never removed: the highest number is their count, at the cost of one
     // page.
-    qint64 count = 0;
-    const Result<void> looked = database.value().each(QStringLiteral("SELECT max(ProgEv) FROM Eventi"), {},
-                                                      [&count](const Statement &row) { count = row.integer(0); });
-    if (!looked)
-        return looked.fault();
-    if (count == m_shown)
+    const Result<qint64> count = database.value().number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
+    if (!count)
+        return count.fault();
+    if (count.value() == m_shown)
         return changed;
-    Result<QList<QStringList>> rows = read(database.value(), limit);
+    Result<QList<ListedEvent>> rows = read(database.value(), limit);
     if (!rows)
         return rows.fault();
     m_rows = std::move(rows.value());
-    m_shown = count;
+    m_shown = count.value();
     return true;
 }
 
-Result<QList<QStringList>> DayView::read(Database &database, int limit) const
+Result<QList<ListedEvent>> DayView::read(Database &database, int limit) const
 {
-    QList<QStringList> rows;
-    const Result<void> done =
-        database.each(QStringLiteral("SELECT ProgEv, Tipo, Codice, '', Canale, AbCh, Data, Ora, KorDis FROM Eventi "
-                                     "ORDER BY Data DESC, Ora DESC, ProgEv DESC LIMIT ?"),
-                      {qint64{limit}}, [&](const Statement &event) {
-                          QStringList row;
-                          for (int column = 0; column < FieldCount; ++column)
-                              row.append(event.text(column));
-                          const User *user = m_users.find(row[Cognome], row[Tipo]);
-                          row[Cognome] = user ? user->Cognome : QString();
-                          row[Nome] = user ? user->Nome : QString();
-                          rows.append(std::move(row));
-                      });
+    QList<ListedEvent> rows;
+    const Result<void> done = database.each(
+        QStringLiteral("SELECT ProgEv, %1 FROM Eventi ORDER BY Data DESC, Ora DESC, ProgEv DESC LIMIT ?")
+            .arg(QLatin1String(EventRow::Columns)),
+        {qint64{limit}}, [&](const Statement &row) {
+            const Event event = EventRow::read(row, 1);
+            const User *user = m_users.find(event.Codice, typeText(event.Tipo));
+            rows.append({row.integer(0), event, user ? user->Cognome : QString(), user ? user->Nome : QString()});
+        });
     if (!done)
         return done.fault();
     std::reverse(rows.begin(), rows.end());

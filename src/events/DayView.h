@@ -1,6 +1,7 @@
 #pragma once
 
 #include "codes/UserDirectory.h"
+#include "events/EventColumns.h"
 #include "platform/Clock.h"
 
 /// The latest events of the day, as they are read again and again from its archive while the log appends to it.
@@ -10,9 +11,6 @@
 class DayView
 {
 public:
-    /// Fields of a row.
-    enum Field { ProgEv, Tipo, Cognome, Nome, Canale, AbCh, Data, Ora, KorDis, FieldCount };
-
     /// @param archives, @param clock  must outlive this object
     DayView(ArchiveStore &archives, const Clock &clock);
 
@@ -28,16 +26,16 @@ public:
     Result<bool> refresh(int limit);
 
     /// The latest events, oldest first.
-    const QList<QStringList> &rows() const { return m_rows; }
+    const QList<ListedEvent> &rows() const { return m_rows; }
 
 private:
     bool changeDay();
-    Result<QList<QStringList>> read(Database &database, int limit) const;
+    Result<QList<ListedEvent>> read(Database &database, int limit) const;
 
     ArchiveStore &m_archives;
     const Clock &m_clock;
     UserDirectory m_users;
-    QString m_today;
+    QDate m_today;
     qint64 m_shown = 0; ///< number of the newest event shown
-    QList<QStringList> m_rows;
+    QList<ListedEvent> m_rows;
 };

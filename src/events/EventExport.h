@@ -10,10 +10,9 @@
 /// What an export writes.
 struct ExportedEvents {
     QString sheetName;    ///< 1 to 25 characters, none of []:*?/\ .
-    QStringList captions; ///< of the eight columns
+    QStringList captions; ///< of the columns
     qsizetype count = 0;  ///< of the rows
-    /// Row @p index from 0: Cognome, Nome, Tipo, Canale, AbCh, Data, Ora, KorDis. Each is asked for once, in order; a
-    /// fault ends the export.
+    /// Row @p index from 0. Each is asked for once, in order; a fault ends the export.
     std::function<Result<QStringList>(qsizetype index)> row;
 };
 

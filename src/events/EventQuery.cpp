@@ -1,9 +1,9 @@
 #include "events/EventQuery.h"
 
-#include "startup/DateTimeText.h"
 #include "startup/PlainText.h"
+#include "texts/DateTimeText.h"
 
-QueryFault checkQuery(const EventQuery &query, const UserDirectory &users)
+QueryFault checkQuery(const TypedQuery &query, const UserDirectory &users)
 {
     if (!DataValida(query.firstDay))
         return QueryFault::FirstDay;
@@ -24,6 +24,12 @@ QueryFault checkQuery(const EventQuery &query, const UserDirectory &users)
     return QueryFault::None;
 }
 
+EventQuery eventQuery(const TypedQuery &typed)
+{
+    return {typed, rangeDay(typed.firstDay, End::First), rangeDay(typed.lastDay, End::Last), timeOf(typed.from),
+            timeOf(typed.to)};
+}
+
 DayCondition dayCondition(const EventQuery &query)
 {
     SqlValues values;
@@ -36,8 +42,8 @@ DayCondition dayCondition(const EventQuery &query)
     if (query.person || !query.code.isEmpty())
         condition = QStringLiteral("Codice=") + bound(query.person ? query.person->code : TogliZeri(query.code)) +
                     QStringLiteral(" AND ");
-    condition += QStringLiteral("Ora>=") + bound(query.from);
-    condition += QStringLiteral(" AND Ora<=") + bound(query.to);
+    condition += QStringLiteral("Ora>=") + bound(OraTesto(query.from));
+    condition += QStringLiteral(" AND Ora<=") + bound(OraTesto(query.to));
     if (query.state == EventQuery::State::OnlyEnabled)
         condition += QStringLiteral(" AND AbCh<>'X' AND KorDis<>'X'");
     else if (query.state == EventQuery::State::OnlyDisabled)

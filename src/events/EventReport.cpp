@@ -1,6 +1,9 @@
 #include "events/EventReport.h"
 
+#include "events/EventColumns.h"
 #include "texts/Texts.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -10,19 +13,17 @@ constexpr int footerPoints = 8;
 
 TableReport::Layout makeLayout(EventReport::Table table, const Texts &texts)
 {
-    using Fit = TableReport::Fit;
-    const TableReport::Column type = {5, Fit::Centred, texts[Text::Tipo]};
-    const QList<TableReport::Column> name = {{16, Fit::Left, texts[Text::CognomeUtente]},
-                                             {16, Fit::Left, texts[Text::NomeUtente]}};
-    const QList<TableReport::Column> rest = {{3, Fit::Centred, texts[Text::Ch]},
-                                             {5, Fit::Centred, texts[Text::ChDis]},
-                                             {10, Fit::Left, texts[Text::Data]},
-                                             {8, Fit::Left, texts[Text::Ora]},
-                                             {5, Fit::Centred, texts[Text::KorDis]}};
-    if (table == EventReport::Table::Search)
-        return {name + QList{type} + rest, texts[Text::RicercaEventi], texts[Text::Pagina]};
-    const TableReport::Column number = {7, Fit::Right, QStringLiteral("N\u00B0")};
-    return {QList{number, type} + name + rest, texts[Text::UltimiEventi], texts[Text::Pagina]};
+    const bool isSearch = table == EventReport::Table::Search;
+    TableReport::Layout layout{{}, texts[isSearch ? Text::RicercaEventi : Text::UltimiEventi], texts[Text::Pagina]};
+    const auto add = [&layout, &texts](const EventColumn &column) {
+        const QString other = QString::fromUtf16(column.printedCaption);
+        layout.columns.append({column.characters, column.printedFit, other.isEmpty() ? texts[column.caption] : other});
+    };
+    if (isSearch)
+        std::for_each(EventColumns::found.begin(), EventColumns::found.end(), add);
+    else
+        std::for_each(EventColumns::last.begin(), EventColumns::last.end(), add);
+    return layout;
 }
 
 } // namespace

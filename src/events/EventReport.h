@@ -1,6 +1,6 @@
 #pragma once
 
-#include "events/TableReport.h"
+#include "reports/TableReport.h"
 
 class Texts;
 
@@ -9,8 +9,8 @@ class EventReport : public TableReport
 {
 public:
     enum class Table {
-        LastEvents, ///< ProgEv, Tipo, Cognome, Nome, Canale, AbCh, Data, Ora, KorDis
-        Search,     ///< Cognome, Nome, Tipo, Canale, AbCh, Data, Ora, KorDis
+        LastEvents, ///< EventColumns::last
+        Search,     ///< EventColumns::found
     };
 
     /// @param rows  with the fields of @p table

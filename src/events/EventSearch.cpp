@@ -2,9 +2,7 @@
 
 #include "archives/ReadableRows.h"
 #include "archives/Tables.h"
-#include "startup/DateTimeText.h"
-
-#include <QDate>
+#include "texts/DateTimeText.h"
 
 #include <algorithm>
 
@@ -20,16 +18,16 @@ struct EventSearch::OpenDay {
 
 namespace {
 
-/// Days that events wait for which could not go to their archive yet, "dd-mm-yyyy".
-QSet<QString> daysThatWait(ArchiveStore &archives)
+/// Days that events wait for which could not go to their archive yet.
+QSet<QDate> daysThatWait(ArchiveStore &archives)
 {
-    QSet<QString> days;
+    QSet<QDate> days;
     if (!archives.exists(ArchiveName::Waiting))
         return days;
     // One that cannot be read now has been told by the log, which keeps it.
     if (Result<Database> spool = archives.open(ArchiveName::Waiting, Database::Use::Safe); spool)
         (void)spool.value().each(QStringLiteral("SELECT DISTINCT Giorno FROM Attesa"), {},
-                                 [&days](const Statement &row) { days.insert(row.text(0)); });
+                                 [&days](const Statement &row) { days.insert(dayOfFile(row.text(0))); });
     return days;
 }
 
@@ -60,7 +58,7 @@ Result<void> EventSearch::start(const EventQuery &query)
     m_files = filesOfDays(m_archives.folder());
     m_waiting = daysThatWait(m_archives);
     m_day = query.firstDay;
-    m_lastKey = DataOrdinabile(query.lastDay);
+    m_lastDay = query.lastDay;
     m_running = true;
     return {};
 }
@@ -88,12 +86,11 @@ bool EventSearch::openDay()
 {
     m_position = 0;
     m_matches = 0;
-    // The 31st of a shorter month is accepted as an end of the range, but no archive is named after it.
-    if (!QDate::fromString(m_day, QStringLiteral("dd/MM/yyyy")).isValid())
+    // Of a range between two days that their month has not, no day is left.
+    if (m_day > m_lastDay)
         return false;
-    const QString day = DataTrattini(m_day);
-    const DayFiles files = m_files.value(day);
-    m_isIncomplete = !files.setAside.isEmpty() || m_waiting.contains(day);
+    const DayFiles files = m_files.value(m_day);
+    m_isIncomplete = !files.setAside.isEmpty() || m_waiting.contains(m_day);
     if (files.archive.isEmpty())
         return false;
     Result<std::unique_ptr<OpenDay>> opened = open(files.archive);
@@ -118,9 +115,9 @@ Result<std::unique_ptr<EventSearch::OpenDay>> EventSearch::open(const QString &n
         return rows.fault();
     day->rows = std::move(rows.value());
     // For the progress only: whatever keeps the rows from being counted shows again when they are read.
-    (void)day->database.each(QStringLiteral("SELECT count(*) FROM %1 WHERE %2").arg(table, m_condition.where),
-                             m_condition.values,
-                             [&day](const Statement &row) { day->matches = static_cast<int>(row.integer(0)); });
+    const QString count = QStringLiteral("SELECT count(*) FROM %1 WHERE %2").arg(table, m_condition.where);
+    if (const Result<qint64> matches = day->database.number(count, m_condition.values); matches)
+        day->matches = static_cast<int>(matches.value());
     const Statement &row = day->rows->row();
     QHash<QString, int> places;
     for (int column = 0; column < row.columnCount(); ++column)
@@ -172,14 +169,11 @@ void EventSearch::closeDay()
 void EventSearch::nextDay()
 {
     closeDay();
-    const QString next = GiornoSeguente(m_day);
-    const QString key = DataOrdinabile(next);
-    // Behind the last day that can be written with four digits of the year there is none.
-    if (key > m_lastKey || key <= DataOrdinabile(m_day) || next.size() != m_day.size()) {
+    if (m_day >= m_lastDay) {
         m_isAtEnd = true;
         return finish();
     }
-    m_day = next;
+    m_day = m_day.addDays(1);
 }
 
 void EventSearch::finish()

@@ -31,13 +31,13 @@ public:
     Progress progress() const override { return {m_position, std::max(m_matches, m_position)}; }
     void stop() override;
 
-    /// Day that is being searched, "dd/mm/yyyy".
-    const QString &day() const { return m_day; }
+    /// Day that is being searched.
+    QDate day() const { return m_day; }
 
-    /// Days of whose archive nothing could be read, "dd/mm/yyyy", oldest first.
-    const QStringList &unreadDays() const { return m_unread; }
+    /// Days of whose archive nothing could be read, oldest first.
+    const QList<QDate> &unreadDays() const { return m_unread; }
     /// Days of which events are missing: their archive could be read in part only, or one was set aside.
-    const QStringList &incompleteDays() const { return m_incomplete; }
+    const QList<QDate> &incompleteDays() const { return m_incomplete; }
     /// Whether the search has come to its end and has read all there is: only then is nothing found when there is
     /// nothing.
     bool isComplete() const { return m_isAtEnd && !m_fault && m_unread.isEmpty() && m_incomplete.isEmpty(); }
@@ -59,10 +59,10 @@ private:
     const UserDirectory &m_users;
     SearchResults m_results;
     DayCondition m_condition;
-    QHash<QString, DayFiles> m_files;
-    QSet<QString> m_waiting;
-    QString m_day;
-    QString m_lastKey;
+    QHash<QDate, DayFiles> m_files;
+    QSet<QDate> m_waiting;
+    QDate m_day;
+    QDate m_lastDay;
     std::unique_ptr<OpenDay> m_open;
     int m_position = 0;
     int m_matches = 0;
@@ -70,7 +70,7 @@ private:
     bool m_isAtEnd = false;
     bool m_isUnread = false;     ///< nothing of the day could be read
     bool m_isIncomplete = false; ///< not all of the day could be read
-    QStringList m_unread;
-    QStringList m_incomplete;
+    QList<QDate> m_unread;
+    QList<QDate> m_incomplete;
     std::optional<Fault> m_fault;
 };

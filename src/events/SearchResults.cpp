@@ -1,6 +1,7 @@
 #include "events/SearchResults.h"
 
 #include "archives/Tables.h"
+#include "codes/EventRow.h"
 
 namespace {
 
@@ -57,8 +58,8 @@ Result<SearchResults::Open> SearchResults::openArchive()
     if (!insert)
         return insert.fault();
     Result<Statement> select = database.value().prepare(
-        QStringLiteral("SELECT Cognome, Nome, Tipo, Canale, AbCh, Data, Ora, KorDis FROM Eventi "
-                       "WHERE ProgEv > ? ORDER BY ProgEv LIMIT ?"));
+        QStringLiteral("SELECT Cognome, Nome, %1 FROM Eventi WHERE ProgEv > ? ORDER BY ProgEv LIMIT ?")
+            .arg(QLatin1String(EventRow::Columns)));
     if (!select)
         return select.fault();
     return Open{std::move(database.value()), std::move(insert.value()), std::move(select.value())};
@@ -106,11 +107,11 @@ Result<void> SearchResults::keep()
 /// A disk that takes no more takes back what was added since it was written to last.
 qsizetype SearchResults::storedRows()
 {
-    Result<Statement> count = m_open->database.prepare(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
-    return count && count.value().step() ? count.value().integer(0) : 0;
+    const Result<qint64> count = m_open->database.number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
+    return count ? count.value() : 0;
 }
 
-Result<QStringList> SearchResults::row(qsizetype row) const
+Result<ListedEvent> SearchResults::row(qsizetype row) const
 {
     if (row < m_firstHeld || row >= m_firstHeld + m_held.size()) {
         // Half a page above the row as well: grids are scrolled upwards too.
@@ -130,9 +131,6 @@ Result<void> SearchResults::holdFrom(qsizetype first) const
         return Fault{FaultCode::NotOpen, workingName};
     m_open->select.bind({qint64{first}, qint64{pageOfRows}});
     return m_open->select.each([this](const Statement &row) {
-        QStringList fields;
-        for (int column = 0; column < FieldCount; ++column)
-            fields.append(row.text(column));
-        m_held.append(std::move(fields));
+        m_held.append({0, EventRow::read(row, 2), row.text(0), row.text(1)});
     });
 }

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "archives/ArchiveStore.h"
-
-#include <QStringList>
+#include "events/EventColumns.h"
 
 #include <optional>
 
@@ -11,9 +10,6 @@
 class SearchResults
 {
 public:
-    /// Fields of a row, in the order of the grid, the print and the export.
-    enum Field { Cognome, Nome, Tipo, Canale, AbCh, Data, Ora, KorDis, FieldCount };
-
     /// @param archives  must outlive this object
     explicit SearchResults(ArchiveStore &archives) : m_archives(archives) {}
     /// Removes the archive.
@@ -33,8 +29,8 @@ public:
     Result<void> add(const Statement &row, const Columns &columns, const QString &surname, const QString &firstName);
 
     qsizetype count() const { return m_count; }
-    /// Fields of a row in the order of Field. @param row  0 to count() - 1
-    Result<QStringList> row(qsizetype row) const;
+    /// @param row  0 to count() - 1
+    Result<ListedEvent> row(qsizetype row) const;
 
 private:
     struct Open {
@@ -54,5 +50,5 @@ private:
     mutable std::optional<Open> m_open;
     qsizetype m_count = 0;
     mutable qsizetype m_firstHeld = 0; ///< place of the first of the rows that are held
-    mutable QList<QStringList> m_held;
+    mutable QList<ListedEvent> m_held;
 };

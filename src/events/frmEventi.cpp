@@ -1,6 +1,6 @@
 #include "events/frmEventi.h"
 
-#include "startup/DateTimeText.h"
+#include "events/EventGrid.h"
 #include "startup/PlainText.h"
 #include "texts/Texts.h"
 #include "widgets/Accessibility.h"
@@ -8,8 +8,6 @@
 #include "widgets/Filtering.h"
 #include "widgets/Grid.h"
 #include "widgets/Messages.h"
-#include "widgets/RowsModel.h"
-#include "widgets/SpokenMark.h"
 #include "widgets/Twips.h"
 #include "widgets/UserCombo.h"
 
@@ -23,19 +21,6 @@
 namespace {
 
 constexpr double leastShare = 2.0 / 3; ///< of the main window's height
-
-QList<RowsModel::Column> columns(const Texts &texts)
-{
-    const Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
-    return {{texts[Text::CognomeUtente], 1700, left, {}, true},
-            {texts[Text::NomeUtente], 1700, left, {}, true},
-            {texts[Text::Tipo], 600, Qt::AlignCenter},
-            {texts[Text::Ch], 400, Qt::AlignCenter},
-            {texts[Text::ChDis], 600, Qt::AlignCenter, {}, false, spokenMark(texts)},
-            {texts[Text::Data], 1000, Qt::AlignCenter, QStringLiteral("00-00-0000")},
-            {texts[Text::Ora], 800, Qt::AlignCenter, QStringLiteral("00:00:00")},
-            {texts[Text::KorDis], 600, Qt::AlignCenter, {}, false, spokenMark(texts)}};
-}
 
 } // namespace
 
@@ -52,7 +37,7 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
       m_search(archives, m_users),
       m_runner(this),
       m_printing(this, printer, texts, messages),
-      m_rows(new RowsModel(columns(texts), this))
+      m_rows(new RowsModel(gridColumns(EventColumns::found, texts), this))
 {
     build();
     captions();
@@ -258,25 +243,25 @@ void frmEventi::showPartner(const UserCombo *chosen, UserCombo *other, QString U
 
 void frmEventi::cmdRicerca_Click()
 {
-    const EventQuery wanted = query();
+    const TypedQuery wanted = query();
     if (const QueryFault fault = checkQuery(wanted, m_users); fault != QueryFault::None)
         return refuse(fault);
     m_rows->setRows(0, {});
     showFound(false);
-    if (const Result<void> started = m_search.start(wanted); !started) {
+    if (const Result<void> started = m_search.start(eventQuery(wanted)); !started) {
         m_messages.show(this, Icon::Critical, m_texts.sentence({OwnText::SearchNotPossible, {}, started.fault()}));
         return;
     }
     setBusy(true);
     m_runner.run(m_search,
                  TaskRunner::Notice{m_texts[Text::RicercaInCorso], m_texts[Text::CmdAnnulla],
-                                    [this] { return m_texts[Text::Giorno] + m_search.day(); }},
+                                    [this] { return m_texts[Text::Giorno] + DataBarre(m_search.day()); }},
                  [this](const Result<void> &searched) { searchDone(searched); });
 }
 
-EventQuery frmEventi::query() const
+TypedQuery frmEventi::query() const
 {
-    EventQuery wanted;
+    TypedQuery wanted;
     wanted.firstDay = txtDataOrig->text();
     wanted.lastDay = txtDataFine->text();
     wanted.from = txtOraIn->text();
@@ -352,9 +337,15 @@ void frmEventi::searchDone(const Result<void> &searched)
         m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoTrovato]);
 }
 
+Result<QStringList> frmEventi::foundRow(qsizetype row) const
+{
+    const Result<ListedEvent> event = m_search.results().row(row);
+    return event ? Result<QStringList>(textsOf(EventColumns::found, event.value())) : event.fault();
+}
+
 QStringList frmEventi::shownRow(qsizetype row)
 {
-    const Result<QStringList> fields = m_search.results().row(row);
+    const Result<QStringList> fields = foundRow(row);
     if (fields)
         return fields.value();
     // Once, and not from within the painting of the grid.

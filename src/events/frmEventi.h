@@ -50,12 +50,13 @@ private:
     void cmdToExcel_Click();
     void cmdToExcel_FileChosen(const QString &chosen);
 
-    EventQuery query() const;
+    TypedQuery query() const;
     void refuse(QueryFault fault);
     void showPartner(const UserCombo *chosen, UserCombo *other, QString User::*name);
     void searchDone(const Result<void> &searched);
     QString lacks(const Result<void> &searched) const;
     void showFound(bool isKnown);
+    Result<QStringList> foundRow(qsizetype row) const;
     QStringList shownRow(qsizetype row);
     void exportTo(const QString &file);
     bool namesRead(const Result<void> &read);

@@ -1,12 +1,11 @@
 #include "events/frmEventiOdierni.h"
 
+#include "events/EventGrid.h"
 #include "events/EventReport.h"
 #include "texts/Texts.h"
 #include "widgets/Forms.h"
 #include "widgets/Grid.h"
 #include "widgets/Messages.h"
-#include "widgets/RowsModel.h"
-#include "widgets/SpokenMark.h"
 #include "widgets/Twips.h"
 
 #include <QHBoxLayout>
@@ -21,21 +20,6 @@ constexpr int secondLookMilliseconds = 2000;
 constexpr int nextLookMilliseconds = 500;
 constexpr int looksBeforeTelling = 4;
 
-QList<RowsModel::Column> columns(const Texts &texts)
-{
-    const Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
-    const Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
-    return {{texts[Text::NumeroColonna], 700, right, QStringLiteral("000000")},
-            {texts[Text::Tipo], 600, Qt::AlignCenter},
-            {texts[Text::CognomeUtente], 1700, left, {}, true},
-            {texts[Text::NomeUtente], 1700, left, {}, true},
-            {texts[Text::Ch], 400, Qt::AlignCenter},
-            {texts[Text::ChDis], 600, Qt::AlignCenter, {}, false, spokenMark(texts)},
-            {texts[Text::Data], 1000, Qt::AlignCenter, QStringLiteral("00-00-0000")},
-            {texts[Text::Ora], 800, Qt::AlignCenter, QStringLiteral("00:00:00")},
-            {texts[Text::KorDis], 600, Qt::AlignCenter, {}, false, spokenMark(texts)}};
-}
-
 } // namespace
 
 frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
@@ -47,7 +31,7 @@ frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, Archi
       m_runner(this),
       m_printing(this, printer, texts, messages),
       flxgrdEventi(new Grid),
-      m_rows(new RowsModel(columns(texts), this)),
+      m_rows(new RowsModel(gridColumns(EventColumns::last, texts), this)),
       cmdStampa(new QPushButton),
       cmdChiudi(new QPushButton)
 {
@@ -120,14 +104,14 @@ void frmEventiOdierni::cmdStampa_Click()
 
 void frmEventiOdierni::printShown()
 {
-    const QList<QStringList> rows = m_view.rows();
+    const QList<ListedEvent> rows = m_view.rows();
     if (rows.isEmpty())
         return m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoDisponibile]);
     // What is printed is what the operator sees.
     holdStill(true);
+    const auto fields = [rows](qsizetype index) { return textsOf(EventColumns::last, rows[index]); };
     m_printing.print(
-        std::make_unique<EventReport>(EventReport::Table::LastEvents, m_texts,
-                                      TableReport::Rows{rows.size(), [rows](qsizetype index) { return rows[index]; }}),
+        std::make_unique<EventReport>(EventReport::Table::LastEvents, m_texts, TableReport::Rows{rows.size(), fields}),
         m_texts[Text::UltimiEventiTitolo], [this] { holdStill(false); });
 }
 
@@ -144,9 +128,16 @@ void frmEventiOdierni::tmrLoad_Timer()
     // Without its users no row would be right.
     if (m_runner.isRunning())
         return tmrLoad.start(waitMilliseconds);
-    m_rows->setRows(m_limit, [this](qsizetype row) { return m_view.rows().value(row); });
+    m_rows->setRows(m_limit, [this](qsizetype row) { return shownRow(row); });
     fill();
     tmrRefresh.start(secondLookMilliseconds);
+}
+
+/// @return fewer texts than columns where there is no event
+QStringList frmEventiOdierni::shownRow(qsizetype row) const
+{
+    const QList<ListedEvent> &rows = m_view.rows();
+    return row < rows.size() ? textsOf(EventColumns::last, rows[row]) : QStringList();
 }
 
 void frmEventiOdierni::tmrRefresh_Timer()

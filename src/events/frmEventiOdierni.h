@@ -30,6 +30,7 @@ public:
 
 private:
     void captions();
+    QStringList shownRow(qsizetype row) const;
     void tmrLoad_Timer();
     void tmrRefresh_Timer();
     void cmdStampa_Click();

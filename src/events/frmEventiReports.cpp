@@ -1,3 +1,4 @@
+#include "events/EventColumns.h"
 #include "events/EventReport.h"
 #include "events/frmEventi.h"
 #include "startup/PlainText.h"
@@ -26,13 +27,15 @@ QString frmEventi::lacks(const Result<void> &searched) const
     QStringList reasons;
     if (!searched)
         reasons.append(m_texts.sentence({OwnText::SearchBrokenOff, {}, searched.fault()}));
-    const auto add = [this, &reasons](OwnText text, const QStringList &days) {
+    const auto add = [this, &reasons](OwnText text, const QList<QDate> &days) {
         if (days.isEmpty())
             return;
-        QString names = days.first(qMin<qsizetype>(days.size(), mostDaysTold)).join(QStringLiteral(", "));
+        QStringList names;
+        for (qsizetype i = 0; i < qMin<qsizetype>(days.size(), mostDaysTold); ++i)
+            names.append(DataBarre(days[i]));
         if (days.size() > mostDaysTold)
-            names += QStringLiteral(", ... (%1)").arg(days.size());
-        reasons.append(m_texts.sentence({text, {names}, {}}));
+            names.append(QStringLiteral("... (%1)").arg(days.size()));
+        reasons.append(m_texts.sentence({text, {names.join(QStringLiteral(", "))}, {}}));
     };
     add(OwnText::DaysNotRead, m_search.unreadDays());
     add(OwnText::DaysIncomplete, m_search.incompleteDays());
@@ -73,7 +76,7 @@ void frmEventi::printFound()
     if (count <= 0)
         return m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoDisponibile]);
     setBusy(true);
-    const auto fields = [this, first](qsizetype index) { return m_search.results().row(first + index); };
+    const auto fields = [this, first](qsizetype index) { return foundRow(first + index); };
     m_printing.print(
         std::make_unique<EventReport>(EventReport::Table::Search, m_texts, TableReport::Rows{count, fields}),
         m_texts[Text::RicercaEventi], [this] {
@@ -122,10 +125,10 @@ void frmEventi::exportTo(const QString &file)
 {
     ExportedEvents events;
     events.sheetName = m_texts[Text::EventiFoglio];
-    for (int column = 0; column < m_rows->columnCount(); ++column)
-        events.captions.append(m_rows->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
+    for (const EventColumn &column : EventColumns::found)
+        events.captions.append(m_texts[column.caption]);
     events.count = m_search.results().count();
-    events.row = [this](qsizetype row) { return m_search.results().row(row); };
+    events.row = [this](qsizetype row) { return foundRow(row); };
     auto work = std::make_unique<EventExport>(m_disk, file, std::move(events));
     setBusy(true);
     const auto label = [this, task = work.get()] {

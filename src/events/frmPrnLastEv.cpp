@@ -1,6 +1,7 @@
 #include "events/frmPrnLastEv.h"
 
 #include "archives/Tables.h"
+#include "events/EventColumns.h"
 #include "events/EventReport.h"
 #include "link/EventLog.h"
 #include "startup/Numbers.h"
@@ -116,17 +117,10 @@ void frmPrnLastEv::printLast(qsizetype number)
 
     const qsizetype count = read.value().size();
     const auto fields = [this, rows = std::move(read.value())](qsizetype index) {
-        const auto &[progressive, event] = rows[index];
+        const auto &[ProgEv, event] = rows[index];
         const User *user = m_users.findCode(event.Codice);
-        return QStringList{progressive,
-                           event.Tipo,
-                           user ? user->Cognome : QString(),
-                           user ? user->Nome : QString(),
-                           event.Canale,
-                           event.AbCh,
-                           event.Data,
-                           event.Ora,
-                           event.KorDis};
+        return textsOf(EventColumns::last,
+                       {ProgEv, event, user ? user->Cognome : QString(), user ? user->Nome : QString()});
     };
     m_printing.print(
         std::make_unique<EventReport>(EventReport::Table::LastEvents, m_texts, TableReport::Rows{count, fields}),

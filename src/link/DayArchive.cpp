@@ -1,7 +1,7 @@
 #include "link/DayArchive.h"
 
 #include "archives/Tables.h"
-#include "link/EventRow.h"
+#include "codes/EventRow.h"
 
 #include <QElapsedTimer>
 
@@ -21,12 +21,12 @@ QString statement(QStringView text)
 
 } // namespace
 
-DayArchive::DayArchive(ArchiveStore &archives, QString day, Database database, Statement insert)
-    : m_archives(archives), m_day(std::move(day)), m_database(std::move(database)), m_insert(std::move(insert))
+DayArchive::DayArchive(ArchiveStore &archives, QDate day, Database database, Statement insert)
+    : m_archives(archives), m_day(day), m_database(std::move(database)), m_insert(std::move(insert))
 {
 }
 
-Result<std::unique_ptr<DayArchive>> DayArchive::open(ArchiveStore &archives, const QString &day)
+Result<std::unique_ptr<DayArchive>> DayArchive::open(ArchiveStore &archives, QDate day)
 {
     const QString name = ArchiveName::events(day);
     const bool isNew = !archives.exists(name);
@@ -100,47 +100,36 @@ Result<bool> DayArchive::readPiece()
 /// Reads the pages of the table, which hold the rows. @return whether there are more
 Result<bool> DayArchive::readRows()
 {
-    Result<Statement> piece =
-        m_database.prepare(QStringLiteral("SELECT count(*), max(ProgEv) FROM (SELECT ProgEv FROM Eventi NOT INDEXED "
-                                          "WHERE ProgEv > ? ORDER BY ProgEv LIMIT ?)"));
-    if (!piece)
-        return piece.fault();
-    piece.value().bind(1, m_row);
-    piece.value().bind(2, rowsAtOnce);
-    const Result<bool> row = piece.value().step();
-    if (!row)
-        return row.fault();
-    m_row = piece.value().integer(1);
-    return piece.value().integer(0) == rowsAtOnce;
+    qint64 count = 0;
+    const Result<void> read =
+        m_database.each(QStringLiteral("SELECT count(*), max(ProgEv) FROM (SELECT ProgEv FROM Eventi NOT INDEXED "
+                                       "WHERE ProgEv > ? ORDER BY ProgEv LIMIT ?)"),
+                        {m_row, rowsAtOnce}, [this, &count](const Statement &row) {
+                            count = row.integer(0);
+                            m_row = row.integer(1);
+                        });
+    return read ? Result<bool>(count == rowsAtOnce) : read.fault();
 }
 
 /// Reads the pages of the index, which search and views go by.
 Result<bool> DayArchive::readIndex()
 {
     if (m_row == 0) {
-        Result<Statement> index =
-            m_database.prepare(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'EventiOrdine'"));
-        if (!index)
-            return index.fault();
-        Result<bool> isThere = index.value().step();
-        if (!isThere || !isThere.value())
-            return isThere;
+        const Result<qint64> isThere =
+            m_database.number(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'EventiOrdine'"));
+        if (!isThere || isThere.value() == 0)
+            return isThere ? Result<bool>(false) : isThere.fault();
     }
-    Result<Statement> piece = m_database.prepare(QStringLiteral(
-        "SELECT Data, Ora, ProgEv FROM Eventi INDEXED BY EventiOrdine WHERE (Data, Ora, ProgEv) > (?, ?, ?) "
-        "ORDER BY Data, Ora, ProgEv LIMIT 1 OFFSET ?"));
-    if (!piece)
-        return piece.fault();
-    piece.value().bind(1, m_key[0]);
-    piece.value().bind(2, m_key[1]);
-    piece.value().bind(3, m_row);
-    piece.value().bind(4, rowsAtOnce - 1);
-    Result<bool> row = piece.value().step();
-    if (!row || !row.value())
-        return row;
-    m_key = {piece.value().text(0), piece.value().text(1)};
-    m_row = piece.value().integer(2);
-    return true;
+    bool isMore = false;
+    const Result<void> read = m_database.each(
+        QStringLiteral("SELECT Data, Ora, ProgEv FROM Eventi INDEXED BY EventiOrdine "
+                       "WHERE (Data, Ora, ProgEv) > (?, ?, ?) ORDER BY Data, Ora, ProgEv LIMIT 1 OFFSET ?"),
+        {m_key[0], m_key[1], m_row, rowsAtOnce - 1}, [this, &isMore](const Statement &row) {
+            m_key = {row.text(0), row.text(1)};
+            m_row = row.integer(2);
+            isMore = true;
+        });
+    return read ? Result<bool>(isMore) : read.fault();
 }
 
 // Rows
@@ -148,8 +137,7 @@ Result<bool> DayArchive::readIndex()
 
 Result<qint64> DayArchive::insert(const Event &event, qint64 number)
 {
-    EventRow::bind(m_insert, 1, event);
-    m_insert.bind(9, number);
+    m_insert.bind(EventRow::values(event) + SqlValues{number});
     const Result<bool> stored = m_insert.step();
     const qint64 row = m_database.lastRow();
     m_insert.reset();
@@ -163,61 +151,41 @@ Result<qint64> DayArchive::insert(const Event &event, qint64 number)
 
 Result<qint64> DayArchive::highest()
 {
-    Result<Statement> query = m_database.prepare(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
-    if (!query)
-        return query.fault();
-    if (const Result<bool> row = query.value().step(); !row)
-        return row.fault();
-    m_last = query.value().integer(0);
-    return m_last;
+    const Result<qint64> found = m_database.number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
+    if (found)
+        m_last = found.value();
+    return found;
 }
 
 Result<bool> DayArchive::holds(const Event &event, qint64 number)
 {
-    Result<Statement> query = m_database.prepare(statement(u"SELECT %columns FROM Eventi WHERE ProgEv = ?"));
-    if (!query)
-        return query.fault();
-    query.value().bind(1, number);
-    Result<bool> row = query.value().step();
-    if (!row || !row.value())
-        return row;
-    return EventRow::read(query.value(), 0) == event;
+    bool isEqual = false;
+    const Result<void> read = m_database.each(statement(u"SELECT %columns FROM Eventi WHERE ProgEv = ?"), {number},
+                                              [&](const Statement &row) { isEqual = EventRow::read(row, 0) == event; });
+    return read ? Result<bool>(isEqual) : read.fault();
 }
 
 Result<qint64> DayArchive::count(const Event &event)
 {
-    Result<Statement> query = m_database.prepare(
+    return m_database.number(
         statement(u"SELECT count(*) FROM Eventi WHERE Data = ?2 AND Ora = ?3 AND Codice = ?1 AND Tipo = ?4 "
-                  "AND Canale = ?5 AND AbCh = ?6 AND KorDis = ?7 AND DataOrd = ?8"));
-    if (!query)
-        return query.fault();
-    EventRow::bind(query.value(), 1, event);
-    const Result<bool> row = query.value().step();
-    if (!row)
-        return row.fault();
-    return query.value().integer(0);
+                  "AND Canale = ?5 AND AbCh = ?6 AND KorDis = ?7 AND DataOrd = ?8"),
+        EventRow::values(event));
 }
 
-Result<QList<DayArchive::Row>> DayArchive::rows(Statement &query)
+Result<QList<DayArchive::Row>> DayArchive::rows(QStringView sql, const SqlValues &values)
 {
     QList<Row> rows;
-    Result<bool> more = query.step();
-    for (; more && more.value(); more = query.step())
-        rows.append({query.integer(0), EventRow::read(query, 2), query.integer(1)});
-    if (!more)
-        return more.fault();
-    return rows;
+    const Result<void> read = m_database.each(statement(sql), values, [&rows](const Statement &row) {
+        rows.append({row.integer(0), EventRow::read(row, 2), row.integer(1)});
+    });
+    return read ? Result<QList<Row>>(std::move(rows)) : read.fault();
 }
 
 Result<QList<DayArchive::Row>> DayArchive::last(qsizetype most)
 {
-    // The statement ends with this call: while it reads, what the writer has put aside cannot be brought together.
-    Result<Statement> query = m_database.prepare(
-        statement(u"SELECT ProgEv, 0, %columns FROM Eventi ORDER BY Data DESC, Ora DESC, ProgEv DESC LIMIT ?"));
-    if (!query)
-        return query.fault();
-    query.value().bind(1, static_cast<qint64>(most));
-    Result<QList<Row>> events = rows(query.value());
+    Result<QList<Row>> events = rows(
+        u"SELECT ProgEv, 0, %columns FROM Eventi ORDER BY Data DESC, Ora DESC, ProgEv DESC LIMIT ?", {qint64{most}});
     if (events)
         std::reverse(events.value().begin(), events.value().end());
     return events;
@@ -225,26 +193,18 @@ Result<QList<DayArchive::Row>> DayArchive::last(qsizetype most)
 
 Result<QList<DayArchive::Row>> DayArchive::after(qint64 number, qsizetype most)
 {
-    Result<Statement> query = m_database.prepare(
-        statement(u"SELECT ProgEv, (SELECT count(*) FROM Eventi AS e WHERE e.Data = d.Data AND e.Ora = d.Ora AND "
-                  "e.ProgEv <= d.ProgEv AND e.Codice = d.Codice AND e.Tipo = d.Tipo AND e.Canale = d.Canale AND "
-                  "e.AbCh = d.AbCh AND e.KorDis = d.KorDis AND e.DataOrd = d.DataOrd), %columns "
-                  "FROM Eventi AS d WHERE ProgEv > ? ORDER BY ProgEv LIMIT ?"));
-    if (!query)
-        return query.fault();
-    query.value().bind(1, number);
-    query.value().bind(2, static_cast<qint64>(most));
-    return rows(query.value());
+    return rows(u"SELECT ProgEv, (SELECT count(*) FROM Eventi AS e WHERE e.Data = d.Data AND e.Ora = d.Ora AND "
+                "e.ProgEv <= d.ProgEv AND e.Codice = d.Codice AND e.Tipo = d.Tipo AND e.Canale = d.Canale AND "
+                "e.AbCh = d.AbCh AND e.KorDis = d.KorDis AND e.DataOrd = d.DataOrd), %columns "
+                "FROM Eventi AS d WHERE ProgEv > ? ORDER BY ProgEv LIMIT ?",
+                {number, qint64{most}});
 }
 
 qsizetype DayArchive::countAfter(qint64 number)
 {
-    Result<Statement> query = m_database.prepare(QStringLiteral("SELECT count(*) FROM Eventi WHERE ProgEv > ?"));
-    if (!query)
-        return 0;
-    query.value().bind(1, number);
-    const Result<bool> row = query.value().step();
-    return row ? static_cast<qsizetype>(query.value().integer(0)) : 0;
+    const Result<qint64> count =
+        m_database.number(QStringLiteral("SELECT count(*) FROM Eventi WHERE ProgEv > ?"), {number});
+    return count ? static_cast<qsizetype>(count.value()) : 0;
 }
 
 // The file

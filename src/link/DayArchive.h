@@ -1,7 +1,7 @@
 #pragma once
 
 #include "archives/ArchiveStore.h"
-#include "link/EventRecord.h"
+#include "codes/Event.h"
 #include "platform/FileIdentity.h"
 
 #include <QList>
@@ -21,12 +21,12 @@ public:
         qint64 copy = 0; ///< it is the n-th of equal ones, counted from 1; from after() only
     };
 
-    /// Opens the archive of @p day ("dd-mm-yyyy"), made from the template when there is none, and begins to read it
+    /// Opens the archive of @p day, made from the template when there is none, and begins to read it
     /// through: one that is not large is read when this returns.
     /// @return Damaged, also for what reading finds; TemplateDamaged when the copy just made is no archive
-    static Result<std::unique_ptr<DayArchive>> open(ArchiveStore &archives, const QString &day);
+    static Result<std::unique_ptr<DayArchive>> open(ArchiveStore &archives, QDate day);
 
-    const QString &day() const { return m_day; }
+    QDate day() const { return m_day; }
     Database &database() { return m_database; }
 
     /// Reads on for so long, once through all that was there when it was opened. @return Damaged when that ends it
@@ -70,16 +70,16 @@ private:
         std::optional<FileIdentity> file; ///< nothing when it could not be told
     };
 
-    DayArchive(ArchiveStore &archives, QString day, Database database, Statement insert);
+    DayArchive(ArchiveStore &archives, QDate day, Database database, Statement insert);
     Result<void> look();
     Result<bool> readPiece();
     Result<bool> readRows();
     Result<bool> readIndex();
-    Result<QList<Row>> rows(Statement &query);
+    Result<QList<Row>> rows(QStringView sql, const SqlValues &values);
     static bool isOther(const Named &name);
 
     ArchiveStore &m_archives;
-    QString m_day;
+    QDate m_day;
     Database m_database;
     Statement m_insert;
     std::array<Named, 3> m_names; ///< file, journal and its index as they were when it was opened

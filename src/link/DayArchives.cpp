@@ -1,22 +1,21 @@
 #include "link/DayArchives.h"
 
 #include "archives/Tables.h"
-#include "startup/DateTimeText.h"
 
 #include <utility>
 
 void DayArchives::openToday()
 {
-    const QString day = DataFile(m_clock.date());
+    const QDate day = m_clock.date();
     if ((m_live && m_live->day() == day) || (m_left && m_left->day() == day))
         return;
     const Result<void> opened = openLive(day);
     if (!opened && m_failedDay != day)
         m_notices.post(Icon::Critical, {OwnText::DayArchiveUnavailable, {ArchiveName::events(day)}, opened.fault()});
-    m_failedDay = opened ? QString() : day;
+    m_failedDay = opened ? QDate() : day;
 }
 
-Result<void> DayArchives::openLive(const QString &day)
+Result<void> DayArchives::openLive(QDate day)
 {
     if (m_late && m_late->day() == day)
         finish(m_late);
@@ -31,7 +30,7 @@ Result<void> DayArchives::openLive(const QString &day)
     return {};
 }
 
-Result<DayArchives::Archive> DayArchives::obtain(const QString &day)
+Result<DayArchives::Archive> DayArchives::obtain(QDate day)
 {
     m_stillInLogMode.removeAll(ArchiveName::events(day));
     Result<Archive> opened = DayArchive::open(m_archives, day);
@@ -40,7 +39,7 @@ Result<DayArchives::Archive> DayArchives::obtain(const QString &day)
     return makeAfresh(day);
 }
 
-Result<DayArchives::Archive> DayArchives::makeAfresh(const QString &day)
+Result<DayArchives::Archive> DayArchives::makeAfresh(QDate day)
 {
     const QString name = ArchiveName::events(day);
     const Result<QString> aside = m_archives.setAside(name);
@@ -50,9 +49,9 @@ Result<DayArchives::Archive> DayArchives::makeAfresh(const QString &day)
     return DayArchive::open(m_archives, day);
 }
 
-Result<DayArchive *> DayArchives::of(const QString &day)
+Result<DayArchive *> DayArchives::of(QDate day)
 {
-    if ((!m_live || m_live->day() != day) && day == DataFile(m_clock.date())) {
+    if ((!m_live || m_live->day() != day) && day == m_clock.date()) {
         if (Result<void> opened = openLive(day); !opened)
             return opened.fault();
     }
@@ -76,7 +75,7 @@ Result<void> DayArchives::readOn(DayArchive &archive, int milliseconds)
 
 Result<void> DayArchives::replace(const DayArchive &damaged)
 {
-    const QString day = damaged.day();
+    const QDate day = damaged.day();
     const bool isLive = &damaged == m_live.get();
     Archive &archive = isLive ? m_live : m_late;
     if (isLive)

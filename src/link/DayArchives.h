@@ -34,9 +34,9 @@ public:
     /// Makes the archive of today the live one, unless it is or is left. That it cannot be opened is told once.
     void openToday();
     /// Makes the archive of a day the live one. The one before is closed, once the new one is open.
-    Result<void> openLive(const QString &day);
+    Result<void> openLive(QDate day);
     /// The archive that takes events of @p day which waited: the live one when it is of that day, or of today.
-    Result<DayArchive *> of(const QString &day);
+    Result<DayArchive *> of(QDate day);
     /// Reads on in one of the above; what turns out damaged is replaced, and is another object then.
     Result<void> readOn(DayArchive &archive, int milliseconds);
     /// Sets a damaged one aside and opens a new one in its stead.
@@ -54,8 +54,8 @@ public:
 private:
     using Archive = std::unique_ptr<DayArchive>;
 
-    Result<Archive> obtain(const QString &day);
-    Result<Archive> makeAfresh(const QString &day);
+    Result<Archive> obtain(QDate day);
+    Result<Archive> makeAfresh(QDate day);
     void holdName();
     void finish(Archive &archive);
 
@@ -67,6 +67,6 @@ private:
     Archive m_late;
     Archive m_left;
     int m_openings = 0;
-    QString m_failedDay;          ///< told that its archive cannot be opened
+    QDate m_failedDay;            ///< told that its archive cannot be opened
     QStringList m_stillInLogMode; ///< names of closed archives
 };

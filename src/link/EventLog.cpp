@@ -1,7 +1,6 @@
 #include "link/EventLog.h"
 
 #include "archives/Tables.h"
-#include "startup/DateTimeText.h"
 
 #include <QElapsedTimer>
 
@@ -210,9 +209,10 @@ void EventLog::drain()
 /// One piece of it. @return whether there is more
 bool EventLog::work()
 {
-    const QString day = nextDay();
-    if (day.isEmpty())
+    const std::optional<QDate> next = nextDay();
+    if (!next)
         return false;
+    const QDate day = *next;
     const bool isLive = m_days.live() && m_days.live()->day() == day;
     const Result<void> done = m_days.left() && m_days.left()->day() == day ? bringOver()
                               : isLive && isReading() ? m_days.readOn(*m_days.live(), turnMilliseconds)
@@ -225,15 +225,15 @@ bool EventLog::work()
     return hasWork();
 }
 
-/// The day that something can be done for now, "" when there is none.
-QString EventLog::nextDay() const
+/// The day that something can be done for now.
+std::optional<QDate> EventLog::nextDay() const
 {
-    QStringList days = m_spool.days(isDecidable());
+    QList<QDate> days = m_spool.days(isDecidable());
     if (isReading())
         days.prepend(m_days.live()->day());
     if (m_days.left())
         days.prepend(m_days.left()->day());
-    for (const QString &day : std::as_const(days)) {
+    for (const QDate day : std::as_const(days)) {
         if (!m_stuck.contains(day))
             return day;
     }
@@ -244,7 +244,7 @@ QString EventLog::nextDay() const
 Result<void> EventLog::bringOver()
 {
     DayArchive &left = *m_days.left();
-    const QString day = left.day();
+    const QDate day = left.day();
     const Result<QList<DayArchive::Row>> rows = left.after(m_broughtTo, pieceRows);
     if (!rows && rows.fault().code == FaultCode::Locked)
         return rows.fault();
@@ -270,7 +270,7 @@ Result<void> EventLog::bringOver()
     return {};
 }
 
-Result<void> EventLog::storeWaiting(const QString &day)
+Result<void> EventLog::storeWaiting(QDate day)
 {
     const Result<QList<WaitingEvent>> first = m_spool.first(day, isDecidable(), pieceRows);
     if (!first)
@@ -339,8 +339,8 @@ void EventLog::tellWaiting()
 
 void EventLog::tellBrought()
 {
-    const QStringList days = m_brought.keys();
-    for (const QString &day : days) {
+    const QList<QDate> days = m_brought.keys();
+    for (const QDate day : days) {
         if ((m_days.left() && m_days.left()->day() == day) || m_spool.count(day, EventSpool::Mark::Brought) > 0)
             continue;
         m_notices.post(Icon::Critical,
@@ -375,12 +375,12 @@ void EventLog::tellLost()
 Result<QList<EventLog::Stored>> EventLog::last(qsizetype most) const
 {
     if (!m_days.live())
-        return Fault{FaultCode::NotOpen, ArchiveName::events(DataFile(m_clock.date()))};
+        return Fault{FaultCode::NotOpen, ArchiveName::events(m_clock.date())};
     const Result<QList<DayArchive::Row>> rows = m_days.live()->last(most);
     if (!rows)
         return rows.fault();
     QList<Stored> events;
     for (const DayArchive::Row &row : rows.value())
-        events.append({QString::number(row.number), row.event});
+        events.append({row.number, row.event});
     return events;
 }

@@ -59,12 +59,12 @@ public:
     /// That events wait, and where, or that none is stored; nothing when all is well.
     std::optional<Message> waits() const;
 
-    /// Day of the open archive, "dd-mm-yyyy"; "" while none is open.
-    QString day() const { return m_days.live() ? m_days.live()->day() : QString(); }
+    /// Day of the open archive; not valid while none is open.
+    QDate day() const { return m_days.live() ? m_days.live()->day() : QDate(); }
 
     /// A stored event as it is read back.
     struct Stored {
-        QString ProgEv;
+        qint64 ProgEv = 0;
         Event event;
     };
     /// The last @p most events of the open archive, or all of them when there are fewer, by their date and time; those
@@ -84,11 +84,11 @@ private:
     void openToday();
     void drain();
     bool work();
-    bool hasWork() const { return !nextDay().isEmpty(); }
+    bool hasWork() const { return nextDay().has_value(); }
     bool isReading() const { return m_days.live() && !m_days.live()->isRead(); }
-    QString nextDay() const;
+    std::optional<QDate> nextDay() const;
     Result<void> bringOver();
-    Result<void> storeWaiting(const QString &day);
+    Result<void> storeWaiting(QDate day);
     void tellWaiting();
     void tellBrought();
     void tellEnd();
@@ -102,9 +102,9 @@ private:
     qint64 m_broughtTo = 0;  ///< ProgEv of the last event that was brought out of an archive that lost its name
     qint64 m_lastStored = 0; ///< monotonic, milliseconds
 
-    QSet<QString> m_stuck;              ///< days that nothing can be done for until the next retry
-    QMap<QString, qsizetype> m_brought; ///< by day, events brought over, not yet told
-    std::optional<Fault> m_fault;       ///< why events wait
+    QSet<QDate> m_stuck;              ///< days that nothing can be done for until the next retry
+    QMap<QDate, qsizetype> m_brought; ///< by day, events brought over, not yet told
+    std::optional<Fault> m_fault;     ///< why events wait
     bool m_isOpen = false;
     bool m_isTold = false;        ///< that events wait
     bool m_isNothingTold = false; ///< that none could be kept

@@ -1,6 +1,5 @@
 #include "link/EventRecord.h"
 
-#include "startup/DateTimeText.h"
 #include "startup/PlainText.h"
 
 std::optional<EventRecord> decodeRecord(QByteArrayView line)
@@ -21,15 +20,12 @@ std::optional<EventRecord> decodeRecord(QByteArrayView line)
 
 Event makeEvent(const EventRecord &record, const QDateTime &moment)
 {
-    const auto mark = [](bool set) { return set ? QStringLiteral("X") : QString(); };
-    Event event;
-    event.Codice = record.code;
-    event.Data = moment.toString(QStringLiteral("dd-MM-yyyy"));
-    event.Ora = moment.toString(QStringLiteral("HH:mm:ss"));
-    event.Tipo = typeText(record.type);
-    event.Canale = record.channel;
-    event.AbCh = mark(!record.channelEnabled);
-    event.KorDis = mark(record.interfaceDisabled);
-    event.DataOrd = DataOrdinabile(event.Data);
-    return event;
+    const QTime time = moment.time();
+    return {record.code,
+            moment.date(),
+            QTime(time.hour(), time.minute(), time.second()),
+            record.type,
+            record.channel,
+            !record.channelEnabled,
+            record.interfaceDisabled};
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "codes/CodeRules.h"
+#include "codes/Event.h"
 
 #include <QByteArrayView>
 #include <QDateTime>
@@ -15,19 +15,6 @@ struct EventRecord {
     QString channel;             ///< one character, "A" to "D" from an interface in order
     bool channelEnabled = false; ///< the channel was enabled for the code
     bool interfaceDisabled = false;
-};
-
-/// An event as a row of the day's archive, all fields as text.
-struct Event {
-    QString Codice;  ///< without leading zeros
-    QString Data;    ///< "dd-mm-yyyy"
-    QString Ora;     ///< "hh:mm:ss"
-    QString Tipo;    ///< "TX" or "DKS"
-    QString Canale;  ///< "A" to "D"
-    QString AbCh;    ///< "X" when the channel was not enabled, else ""
-    QString KorDis;  ///< "X" when the interface was disabled, else ""
-    QString DataOrd; ///< "yyyymmdd"
-    bool operator==(const Event &) const = default;
 };
 
 /// Length of a record without its line end.

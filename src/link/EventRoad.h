@@ -2,6 +2,7 @@
 
 #include "codes/UserDirectory.h"
 #include "link/EventLog.h"
+#include "link/EventRecord.h"
 
 #include <QObject>
 
@@ -15,7 +16,7 @@ public:
     struct ReceivedCode {
         bool received = false; ///< set by every record, cleared by its readers
         QString code;          ///< without leading zeros
-        QString type;          ///< "TX" or "DKS"
+        CodeType type = CodeType::Transmitter;
     };
 
     /// All must outlive this object.

@@ -59,7 +59,7 @@ Result<void> EventSpool::openFile()
 /// Just after the file was opened, or while there is none.
 void EventSpool::recount()
 {
-    m_counts = m_file ? m_file->found() : QMap<QString, SpoolFile::Counts>();
+    m_counts = m_file ? m_file->found() : QMap<QDate, SpoolFile::Counts>();
     for (const WaitingEvent &event : std::as_const(m_memory))
         note(event, 1);
 }
@@ -134,8 +134,8 @@ void EventSpool::moveOver()
 QList<WaitingEvent> EventSpool::all()
 {
     QList<WaitingEvent> events;
-    const QStringList ofEach = days(true);
-    for (const QString &day : ofEach) {
+    const QList<QDate> ofEach = days(true);
+    for (const QDate day : ofEach) {
         const Result<QList<WaitingEvent>> some = m_file->first(day, true, std::numeric_limits<int>::max());
         if (some)
             events.append(some.value());
@@ -223,7 +223,7 @@ void EventSpool::note(const WaitingEvent &event, qsizetype difference)
 }
 
 /// Somebody has taken the rows of a day out of the file.
-void EventSpool::forget(const QString &day)
+void EventSpool::forget(QDate day)
 {
     m_counts.remove(day);
     for (const WaitingEvent &event : std::as_const(m_memory)) {
@@ -232,7 +232,7 @@ void EventSpool::forget(const QString &day)
     }
 }
 
-qsizetype EventSpool::count(const QString &day, Mark mark) const
+qsizetype EventSpool::count(QDate day, Mark mark) const
 {
     return m_counts.value(day).at(indexOf(mark));
 }
@@ -256,9 +256,9 @@ qsizetype EventSpool::undecided() const
 // What goes out
 // --------------------------------------------------------------------------------------------------------
 
-QStringList EventSpool::days(bool undecidedToo) const
+QList<QDate> EventSpool::days(bool undecidedToo) const
 {
-    QStringList days;
+    QList<QDate> days;
     for (auto day = m_counts.cbegin(); day != m_counts.cend(); ++day) {
         if (undecidedToo || sum(*day) > day->at(indexOf(Mark::Undecided)))
             days.append(day.key());
@@ -266,7 +266,7 @@ QStringList EventSpool::days(bool undecidedToo) const
     return days;
 }
 
-Result<QList<WaitingEvent>> EventSpool::first(const QString &day, bool undecidedToo, qsizetype most)
+Result<QList<WaitingEvent>> EventSpool::first(QDate day, bool undecidedToo, qsizetype most)
 {
     QList<WaitingEvent> events;
     if (m_file) {

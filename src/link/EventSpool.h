@@ -50,8 +50,8 @@ public:
     bool spill();
 
     bool isEmpty() const { return m_counts.isEmpty(); }
-    bool holds(const QString &day) const { return m_counts.contains(day); }
-    qsizetype count(const QString &day, Mark mark) const;
+    bool holds(QDate day) const { return m_counts.contains(day); }
+    qsizetype count(QDate day, Mark mark) const;
     qsizetype inMemory() const { return m_memory.size(); }
     qsizetype onDisk() const;
     qsizetype undecided() const;
@@ -61,9 +61,9 @@ public:
     Lost takeLost() { return std::exchange(m_lost, {}); }
 
     /// Days that something waits for. @param undecidedToo  so do events that nobody could decide about
-    QStringList days(bool undecidedToo) const;
+    QList<QDate> days(bool undecidedToo) const;
     /// The first events of a day, at most @p most of them.
-    Result<QList<WaitingEvent>> first(const QString &day, bool undecidedToo, qsizetype most);
+    Result<QList<WaitingEvent>> first(QDate day, bool undecidedToo, qsizetype most);
     /// Puts events of first() into the archive of their day, those that are not there yet, all or none. They stay in
     /// the spool until remove(); when the program or its power is cut off in between, they are known there again.
     Result<Stored> store(QList<WaitingEvent> events, DayArchive &archive);
@@ -76,7 +76,7 @@ private:
     void moveOver();
     QList<WaitingEvent> all();
     void recount();
-    void forget(const QString &day);
+    void forget(QDate day);
     Fault ofTheFile(Fault fault);
     Result<void> place(const QList<WaitingEvent> &events);
     void remember(WaitingEvent event);
@@ -89,7 +89,7 @@ private:
     std::unique_ptr<SpoolFile> m_file;
     QList<WaitingEvent> m_memory;
     qint64 m_lastInMemory = 0;
-    QMap<QString, SpoolFile::Counts> m_counts; ///< of days that something waits for, on disk and in memory
+    QMap<QDate, SpoolFile::Counts> m_counts; ///< of days that something waits for, on disk and in memory
     std::optional<Fault> m_fault;
     bool m_isFaultTold = false;
     Lost m_lost;

@@ -1,21 +1,34 @@
 #pragma once
 
+#include "startup/Protocol.h"
+
 #include <QByteArray>
 #include <QString>
 
-/// What the interface tells about itself; everything is empty or 0 when it did not answer.
-struct InterfaceConfig {
-    QString protocol;    ///< protocol name; "" = no answer, "-1" = banner but no usable configuration line
-    int siteCode = 0;    ///< 1 when a site code is set
-    QString enable;      ///< "ENABLE" or "DISABLE"
-    QString channels;    ///< enabled channels as the interface lists them
-    QString j1;          ///< "ON" or "OFF"
-    int channelInfo = 0; ///< 1 when channel information is on
-    int bridge = 0;      ///< 1 when the answer does not hold the word BRIDGE
-    int pc = 0;          ///< 1 when the answer does not hold the word PC
-    QString version;     ///< three characters, "--" when not told
+#include <optional>
 
-    bool answered() const { return !protocol.isEmpty(); }
+/// What the interface tells about itself.
+struct InterfaceConfig {
+    enum class Told {
+        Nothing,    ///< it did not answer
+        BannerOnly, ///< it answered, but its configuration line is of no use: only the version may be known
+        All,
+    };
+
+    Told told = Told::Nothing;
+    QString protocol; ///< name as the interface tells it
+    bool hasSiteCode = false;
+    bool isEnabled = false;
+    QString channels; ///< enabled channels as the interface lists them
+    bool isJ1On = false;
+    bool hasChannelInfo = false;
+    bool isBridgeOn = false;
+    bool isPcOn = false;
+    std::optional<QString> version; ///< nothing when it is not told; after the banner alone the whole line of it
+
+    /// An answer that names no protocol counts as none.
+    bool answered() const { return told == Told::BannerOnly || !protocol.isEmpty(); }
+    Protocol protocolCode() const;
     bool operator==(const InterfaceConfig &) const = default;
 };
 
@@ -23,5 +36,5 @@ struct InterfaceConfig {
 QByteArray interfaceBanner();
 
 /// Reads the second and the third line of the answer, without their line ends. A second line without a channel list, or
-/// without a blank behind it, counts as empty: its other parts cannot be told apart.
+/// without a blank behind it, is of no use: its other parts cannot be told apart.
 InterfaceConfig parseReply(const QByteArray &line2, const QByteArray &line3);

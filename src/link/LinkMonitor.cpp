@@ -1,7 +1,5 @@
 #include "link/LinkMonitor.h"
 
-#include "codes/CodeRules.h"
-
 namespace {
 
 constexpr qint64 rePowerQuietMilliseconds = 2000;
@@ -278,12 +276,12 @@ void LinkMonitor::objMessage_Chiudi()
         Q_EMIT stateChanged();
 }
 
-void LinkMonitor::objTempochk_ModificaMin(int minutes)
+void LinkMonitor::objTempochk_ModificaMin(std::optional<int> minutes)
 {
-    if (minutes == -1)
+    if (!minutes)
         return;
-    m_settings.MinCheck = minutes;
-    m_countdown = minutes;
+    m_settings.MinCheck = *minutes;
+    m_countdown = *minutes;
 }
 
 void LinkMonitor::suspend()
@@ -310,11 +308,11 @@ void LinkMonitor::end()
     setUnknown();
 }
 
-void LinkMonitor::objImpCom_Chiudi(int port, int result)
+void LinkMonitor::objImpCom_Chiudi(std::optional<int> port)
 {
-    if (result == 1) {
-        m_settings.PortaCom = port;
-        saveSetting(QStringLiteral("COM"), port);
+    if (port) {
+        m_settings.PortaCom = *port;
+        saveSetting(QStringLiteral("COM"), *port);
     }
     ApriCollegamento();
 }
@@ -334,12 +332,12 @@ void LinkMonitor::configurationClosed()
 
 void LinkMonitor::updateProtocol(Purpose purpose, const InterfaceConfig &config)
 {
-    const int code = protocolCode(config.protocol, config.siteCode, config.channelInfo);
-    if (m_settings.CodProtocollo == code && (code != 0 || purpose == Purpose::Window))
+    const Protocol protocol = config.protocolCode();
+    if (m_settings.CodProtocollo == protocol && (protocol != Protocol::NotKnown || purpose == Purpose::Window))
         return;
-    m_settings.CodProtocollo = code;
+    m_settings.CodProtocollo = protocol;
     if (purpose != Purpose::Window)
-        saveSetting(QStringLiteral("PRTC"), code);
+        saveSetting(QStringLiteral("PRTC"), static_cast<int>(protocol));
 }
 
 void LinkMonitor::saveSetting(const QString &key, int value)

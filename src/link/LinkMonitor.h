@@ -54,14 +54,14 @@ public:
     /// The operator has closed the message of the alarm.
     void objMessage_Chiudi();
     /// Another interval of the periodic check: @p minutes from now, -1 = as it was.
-    void objTempochk_ModificaMin(int minutes);
+    void objTempochk_ModificaMin(std::optional<int> minutes);
 
     /// The program ends: nothing is asked any more, and what a query holds is handed back.
     void end();
     /// The port window opens: closes the port, so that it can be probed too, and stops all checks.
     void suspend();
     /// The port window has closed: with @p result 1 its @p port is the one from now on. The link is opened as at start.
-    void objImpCom_Chiudi(int port, int result);
+    void objImpCom_Chiudi(std::optional<int> port);
     /// The configuration window asks; queryEnded follows with Purpose::Window. Periodic checks pause until
     /// configurationClosed(). The protocol is taken over in memory only.
     void readConfiguration();

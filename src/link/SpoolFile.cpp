@@ -2,7 +2,8 @@
 
 #include "archives/Tables.h"
 #include "archives/Transaction.h"
-#include "link/EventRow.h"
+#include "codes/EventRow.h"
+#include "texts/DateTimeText.h"
 
 #include <QFileInfo>
 
@@ -70,17 +71,15 @@ Result<std::unique_ptr<SpoolFile>> SpoolFile::open(ArchiveStore &archives)
 /// Counts what there is, which reads every page of it; with the first look into it the journal is there too.
 Result<void> SpoolFile::look()
 {
-    Result<Statement> query =
-        m_database.prepare(QStringLiteral("SELECT Giorno, Stato, count(*) FROM Attesa GROUP BY Giorno, Stato"));
-    if (!query)
-        return query.fault();
-    Statement &row = query.value();
-    Result<bool> more = row.step();
-    for (; more && more.value(); more = row.step())
-        m_found[row.text(0)].at(static_cast<size_t>(markOf(row.integer(1)))) += static_cast<qsizetype>(row.integer(2));
+    const auto note = [this](const Statement &row) {
+        m_found[dayOfFile(row.text(0))].at(static_cast<size_t>(markOf(row.integer(1)))) +=
+            static_cast<qsizetype>(row.integer(2));
+    };
+    Result<void> looked =
+        m_database.each(QStringLiteral("SELECT Giorno, Stato, count(*) FROM Attesa GROUP BY Giorno, Stato"), {}, note);
     for (size_t i = 0; i < endings.size(); ++i)
         m_files.at(i) = identityOf(pathOf(m_archives) + endings.at(i));
-    return more ? Result<void>() : Result<void>(more.fault());
+    return looked;
 }
 
 Result<void> SpoolFile::add(const QList<WaitingEvent> &events)
@@ -89,11 +88,8 @@ Result<void> SpoolFile::add(const QList<WaitingEvent> &events)
     if (Result<void> begun = transaction.begin(); !begun)
         return begun;
     for (const WaitingEvent &waiting : events) {
-        EventRow::bind(m_insert, 1, waiting.event);
-        m_insert.bind(9, waiting.day);
-        m_insert.bind(10, static_cast<qint64>(waiting.mark));
-        m_insert.bind(11, waiting.copy);
-        m_insert.bind(12, waiting.place);
+        m_insert.bind(EventRow::values(waiting.event) +
+                      SqlValues{DataFile(waiting.day), static_cast<qint64>(waiting.mark), waiting.copy, waiting.place});
         const Result<bool> done = m_insert.step();
         m_insert.reset();
         if (!done)
@@ -102,24 +98,19 @@ Result<void> SpoolFile::add(const QList<WaitingEvent> &events)
     return transaction.commit();
 }
 
-Result<QList<WaitingEvent>> SpoolFile::first(const QString &day, bool undecidedToo, qsizetype most)
+Result<QList<WaitingEvent>> SpoolFile::first(QDate day, bool undecidedToo, qsizetype most)
 {
-    Result<Statement> query = m_database.prepare(statement(
-        "SELECT Num, Stato, Copia, Posto, %1 FROM Attesa WHERE Giorno = ? AND Stato <> ? ORDER BY Num LIMIT ?"));
-    if (!query)
-        return query.fault();
-    Statement &row = query.value();
-    row.bind(1, day);
-    row.bind(2, undecidedToo ? qint64{-1} : static_cast<qint64>(WaitingEvent::Mark::Undecided));
-    row.bind(3, static_cast<qint64>(most));
     QList<WaitingEvent> events;
-    Result<bool> more = row.step();
-    for (; more && more.value(); more = row.step())
+    const auto take = [&events, day](const Statement &row) {
         events.append(
             {day, EventRow::read(row, 4), markOf(row.integer(1)), row.integer(2), row.integer(3), row.integer(0)});
-    if (!more)
-        return more.fault();
-    return events;
+    };
+    const qint64 leftOut = undecidedToo ? -1 : static_cast<qint64>(WaitingEvent::Mark::Undecided);
+    const Result<void> read = m_database.each(
+        statement(
+            "SELECT Num, Stato, Copia, Posto, %1 FROM Attesa WHERE Giorno = ? AND Stato <> ? ORDER BY Num LIMIT ?"),
+        {DataFile(day), leftOut, qint64{most}}, take);
+    return read ? Result<QList<WaitingEvent>>(std::move(events)) : read.fault();
 }
 
 /// Runs a statement with number and place of each event.

@@ -21,10 +21,10 @@ public:
     static Result<std::unique_ptr<SpoolFile>> open(ArchiveStore &archives);
 
     /// What waits for each day.
-    const QMap<QString, Counts> &found() const { return m_found; }
+    const QMap<QDate, Counts> &found() const { return m_found; }
     Result<void> add(const QList<WaitingEvent> &events);
     /// The first events of a day in their order, at most @p most. @param undecidedToo  so those of that mark
-    Result<QList<WaitingEvent>> first(const QString &day, bool undecidedToo, qsizetype most);
+    Result<QList<WaitingEvent>> first(QDate day, bool undecidedToo, qsizetype most);
     /// Keeps the places that the events have now.
     Result<void> setPlaces(const QList<WaitingEvent> &events);
     Result<void> remove(const QList<WaitingEvent> &events);
@@ -49,5 +49,5 @@ private:
     Database m_database;
     Statement m_insert;
     std::array<std::optional<FileIdentity>, 3> m_files; ///< file, journal and its index as they were when it was opened
-    QMap<QString, Counts> m_found;
+    QMap<QDate, Counts> m_found;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/EventRecord.h"
+#include "codes/Event.h"
 
 /// An event that cannot go to the archive of its day yet.
 struct WaitingEvent {
@@ -10,7 +10,7 @@ struct WaitingEvent {
         Brought = 2,    ///< stood in an archive that was replaced or deleted, and may stand in the new one too
     };
 
-    QString day; ///< "dd-mm-yyyy", of the archive that it belongs to
+    QDate day; ///< of the archive that it belongs to
     Event event;
     Mark mark = Mark::Registered;
     qint64 copy = 0;   ///< of a brought one: it was the n-th of equal events there, counted from 1

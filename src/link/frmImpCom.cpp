@@ -76,7 +76,7 @@ bool frmImpCom::canClose()
         refuseClose();
         return false;
     }
-    leave(0, 2);
+    leave(0, Esito::Cancelled);
     return true;
 }
 
@@ -106,13 +106,13 @@ void frmImpCom::cmdOk_Click()
     const int port = chosenPort();
     if (port == 0)
         return;
-    leave(port, 1);
+    leave(port, Esito::Chosen);
     unload();
 }
 
 void frmImpCom::cmdAnnulla_Click()
 {
-    leave(0, 2);
+    leave(0, Esito::Cancelled);
     unload();
 }
 
@@ -193,8 +193,8 @@ void frmImpCom::showTest(int port)
 }
 
 /// The window is about to close: its opener opens the port again.
-void frmImpCom::leave(int port, int result)
+void frmImpCom::leave(int port, Esito outcome)
 {
     m_test.stop();
-    Q_EMIT Chiudi(port, result);
+    Q_EMIT Chiudi(port, outcome);
 }

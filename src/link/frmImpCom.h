@@ -23,6 +23,8 @@ class frmImpCom : public ChildWindow
     Q_OBJECT
 
 public:
+    enum class Esito { Chosen, Cancelled };
+
     /// All must outlive the window.
     frmImpCom(const Texts &texts, Messages &messages, PortTest &test, QWidget *parent = nullptr);
 
@@ -34,8 +36,8 @@ public:
     QPoint place(QSize area, QSize own) const override;
 
 Q_SIGNALS:
-    /// @param esito  1 = @p porta is chosen, 2 = cancelled, porta is 0
-    void Chiudi(int porta, int esito);
+    /// @param porta  its number; 0 when cancelled
+    void Chiudi(int porta, frmImpCom::Esito esito);
     /// There is no port to choose, and the operator wants to end the program. The window stays open.
     void FineProgramma();
 
@@ -52,7 +54,7 @@ private:
     void noPortAvailable();
     int chosenPort();
     void showTest(int port);
-    void leave(int port, int result);
+    void leave(int port, Esito outcome);
 
     const Texts &m_texts;
     Messages &m_messages;

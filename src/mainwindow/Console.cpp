@@ -1,6 +1,7 @@
 #include "mainwindow/Console.h"
 
 #include "startup/Version.h"
+#include "texts/DateTimeText.h"
 
 #include <array>
 
@@ -72,9 +73,9 @@ void Console::tell(const QString &line)
 
 void Console::tellStored(const Event &event)
 {
-    const User user = m_program.users().nearest(event.Codice, event.Tipo);
-    tell(row({QString(event.Data).replace(QLatin1Char('-'), QLatin1Char('/')), event.Ora, user.Cognome, user.Nome,
-              event.Codice, event.Tipo, event.Canale, event.AbCh, event.KorDis})
+    const User user = m_program.users().nearest(event.Codice, typeText(event.Tipo));
+    tell(row({DataBarre(event.Data), OraTesto(event.Ora), user.Cognome, user.Nome, event.Codice, typeText(event.Tipo),
+              event.Canale, markText(event.AbCh), markText(event.KorDis)})
              .trimmed());
 }
 

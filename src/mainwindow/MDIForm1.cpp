@@ -2,8 +2,8 @@
 
 #include "prefs/PasswordFault.h"
 #include "prefs/Splash.h"
-#include "startup/DateTimeText.h"
 #include "startup/Version.h"
+#include "texts/DateTimeText.h"
 #include "widgets/ClientArea.h"
 
 #include <QAction>

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "link/frmImpCom.h"
 #include "mainwindow/MenuState.h"
 #include "mainwindow/Program.h"
+#include "prefs/frmPassProg.h"
+#include "users/frmLstUtenti.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Messages.h"
 #include "widgets/StatusPanels.h"
@@ -12,7 +15,6 @@
 #include <QPointer>
 
 class ClientArea;
-class frmLstUtenti;
 class Printing;
 class QAction;
 class QMdiSubWindow;
@@ -44,10 +46,10 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     // Called by the windows that this one opens, when they close or have something to tell.
-    void objImpCom_Chiudi(int port, int result);
-    void objPassProg_Chiudi(int type, int code);
+    void objImpCom_Chiudi(int port, frmImpCom::Esito outcome);
+    void objPassProg_Chiudi(Passwords::Type type, frmPassProg::Codice code);
     void objMessage_Chiudi();
-    void objLstUtenti_Chiudi(int result);
+    void objLstUtenti_Chiudi(frmLstUtenti::Esito outcome);
 
 protected:
     void closeEvent(QCloseEvent *event) override;

@@ -191,14 +191,15 @@ void MDIForm1::openPortWindow(bool first)
     });
 }
 
-void MDIForm1::objImpCom_Chiudi(int port, int result)
+void MDIForm1::objImpCom_Chiudi(int port, frmImpCom::Esito outcome)
 {
     if (m_ending)
         return;
-    if (result == 1)
+    const bool isChosen = outcome == frmImpCom::Esito::Chosen;
+    if (isChosen)
         m_menu.portIsMissing = false;
     applyMenu();
-    m_program.link().objImpCom_Chiudi(port, result);
+    m_program.link().objImpCom_Chiudi(isChosen ? std::optional(port) : std::nullopt);
 }
 
 void MDIForm1::mnuLetConfInt_Click()

@@ -1,5 +1,5 @@
-#include "events/TextReport.h"
 #include "mainwindow/MDIForm1.h"
+#include "reports/TextReport.h"
 #include "users/UserListReport.h"
 #include "users/frmLstUtenti.h"
 #include "widgets/Printing.h"
@@ -48,9 +48,9 @@ void MDIForm1::openRegister()
         made->unload();
 }
 
-void MDIForm1::objLstUtenti_Chiudi(int result)
+void MDIForm1::objLstUtenti_Chiudi(frmLstUtenti::Esito outcome)
 {
-    if (result == frmLstUtenti::Saved)
+    if (outcome == frmLstUtenti::Esito::Saved)
         m_program.reloadUsers();
 }
 

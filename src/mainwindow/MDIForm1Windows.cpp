@@ -219,21 +219,20 @@ bool MDIForm1::isPasswordWindowOpenBut(const ChildWindow *closing) const
                        [closing](const ChildWindow *window) { return window && window != closing; });
 }
 
-void MDIForm1::objPassProg_Chiudi(int type, int code)
+void MDIForm1::objPassProg_Chiudi(Passwords::Type type, frmPassProg::Codice code)
 {
-    enum Code { Right = 1, Cancelled = 2, RightToDeactivate = 3 };
-    const auto which = static_cast<Passwords::Type>(type);
-    if (code == RightToDeactivate) {
-        deactivate(which);
-    } else if (which == Passwords::Type::Main && code == Right) {
+    using Codice = frmPassProg::Codice;
+    if (code == Codice::RightToDeactivate) {
+        deactivate(type);
+    } else if (type == Passwords::Type::Main && code == Codice::Right) {
         m_menu.gateIsClosed = false;
         applyMenu();
         m_program.openLink();
-    } else if (which == Passwords::Type::Main && code == Cancelled) {
+    } else if (type == Passwords::Type::Main && code == Codice::Cancelled) {
         QMetaObject::invokeMethod(this, &MDIForm1::end, Qt::QueuedConnection);
-    } else if (which == Passwords::Type::Diagnostics && code == Right) {
+    } else if (type == Passwords::Type::Diagnostics && code == Codice::Right) {
         openDiagnostics();
-    } else if (which == Passwords::Type::Users && code == Right) {
+    } else if (type == Passwords::Type::Users && code == Codice::Right) {
         openRegister();
     }
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDateTime>
-#include <QString>
 
 /// The PC's clock. Dates and times are the operator's local ones; spans of time are measured monotonically, so that
 /// setting the clock never stretches or cuts them.
@@ -10,10 +9,7 @@ class Clock
 public:
     virtual ~Clock() = default;
 
-    /// Today as "mm-dd-yyyy".
-    QString date() const { return now().toString(QStringLiteral("MM-dd-yyyy")); }
-    /// The time of day as "hh:mm:ss", 24 hours.
-    QString time() const { return now().toString(QStringLiteral("HH:mm:ss")); }
+    QDate date() const { return now().date(); }
 
     /// Local date and time in one reading: a date and a time read one after the other may belong to two days.
     virtual QDateTime now() const;

@@ -102,7 +102,7 @@ void frmInsPass::cmdOk_Click()
         const Message message = passwordMessage(fault, m_passwords.reason());
         return m_messages.show(this, Icon::Critical, m_texts.sentence(message));
     }
-    Q_EMIT PasswordImpostata(static_cast<int>(m_type));
+    Q_EMIT PasswordImpostata(m_type);
     unload();
 }
 

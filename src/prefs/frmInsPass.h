@@ -20,8 +20,8 @@ public:
     void setTipoPass(Passwords::Type type);
 
 Q_SIGNALS:
-    /// @param tipo  1 to 3, the password that was stored; with nothing typed it is stored as none
-    void PasswordImpostata(int tipo);
+    /// @param tipo  the password that was stored; with nothing typed it is stored as none
+    void PasswordImpostata(Passwords::Type tipo);
 
 private:
     void captions();

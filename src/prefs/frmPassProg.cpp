@@ -81,13 +81,13 @@ void frmPassProg::cmdOk_Click()
         selectPass();
         return m_messages.show(this, Icon::Critical, m_texts[Text::PasswordErrata], [this] { selectPass(); });
     }
-    Q_EMIT Chiudi(static_cast<int>(m_type), DisattivaPW ? 3 : 1);
+    Q_EMIT Chiudi(m_type, DisattivaPW ? Codice::RightToDeactivate : Codice::Right);
     unload();
 }
 
 void frmPassProg::cmdAnnulla_Click()
 {
-    Q_EMIT Chiudi(static_cast<int>(m_type), DisattivaPW ? 4 : 2);
+    Q_EMIT Chiudi(m_type, DisattivaPW ? Codice::CancelledToDeactivate : Codice::Cancelled);
     unload();
 }
 

@@ -14,6 +14,9 @@ class frmPassProg : public ChildWindow
     Q_OBJECT
 
 public:
+    /// How it was answered; the last two where it was asked in order to remove it.
+    enum class Codice { Right = 1, Cancelled = 2, RightToDeactivate = 3, CancelledToDeactivate = 4 };
+
     /// All must outlive this window.
     frmPassProg(const Texts &texts, Messages &messages, const Passwords &passwords, QWidget *parent = nullptr);
 
@@ -21,9 +24,8 @@ public:
     void setTipoPass(Passwords::Type type);
 
 Q_SIGNALS:
-    /// @param tipo    1 to 3, the password that was asked
-    /// @param codice  1 right, 2 cancelled; 3 and 4 the same where it was asked in order to remove it
-    void Chiudi(int tipo, int codice);
+    /// @param tipo  the password that was asked
+    void Chiudi(Passwords::Type tipo, frmPassProg::Codice codice);
 
 protected:
     bool canClose() override;

@@ -94,7 +94,7 @@ void frmTempochk::cmdOk_Click()
     }
     const QString key = QStringLiteral("CHECK");
     const Result<void> saved = m_settings.save(key, *minutes);
-    Q_EMIT ModificaMin(*minutes);
+    Q_EMIT ModificaMin(minutes);
     if (saved)
         return unload();
     m_messages.show(this, Icon::Exclamation, m_texts.sentence({OwnText::SettingNotSaved, {key}, saved.fault()}),
@@ -103,7 +103,7 @@ void frmTempochk::cmdOk_Click()
 
 void frmTempochk::cmdAnnulla_Click()
 {
-    Q_EMIT ModificaMin(-1);
+    Q_EMIT ModificaMin(std::nullopt);
     unload();
 }
 

@@ -19,8 +19,8 @@ public:
     frmTempochk(const Texts &texts, Settings &settings, Messages &messages, QWidget *parent = nullptr);
 
 Q_SIGNALS:
-    /// @param minutes  1 to 1440, 0 = no automatic checks any more, -1 = cancelled
-    void ModificaMin(int minutes);
+    /// @param minutes  1 to 1440, 0 = no automatic checks any more; nothing when cancelled
+    void ModificaMin(std::optional<int> minutes);
 
 private:
     void captions();

@@ -100,7 +100,8 @@ QByteArrayList Settings::currentLines() const
     QByteArrayList all;
     for (const auto &[key, value] :
          {std::pair("COM", PortaCom), std::pair("LINGUA", Lingua), std::pair("NUMEVOD", NumEvOd),
-          std::pair("CHECK", MinCheck), std::pair("PRN", IndStampante), std::pair("PRTC", CodProtocollo)})
+          std::pair("CHECK", MinCheck), std::pair("PRN", IndStampante),
+          std::pair("PRTC", static_cast<int>(CodProtocollo))})
         all.append(QByteArray(key) + '=' + QByteArray::number(value));
     return all;
 }
@@ -153,6 +154,6 @@ Result<void> Settings::read(int systemLanguage, Notices &notices)
     // The print system is asked only when there is need to.
     const QString printer = QStringLiteral("PRN");
     IndStampante = lenient(printer, entry(printer) ? 0 : IndiceStampanteDefault(), notices);
-    CodProtocollo = toSixteenBits(leadingNumber(LeggiImpostazione(QStringLiteral("PRTC"))));
+    CodProtocollo = static_cast<Protocol>(toSixteenBits(leadingNumber(LeggiImpostazione(QStringLiteral("PRTC")))));
     return {};
 }

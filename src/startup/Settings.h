@@ -2,6 +2,7 @@
 
 #include "platform/Printers.h"
 #include "platform/ProgramFolder.h"
+#include "startup/Protocol.h"
 #include "texts/Notices.h"
 
 #include <QByteArrayList>
@@ -16,12 +17,12 @@ public:
     /// All must outlive this object.
     Settings(ProgramFolder &folder, const Printers &printers);
 
-    int PortaCom = 0;      ///< number of the serial port, 0 = none chosen yet
-    int Lingua = 0;        ///< 1 Italian, 2 English, 3 French, 4 German
-    int NumEvOd = 0;       ///< rows of the view of the day's events
-    int MinCheck = 0;      ///< minutes between two link checks, 0 or less = no checks
-    int IndStampante = 0;  ///< index of the chosen printer, -1 = none
-    int CodProtocollo = 0; ///< protocol code of the interface, 0 = not known
+    int PortaCom = 0;                            ///< number of the serial port, 0 = none chosen yet
+    int Lingua = 0;                              ///< 1 Italian, 2 English, 3 French, 4 German
+    int NumEvOd = 0;                             ///< rows of the view of the day's events
+    int MinCheck = 0;                            ///< minutes between two link checks, 0 or less = no checks
+    int IndStampante = 0;                        ///< index of the chosen printer, -1 = none
+    Protocol CodProtocollo = Protocol::NotKnown; ///< of the interface, as it last told it
 
     bool fileExists() const;
 

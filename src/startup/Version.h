@@ -2,8 +2,5 @@
 
 #include <QString>
 
-/// Version of the program, as its title and its windows show it.
-inline QString programVersion()
-{
-    return QStringLiteral("1.03");
-}
+/// Version of the program, as its title and its windows show it: that of the build's project.
+QString programVersion();

@@ -1,7 +1,7 @@
 #include "timeprog/BandRules.h"
 
 #include "archives/Tables.h"
-#include "startup/DateTimeText.h"
+#include "texts/DateTimeText.h"
 
 namespace {
 
@@ -33,7 +33,7 @@ BandFault checkBand(const QString &Da, const QString &A)
         return BandFault::DaFormat;
     if (!OraBreveValida(A))
         return BandFault::AFormat;
-    return OraNonDopo(Da, A) ? BandFault::None : BandFault::Order;
+    return shortTimeOf(Da) <= shortTimeOf(A) ? BandFault::None : BandFault::Order;
 }
 
 RecordSet::Values newBand(const QString &Da, const QString &A)

@@ -1,7 +1,7 @@
 #include "timeprog/HolidayRules.h"
 
 #include "archives/Tables.h"
-#include "startup/DateTimeText.h"
+#include "texts/DateTimeText.h"
 
 CopyEditor::Source holidaySource()
 {

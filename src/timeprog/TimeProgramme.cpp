@@ -2,7 +2,8 @@
 
 #include "archives/RecordSet.h"
 #include "archives/Tables.h"
-#include "startup/DateTimeText.h"
+#include "texts/DateTimeText.h"
+#include "timeprog/BandRules.h"
 
 namespace {
 
@@ -13,13 +14,13 @@ unsigned bit(TimeProgramme::Part part)
 
 bool isInBand(const QList<Band> &bands, const QDateTime &moment)
 {
-    const int now = Minuti(moment.toString(QStringLiteral("HH:mm")));
-    const int mark = moment.date().dayOfWeek() - 1;
+    const QTime now(moment.time().hour(), moment.time().minute());
+    const auto weekday = static_cast<size_t>(moment.date().dayOfWeek() - 1);
     for (const Band &band : bands) {
         // Bands come in the order of their start: none that follows can hold this minute.
-        if (now < Minuti(band.Da))
+        if (now < band.Da)
             break;
-        if (now <= Minuti(band.A) && band.marks.value(mark) == QStringLiteral("X"))
+        if (now <= band.A && band.marks.at(weekday))
             return true;
     }
     return false;
@@ -27,11 +28,11 @@ bool isInBand(const QList<Band> &bands, const QDateTime &moment)
 
 bool isHoliday(const QList<Holiday> &holidays, const QDateTime &moment)
 {
-    const QString today = moment.toString(QStringLiteral("yyyyMMdd"));
+    const QDate today = moment.date();
     for (const Holiday &holiday : holidays) {
-        if (today < holiday.DalGiornoOrd)
+        if (today < holiday.DalGiorno)
             break;
-        if (today <= holiday.AlGiornoOrd)
+        if (today <= holiday.AlGiorno)
             return true;
     }
     return false;
@@ -89,12 +90,13 @@ Result<void> TimeProgramme::read(Part part)
         if (isBands) {
             Band band;
             for (int day = 0; day < Band::Days; ++day)
-                band.marks.append(set.value(day));
-            band.Da = set.value(QStringLiteral("Da"));
-            band.A = set.value(QStringLiteral("A"));
+                band.marks.at(static_cast<size_t>(day)) = isMarked(set.value(day));
+            band.Da = shortTimeOf(set.value(QStringLiteral("Da")));
+            band.A = shortTimeOf(set.value(QStringLiteral("A")));
             m_bands.append(band);
         } else {
-            m_holidays.append({set.value(QStringLiteral("DalGiornoOrd")), set.value(QStringLiteral("AlGiornoOrd"))});
+            m_holidays.append({rangeDayOfKey(set.value(QStringLiteral("DalGiornoOrd")), End::First),
+                               rangeDayOfKey(set.value(QStringLiteral("AlGiornoOrd")), End::Last)});
         }
     }
     return {};

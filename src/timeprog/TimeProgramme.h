@@ -5,20 +5,21 @@
 
 #include <QList>
 #include <QObject>
-#include <QStringList>
+
+#include <array>
 
 /// A time band: from its first to its last minute on the days that are marked.
 struct Band {
     static constexpr int Days = 7;
-    QStringList marks; ///< Monday to Sunday; "X" = the band counts on this day
-    QString Da;        ///< first minute, "hh:mm"
-    QString A;         ///< last minute, "hh:mm"
+    std::array<bool, Days> marks{}; ///< Monday to Sunday: the band counts on this day
+    QTime Da;                       ///< first minute
+    QTime A;                        ///< last minute
 };
 
-/// Holidays from the first to the last day, both "yyyymmdd".
+/// Holidays from the first to the last day.
 struct Holiday {
-    QString DalGiornoOrd;
-    QString AlGiornoOrd;
+    QDate DalGiorno;
+    QDate AlGiorno;
 };
 
 /// Where a moment lies.

@@ -2,7 +2,7 @@
 
 #include "codes/CodeRules.h"
 
-CodeRun::CodeRun(Database &database, const UserRows &users, int protocol, int first, int count)
+CodeRun::CodeRun(Database &database, const UserRows &users, Protocol protocol, int first, int count)
     : m_database(database), m_protocol(protocol), m_first(first), m_count(count), m_transaction(database)
 {
     m_taken.reserve(users.count());

@@ -2,6 +2,7 @@
 
 #include "archives/Transaction.h"
 #include "platform/Task.h"
+#include "startup/Protocol.h"
 #include "users/UserRows.h"
 
 #include <QSet>
@@ -16,7 +17,7 @@ public:
     /// @param database  working copy of the register; must outlive this object
     /// @param first     first code of the run, from 1
     /// @param count     number of codes, 1 to 9999
-    CodeRun(Database &database, const UserRows &users, int protocol, int first, int count);
+    CodeRun(Database &database, const UserRows &users, Protocol protocol, int first, int count);
 
     /// Goes on with at least one code. @return true when the run stands in the register
     Result<bool> step(const QDeadlineTimer &until) override;
@@ -31,7 +32,7 @@ private:
 
     Database &m_database;
     QSet<QString> m_taken;
-    const int m_protocol;
+    const Protocol m_protocol;
     const int m_first;
     const int m_count;
     Transaction m_transaction;

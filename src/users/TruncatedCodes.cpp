@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-TruncatedCodes::TruncatedCodes(Database &database, UserRows users, int protocol)
+TruncatedCodes::TruncatedCodes(Database &database, UserRows users, Protocol protocol)
     : m_database(database), m_users(std::move(users)), m_protocol(protocol), m_transaction(database)
 {
     // In the order of the codes, each row would bring another page into a cache that does not hold them all.

@@ -2,6 +2,7 @@
 
 #include "archives/Transaction.h"
 #include "platform/Task.h"
+#include "startup/Protocol.h"
 #include "users/UserRows.h"
 
 #include <optional>
@@ -12,7 +13,7 @@ class TruncatedCodes : public Task
 {
 public:
     /// @param database  working copy of the register; must outlive this object
-    TruncatedCodes(Database &database, UserRows users, int protocol);
+    TruncatedCodes(Database &database, UserRows users, Protocol protocol);
 
     /// Goes on with at least one user. @return true when all are in line
     Result<bool> step(const QDeadlineTimer &until) override;
@@ -31,7 +32,7 @@ private:
 
     Database &m_database;
     const UserRows m_users;
-    const int m_protocol;
+    const Protocol m_protocol;
     QList<std::pair<qint64, qsizetype>> m_order; ///< ids and places of the rows, as they lie in the archive
     Transaction m_transaction;
     std::optional<Statement> m_update;

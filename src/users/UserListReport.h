@@ -1,7 +1,7 @@
 #pragma once
 
 #include "codes/User.h"
-#include "events/TableReport.h"
+#include "reports/TableReport.h"
 
 class Texts;
 

@@ -18,7 +18,7 @@ const QString &codeField()
     return field;
 }
 
-RecordSet::Values codeValues(const QString &code, CodeType type, int protocol)
+RecordSet::Values codeValues(const QString &code, CodeType type, Protocol protocol)
 {
     return {{codeField(), code},
             {QStringLiteral("Tipo"), typeText(type)},
@@ -40,7 +40,7 @@ QString limitedText(const QString &text)
     return limited;
 }
 
-UserRegister::UserRegister(ArchiveStore &archives, std::function<int()> protocol)
+UserRegister::UserRegister(ArchiveStore &archives, std::function<Protocol()> protocol)
     : m_archives(archives),
       m_protocol(std::move(protocol)),
       m_editor(archives, {text(ArchiveName::Users), text(ArchiveName::UsersCopy),

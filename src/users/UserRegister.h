@@ -2,6 +2,7 @@
 
 #include "archives/CopyEditor.h"
 #include "codes/CodeRules.h"
+#include "startup/Protocol.h"
 #include "users/CodeRun.h"
 #include "users/NameList.h"
 #include "users/TruncatedCodes.h"
@@ -23,8 +24,8 @@ public:
     static constexpr int LongestText = 15;
 
     /// @param archives  must outlive this object
-    /// @param protocol  tells that of the interface, 0 to 15, which may become known while the register is open
-    UserRegister(ArchiveStore &archives, std::function<int()> protocol);
+    /// @param protocol  tells that of the interface, which may become known while the register is open
+    UserRegister(ArchiveStore &archives, std::function<Protocol()> protocol);
 
     // As of CopyEditor.
     Result<void> open();
@@ -71,7 +72,7 @@ private:
     Result<void> keepPasswords();
 
     ArchiveStore &m_archives;
-    const std::function<int()> m_protocol;
+    const std::function<Protocol()> m_protocol;
     CopyEditor m_editor;
     NameList m_surnames{&User::Cognome};
     NameList m_firstNames{&User::Nome};

@@ -165,7 +165,7 @@ void frmAddCod::end(const QString &firstAdded)
     // The answer to a message can come after the program has closed the window.
     if (m_hasUnloaded)
         return;
-    Q_EMIT Chiudi(Done, firstAdded);
+    Q_EMIT Chiudi(Esito::Done, firstAdded);
     unload();
 }
 
@@ -177,7 +177,7 @@ void frmAddCod::cmdAnnulla_Click()
 
 bool frmAddCod::canClose()
 {
-    Q_EMIT Chiudi(Cancelled, {});
+    Q_EMIT Chiudi(Esito::Cancelled, {});
     return true;
 }
 

@@ -16,22 +16,22 @@ class frmAddCod : public ChildWindow
     Q_OBJECT
 
 public:
+    enum class Esito { Done, Cancelled };
+
     /// @param users  the run is added to its working copy, which must stay until this window has unloaded; like the
     /// texts and the messages, must outlive it
     frmAddCod(const Texts &texts, Messages &messages, UserRegister &users, QWidget *parent = nullptr);
 
 Q_SIGNALS:
     /// Not told when the program itself closes the window.
-    /// @param Esito  1 done, 2 cancelled; @param Codice  first code that was added, "" if none
-    void Chiudi(int Esito, const QString &Codice);
+    /// @param Codice  first code that was added, "" if none
+    void Chiudi(frmAddCod::Esito esito, const QString &Codice);
 
 protected:
     bool canClose() override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    enum Outcome { Done = 1, Cancelled = 2 };
-
     void captions();
     void txtNumTrasm_Change();
     void txtCodPart_Change();

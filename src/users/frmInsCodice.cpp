@@ -16,8 +16,8 @@ constexpr int pollMilliseconds = 100;
 
 } // namespace
 
-frmInsCodice::frmInsCodice(const Texts &texts, Messages &messages, QString CodMod, EventRoad::ReceivedCode &received,
-                           Exists exists, QWidget *parent)
+frmInsCodice::frmInsCodice(const Texts &texts, Messages &messages, std::optional<QString> CodMod,
+                           EventRoad::ReceivedCode &received, Exists exists, QWidget *parent)
     : ChildWindow(QStringLiteral("frmInsCodice"), parent),
       m_texts(texts),
       m_messages(messages),
@@ -72,7 +72,7 @@ frmInsCodice::frmInsCodice(const Texts &texts, Messages &messages, QString CodMo
 
 void frmInsCodice::captions()
 {
-    setWindowTitle(m_texts[m_codMod == noCode() ? Text::InserimentoCodice : Text::ModificaCodice]);
+    setWindowTitle(m_texts[m_codMod ? Text::ModificaCodice : Text::InserimentoCodice]);
     setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + pixels(2250));
     lblCodice->setText(m_texts[Text::Codice]);
     optTX->setText(typeText(CodeType::Transmitter));
@@ -88,7 +88,7 @@ void frmInsCodice::tmrRicezione_Timer()
     // A second transmitter does not take the place of the first.
     tmrRicezione.stop();
     txtCodice->setText(m_received.code);
-    (m_received.type == typeText(CodeType::Transmitter) ? optTX : optDKS)->setChecked(true);
+    (m_received.type == CodeType::Transmitter ? optTX : optDKS)->setChecked(true);
     m_received.received = false;
 }
 
@@ -114,7 +114,7 @@ void frmInsCodice::cmdOk_Click()
     }
     if (m_exists(check.code, type))
         return refuse(Icon::Information, Text::CodiceGiaEsistente);
-    Q_EMIT Chiudi(check.code, typeText(type), Confirmed, m_codMod);
+    Q_EMIT Chiudi(check.code, type, Esito::Confirmed, m_codMod);
     unload();
 }
 
@@ -126,7 +126,7 @@ void frmInsCodice::cmdAnnulla_Click()
 
 bool frmInsCodice::canClose()
 {
-    Q_EMIT Chiudi({}, {}, Cancelled, {});
+    Q_EMIT Chiudi({}, {}, Esito::Cancelled, m_codMod);
     return true;
 }
 

@@ -6,6 +6,8 @@
 
 #include <QTimer>
 
+#include <optional>
+
 class Messages;
 class QLabel;
 class QLineEdit;
@@ -17,27 +19,24 @@ class frmInsCodice : public ChildWindow
     Q_OBJECT
 
 public:
-    static QString noCode() { return QStringLiteral("-1"); }
+    enum class Esito { Confirmed, Cancelled };
     using Exists = std::function<bool(const QString &code, CodeType type)>;
 
-    /// @param CodMod  code of the user who gets another one, noCode() for a new user
+    /// @param CodMod  code of the user who gets another one, nothing for a new user
     /// @param received  last code of the line; like the texts and the messages, must outlive this window
     /// @param exists  whether a user has the code and the type already
-    frmInsCodice(const Texts &texts, Messages &messages, QString CodMod, EventRoad::ReceivedCode &received,
-                 Exists exists, QWidget *parent = nullptr);
+    frmInsCodice(const Texts &texts, Messages &messages, std::optional<QString> CodMod,
+                 EventRoad::ReceivedCode &received, Exists exists, QWidget *parent = nullptr);
 
 Q_SIGNALS:
     /// Not told when the program itself closes the window.
-    /// @param Esito  1 confirmed, 2 cancelled: the texts are empty then
-    /// @param CodMod  as it was given
-    void Chiudi(const QString &Codice, const QString &Tipo, int Esito, const QString &CodMod);
+    /// @param Codice  empty when cancelled, and @p Tipo means nothing then; @param CodMod  as it was given
+    void Chiudi(const QString &Codice, CodeType Tipo, frmInsCodice::Esito esito, const std::optional<QString> &CodMod);
 
 protected:
     bool canClose() override;
 
 private:
-    enum Outcome { Confirmed = 1, Cancelled = 2 };
-
     void captions();
     void tmrRicezione_Timer();
     void txtCodice_Change();
@@ -47,7 +46,7 @@ private:
 
     const Texts &m_texts;
     Messages &m_messages;
-    const QString m_codMod;
+    const std::optional<QString> m_codMod;
     EventRoad::ReceivedCode &m_received;
     const Exists m_exists;
 

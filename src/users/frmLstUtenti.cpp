@@ -313,7 +313,7 @@ bool frmLstUtenti::save()
     return saved.ok();
 }
 
-void frmLstUtenti::end(Outcome outcome)
+void frmLstUtenti::end(Esito outcome)
 {
     m_outcome = outcome;
     unload();
@@ -322,7 +322,7 @@ void frmLstUtenti::end(Outcome outcome)
 void frmLstUtenti::cmdSalva_Click()
 {
     if (commitCell() && save())
-        end(Saved);
+        end(Esito::Saved);
 }
 
 void frmLstUtenti::cmdChiudi_Click()
@@ -330,12 +330,12 @@ void frmLstUtenti::cmdChiudi_Click()
     if (!commitCell())
         return;
     if (!m_register.isChanged())
-        return end(NotSaved);
+        return end(Esito::NotSaved);
     endRecognition();
     m_messages.ask(this, m_texts[Text::TuttiICambiamentiVerrannoAnnullati], Messages::Buttons::YesNo,
                    [this](Messages::Answer answer) {
                        if (answer == Messages::Answer::Yes)
-                           end(NotSaved);
+                           end(Esito::NotSaved);
                    });
 }
 
@@ -356,9 +356,9 @@ bool frmLstUtenti::canClose()
                    [this](Messages::Answer answer) {
                        m_isAsking = false;
                        if (answer == Messages::Answer::No)
-                           end(NotSaved);
+                           end(Esito::NotSaved);
                        else if (answer == Messages::Answer::Yes && save())
-                           end(Saved);
+                           end(Esito::Saved);
                        else
                            refuseClose();
                    });

@@ -4,6 +4,8 @@
 #include "users/DuplicateReport.h"
 #include "users/RecognitionWait.h"
 #include "users/UserRegister.h"
+#include "users/frmAddCod.h"
+#include "users/frmInsCodice.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/TaskRunner.h"
 
@@ -25,11 +27,11 @@ class frmLstUtenti : public ChildWindow
     Q_OBJECT
 
 public:
-    enum Outcome { Saved = 1, NotSaved = 2 };
+    enum class Esito { Saved = 1, NotSaved = 2 };
 
     /// What the window has to know about the interface.
     struct Interface {
-        std::function<int()> protocol; ///< the one in force, 0 to 15
+        std::function<Protocol()> protocol; ///< the one in force
         bool isOffLine = false;
         EventRoad::ReceivedCode &received; ///< must outlive this window
     };
@@ -49,8 +51,8 @@ public:
     QList<User> users() { return m_register.all(); }
 
 Q_SIGNALS:
-    /// The window has closed and its working copy is gone. @param Esito  an Outcome
-    void Chiudi(int Esito);
+    /// The window has closed and its working copy is gone.
+    void Chiudi(frmLstUtenti::Esito esito);
     /// A window to be opened beside this one, which is disabled until it has closed.
     void openChild(ChildWindow *window);
     /// The operator wants the list on paper; there is at least one user.
@@ -80,9 +82,9 @@ private:
     void cmdChiudi_Click();
     void dbcmb_Change(const UserCombo *chosen, UserCombo *other, QString User::*otherName);
 
-    void openCode(const QString &CodMod, qint64 user);
-    void objInsCodice_Chiudi(qint64 user, const QString &Codice, const QString &Tipo, int Esito);
-    void objAddCod_Chiudi(int Esito, const QString &Codice);
+    void openCode(std::optional<QString> CodMod, qint64 user);
+    void objInsCodice_Chiudi(qint64 user, const QString &Codice, CodeType Tipo, frmInsCodice::Esito esito);
+    void objAddCod_Chiudi(frmAddCod::Esito esito, const QString &Codice);
     void objRepDoppioni_Chiudi();
 
     bool commitCell();
@@ -98,7 +100,7 @@ private:
     void showRows();
     void showCurrent();
     bool save();
-    void end(Outcome outcome);
+    void end(Esito outcome);
     void showFault(QWidget *over, OwnText text, const QString &subject, const Fault &fault);
 
     const Texts &m_texts;
@@ -106,7 +108,7 @@ private:
     ArchiveStore &m_archives;
     EventRoad::ReceivedCode &m_received;
     UserRegister m_register;
-    Outcome m_outcome = NotSaved;
+    Esito m_outcome = Esito::NotSaved;
 
     std::unique_ptr<Task> m_reading;
     TaskRunner m_runner;

@@ -32,14 +32,14 @@ void frmLstUtenti::openOver(ChildWindow *window, std::function<QPoint(QRect own,
 }
 
 /// @param user  row of the one who gets another code, 0 for a new one
-void frmLstUtenti::openCode(const QString &CodMod, qint64 user)
+void frmLstUtenti::openCode(std::optional<QString> CodMod, qint64 user)
 {
     auto *objInsCodice =
-        new frmInsCodice(m_texts, m_messages, CodMod, m_received,
+        new frmInsCodice(m_texts, m_messages, std::move(CodMod), m_received,
                          [this](const QString &code, CodeType type) { return m_register.contains(code, type); });
     connect(objInsCodice, &frmInsCodice::Chiudi, this,
-            [this, user](const QString &code, const QString &type, int result) {
-                objInsCodice_Chiudi(user, code, type, result);
+            [this, user](const QString &code, CodeType type, frmInsCodice::Esito outcome) {
+                objInsCodice_Chiudi(user, code, type, outcome);
             });
     openOver(objInsCodice, [](QRect own, QSize) { return own.topLeft() + QPoint(pixels(300), pixels(500)); });
 }
@@ -47,7 +47,7 @@ void frmLstUtenti::openCode(const QString &CodMod, qint64 user)
 void frmLstUtenti::cmdNuovo_Click()
 {
     if (commitCell())
-        openCode(frmInsCodice::noCode(), 0);
+        openCode({}, 0);
 }
 
 void frmLstUtenti::cmdModifica_Click()
@@ -56,13 +56,12 @@ void frmLstUtenti::cmdModifica_Click()
         openCode(m_register.current().Codice, m_register.users().rowId());
 }
 
-void frmLstUtenti::objInsCodice_Chiudi(qint64 user, const QString &Codice, const QString &Tipo, int Esito)
+void frmLstUtenti::objInsCodice_Chiudi(qint64 user, const QString &Codice, CodeType Tipo, frmInsCodice::Esito esito)
 {
     enable();
-    if (Esito != 1)
+    if (esito != frmInsCodice::Esito::Confirmed)
         return;
-    const CodeType type = Tipo == typeText(CodeType::Transmitter) ? CodeType::Transmitter : CodeType::Keypad;
-    const Result<void> stored = user == 0 ? m_register.add(Codice, type) : m_register.changeCode(user, Codice, type);
+    const Result<void> stored = user == 0 ? m_register.add(Codice, Tipo) : m_register.changeCode(user, Codice, Tipo);
     showRows();
     if (!stored)
         showFault(this, OwnText::ArchiveNotChanged, m_register.archive(), stored.fault());
@@ -100,10 +99,10 @@ void frmLstUtenti::cmdPrecod_Click()
     });
 }
 
-void frmLstUtenti::objAddCod_Chiudi(int Esito, const QString &Codice)
+void frmLstUtenti::objAddCod_Chiudi(frmAddCod::Esito esito, const QString &Codice)
 {
     enable();
-    if (Esito != 1)
+    if (esito != frmAddCod::Esito::Done)
         return;
     const Result<void> read = m_register.codeRunEnded(Codice);
     showRows();
@@ -137,7 +136,7 @@ void frmLstUtenti::tmrRicOn_Timer()
     m_received.received = false;
     if (!isFound)
         m_messages.show(this, Icon::Information,
-                        QStringList{m_texts[Text::IlCodice], m_received.type, m_received.code,
+                        QStringList{m_texts[Text::IlCodice], typeText(m_received.type), m_received.code,
                                     m_texts[Text::NonPresenteInAnagrafica]}
                             .join(QLatin1Char(' ')));
 }

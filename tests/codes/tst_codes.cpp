@@ -1,8 +1,8 @@
 #include "codes/CodeRules.h"
-#include "startup/DateTimeText.h"
 #include "startup/Numbers.h"
 #include "startup/PlainText.h"
 #include "support/Fixtures.h"
+#include "texts/DateTimeText.h"
 
 namespace {
 
@@ -42,10 +42,10 @@ private Q_SLOTS:
     void truncated()
     {
         QFETCH(int, protocol);
-        QTEST(truncatedCode(tag(), protocol), "expected");
-        QVERIFY(hasTruncatedCodes(protocol));
+        QTEST(truncatedCode(tag(), Protocol{protocol}), "expected");
+        QVERIFY(hasTruncatedCodes(Protocol{protocol}));
         for (int carriesAll : {0, 2, 5, 6, 9, 11, 12, 13, 14, 16, -1})
-            QCOMPARE(truncatedCode(u"251658239"_s, carriesAll), QString());
+            QCOMPARE(truncatedCode(u"251658239"_s, Protocol{carriesAll}), QString());
     }
 
     void protocols_data()
@@ -64,8 +64,11 @@ private Q_SLOTS:
     void protocols()
     {
         const QString name = tag();
-        const QList<int> codes = {protocolCode(name, 0, 0), protocolCode(name, 0, 1), protocolCode(name, 1, 0),
-                                  protocolCode(name, 1, 1)};
+        QList<int> codes;
+        for (const bool site : {false, true}) {
+            for (const bool channels : {false, true})
+                codes.append(static_cast<int>(protocolCode(name, site, channels)));
+        }
         QTEST(codes, "expected");
     }
 
@@ -128,8 +131,6 @@ private Q_SLOTS:
 
     void conversions()
     {
-        QCOMPARE(DataTrattini(DataBarre(u"03-05-2004"_s)), DataFile(u"03-05-2004"_s));
-        QVERIFY(OraNonDopo(u"08:00"_s, u"08:00"_s) && !OraNonDopo(u"08:01"_s, u"08:00"_s));
         QCOMPARE(SoloCifre(u"1\u06622x3"_s), u"123"_s);
         QCOMPARE(TogliAnd(u"A&GG&&"_s), u"AGG"_s);
         QCOMPARE(Centra(u"TX"_s, 5), u" TX  "_s);
@@ -138,19 +139,32 @@ private Q_SLOTS:
         QCOMPARE(DataEstesa(QDate(2004, 3, 7), texts), u"Sunday, 07 March 2004"_s);
     }
 
-    void nextDay_data()
+    void dates_data()
     {
-        const Rows<QString> row("expected");
-        row("28/02/2004", u"29/02/2004"_s);
-        row("29/02/2004", u"01/03/2004"_s);
-        row("28/02/1900", u"01/03/1900"_s);
-        row("28/02/2000", u"29/02/2000"_s);
-        row("31/02/2004", u"01/03/2004"_s);
-        row("30/04/2004", u"01/05/2004"_s);
-        row("30/03/2004", u"31/03/2004"_s);
-        row("31/12/0099", u"01/01/0100"_s);
+        const Rows<QString, QString> row("first", "last"); // a range's, as their keys
+        row("05/03/2004", u"20040305"_s, u"20040305"_s);
+        row("29/02/2004", u"20040229"_s, u"20040229"_s);
+        row("29/02/1900", u"19000301"_s, u"19000228"_s);
+        row("31/02/2000", u"20000301"_s, u"20000229"_s);
+        row("31/04/2004", u"20040501"_s, u"20040430"_s);
+        row("31/12/0099", u"00991231"_s, u"00991231"_s);
+        row("32/12/2004", {}, {});
+        row("5/3/2004", {}, {});
+        row("", {}, {});
     }
-    void nextDay() { QTEST(GiornoSeguente(tag()), "expected"); }
+    void dates()
+    {
+        QFETCH(QString, first);
+        QFETCH(QString, last);
+        const QString typed = tag(), key = DataOrdinabile(typed);
+        QCOMPARE(DataOrdinabile(rangeDay(typed, End::First)), first);
+        QCOMPARE(rangeDayOfKey(key, End::Last), rangeDay(typed, End::Last));
+        const QDate day = rangeDay(typed, End::Last);
+        QCOMPARE(DataOrdinabile(day), last);
+        QCOMPARE(dayOfFile(DataFile(day)), day);
+        if (!last.isEmpty() && first == last)
+            QCOMPARE(DataBarre(day), typed);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestCodes)

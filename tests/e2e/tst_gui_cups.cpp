@@ -1,4 +1,4 @@
-#include "events/TextReport.h"
+#include "reports/TextReport.h"
 #include "startup/CurrentPrinter.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"

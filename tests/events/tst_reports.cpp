@@ -1,6 +1,6 @@
 #include "codes/UserColumns.h"
 #include "events/EventReport.h"
-#include "events/TextReport.h"
+#include "reports/TextReport.h"
 #include "support/Fixtures.h"
 #include "support/RecordedPage.h"
 #include "texts/Texts.h"

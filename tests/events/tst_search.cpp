@@ -3,6 +3,7 @@
 #include "events/EventSearch.h"
 #include "support/Fixtures.h"
 #include "support/RecordingVfs.h"
+#include "texts/DateTimeText.h"
 #include "texts/NameKey.h"
 
 #include <QFile>
@@ -13,19 +14,19 @@
 
 namespace {
 
-EventQuery range(const QString &first, const QString &last)
+TypedQuery range(const QString &first, const QString &last)
 {
-    EventQuery query;
+    TypedQuery query;
     query.firstDay = first;
     query.lastDay = last;
     return query;
 }
 
 /// Code of person as of a name that was chosen; "?" is a name that is nobody's.
-EventQuery query(const QString &channels, const QString &types, EventQuery::State state = EventQuery::State::All,
+TypedQuery query(const QString &channels, const QString &types, EventQuery::State state = EventQuery::State::All,
                  const QString &code = {}, const QString &person = {})
 {
-    EventQuery made = range(u"03/03/2004"_s, u"05/03/2004"_s);
+    TypedQuery made = range(u"03/03/2004"_s, u"05/03/2004"_s);
     for (int i = 0; i < 4; ++i)
         made.channels[std::size_t(i)] = channels.contains(QChar(u'A' + i));
     made.transmitters = types.contains(u"TX"_s);
@@ -41,7 +42,7 @@ QStringList allRows(const SearchResults &results)
 {
     QStringList rows;
     for (qsizetype i = 0; i < results.count(); ++i)
-        rows.append(results.row(i).value().join(u'|'));
+        rows.append(textsOf(EventColumns::found, results.row(i).value()).join(u'|'));
     return rows;
 }
 
@@ -52,9 +53,9 @@ bool goesOn(EventSearch &search)
     return isDone && !isDone.value();
 }
 
-void run(EventSearch &search, const EventQuery &wanted)
+void run(EventSearch &search, const TypedQuery &wanted)
 {
-    QVERIFY(search.start(wanted));
+    QVERIFY(search.start(eventQuery(wanted)));
     while (goesOn(search)) {
     }
 }
@@ -104,9 +105,9 @@ void TestSearch::sortKeys()
 
 void TestSearch::faults_data()
 {
-    const Rows<EventQuery, QueryFault> row("wanted", "fault");
+    const Rows<TypedQuery, QueryFault> row("wanted", "fault");
     const auto timed = [](const QString &from, const QString &to) {
-        EventQuery made = query(u"A"_s, u"TX"_s);
+        TypedQuery made = query(u"A"_s, u"TX"_s);
         made.from = from;
         made.to = to;
         return made;
@@ -127,7 +128,7 @@ void TestSearch::faults_data()
 
 void TestSearch::faults()
 {
-    QFETCH(EventQuery, wanted);
+    QFETCH(TypedQuery, wanted);
     QFETCH(QueryFault, fault);
     TestFolder test;
     test.addUsers({{u"12"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s}});
@@ -138,7 +139,7 @@ void TestSearch::faults()
 
 void TestSearch::statements_data()
 {
-    const Rows<EventQuery, QString> row("wanted", "condition");
+    const Rows<TypedQuery, QString> row("wanted", "condition");
     const QString day = u"Ora>='00:00:00' AND Ora<='23:59:59' AND "_s;
     row("defaults", range({}, {}),
         day + u"(Canale='A' OR Canale='B' OR Canale='C' OR Canale='D') AND (Tipo='TX'OR Tipo='DKS')"_s);
@@ -156,9 +157,9 @@ void TestSearch::statements_data()
 
 void TestSearch::statements()
 {
-    QFETCH(EventQuery, wanted);
+    QFETCH(TypedQuery, wanted);
     QFETCH(QString, condition);
-    DayCondition built = dayCondition(wanted);
+    DayCondition built = dayCondition(eventQuery(wanted));
     for (qsizetype i = built.values.size(); i > 0; --i) {
         const QString value = std::get<QString>(built.values[i - 1]).replace(u"'"_s, u"''"_s);
         built.where.replace(u"?%1"_s.arg(i), u'\'' + value + u'\'');
@@ -168,7 +169,7 @@ void TestSearch::statements()
 
 void TestSearch::walk_data()
 {
-    const Rows<EventQuery, QString> row("wanted", "found");
+    const Rows<TypedQuery, QString> row("wanted", "found");
     const QString all = u"ABCD"_s;
     row("a day without an archive between two", range(u"03/03/2004"_s, u"05/03/2004"_s), u"1,2,3,4,5,6"_s);
     row("one day", range(u"05/03/2004"_s, u"05/03/2004"_s), u"5,6"_s);
@@ -180,14 +181,14 @@ void TestSearch::walk_data()
     row("enabled", query(all, u"TX,DKS"_s, EventQuery::State::OnlyEnabled), u"1,3,5"_s);
     row("disabled", query(all, u"TX,DKS"_s, EventQuery::State::OnlyDisabled), u"2,4,6"_s);
     row("code", query(all, u"TX,DKS"_s, {}, u"7"_s), u"2,3,5"_s);
-    EventQuery window = range(u"03/03/2004"_s, u"05/03/2004"_s);
+    TypedQuery window = range(u"03/03/2004"_s, u"05/03/2004"_s);
     window.from = window.to = u"12:00:00"_s;
     row("the time of day counts on each day", window, u"3,6"_s);
 }
 
 void TestSearch::walk()
 {
-    QFETCH(EventQuery, wanted);
+    QFETCH(TypedQuery, wanted);
     QFETCH(QString, found);
     TestFolder test;
     // No user at all of some codes, one without a surname, and one who has the code with another type.
@@ -239,7 +240,7 @@ void TestSearch::unreadDays()
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     run(search, range(u"01/03/2004"_s, u"06/03/2004"_s));
-    QCOMPARE(search.unreadDays(), QStringList({u"02/03/2004"_s, u"03/03/2004"_s, u"04/03/2004"_s, u"05/03/2004"_s}));
+    QCOMPARE(search.unreadDays(), QList<QDate>({{2004, 3, 2}, {2004, 3, 3}, {2004, 3, 4}, {2004, 3, 5}}));
     QVERIFY(search.step(QDeadlineTimer(0)).ok() && search.incompleteDays().isEmpty() && !search.isComplete());
     QCOMPARE(search.results().count(), 500);
     // What was unread is forgotten by the next search.
@@ -286,12 +287,12 @@ void TestSearch::damagedPages()
                     expected.append(row.value().text(1));
             }
         }
-        EventQuery wanted = query(channels, u"TX,DKS"_s);
+        TypedQuery wanted = query(channels, u"TX,DKS"_s);
         wanted.firstDay = wanted.lastDay = u"05/03/2004"_s;
         run(search, wanted);
         QStringList found;
         for (qsizetype i = 0; i < search.results().count(); ++i)
-            found.append(search.results().row(i).value()[SearchResults::Ora]);
+            found.append(OraTesto(search.results().row(i).value().event.Ora));
         QCOMPARE(found, expected);
         const int kind = readable == events.size() ? 0 : readable > 0 ? 1 : 2;
         ++kinds[kind];
@@ -311,7 +312,7 @@ void TestSearch::daysSetAside()
          {"Eventi_05-03-2004.zeb.guasto10", "EVENTI_05-03-2004.zeb.Guasto", "Eventi_05-03-2004.zeb.guasto2",
           "Eventi_05-03-2004.zeb.guasto2-wal", "Eventi_04-03-2004.zeb.guasto", "Eventi_07-03-2004.zeb.guasto"})
         test.write(u"Archivi/"_s + QString::fromLatin1(name), "set aside");
-    const DayFiles files = filesOfDays(test.folder)[u"05-03-2004"_s];
+    const DayFiles files = filesOfDays(test.folder)[QDate(2004, 3, 5)];
     QCOMPARE(files.archive, u"Archivi/Eventi_05-03-2004.zeb"_s);
     QCOMPARE(files.setAside,
              QStringList({u"Archivi/EVENTI_05-03-2004.zeb.Guasto"_s, u"Archivi/Eventi_05-03-2004.zeb.guasto2"_s,
@@ -325,7 +326,7 @@ void TestSearch::daysSetAside()
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     run(search, range(u"01/03/2004"_s, u"06/03/2004"_s));
-    QCOMPARE(search.incompleteDays(), QStringList({u"02/03/2004"_s, u"04/03/2004"_s, u"05/03/2004"_s}));
+    QCOMPARE(search.incompleteDays(), QList<QDate>({{2004, 3, 2}, {2004, 3, 4}, {2004, 3, 5}}));
     QVERIFY(search.unreadDays().isEmpty() && !search.isComplete());
     QCOMPARE(search.results().count(), 1);
 }
@@ -342,7 +343,7 @@ void TestSearch::stopAndLeftovers()
         UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
         QVERIFY(users.open());
         EventSearch search(test.archives, users);
-        QVERIFY(search.start(range(u"05/03/2004"_s, u"06/03/2004"_s)));
+        QVERIFY(search.start(eventQuery(range(u"05/03/2004"_s, u"06/03/2004"_s))));
         for (int i = 0; i < 21; ++i)
             QVERIFY(goesOn(search));
         QCOMPARE(search.progress().done, 20);
@@ -350,7 +351,7 @@ void TestSearch::stopAndLeftovers()
         search.stop();
         QVERIFY(!goesOn(search) && !search.isComplete());
         QCOMPARE(search.results().count(), 20);
-        QCOMPARE(search.results().row(19).value().join(u'|'), u"||TX|A||05-03-2004|10:00:00|"_s);
+        QCOMPARE(allRows(search.results()).last(), u"||TX|A||05-03-2004|10:00:00|"_s);
     }
     for (const QString &name : test.files(u"Archivi"_s))
         QVERIFY2(!name.startsWith(u"Eventitmp.$$$"_s) && name != u"AnaCon.zeb"_s, qPrintable(name));
@@ -367,7 +368,7 @@ void TestSearch::resultsThatCannotBeKept()
     QVERIFY(users.open());
     EventSearch search(test.archives, users);
     // The disk is full after some events, and what was found before is there.
-    QVERIFY(search.start(range(u"05/03/2004"_s, u"06/03/2004"_s)));
+    QVERIFY(search.start(eventQuery(range(u"05/03/2004"_s, u"06/03/2004"_s))));
     while (search.progress().done < 3000)
         QVERIFY(goesOn(search));
     vfs.refusal = SQLITE_FULL;
@@ -378,7 +379,7 @@ void TestSearch::resultsThatCannotBeKept()
     QVERIFY(search.results().row(1999).ok());
     vfs.refusal = 0;
     // Few events need no disk.
-    QVERIFY(search.start(range(u"05/03/2004"_s, u"06/03/2004"_s)));
+    QVERIFY(search.start(eventQuery(range(u"05/03/2004"_s, u"06/03/2004"_s))));
     vfs.refusal = SQLITE_FULL;
     while (search.progress().done < 1500)
         QVERIFY(goesOn(search));
@@ -386,7 +387,7 @@ void TestSearch::resultsThatCannotBeKept()
     QVERIFY(search.step(QDeadlineTimer(0)).ok() && search.results().row(1499).ok());
     vfs.refusal = 0;
     QFile::remove(test.folder.path(u"Archivi/Eventitmp.zeb"_s));
-    const Result<void> started = search.start(range(u"05/03/2004"_s, u"06/03/2004"_s));
+    const Result<void> started = search.start(eventQuery(range(u"05/03/2004"_s, u"06/03/2004"_s)));
     QVERIFY(!started && started.fault().code == FaultCode::NotFound);
     QVERIFY(!goesOn(search));
     QCOMPARE(search.results().count(), 0);
@@ -415,7 +416,7 @@ void TestSearch::agreesWithAPlainLoop()
     EventSearch search(test.archives, users);
     int found = 0;
     for (int round = 0; round < 200; ++round) {
-        EventQuery wanted = query(any({u"AB"_s, u"BCD"_s, u"ABCD"_s, u"D"_s}), any({u"TX"_s, u"DKS"_s, u"TX,DKS"_s}),
+        TypedQuery wanted = query(any({u"AB"_s, u"BCD"_s, u"ABCD"_s, u"D"_s}), any({u"TX"_s, u"DKS"_s, u"TX,DKS"_s}),
                                   static_cast<EventQuery::State>(random.bounded(3)),
                                   any({u""_s, u""_s, u"1"_s, u"20"_s, u"77"_s}), any({u""_s, u""_s, u"2"_s}));
         wanted.firstDay = any({u"28/02/2004"_s, u"29/02/2004"_s, u"01/03/2004"_s});
@@ -459,8 +460,8 @@ void TestSearch::dayGrows()
     };
     const auto numbers = [&view] {
         QStringList shown;
-        for (const QStringList &row : view.rows())
-            shown.append(row[DayView::ProgEv]);
+        for (const ListedEvent &row : view.rows())
+            shown.append(QString::number(row.ProgEv));
         return shown.join(u',');
     };
     const auto refresh = [&view] {
@@ -481,7 +482,7 @@ void TestSearch::dayGrows()
     QFile::remove(test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
     add(1, 7);
     QCOMPARE(refresh(), u"changed"_s);
-    QCOMPARE(view.rows()[2].join(u'|'), u"5|TX|Rossi|Mario|A||05-03-2004|10:05:00|"_s);
+    QCOMPARE(textsOf(EventColumns::last, view.rows()[2]).join(u'|'), u"5|TX|Rossi|Mario|A||05-03-2004|10:05:00|"_s);
     // Set aside and made anew: what is shown is what is there.
     QFile::remove(test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
     QCOMPARE(refresh(), u"fault"_s);

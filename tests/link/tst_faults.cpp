@@ -3,6 +3,7 @@
 #include "link/EventRoad.h"
 #include "support/Fixtures.h"
 #include "support/RecordingVfs.h"
+#include "texts/DateTimeText.h"
 
 #include <sqlite3.h>
 
@@ -20,7 +21,8 @@ QString english(const Message &message)
 
 QString row(const Event &e)
 {
-    return QStringList{e.Codice, e.Data, e.Ora, e.Tipo, e.Canale, e.DataOrd}.join(u'|');
+    return QStringList{e.Codice, DataFile(e.Data), OraTesto(e.Ora), typeText(e.Tipo), e.Canale, DataOrdinabile(e.Data)}
+        .join(u'|');
 }
 
 /// The log of the day in a folder; what it has told is noted.
@@ -154,7 +156,7 @@ private Q_SLOTS:
         day.append(2);
         stage.vfs.refusal = 0;
         QVERIFY(day.storeAll());
-        QCOMPARE(day.log.day(), u"06-03-2004"_s);
+        QCOMPARE(DataFile(day.log.day()), u"06-03-2004"_s);
         QVERIFY(day.append(3));
         // What cannot be stored at the end either is told.
         stage.vfs.refusal = SQLITE_FULL;
@@ -268,7 +270,7 @@ private Q_SLOTS:
             day.log.changeDayIfNeeded();
         }
         QTRY_VERIFY(!day.notices.isEmpty() || !main);
-        QTRY_COMPARE(day.log.day(), today);
+        QTRY_COMPARE(DataFile(day.log.day()), today);
         QVERIFY(day.storeAll());
         QVERIFY(day.append(3));
         QTEST(takeNotices(day.notices), "told");

@@ -63,7 +63,7 @@ private Q_SLOTS:
         QFETCH(int, minutes);
         Watched watched(check);
         QCOMPARE(watched.takeTold(), listOf("0"));
-        QCOMPARE(watched.config.CodProtocollo, 15);
+        QCOMPARE(watched.config.CodProtocollo, Protocol::RsC);
         watched.queries = 0;
         // The clock on the wall may do what it likes.
         watched.clock.moment = watched.clock.moment.addDays(-400);
@@ -206,7 +206,7 @@ private Q_SLOTS:
             line.pass(1000, 20);
             QVERIFY(!line.serial.portOpen());
             line.interface.close();
-            line.link.objImpCom_Chiudi(0, 2);
+            line.link.objImpCom_Chiudi({});
         }
         line.pass(1000, 60);
         QCOMPARE(line.link.link(), LinkMonitor::Link::PortNotAvailable);

@@ -11,18 +11,32 @@ const QByteArray line3 = "VERSIONE 1.4\r";
 const QByteArray one = "R/A-000000001X..\r\n";
 const QByteArray two = "K/B-000000002.D.\r\n";
 
+QString protocolText(const InterfaceConfig &c)
+{
+    return c.told == InterfaceConfig::Told::BannerOnly ? u"-1"_s : c.protocol;
+}
+
+QString versionText(const InterfaceConfig &c)
+{
+    return c.version.value_or(c.told == InterfaceConfig::Told::All ? u"--"_s : QString());
+}
+
 /// All fields of a configuration on one line.
 QString asText(const InterfaceConfig &c)
 {
-    return QStringList{c.protocol,
-                       QString::number(c.siteCode),
-                       c.enable,
+    const bool isAll = c.told == InterfaceConfig::Told::All;
+    const auto text = [isAll](bool set, const char *yes, const char *no) {
+        return isAll ? QString::fromLatin1(set ? yes : no) : QString();
+    };
+    return QStringList{protocolText(c),
+                       QString::number(c.hasSiteCode),
+                       text(c.isEnabled, "ENABLE", "DISABLE"),
                        c.channels,
-                       c.j1,
-                       QString::number(c.channelInfo),
-                       QString::number(c.bridge),
-                       QString::number(c.pc),
-                       c.version}
+                       text(c.isJ1On, "ON", "OFF"),
+                       QString::number(c.hasChannelInfo),
+                       QString::number(c.isBridgeOn),
+                       QString::number(c.isPcOn),
+                       versionText(c)}
         .join(u'|');
 }
 
@@ -127,7 +141,7 @@ private Q_SLOTS:
         const Run run({}, attempts);
         QVERIFY(run.config);
         QTEST(run.asked, "asked");
-        QTEST(run.config->protocol + u'|' + run.config->version, "config");
+        QTEST(protocolText(*run.config) + u'|' + versionText(*run.config), "config");
         QCOMPARE(run.handedBack.trimmed(), QByteArray());
     }
 

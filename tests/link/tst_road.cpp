@@ -68,7 +68,7 @@ private Q_SLOTS:
             road.lastReceived().received = false;
             const QString kept = road.RegistraEvento(line) ? u"kept"_s : u"not kept"_s;
             const auto &last = road.lastReceived();
-            return last.received ? kept + u'|' + last.code + u'|' + last.type : kept;
+            return last.received ? kept + u'|' + last.code + u'|' + typeText(last.type) : kept;
         };
         QCOMPARE(publish("R/A-000012345X..\r"), u"kept|12345|TX"_s);
         QCOMPARE(publish("K/B-000012345.D.\r"), u"kept|12345|DKS"_s); // the type is not compared

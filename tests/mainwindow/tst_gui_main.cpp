@@ -2,10 +2,10 @@
 #include "mainwindow/MDIForm1.h"
 #include "platform/PseudoTerminal.h"
 #include "platform/SerialTransport.h"
-#include "startup/DateTimeText.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"
 #include "support/RecordingVfs.h"
+#include "texts/DateTimeText.h"
 
 #include <QAction>
 #include <QApplication>

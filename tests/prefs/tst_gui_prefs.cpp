@@ -33,13 +33,19 @@ struct Desk {
             passwords.load() != Passwords::Fault::None || passwords.set(Users, perche) != Passwords::Fault::None)
             qFatal("the folder cannot be prepared");
     }
+    template<class Told>
+    static int number(Told value)
+    {
+        return static_cast<int>(value);
+    }
+    static int number(std::optional<int> value) { return value.value_or(-1); }
     /// Notes what a window tells.
     template<class Window, class... Told>
     Window *listen(Window *window, void (Window::*signal)(Told...), const char *name)
     {
-        QObject::connect(window, signal, [this, name](Told... numbers) {
+        QObject::connect(window, signal, [this, name](Told... values) {
             heard += QLatin1String(name);
-            ((heard += u' ' + QString::number(numbers)), ...);
+            ((heard += u' ' + QString::number(number(values))), ...);
         });
         return window;
     }

@@ -95,7 +95,7 @@ private Q_SLOTS:
         const Settings &read = start.settings;
         QVERIFY(start.settings.read(2, start.notices).ok());
         const QList<int> values = {read.PortaCom, read.Lingua,       read.NumEvOd,
-                                   read.MinCheck, read.IndStampante, read.CodProtocollo};
+                                   read.MinCheck, read.IndStampante, static_cast<int>(read.CodProtocollo)};
         QTEST(values, "values");
         QStringList keys;
         for (const QString &told : takeNotices(start.notices))

@@ -2,7 +2,7 @@
 
 #include "archives/Tables.h"
 #include "archives/Templates.h"
-#include "startup/DateTimeText.h"
+#include "texts/DateTimeText.h"
 
 #include <QDir>
 #include <QFile>
@@ -109,8 +109,8 @@ QStringList TestFolder::rows(QStringView archive, const QString &statement)
 
 QString asText(const Event &event)
 {
-    return QStringList{event.Codice, event.Data, event.Ora,    event.Tipo,
-                       event.Canale, event.AbCh, event.KorDis, event.DataOrd}
+    return QStringList{event.Codice, DataFile(event.Data), OraTesto(event.Ora),    typeText(event.Tipo),
+                       event.Canale, markText(event.AbCh), markText(event.KorDis), DataOrdinabile(event.Data)}
         .join(QLatin1Char('|'));
 }
 

@@ -2,6 +2,7 @@
 
 #include "archives/ArchiveStore.h"
 #include "archives/RecordSet.h"
+#include "archives/Tables.h"
 #include "link/EventRecord.h"
 #include "platform/Clock.h"
 #include "platform/Printers.h"
@@ -14,6 +15,16 @@
 #include <QTimeZone>
 
 using namespace Qt::StringLiterals;
+
+namespace ArchiveName {
+
+/// The archive of a day "dd-mm-yyyy", be there such a day or not.
+inline QString events(const QString &day)
+{
+    return u"Archivi/Eventi_"_s + day + u".zeb"_s;
+}
+
+} // namespace ArchiveName
 
 /// Makes the columns of a test's table, then its rows.
 template<class... Values>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Page.h"
+#include "reports/Page.h"
 
 #include <QList>
 

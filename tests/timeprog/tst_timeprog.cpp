@@ -1,5 +1,6 @@
 #include "archives/Tables.h"
 #include "support/Fixtures.h"
+#include "texts/DateTimeText.h"
 #include "timeprog/TimeProgramme.h"
 
 #include <QMetaEnum>
@@ -10,9 +11,9 @@ namespace {
 
 Band band(const char *marks, const char *from, const char *to)
 {
-    Band made{{}, QString::fromLatin1(from), QString::fromLatin1(to)};
-    for (const char *mark = marks; *mark; ++mark)
-        made.marks.append(QString(QLatin1Char(*mark)));
+    Band made{{}, shortTimeOf(QString::fromLatin1(from)), shortTimeOf(QString::fromLatin1(to))};
+    for (size_t day = 0; day < made.marks.size(); ++day)
+        made.marks.at(day) = marks[day] == 'X';
     return made;
 }
 
@@ -79,7 +80,7 @@ void TestTimeProgramme::evaluation()
 {
     QFETCH(QList<Band>, bands);
     QFETCH(QString, moment);
-    const QList<Holiday> holidays = {{u"20041224"_s, u"20041226"_s}, {u"20050106"_s, u"20050106"_s}};
+    const QList<Holiday> holidays = {{{2004, 12, 24}, {2004, 12, 26}}, {{2005, 1, 6}, {2005, 1, 6}}};
     QTEST(evaluate(bands, holidays, QDateTime::fromString(moment, Qt::ISODate)), "state");
 }
 
@@ -91,7 +92,7 @@ void TestTimeProgramme::agreesWithAPlainModel()
     const QList<QDate> edges = {{2004, 2, 28}, {2004, 2, 29},  {2004, 3, 1},   {2004, 3, 28},  {2004, 4, 30},
                                 {2004, 5, 1},  {2004, 10, 31}, {2004, 12, 31}, {2005, 1, 1},   {2005, 2, 28},
                                 {2005, 3, 1},  {2100, 2, 28},  {2100, 3, 1},   {2004, 12, 24}, {2004, 12, 27}};
-    const auto text = [](int minute) { return QTime(minute / 60, minute % 60).toString(u"HH:mm"_s); };
+    const auto time = [](int minute) { return QTime(minute / 60, minute % 60); };
     for (int programme = 0; programme < 1000; ++programme) {
         const QDate day = edges[programme % edges.size()];
         QList<Band> bands;
@@ -99,10 +100,10 @@ void TestTimeProgramme::agreesWithAPlainModel()
         for (int count = random.bounded(6); count > 0; --count) {
             const int from = random.bounded(1440);
             const int to = random.bounded(from, 1440);
-            Band band{{}, text(from), text(to)};
+            Band band{{}, time(from), time(to)};
             for (size_t weekday = 0; weekday < 7; ++weekday) {
                 const bool counts = random.bounded(2) == 1;
-                band.marks.append(counts ? u"X"_s : u" "_s);
+                band.marks.at(weekday) = counts;
                 for (int minute = from; counts && minute <= to; ++minute)
                     marked.at(weekday).at(static_cast<size_t>(minute)) = true;
             }
@@ -114,12 +115,12 @@ void TestTimeProgramme::agreesWithAPlainModel()
         for (int count = random.bounded(3); count > 0; --count) {
             const QDate first = day.addDays(random.bounded(5) - 3);
             const QDate last = first.addDays(random.bounded(3));
-            holidays.append({first.toString(u"yyyyMMdd"_s), last.toString(u"yyyyMMdd"_s)});
+            holidays.append({first, last});
             for (QDate one = first; one <= last; one = one.addDays(1))
                 free.insert(one);
         }
         std::sort(holidays.begin(), holidays.end(),
-                  [](const Holiday &a, const Holiday &b) { return a.DalGiornoOrd < b.DalGiornoOrd; });
+                  [](const Holiday &a, const Holiday &b) { return a.DalGiorno < b.DalGiorno; });
         // By the seconds of the world, so that the hour that comes twice and the one that does not come are there.
         QDateTime moment = QDateTime(day, QTime(0, 0, random.bounded(60)), rome);
         for (; moment.date() == day; moment = moment.addSecs(60)) {

@@ -33,10 +33,12 @@ struct Desk {
     }
     void open(int protocol)
     {
-        window = new frmLstUtenti(texts, messages, test.archives, {[protocol] { return protocol; }, false, received});
+        window = new frmLstUtenti(texts, messages, test.archives,
+                                  {[protocol] { return Protocol{protocol}; }, false, received});
         grid = window->findChild<QTableView *>();
-        QObject::connect(window.data(), &frmLstUtenti::Chiudi, [this](int outcome) {
-            closed = QString::number(outcome) + test.files(u"Archivi"_s).filter(u"$"_s).join(QString());
+        QObject::connect(window.data(), &frmLstUtenti::Chiudi, [this](frmLstUtenti::Esito outcome) {
+            closed =
+                QString::number(static_cast<int>(outcome)) + test.files(u"Archivi"_s).filter(u"$"_s).join(QString());
         });
         QObject::connect(window.data(), &frmLstUtenti::openChild, [this](ChildWindow *opened) {
             child = opened;
@@ -89,7 +91,7 @@ struct Desk {
     }
     void receive(const QString &code, const QString &type)
     {
-        received = {true, code, type};
+        received = {true, code, type == u"TX" ? CodeType::Transmitter : CodeType::Keypad};
         (void)QTest::qWaitFor([this] { return !received.received; }, 300);
     }
     /// Until answers have come, and tasks and the windows that are closing have ended.

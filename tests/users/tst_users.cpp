@@ -16,7 +16,8 @@ const QString all = u"SELECT Codice, Tipo, Cognome, Nome, CodTronc FROM Utenti O
 
 /// A register open to be edited. @param users  "code type surname name", a comma between them
 struct Desk {
-    explicit Desk(const QString &users, int protocol = 0) : edited(test.archives, [protocol] { return protocol; })
+    explicit Desk(const QString &users, int protocol = 0)
+        : edited(test.archives, [protocol] { return Protocol{protocol}; })
     {
         QList<QStringList> rows;
         for (const QString &user : users.split(u',', Qt::SkipEmptyParts))
@@ -151,7 +152,7 @@ void TestUsers::runs()
     QTEST(run->firstAdded(), "firstAdded");
     QTEST(desk.shown(), "users");
     if (!run->firstAdded().isEmpty())
-        QCOMPARE(desk.edited.users().value(u"CodTronc"_s), truncatedCode(run->firstAdded(), 15));
+        QCOMPARE(desk.edited.users().value(u"CodTronc"_s), truncatedCode(run->firstAdded(), Protocol::RsC));
 }
 
 void TestUsers::typing()

@@ -1,4 +1,4 @@
-#include "events/TableReport.h"
+#include "reports/TableReport.h"
 
 #include <QElapsedTimer>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "archives/Database.h"
-#include "link/EventRecord.h"
+#include "codes/Event.h"
 
 /// An event as columns of a statement, in the archive of a day and where it waits for that.
 namespace EventRow {
@@ -9,8 +9,8 @@ namespace EventRow {
 /// Names of the columns, with commas between them.
 inline constexpr auto Columns = "Codice, Data, Ora, Tipo, Canale, AbCh, KorDis, DataOrd";
 
-/// @param position  of the first parameter, from 1
-void bind(Statement &statement, int position, const Event &event);
+/// Their values, in their order.
+SqlValues values(const Event &event);
 /// @param column  the first one, from 0
 Event read(const Statement &row, int column);
 

@@ -1,0 +1,6 @@
+#include "startup/Version.h"
+
+QString programVersion()
+{
+    return QStringLiteral(KOR_VERSION);
+}
