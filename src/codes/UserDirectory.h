@@ -2,6 +2,7 @@
 
 #include "archives/ArchiveStore.h"
 #include "codes/User.h"
+#include "platform/FreedInTurns.h"
 #include "texts/NameSort.h"
 
 #include <QHash>
@@ -68,7 +69,7 @@ private:
     const Copy m_atEnd;
     std::unique_ptr<Reading> m_reading;
     bool m_known = false;
-    QList<User> m_users;
+    FreedInTurns<QList<User>> m_users;
     QHash<QString, int> m_firstOfCode;
     QList<int> m_next; ///< place of the next user with the same code, -1 = none
 };
