@@ -151,7 +151,6 @@ bool EventLog::append(const Event &event)
 
 void EventLog::appendUndecided(const Event &event)
 {
-    m_endIsToTell = true;
     keep({event.Data, event, EventSpool::Mark::Undecided});
 }
 
@@ -178,6 +177,8 @@ Result<qint64> EventLog::insert(const Event &event)
 void EventLog::retry()
 {
     m_stuck.clear();
+    // Who has only waited until a saved register was read is not worth a word.
+    m_endIsToTell = m_endIsToTell || (m_spool.undecided() > 0 && !isDecidable());
     drain();
     const bool isStuck = m_again.isActive() && m_again.interval() > 0;
     if (isStuck && ++m_retries % retriesBetweenCounts == 0)

@@ -46,7 +46,8 @@ public:
 
     /// Stores an event, behind those that wait for the same archive. @return true when it is there, false when it waits
     bool append(const Event &event);
-    /// Keeps an event that nobody can decide about yet, until retry() finds that somebody can.
+    /// Keeps an event that nobody can decide about yet, until retry() finds that somebody can. The operator is told of
+    /// the end of a wait that lasted a second.
     void appendUndecided(const Event &event);
     /// Tries again to store what waits, each event in the archive of its own day; also done once a second by itself.
     void retry();
