@@ -22,7 +22,8 @@ public:
 
 Q_SIGNALS:
     /// Not told when the program itself closes the window.
-    /// @param Esito  1 done, 2 cancelled; @param Codice  first code that was added, "" if none
+    /// @param Esito  1 done: the first user that was added, if any, is current; 2 cancelled
+    /// @param Codice  his code, "" if none
     void Chiudi(int Esito, const QString &Codice);
 
 protected:
@@ -38,7 +39,7 @@ private:
     void cmdOK_Click();
     void cmdAnnulla_Click();
     void runEnded(const CodeRun &run, const Result<void> &result);
-    void end(const QString &firstAdded);
+    void end(const QList<CodeRun::Added> &added);
     void require(QLineEdit *box, const QString &message);
     QString aboveMaximum() const;
 

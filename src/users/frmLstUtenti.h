@@ -82,7 +82,7 @@ private:
 
     void openCode(const QString &CodMod, qint64 user);
     void objInsCodice_Chiudi(qint64 user, const QString &Codice, const QString &Tipo, int Esito);
-    void objAddCod_Chiudi(int Esito, const QString &Codice);
+    void objAddCod_Chiudi(int Esito);
     void objRepDoppioni_Chiudi();
 
     bool commitCell();
@@ -97,7 +97,8 @@ private:
     void fillCombos();
     void showRows();
     void showCurrent();
-    bool save();
+    void save(bool isClosing);
+    void saved(const Result<void> &result, bool isClosing);
     void end(Outcome outcome);
     void showFault(QWidget *over, OwnText text, const QString &subject, const Fault &fault);
 
@@ -108,7 +109,7 @@ private:
     UserRegister m_register;
     Outcome m_outcome = NotSaved;
 
-    std::unique_ptr<Task> m_reading;
+    std::unique_ptr<Task> m_work; ///< reads the register, or saves it
     TaskRunner m_runner;
     QPointer<ChildWindow> m_child;
     bool m_isAsking = false; ///< whether to save at the close

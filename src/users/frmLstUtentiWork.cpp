@@ -100,15 +100,11 @@ void frmLstUtenti::cmdPrecod_Click()
     });
 }
 
-void frmLstUtenti::objAddCod_Chiudi(int Esito, const QString &Codice)
+void frmLstUtenti::objAddCod_Chiudi(int Esito)
 {
     enable();
-    if (Esito != 1)
-        return;
-    const Result<void> read = m_register.codeRunEnded(Codice);
-    showRows();
-    if (!read)
-        showFault(this, OwnText::ArchiveNotChanged, m_register.archive(), read.fault());
+    if (Esito == 1)
+        showRows();
 }
 
 // Finding ------------------------------------------------------------------------------------------------------------
@@ -225,5 +221,5 @@ void frmLstUtenti::stopAll()
     tmrLoad.stop();
     tmrRicOn.stop();
     m_runner.stop();
-    m_reading.reset();
+    m_work.reset();
 }
