@@ -39,6 +39,8 @@ public:
 
     /// What is known is out of date: nobody is decided about until the register has been read again.
     void forget() { m_known = false; }
+    /// From begin() to the end of the reading, whatever it is.
+    bool isBeingRead() const { return m_reading != nullptr; }
     /// True once the register has been read, until it is forgotten.
     bool isKnown() const { return m_known; }
 

@@ -149,8 +149,9 @@ bool EventLog::append(const Event &event)
     return false;
 }
 
-void EventLog::appendUndecided(const Event &event)
+void EventLog::appendUndecided(const Event &event, bool isForAMoment)
 {
+    m_endIsToTell = m_endIsToTell || !isForAMoment;
     keep({event.Data, event, EventSpool::Mark::Undecided});
 }
 
@@ -177,8 +178,6 @@ Result<qint64> EventLog::insert(const Event &event)
 void EventLog::retry()
 {
     m_stuck.clear();
-    // Who has only waited until a saved register was read is not worth a word.
-    m_endIsToTell = m_endIsToTell || (m_spool.undecided() > 0 && !isDecidable());
     drain();
     const bool isStuck = m_again.isActive() && m_again.interval() > 0;
     if (isStuck && ++m_retries % retriesBetweenCounts == 0)

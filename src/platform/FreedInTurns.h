@@ -4,6 +4,7 @@
 #include <QDeadlineTimer>
 #include <QTimer>
 
+#include <algorithm>
 #include <utility>
 
 /// A list whose memory goes back in turns of the event loop once nobody has its values any more: to free the some
