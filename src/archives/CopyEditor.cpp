@@ -40,7 +40,7 @@ Result<void> CopyEditor::begin()
     if (done)
         done = openCopy();
     if (done)
-        m_set = RecordSet(*m_database, m_source.statement, RecordSet::Kind::Dynaset);
+        m_set = RecordSet(*m_database, m_source.statement, RecordSet::Kind::Dynaset, m_source.order);
     else
         discard();
     return done;
@@ -65,6 +65,28 @@ Result<void> CopyEditor::openCopy()
 
 Result<void> CopyEditor::save()
 {
+    return finish(*saving());
+}
+
+std::unique_ptr<Task> CopyEditor::saving(Pieces::Piece before)
+{
+    if (!before)
+        before = [] { return Result<void>(); };
+    std::vector<Pieces::Piece> pieces;
+    pieces.push_back(before);
+    pieces.push_back([this] { return checkToReplace(); });
+    // From the disk, as it is copied: what this program holds of it in memory may be better than that.
+    pieces.push_back([this] { return m_archives.readThrough(m_source.copy); });
+    pieces.push_back([this] { return keepBackup(); });
+    pieces.push_back([this, before] {
+        const Result<void> again = before();
+        return again ? replace() : again;
+    });
+    return std::make_unique<Pieces>(std::move(pieces));
+}
+
+Result<void> CopyEditor::checkToReplace()
+{
     if (!m_working)
         return notOpen();
     // A damaged or missing archive is mended by the copy; one that another program is changing must not be taken from
@@ -72,16 +94,12 @@ Result<void> CopyEditor::save()
     Result<void> old = checkArchive();
     if (old && !m_source.backup.isEmpty())
         old = m_archives.readThrough(m_source.archive);
-    if (!old && old.fault().code == FaultCode::Locked)
-        return old;
-    // From the disk, as it is copied: what this program holds of it in memory may be better than that.
-    if (Result<void> whole = m_archives.readThrough(m_source.copy); !whole)
-        return whole;
-    // An earlier backup is worth more than an archive that cannot be read.
-    if (old) {
-        if (Result<void> kept = keepBackup(); !kept)
-            return kept;
-    }
+    m_isOldWhole = old.ok();
+    return !old && old.fault().code == FaultCode::Locked ? old : Result<void>();
+}
+
+Result<void> CopyEditor::replace()
+{
     m_database.reset();
     if (Result<void> copied = m_archives.copy(m_source.copy, m_source.archive); !copied) {
         // When this fails too, the rows stay in sight and the copy on disk can still be saved.
@@ -94,7 +112,8 @@ Result<void> CopyEditor::save()
 
 Result<void> CopyEditor::keepBackup()
 {
-    if (m_source.backup.isEmpty())
+    // An earlier backup is worth more than an archive that cannot be read.
+    if (m_source.backup.isEmpty() || !m_isOldWhole)
         return {};
     ProgramFolder &folder = m_archives.folder();
     const QString backups = QStringView(ArchiveName::BackupFolder).toString();

@@ -2,6 +2,7 @@
 
 #include "archives/ArchiveStore.h"
 #include "archives/RecordSet.h"
+#include "platform/Pieces.h"
 
 #include <optional>
 
@@ -16,8 +17,9 @@ public:
     struct Source {
         QString archive;
         QString copy;
-        QString statement;   ///< of the set that is edited, as for RecordSet::open
+        QString statement;   ///< of the set that is edited, as for RecordSet
         QString backup = {}; ///< keeps what a save replaces, in Archivi/Backup; "" = nothing does
+        QString order = {};  ///< of the set, as for RecordSet
     };
 
     /// @param archives  must outlive this object
@@ -38,6 +40,11 @@ public:
     /// work goes on where it was, with the same current row, and can be saved again.
     /// @return Damaged when the copy is: the archive and its backup stay as they are
     Result<void> save();
+    /// The same in turns, in which nobody may change anything. Between two pieces it may be given up, without a trace
+    /// but a new backup; it must be gone before this object.
+    /// @param before  done at the beginning, and again just before the archive is replaced: things may have happened
+    ///                between two turns
+    std::unique_ptr<Task> saving(Pieces::Piece before = {});
     /// Ends the work without a trace of it.
     void discard();
 
@@ -65,8 +72,10 @@ public:
 
 private:
     Result<void> checkArchive() const;
+    Result<void> checkToReplace();
     Result<void> openCopy();
     Result<void> keepBackup();
+    Result<void> replace();
     template<class Change>
     Result<void> change(Change make);
     Fault notOpen() const { return {FaultCode::NotOpen, m_source.copy}; }
@@ -78,4 +87,5 @@ private:
     std::optional<RecordSet> m_set;
     bool m_working = false;
     bool m_changed = false;
+    bool m_isOldWhole = false; ///< the archive that is about to be replaced can be read
 };

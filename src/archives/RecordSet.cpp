@@ -1,5 +1,7 @@
 #include "archives/RecordSet.h"
 
+#include "platform/SortInTurns.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -14,16 +16,23 @@ SqlValues bound(const RecordSet::Values &values)
 
 } // namespace
 
-/// Rows that are not shown before all of them are there.
-struct RecordSet::Reading {
-    explicit Reading(Statement prepared) : statement(std::move(prepared)) {}
+bool RecordSet::Before::operator()(const Row &a, const Row &b) const
+{
+    if (column < 0)
+        return false;
+    const int order = a.values[column].compare(b.values[column]);
+    return order != 0 ? order < 0 : a.id < b.id;
+}
 
-    Statement statement;
-    QList<Row> rows;
+/// Rows that are not shown before all of them are there, each in its place.
+struct RecordSet::Reading {
+    std::optional<Statement> statement; ///< none when all are read
+    QStringList fields;
+    SortInTurns<Row, Before> rows;
 };
 
-RecordSet::RecordSet(Database &database, QString statement, Kind kind)
-    : m_database(&database), m_statement(std::move(statement)), m_kind(kind)
+RecordSet::RecordSet(Database &database, QString statement, Kind kind, QString order)
+    : m_database(&database), m_statement(std::move(statement)), m_kind(kind), m_order(std::move(order))
 {
     static const QRegularExpression form(QStringLiteral(R"(^SELECT\s+(.+?)\s+FROM\s+(\w+))"));
     const QRegularExpressionMatch match = form.match(m_statement);
@@ -52,7 +61,11 @@ Result<void> RecordSet::beginReading()
         m_database->prepare(QStringLiteral("SELECT rowid, ") + m_statement.sliced(m_statement.indexOf(m_fieldList)));
     if (!prepared)
         return prepared.fault();
-    m_reading = std::make_shared<Reading>(std::move(prepared.value()));
+    QStringList fields;
+    for (int column = 1; column < prepared.value().columnCount(); ++column)
+        fields.append(prepared.value().columnName(column));
+    const Before before{fields.indexOf(m_order)};
+    m_reading.reset(new Reading{std::move(prepared.value()), std::move(fields), SortInTurns<Row, Before>(before)});
     return {};
 }
 
@@ -62,34 +75,45 @@ Result<bool> RecordSet::requery(const QDeadlineTimer &until)
         if (const Result<void> begun = beginReading(); !begun)
             return begun.fault();
     }
-    Statement &found = m_reading->statement;
-    do {
-        const Result<bool> stepped = found.step();
-        if (!stepped) {
+    if (m_reading->statement) {
+        if (const Result<void> read = readOn(until); !read) {
             m_reading.reset();
-            return stepped.fault();
+            return read.fault();
         }
+    }
+    if (m_reading->statement || !m_reading->rows.step(until))
+        return false;
+    m_fields = std::move(m_reading->fields);
+    std::vector<Row> sorted = m_reading->rows.take();
+    m_rows = QList<Row>(std::move_iterator(sorted.begin()), std::move_iterator(sorted.end()));
+    m_reading.reset();
+    moveFirst();
+    return true;
+}
+
+Result<void> RecordSet::readOn(const QDeadlineTimer &until)
+{
+    const Statement &found = *m_reading->statement;
+    do {
+        const Result<bool> stepped = m_reading->statement->step();
+        if (!stepped)
+            return stepped.fault();
         if (!stepped.value()) {
-            m_fields.clear();
-            for (int column = 1; column < found.columnCount(); ++column)
-                m_fields.append(found.columnName(column));
-            m_rows = std::move(m_reading->rows);
-            m_reading.reset();
-            moveFirst();
-            return true;
+            m_reading->statement.reset();
+            return {};
         }
         Row row{found.integer(0), {}};
         row.values.reserve(found.columnCount() - 1);
         for (int column = 1; column < found.columnCount(); ++column)
             row.values.append(found.text(column));
-        m_reading->rows.append(std::move(row));
+        m_reading->rows.add(std::move(row));
     } while (!until.hasExpired());
-    return false;
+    return {};
 }
 
 qsizetype RecordSet::rowsRead() const
 {
-    return m_reading ? m_reading->rows.size() : m_rows.size();
+    return m_reading ? static_cast<qsizetype>(m_reading->rows.count()) : m_rows.size();
 }
 
 void RecordSet::moveFirst()
@@ -171,20 +195,35 @@ bool RecordSet::moveToRow(qint64 id)
     return true;
 }
 
-bool RecordSet::settle(qint64 id, const QString &field)
+bool RecordSet::settle(qint64 id)
 {
     if (!moveToRow(id))
         return false;
-    const qsizetype column = m_fields.indexOf(field);
     Row row = m_rows.takeAt(m_position);
-    const auto place =
-        std::upper_bound(m_rows.cbegin(), m_rows.cend(), row, [column](const Row &settled, const Row &other) {
-            const int order = settled.values.value(column).compare(other.values.value(column));
-            return order != 0 ? order < 0 : settled.id < other.id;
-        });
+    const auto place = std::upper_bound(m_rows.cbegin(), m_rows.cend(), row, before());
     m_position = place - m_rows.cbegin();
     m_rows.insert(m_position, std::move(row));
     return true;
+}
+
+void RecordSet::noteAdded(const QStringList &fields, const QList<Added> &added)
+{
+    std::vector<Row> rows;
+    rows.reserve(static_cast<std::size_t>(added.size()));
+    for (const Added &one : added) {
+        Row row{one.id, QStringList(m_fields.size())};
+        for (qsizetype i = 0; i < fields.size(); ++i)
+            row.values[m_fields.indexOf(fields[i])] = one.values[i];
+        rows.push_back(std::move(row));
+    }
+    std::stable_sort(rows.begin(), rows.end(), before());
+    const qint64 current = rowId();
+    QList<Row> all;
+    all.reserve(m_rows.size() + added.size());
+    std::merge(std::move_iterator(m_rows.begin()), std::move_iterator(m_rows.end()), std::move_iterator(rows.begin()),
+               std::move_iterator(rows.end()), std::back_inserter(all), before());
+    m_rows = std::move(all);
+    moveToRow(current);
 }
 
 Result<QStringList> RecordSet::read(qint64 id) const

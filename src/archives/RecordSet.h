@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archives/Database.h"
+#include "platform/FreedInTurns.h"
 
 #include <QDeadlineTimer>
 #include <QHash>
@@ -29,7 +30,9 @@ public:
     static Result<RecordSet> open(Database &database, const QString &statement, Kind kind);
     Result<void> requery();
     /// A set without rows, to be read in turns.
-    RecordSet(Database &database, QString statement, Kind kind);
+    /// @param order  field by whose rising values, and then by ids, the rows are sorted here, since a statement that
+    ///               sorts does it in one go; "" = they stay in the order of the statement
+    RecordSet(Database &database, QString statement, Kind kind, QString order = {});
     /// The same as requery(), in turns of at least one row. Until it is done, and on a fault, the rows stay as they
     /// were.
     /// @return true when it is done; the next call begins anew
@@ -68,9 +71,9 @@ public:
     qint64 rowId(qsizetype row) const { return m_rows[row].id; }
     /// Makes the row with that id current. @return false, and nothing changes, when the set does not hold it
     bool moveToRow(qint64 id);
-    /// Moves a row to where @p field wants it, by whose rising values, and then by ids, the others are sorted, and
-    /// makes it current. @return false, and nothing changes, when the set does not hold it
-    bool settle(qint64 id, const QString &field);
+    /// Moves a row to where it stands in the order of a set that has one, and makes it current.
+    /// @return false, and nothing changes, when the set does not hold it
+    bool settle(qint64 id);
     int columnCount() const { return static_cast<int>(m_fields.size()); }
 
     Result<void> addNew(const Values &values);
@@ -79,6 +82,13 @@ public:
     Result<void> remove();
     /// A value of any row that was changed in the database by other means. @param row  0 to recordCount() - 1
     void note(qsizetype row, int column, const QString &value) { m_rows[row].values[column] = value; }
+    struct Added {
+        qint64 id = 0;
+        QStringList values; ///< in the order of the fields that are told with them
+    };
+    /// Rows that were added in the database by other means, all other fields empty. Each stands where the order of the
+    /// set wants it; the current row stays.
+    void noteAdded(const QStringList &fields, const QList<Added> &added);
 
 private:
     struct Row {
@@ -86,9 +96,16 @@ private:
         QStringList values;
     };
 
+    /// The order of the rows; without a column they stay as they are.
+    struct Before {
+        qsizetype column = -1;
+        bool operator()(const Row &a, const Row &b) const;
+    };
     struct Reading;
 
+    Before before() const { return {m_fields.indexOf(m_order)}; }
     Result<void> beginReading();
+    Result<void> readOn(const QDeadlineTimer &until);
     const Row *current() const;
     Result<QStringList> read(qint64 id) const;
 
@@ -97,8 +114,9 @@ private:
     QString m_fieldList;
     QString m_table;
     Kind m_kind;
+    QString m_order;
     QStringList m_fields;
-    QList<Row> m_rows;
+    FreedInTurns<QList<Row>> m_rows;
     qsizetype m_position = 0;
     bool m_onDeleted = false;
     Row m_deleted;

@@ -9,7 +9,7 @@ struct UserDirectory::Reading {
     Database database;
     std::optional<Statement> rows; ///< none when all are read
     bool isCopy = true;
-    QList<User> users;
+    FreedInTurns<QList<User>> users;
     QHash<QString, int> firstOfCode;
     QList<int> next;
     int indexed = 0;
@@ -32,10 +32,7 @@ Result<void> UserDirectory::open()
 {
     if (Result<void> begun = begin(); !begun)
         return begun;
-    Result<bool> isRead = false;
-    while (isRead && !isRead.value())
-        isRead = step(QDeadlineTimer(QDeadlineTimer::Forever));
-    return isRead ? Result<void>() : Result<void>(isRead.fault());
+    return finish(*this);
 }
 
 Result<void> UserDirectory::begin()
@@ -83,7 +80,7 @@ Result<bool> UserDirectory::step(const QDeadlineTimer &until)
             const bool isCopy = m_reading->isCopy;
             m_reading.reset();
             const Result<void> begun = isCopy ? readRegister(read.fault()) : read;
-            return begun ? Result<bool>(false) : Result<bool>(begun.fault());
+            return begun ? step(until) : Result<bool>(begun.fault());
         }
     }
     if (m_reading->rows || !index(until))

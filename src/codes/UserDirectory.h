@@ -2,6 +2,7 @@
 
 #include "archives/ArchiveStore.h"
 #include "codes/User.h"
+#include "platform/FreedInTurns.h"
 #include "texts/NameSort.h"
 
 #include <QHash>
@@ -38,6 +39,8 @@ public:
 
     /// What is known is out of date: nobody is decided about until the register has been read again.
     void forget() { m_known = false; }
+    /// From begin() to the end of the reading, whatever it is.
+    bool isBeingRead() const { return m_reading != nullptr; }
     /// True once the register has been read, until it is forgotten.
     bool isKnown() const { return m_known; }
 
@@ -68,7 +71,7 @@ private:
     const Copy m_atEnd;
     std::unique_ptr<Reading> m_reading;
     bool m_known = false;
-    QList<User> m_users;
+    FreedInTurns<QList<User>> m_users;
     QHash<QString, int> m_firstOfCode;
     QList<int> m_next; ///< place of the next user with the same code, -1 = none
 };

@@ -148,9 +148,9 @@ bool EventLog::append(const Event &event)
     return false;
 }
 
-void EventLog::appendUndecided(const Event &event)
+void EventLog::appendUndecided(const Event &event, bool isForAMoment)
 {
-    m_endIsToTell = true;
+    m_endIsToTell = m_endIsToTell || !isForAMoment;
     keep({event.Data, event, EventSpool::Mark::Undecided});
 }
 

@@ -47,7 +47,8 @@ public:
     /// Stores an event, behind those that wait for the same archive. @return true when it is there, false when it waits
     bool append(const Event &event);
     /// Keeps an event that nobody can decide about yet, until retry() finds that somebody can.
-    void appendUndecided(const Event &event);
+    /// @param isForAMoment  that will be soon: the end of the wait is not worth a word
+    void appendUndecided(const Event &event, bool isForAMoment);
     /// Tries again to store what waits, each event in the archive of its own day; also done once a second by itself.
     void retry();
 

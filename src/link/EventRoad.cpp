@@ -21,7 +21,7 @@ bool EventRoad::RegistraEvento(QByteArrayView line)
     m_received = {true, record->code, record->type};
     Q_EMIT recordReceived(*record);
     if (!m_users.isKnown()) {
-        m_log.appendUndecided(makeEvent(*record, m_clock.now()));
+        m_log.appendUndecided(makeEvent(*record, m_clock.now()), m_users.isBeingRead());
         return false;
     }
     if (!UtenteEsiste(record->code))

@@ -5,6 +5,7 @@
 namespace {
 
 constexpr int refreshMilliseconds = 10'000;
+constexpr int turnMilliseconds = 15;
 
 } // namespace
 
@@ -27,6 +28,7 @@ Program::Program(const QString &folder, const Clock &clock, const Printers &prin
       m_passwords(m_archives)
 {
     connect(&tmrRefresh, &QTimer::timeout, this, &Program::tmrRefresh_Timer);
+    connect(&tmrUsers, &QTimer::timeout, this, &Program::tmrUsers_Timer);
     connect(&m_timeProgramme, &TimeProgramme::applied, this,
             [this](bool enabled) { m_serial->setRTSEnable(!enabled); });
     connect(&m_road, &EventRoad::recordReceived, &m_link, &LinkMonitor::recordReceived);
@@ -105,8 +107,9 @@ void Program::end()
     m_serial->deliverAll();
     m_link.end();
     m_serial->setRThreshold(0);
+    tmrUsers.stop();
     if (!m_users.isKnown())
-        readUsers();
+        usersRead(m_users.open());
     m_log.close();
     m_timeProgramme.end();
     // Last: nothing is kept waiting by it any more.
@@ -115,7 +118,26 @@ void Program::end()
 
 void Program::readUsers()
 {
-    const Result<void> read = m_users.isKnown() ? Result<void>() : m_users.open();
+    if (m_users.isKnown())
+        return usersRead({});
+    if (const Result<void> begun = m_users.begin(); !begun)
+        return usersRead(begun);
+    // Most registers are read in the first turn.
+    tmrUsers.start(0);
+    tmrUsers_Timer();
+}
+
+void Program::tmrUsers_Timer()
+{
+    const Result<bool> read = m_users.step(QDeadlineTimer(turnMilliseconds));
+    if (read && !read.value())
+        return;
+    tmrUsers.stop();
+    usersRead(read ? Result<void>() : Result<void>(read.fault()));
+}
+
+void Program::usersRead(const Result<void> &read)
+{
     if (read) {
         m_road.usersKnown();
     } else if (!std::exchange(m_usersFaultTold, true)) {
@@ -128,6 +150,7 @@ void Program::reloadUsers()
     m_usersFaultTold = false;
     // Events that come before the new register has been read wait for it.
     m_users.forget();
+    tmrUsers.stop();
     readUsers();
 }
 
@@ -151,7 +174,7 @@ void Program::reloadTimeProgramme(TimeProgramme::Part part)
 void Program::tmrRefresh_Timer()
 {
     Q_EMIT refreshing();
-    if (!m_users.isKnown())
+    if (!m_users.isKnown() && !tmrUsers.isActive())
         readUsers();
     m_timeProgramme.readLocked();
     if (!m_log.changeDayIfNeeded() && !m_timeProgramme.isSuspended())

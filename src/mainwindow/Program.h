@@ -42,8 +42,9 @@ public:
     void openLink();
     /// An editor of bands or holidays has closed: reads its archive anew, evaluates and applies.
     void reloadTimeProgramme(TimeProgramme::Part part);
-    /// The register has been saved anew: events are checked against it from now on. When it cannot be read the operator
-    /// is told, events wait undecided, and it is read again every ten seconds until it can.
+    /// The register has been saved anew: events are checked against it from now on. It is read in turns, from its
+    /// beginning when it is saved again meanwhile; until it has been read events wait undecided. When it cannot be the
+    /// operator is told, and it is read again every ten seconds until it can.
     void reloadUsers();
     /// Stores what can be stored, closes the archives and releases the RTS line.
     void end();
@@ -74,6 +75,8 @@ private:
     std::optional<StartFault> holdFolders();
     void tmrRefresh_Timer();
     void readUsers();
+    void tmrUsers_Timer();
+    void usersRead(const Result<void> &read);
     void readTimeProgramme(TimeProgramme::Part part);
 
     const Clock &m_clock;
@@ -97,4 +100,5 @@ private:
     std::optional<int> m_portToStore;
     bool m_running = false;
     bool m_usersFaultTold = false;
+    QTimer tmrUsers; ///< turns of reading the users
 };

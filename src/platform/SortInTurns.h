@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FreedInTurns.h"
+
 #include <QDeadlineTimer>
 
 #include <algorithm>
@@ -29,7 +31,12 @@ public:
     }
 
     /// The values, in their order; afterwards there are none.
-    std::vector<T> take() { return std::exchange(m_values, {}); }
+    std::vector<T> take()
+    {
+        std::vector<T> sorted;
+        sorted.swap(m_values);
+        return sorted;
+    }
 
 private:
     static constexpr std::size_t runLength = 512;
@@ -77,8 +84,8 @@ private:
     }
 
     Less m_less;
-    std::vector<T> m_values;
-    std::vector<T> m_merged;
+    FreedInTurns<std::vector<T>> m_values;
+    FreedInTurns<std::vector<T>> m_merged;
     std::size_t m_sorted = 0; ///< values that stand in a run
     std::size_t m_width = runLength;
     std::size_t m_left = 0;

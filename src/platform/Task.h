@@ -25,3 +25,12 @@ public:
     /// not stop; it is thrown away.
     virtual void stop() {}
 };
+
+/// Does all of a task that nothing waits for.
+inline Result<void> finish(Task &task)
+{
+    Result<bool> isDone = false;
+    while (isDone && !isDone.value())
+        isDone = task.step(QDeadlineTimer(QDeadlineTimer::Forever));
+    return isDone ? Result<void>() : Result<void>(isDone.fault());
+}

@@ -2,16 +2,40 @@
 
 #include "codes/CodeRules.h"
 
-CodeRun::CodeRun(Database &database, const UserRows &users, Protocol protocol, int first, int count)
-    : m_database(database), m_protocol(protocol), m_first(first), m_count(count), m_transaction(database)
+namespace {
+
+constexpr qsizetype pieceRows = 512;
+
+} // namespace
+
+CodeRun::CodeRun(Database &database, UserRows users, Protocol protocol, int first, int count)
+    : m_database(database),
+      m_users(std::move(users)),
+      m_protocol(protocol),
+      m_first(first),
+      m_count(count),
+      m_transaction(database)
 {
-    m_taken.reserve(users.count());
-    for (qsizetype row = 0; row < users.count(); ++row)
-        m_taken.insert(users[row].Codice);
+    m_taken.reserve(m_users.count());
+}
+
+/// Looks which codes are taken. @return true when all are known
+bool CodeRun::look(const QDeadlineTimer &until)
+{
+    while (m_looked < m_users.count()) {
+        const qsizetype end = qMin(m_looked + pieceRows, m_users.count());
+        for (; m_looked < end; ++m_looked)
+            m_taken.insert(m_users.text(m_looked, &User::Codice));
+        if (m_looked < m_users.count() && until.hasExpired())
+            return false;
+    }
+    return true;
 }
 
 Result<bool> CodeRun::step(const QDeadlineTimer &until)
 {
+    if (!look(until))
+        return false;
     while (m_done < m_count) {
         const QString code = QString::number(m_first + m_done);
         if (m_taken.contains(code)) {
@@ -42,13 +66,13 @@ Result<void> CodeRun::add(const QString &code)
         m_insert = std::move(prepared.value());
         m_insert->bind(2, typeText(CodeType::Transmitter));
     }
+    const QString truncated = truncatedCode(code, m_protocol);
     m_insert->bind(1, code);
-    m_insert->bind(3, truncatedCode(code, m_protocol));
+    m_insert->bind(3, truncated);
     const Result<bool> stepped = m_insert->step();
     m_insert->reset();
     if (!stepped)
         return stepped.fault();
-    if (m_firstAdded.isEmpty())
-        m_firstAdded = code;
+    m_added.append({m_database.lastRow(), code, truncated});
     return {};
 }

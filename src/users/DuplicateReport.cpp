@@ -2,8 +2,6 @@
 
 #include "platform/Windows1252.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr int columnWidth = 20;
@@ -18,24 +16,32 @@ QString rightAligned(const QString &text)
 
 DuplicateReport::DuplicateReport(QList<User> users, ProgramFolder &folder, const QString &realCode,
                                  const QString &truncatedCode)
-    : m_users(std::move(users)), m_folder(folder)
+    : m_users(std::move(users)), m_folder(folder), m_sort(Before{m_users})
 {
     for (qsizetype row = 0; row < m_users.size(); ++row) {
         if (!m_users[row].CodTronc.isEmpty())
-            m_rows.append(row);
+            m_sort->add(row);
     }
-    std::sort(m_rows.begin(), m_rows.end(), [this](qsizetype a, qsizetype b) {
-        const int order = m_users[a].CodTronc.compare(m_users[b].CodTronc);
-        return order != 0 ? order < 0 : m_users[a].Codice < m_users[b].Codice;
-    });
     writeLine(realCode.toUpper(), truncatedCode.toUpper());
-    m_content += Windows1252::encode(QString(2 * columnWidth + 2, rule)) + "\r\n";
+    write(QString(2 * columnWidth + 2, rule));
+}
+
+bool DuplicateReport::Before::operator()(qsizetype a, qsizetype b) const
+{
+    const int order = users[a].CodTronc.compare(users[b].CodTronc);
+    return order != 0 ? order < 0 : users[a].Codice < users[b].Codice;
 }
 
 Result<bool> DuplicateReport::step(const QDeadlineTimer &until)
 {
+    if (m_sort) {
+        if (!m_sort->step(until))
+            return false;
+        m_rows = m_sort->take();
+        m_sort.reset();
+    }
     while (m_next < count()) {
-        look(m_users[m_rows[m_next]]);
+        look(m_users[m_rows[static_cast<std::size_t>(m_next)]]);
         if (++m_next < count() && until.hasExpired())
             return false;
     }
@@ -59,7 +65,14 @@ void DuplicateReport::look(const User &user)
 
 void DuplicateReport::writeLine(const QString &code, const QString &truncated)
 {
-    m_content += Windows1252::encode(rightAligned(code) + QStringLiteral(" |") + rightAligned(truncated)) + "\r\n";
+    write(rightAligned(code) + QStringLiteral(" |") + rightAligned(truncated));
+}
+
+void DuplicateReport::write(const QString &line)
+{
+    const QByteArray bytes = Windows1252::encode(line);
+    m_content += bytes + "\r\n";
+    m_text += Windows1252::decode(bytes).replace(rule, QLatin1Char('-')) + QLatin1Char('\n');
 }
 
 Result<void> DuplicateReport::finish()
@@ -67,11 +80,4 @@ Result<void> DuplicateReport::finish()
     if (!m_isFound)
         return m_folder.remove(fileName());
     return m_folder.disk().replaceContent(m_folder.path(fileName()), m_content, QStringLiteral("RepDoppioni.tmp"));
-}
-
-QString DuplicateReport::text() const
-{
-    return Windows1252::decode(m_content)
-        .replace(QStringLiteral("\r\n"), QStringLiteral("\n"))
-        .replace(rule, QLatin1Char('-'));
 }

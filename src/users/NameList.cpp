@@ -8,7 +8,7 @@ NameSort NameList::sort(const UserRows &users) const
 {
     return NameSort([users] { return users.count(); },
                     [users, name = m_name](qsizetype row) {
-                        return NameSort::Person{users[row].*name, {}, users.id(row)};
+                        return NameSort::Person{users.text(row, name), {}, users.id(row)};
                     });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/FreedInTurns.h"
 #include "texts/NameSort.h"
 #include "users/UserRows.h"
 
@@ -22,5 +23,5 @@ public:
 
 private:
     QString User::*const m_name;
-    QList<NameEntry> m_entries;
+    FreedInTurns<QList<NameEntry>> m_entries;
 };

@@ -44,7 +44,7 @@ UserRegister::UserRegister(ArchiveStore &archives, std::function<Protocol()> pro
     : m_archives(archives),
       m_protocol(std::move(protocol)),
       m_editor(archives, {text(ArchiveName::Users), text(ArchiveName::UsersCopy),
-                          QStringLiteral("SELECT * FROM Utenti ORDER BY Codice"), text(ArchiveName::UsersBackup)})
+                          QStringLiteral("SELECT * FROM Utenti"), text(ArchiveName::UsersBackup), codeField()})
 {
 }
 
@@ -90,18 +90,17 @@ Result<void> UserRegister::open()
 {
     if (Result<void> begun = begin(); !begun)
         return begun;
-    Reading all(*this);
-    Result<bool> isRead = false;
-    while (isRead && !isRead.value())
-        isRead = all.step(QDeadlineTimer(QDeadlineTimer::Forever));
-    return isRead ? Result<void>() : Result<void>(isRead.fault());
+    return finish(*reading());
 }
 
 Result<void> UserRegister::save()
 {
-    if (Result<void> kept = keepPasswords(); !kept)
-        return kept;
-    return m_editor.save();
+    return finish(*saving());
+}
+
+std::unique_ptr<Task> UserRegister::saving()
+{
+    return m_editor.saving([this] { return keepPasswords(); });
 }
 
 /// The passwords stand in the same archive and may have been set since it was copied.
@@ -160,7 +159,7 @@ Result<void> UserRegister::add(const QString &code, CodeType type)
 {
     if (Result<void> added = m_editor.add(codeValues(code, type, m_protocol())); !added)
         return added;
-    users().settle(m_editor.database()->lastRow(), codeField());
+    users().settle(m_editor.database()->lastRow());
     return {};
 }
 
@@ -170,7 +169,7 @@ Result<void> UserRegister::changeCode(qint64 id, const QString &code, CodeType t
         return Fault{FaultCode::NotFound, archive()};
     if (Result<void> changed = m_editor.edit(codeValues(code, type, m_protocol())); !changed)
         return changed;
-    users().settle(id, codeField());
+    users().settle(id);
     return {};
 }
 
@@ -216,7 +215,7 @@ Result<void> UserRegister::setText(qsizetype row, const QString &field, const QS
 
 std::unique_ptr<TruncatedCodes> UserRegister::truncatedCodes()
 {
-    return std::make_unique<TruncatedCodes>(*m_editor.database(), UserRows(users()), m_protocol());
+    return std::make_unique<TruncatedCodes>(*m_editor.database(), users(), m_protocol());
 }
 
 std::unique_ptr<CodeRun> UserRegister::codeRun(int first, int count)
@@ -224,21 +223,15 @@ std::unique_ptr<CodeRun> UserRegister::codeRun(int first, int count)
     return std::make_unique<CodeRun>(*m_editor.database(), UserRows(users()), m_protocol(), first, count);
 }
 
-void UserRegister::truncatedCodesEnded(const TruncatedCodes &run)
-{
-    const int column = users().column(QStringLiteral("CodTronc"));
-    for (const TruncatedCodes::Change &change : run.changes())
-        users().note(change.row, column, change.truncated);
-    users().moveFirst();
-}
-
-Result<void> UserRegister::codeRunEnded(const QString &firstAdded)
+void UserRegister::codeRunEnded(const QList<CodeRun::Added> &added)
 {
     setChanged();
-    if (firstAdded.isEmpty())
-        return {};
-    Result<void> read = m_editor.requery();
-    if (read)
-        find(firstAdded);
-    return read;
+    if (added.isEmpty())
+        return;
+    QList<RecordSet::Added> rows;
+    rows.reserve(added.size());
+    for (const auto &[id, code, truncated] : added)
+        rows.append({id, {code, typeText(CodeType::Transmitter), truncated}});
+    users().noteAdded({codeField(), QStringLiteral("Tipo"), QStringLiteral("CodTronc")}, rows);
+    find(added.constFirst().code);
 }

@@ -32,6 +32,7 @@ public:
     Result<void> begin() { return m_editor.begin(); }
     std::unique_ptr<Task> reading();
     Result<void> save();
+    std::unique_ptr<Task> saving();
     void discard();
     bool isChanged() const { return m_editor.isChanged(); }
     void setChanged() { m_editor.setChanged(); }
@@ -60,13 +61,12 @@ public:
     /// @param row  0 to users().recordCount() - 1
     Result<void> setText(qsizetype row, const QString &field, const QString &text);
 
-    // Work on all users, in steps. It must be gone before save() and discard(), and only one may be under way; its
-    // changes are seen after its end has been told here. Only when there is a working copy at hand.
+    // Work on all users, in steps. It must be gone before save() and discard(), and only one may be under way.
+    // Only when there is a working copy at hand.
     std::unique_ptr<TruncatedCodes> truncatedCodes();
-    void truncatedCodesEnded(const TruncatedCodes &run);
     std::unique_ptr<CodeRun> codeRun(int first, int count);
-    /// @param firstAdded  of the run; he becomes current
-    Result<void> codeRunEnded(const QString &firstAdded);
+    /// The first that was added, if any, becomes current.
+    void codeRunEnded(const QList<CodeRun::Added> &added);
 
 private:
     Result<void> keepPasswords();

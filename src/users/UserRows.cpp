@@ -14,6 +14,14 @@ User UserRows::operator[](qsizetype row) const
     return user;
 }
 
+QString UserRows::text(qsizetype row, QString User::*field) const
+{
+    size_t i = 0;
+    while (userColumns.at(i).value != field)
+        ++i;
+    return m_users.value(row, m_columns.at(i));
+}
+
 User currentUser(const RecordSet &users)
 {
     User user;

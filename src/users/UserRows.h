@@ -13,6 +13,8 @@ public:
     qsizetype count() const { return m_users.recordCount(); }
     /// @param row  0 to count() - 1
     User operator[](qsizetype row) const;
+    /// One field of a user, where the others are not wanted.
+    QString text(qsizetype row, QString User::*field) const;
     qint64 id(qsizetype row) const { return m_users.rowId(row); }
 
 private:

@@ -154,18 +154,19 @@ void frmAddCod::runEnded(const CodeRun &run, const Result<void> &result)
                         m_texts.sentence({OwnText::ArchiveNotChanged, {m_users.archive()}, result.fault()}));
     } else if (run.isIncomplete()) {
         m_messages.show(this, Icon::Exclamation, m_texts[Text::NonTuttiICodiciAggiunti],
-                        [this, added = run.firstAdded()] { end(added); });
+                        [this, added = run.added()] { end(added); });
     } else {
-        end(run.firstAdded());
+        end(run.added());
     }
 }
 
-void frmAddCod::end(const QString &firstAdded)
+void frmAddCod::end(const QList<CodeRun::Added> &added)
 {
     // The answer to a message can come after the program has closed the window.
     if (m_hasUnloaded)
         return;
-    Q_EMIT Chiudi(Esito::Done, firstAdded);
+    m_users.codeRunEnded(added);
+    Q_EMIT Chiudi(Esito::Done, added.value(0).code);
     unload();
 }
 

@@ -24,7 +24,7 @@ public:
 
 Q_SIGNALS:
     /// Not told when the program itself closes the window.
-    /// @param Codice  first code that was added, "" if none
+    /// When it is done the first user that was added, if any, is current. @param Codice  his code, "" if none
     void Chiudi(frmAddCod::Esito esito, const QString &Codice);
 
 protected:
@@ -38,7 +38,7 @@ private:
     void cmdOK_Click();
     void cmdAnnulla_Click();
     void runEnded(const CodeRun &run, const Result<void> &result);
-    void end(const QString &firstAdded);
+    void end(const QList<CodeRun::Added> &added);
     void require(QLineEdit *box, const QString &message);
     QString aboveMaximum() const;
 

@@ -199,8 +199,8 @@ bool frmLstUtenti::open()
     Result<void> opened = m_register.begin();
     if (opened) {
         setEnabled(false);
-        m_reading = m_register.reading();
-        const auto ended = m_runner.runAtOnce(*m_reading, [this](const Result<void> &read) {
+        m_work = m_register.reading();
+        const auto ended = m_runner.runAtOnce(*m_work, [this](const Result<void> &read) {
             if (!usersRead(read))
                 unload();
         });
@@ -214,7 +214,7 @@ bool frmLstUtenti::open()
 /// @return false when they cannot be, which the operator has been told
 bool frmLstUtenti::usersRead(const Result<void> &read)
 {
-    m_reading.reset();
+    m_work.reset();
     if (!read) {
         // This window is taken away at once; the message must stay.
         showFault(parentWidget() ? window() : nullptr, OwnText::ArchiveNotOpened, m_register.archive(), read.fault());
@@ -230,14 +230,8 @@ void frmLstUtenti::tmrLoad_Timer()
     cmdDoppioni->setEnabled(m_register.hasTruncatedCodes());
     if (m_register.users().isEmpty())
         return loaded({});
-    std::unique_ptr<TruncatedCodes> loading = m_register.truncatedCodes();
-    const TruncatedCodes &running = *loading;
-    m_runner.run(std::move(loading), TaskRunner::Notice{m_texts[Text::CaricamentoUtenti]},
-                 [this, &running](const Result<void> &run) {
-                     if (run)
-                         m_register.truncatedCodesEnded(running);
-                     loaded(run);
-                 });
+    m_runner.run(m_register.truncatedCodes(), TaskRunner::Notice{m_texts[Text::CaricamentoUtenti]},
+                 [this](const Result<void> &run) { loaded(run); });
 }
 
 void frmLstUtenti::loaded(const Result<void> &result)
@@ -304,13 +298,28 @@ bool frmLstUtenti::isEmpty()
 
 // Closing ------------------------------------------------------------------------------------------------------------
 
-/// @return false when the work goes on, which the operator has been told
-bool frmLstUtenti::save()
+/// Saves and closes. @param isClosing  the operator has asked for the close
+void frmLstUtenti::save(bool isClosing)
 {
-    const Result<void> saved = m_register.save();
-    if (!saved)
-        showFault(this, OwnText::ArchiveNotSaved, m_register.archive(), saved.fault());
-    return saved.ok();
+    endRecognition();
+    m_work = m_register.saving();
+    const auto ended =
+        m_runner.runAtOnce(*m_work, [this, isClosing](const Result<void> &result) { saved(result, isClosing); });
+    if (ended)
+        saved(*ended, isClosing);
+    else
+        setEnabled(false);
+}
+
+void frmLstUtenti::saved(const Result<void> &result, bool isClosing)
+{
+    m_work.reset();
+    if (result)
+        return end(Esito::Saved);
+    enable();
+    showFault(this, OwnText::ArchiveNotSaved, m_register.archive(), result.fault());
+    if (isClosing)
+        refuseClose();
 }
 
 void frmLstUtenti::end(Esito outcome)
@@ -321,8 +330,8 @@ void frmLstUtenti::end(Esito outcome)
 
 void frmLstUtenti::cmdSalva_Click()
 {
-    if (commitCell() && save())
-        end(Esito::Saved);
+    if (commitCell())
+        save(false);
 }
 
 void frmLstUtenti::cmdChiudi_Click()
@@ -357,8 +366,8 @@ bool frmLstUtenti::canClose()
                        m_isAsking = false;
                        if (answer == Messages::Answer::No)
                            end(Esito::NotSaved);
-                       else if (answer == Messages::Answer::Yes && save())
-                           end(Esito::Saved);
+                       else if (answer == Messages::Answer::Yes)
+                           save(true);
                        else
                            refuseClose();
                    });

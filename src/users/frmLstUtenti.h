@@ -84,7 +84,7 @@ private:
 
     void openCode(std::optional<QString> CodMod, qint64 user);
     void objInsCodice_Chiudi(qint64 user, const QString &Codice, CodeType Tipo, frmInsCodice::Esito esito);
-    void objAddCod_Chiudi(frmAddCod::Esito esito, const QString &Codice);
+    void objAddCod_Chiudi(frmAddCod::Esito esito);
     void objRepDoppioni_Chiudi();
 
     bool commitCell();
@@ -99,7 +99,8 @@ private:
     void fillCombos();
     void showRows();
     void showCurrent();
-    bool save();
+    void save(bool isClosing);
+    void saved(const Result<void> &result, bool isClosing);
     void end(Esito outcome);
     void showFault(QWidget *over, OwnText text, const QString &subject, const Fault &fault);
 
@@ -110,7 +111,7 @@ private:
     UserRegister m_register;
     Esito m_outcome = Esito::NotSaved;
 
-    std::unique_ptr<Task> m_reading;
+    std::unique_ptr<Task> m_work; ///< reads the register, or saves it
     TaskRunner m_runner;
     QPointer<ChildWindow> m_child;
     bool m_isAsking = false; ///< whether to save at the close

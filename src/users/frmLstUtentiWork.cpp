@@ -99,15 +99,11 @@ void frmLstUtenti::cmdPrecod_Click()
     });
 }
 
-void frmLstUtenti::objAddCod_Chiudi(frmAddCod::Esito esito, const QString &Codice)
+void frmLstUtenti::objAddCod_Chiudi(frmAddCod::Esito esito)
 {
     enable();
-    if (esito != frmAddCod::Esito::Done)
-        return;
-    const Result<void> read = m_register.codeRunEnded(Codice);
-    showRows();
-    if (!read)
-        showFault(this, OwnText::ArchiveNotChanged, m_register.archive(), read.fault());
+    if (esito == frmAddCod::Esito::Done)
+        showRows();
 }
 
 // Finding ------------------------------------------------------------------------------------------------------------
@@ -224,5 +220,5 @@ void frmLstUtenti::stopAll()
     tmrLoad.stop();
     tmrRicOn.stop();
     m_runner.stop();
-    m_reading.reset();
+    m_work.reset();
 }

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextCursor>
 
 namespace {
 
@@ -34,6 +35,35 @@ public:
     }
 };
 
+/// Puts a text into a box, in pieces of some lines.
+class Filling : public Task
+{
+public:
+    Filling(QPlainTextEdit *box, QString text) : m_end(box->document()), m_text(std::move(text)) {}
+
+    Result<bool> step(const QDeadlineTimer &until) override
+    {
+        do {
+            qsizetype next = m_next;
+            for (int line = 0; line < pieceLines && next < m_text.size(); ++line) {
+                const qsizetype end = m_text.indexOf(QLatin1Char('\n'), next);
+                next = end < 0 ? m_text.size() : end + 1;
+            }
+            m_end.insertText(m_text.sliced(m_next, next - m_next));
+            m_next = next;
+        } while (m_next < m_text.size() && !until.hasExpired());
+        return m_next == m_text.size();
+    }
+    Progress progress() const override { return {m_next, m_text.size()}; }
+
+private:
+    static constexpr int pieceLines = 200;
+
+    QTextCursor m_end;
+    const QString m_text;
+    qsizetype m_next = 0;
+};
+
 QFont fixedFont()
 {
     QFont font(QStringLiteral("Courier New"), fontPoints);
@@ -45,6 +75,7 @@ QFont fixedFont()
 
 frmRepDoppioni::frmRepDoppioni(const Texts &texts, const QString &report, QWidget *parent)
     : ChildWindow(QStringLiteral("frmRepDoppioni"), parent),
+      m_runner(this),
       rtbRepDoppioni(new ReportBox),
       cmdOk(new QPushButton(texts[Text::CmdOk])),
       cmdStampa(new QPushButton(texts[Text::CmdStampa]))
@@ -60,7 +91,7 @@ frmRepDoppioni::frmRepDoppioni(const Texts &texts, const QString &report, QWidge
     rtbRepDoppioni->setTabChangesFocus(true);
     rtbRepDoppioni->setLineWrapMode(QPlainTextEdit::NoWrap);
     rtbRepDoppioni->setFont(fixedFont());
-    rtbRepDoppioni->setPlainText(report);
+    rtbRepDoppioni->setUndoRedoEnabled(false);
     // Without the caret the cursor keys scroll.
     rtbRepDoppioni->setTextInteractionFlags(Qt::TextSelectableByMouse);
     rtbRepDoppioni->setFocusPolicy(Qt::StrongFocus);
@@ -68,8 +99,11 @@ frmRepDoppioni::frmRepDoppioni(const Texts &texts, const QString &report, QWidge
     cmdStampa->setObjectName(QStringLiteral("cmdStampa"));
 
     connect(cmdOk, &QPushButton::clicked, this, &ChildWindow::unload);
-    connect(cmdStampa, &QPushButton::clicked, this, [this] { Q_EMIT Stampa(rtbRepDoppioni->toPlainText()); });
+    connect(cmdStampa, &QPushButton::clicked, this, [this, report] { Q_EMIT Stampa(report); });
     connect(this, &ChildWindow::unloaded, this, &frmRepDoppioni::Chiudi);
     setKeys(cmdOk, cmdOk);
     cmdOk->setFocus();
+    m_filling = std::make_unique<Filling>(rtbRepDoppioni, report);
+    (void)m_runner.runAtOnce(*m_filling, {});
+    rtbRepDoppioni->moveCursor(QTextCursor::Start);
 }

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "widgets/ChildWindow.h"
+#include "widgets/TaskRunner.h"
 
 class QPlainTextEdit;
 class Texts;
 
-/// Shows the users whose truncated codes are the same.
+/// Shows the users whose truncated codes are the same. Of many, the last lines come in a moment later.
 class frmRepDoppioni : public ChildWindow
 {
     Q_OBJECT
@@ -21,6 +22,8 @@ Q_SIGNALS:
     void Chiudi();
 
 private:
+    std::unique_ptr<Task> m_filling; ///< of the box
+    TaskRunner m_runner;
     QPlainTextEdit *rtbRepDoppioni;
     QPushButton *cmdOk;
     QPushButton *cmdStampa;

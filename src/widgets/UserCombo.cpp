@@ -1,5 +1,6 @@
 #include "widgets/UserCombo.h"
 
+#include "platform/FreedInTurns.h"
 #include "texts/NameKey.h"
 
 #include <QAbstractListModel>
@@ -56,7 +57,7 @@ public:
     }
 
 private:
-    QList<NameEntry> m_entries;
+    FreedInTurns<QList<NameEntry>> m_entries;
 };
 
 UserCombo::UserCombo(const QString &name, QWidget *parent) : QComboBox(parent), m_model(new Model(this))

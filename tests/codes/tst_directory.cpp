@@ -45,6 +45,7 @@ private Q_SLOTS:
     void faults_data();
     void faults();
     void manyNames();
+    void freed();
 };
 
 /// The same whether it is read at once or in turns of one user each.
@@ -140,6 +141,20 @@ void TestDirectory::manyNames()
         }
         QVERIFY(steps >= count / 512 && sort.take() == expected);
     }
+}
+
+/// What others still have stays; what nobody has goes when the event loop has time for it.
+void TestDirectory::freed()
+{
+    const auto value = std::make_shared<int>(0);
+    FreedInTurns<QList<std::shared_ptr<int>>> mine(QList<std::shared_ptr<int>>(5'000, value));
+    {
+        const FreedInTurns<QList<std::shared_ptr<int>>> shared = mine;
+        mine = {};
+        QCOMPARE(value.use_count(), 5'001);
+    }
+    QCOMPARE(value.use_count(), 5'001);
+    QTRY_COMPARE(value.use_count(), 1);
 }
 
 QTEST_GUILESS_MAIN(TestDirectory)

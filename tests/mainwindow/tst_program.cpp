@@ -159,12 +159,35 @@ private Q_SLOTS:
         Site site(u"register,file Impost.stp,file "_s + backup);
         QVERIFY(!site.start());
         site.program.load();
+        takeNotices(site.program.notices());
         site.damage(users);
         site.program.reloadUsers();
         QVERIFY(!site.program.users().isKnown());
+        QTRY_VERIFY(!site.program.notices().isEmpty());
         QVERIFY(takeNotices(site.program.notices())
                     .join(u'|')
                     .endsWith(u"Archivi/Anagrafico.zeb' is damaged: restore it from '%1'."_s.arg(site.path(backup))));
+    }
+
+    /// Nobody is decided about by a register that has been saved anew meanwhile, and nothing is told of the waiting.
+    void savedWhileItIsRead()
+    {
+        Site site(u"register,file Impost.stp"_s);
+        QVERIFY(!site.start());
+        site.program.load();
+        takeNotices(site.program.notices());
+        for (const char *code : {"601", "602"}) {
+            site.addUsers(QList<QStringList>(40'000, {QString::fromLatin1(code), u"TX"_s}));
+            site.program.reloadUsers();
+            for (const char *record : {"R/A-000000601X..\r", "R/A-000000602X..\r", "R/A-000000603X..\r"})
+                QVERIFY(!site.program.road().RegistraEvento(record) && !site.program.users().isKnown());
+            QVERIFY(site.archives.open(users, Database::Use::Safe).value().execute("DELETE FROM Utenti"));
+        }
+        QTRY_VERIFY(site.program.users().isKnown());
+        QTRY_COMPARE(site.program.road().undecided(), 0);
+        QCOMPARE(site.rows(ArchiveName::events(u"05-03-2004"_s), u"SELECT Codice FROM Eventi"_s),
+                 QStringList({u"602"_s, u"602"_s}));
+        QCOMPARE(takeNotices(site.program.notices()), QStringList());
     }
 
     void sharedArchives()

@@ -118,7 +118,6 @@ void TestUsers::truncated()
         QVERIFY(edited.setText(0, u"CodTronc"_s, u"old"_s).ok() && edited.save().ok() && edited.open().ok());
         const auto run = edited.truncatedCodes();
         QCOMPARE(runThrough(*run), 3);
-        edited.truncatedCodesEnded(*run);
         QVERIFY(!edited.isChanged() && edited.save().ok());
         QCOMPARE(desk.test.rows(ArchiveName::Users, u"SELECT CodTronc FROM Utenti ORDER BY CodTronc"_s).join(u','),
                  codes);
@@ -147,12 +146,14 @@ void TestUsers::runs()
     }
     const auto run = desk.edited.codeRun(first, count);
     QCOMPARE(runThrough(*run), count);
-    QVERIFY(desk.edited.codeRunEnded(run->firstAdded()).ok() && desk.edited.isChanged());
+    desk.edited.codeRunEnded(run->added());
+    QVERIFY(desk.edited.isChanged());
     QTEST(run->isIncomplete(), "isIncomplete");
-    QTEST(run->firstAdded(), "firstAdded");
+    const QString firstAdded = run->added().value(0).code;
+    QTEST(firstAdded, "firstAdded");
     QTEST(desk.shown(), "users");
-    if (!run->firstAdded().isEmpty())
-        QCOMPARE(desk.edited.users().value(u"CodTronc"_s), truncatedCode(run->firstAdded(), Protocol::RsC));
+    if (!firstAdded.isEmpty())
+        QCOMPARE(desk.edited.users().value(u"CodTronc"_s), truncatedCode(firstAdded, Protocol::RsC));
 }
 
 void TestUsers::typing()
@@ -198,6 +199,13 @@ void TestUsers::passwordsSurvive()
     QVERIFY(execute("INSERT INTO Password SELECT * FROM Aside; DROP TABLE Aside") && desk.edited.save().ok());
     QVERIFY(passwords.load() == Passwords::Fault::None && passwords.matches(Passwords::Type::Main, u"apriti"_s));
     QCOMPARE(desk.stored().size(), 2);
+    // Nor are those lost that are set between two turns of a save.
+    QVERIFY(desk.edited.open().ok());
+    const auto saving = desk.edited.saving();
+    QVERIFY(!saving->step(QDeadlineTimer(0)).value() &&
+            passwords.set(Passwords::Type::Users, u"otra"_s) == Passwords::Fault::None);
+    QVERIFY(runThrough(*saving) > 1 && passwords.load() == Passwords::Fault::None);
+    QVERIFY(passwords.matches(Passwords::Type::Users, u"otra"_s));
 }
 
 /// Random registers against a plain grouping; the whole file byte for byte.
@@ -267,8 +275,11 @@ void TestUsers::stopped()
         QCOMPARE(desk.stored(ArchiveName::UsersBackup), made.contains(u"rename AnaBack.zeb"_s) ? second : first);
         QVERIFY(saved.ok() || desk.edited.isChanged());
         desk.test.disk.stopAt = -1;
-        if (!saved)
+        if (!saved) {
+            // Given up between two pieces it leaves the work where it is.
+            QVERIFY(!desk.edited.saving()->step(QDeadlineTimer(0)).value());
             QVERIFY(desk.shown() == u"[1 TX Verdi]"_s && desk.edited.save().ok());
+        }
         QCOMPARE(desk.stored(), third);
         QCOMPARE(desk.test.files(u"Archivi"_s).filter(QRegularExpression(u"part|-"_s)), QStringList());
     }
