@@ -315,6 +315,7 @@ void LinkMonitor::objImpCom_Chiudi(int port, int result)
     if (result == 1) {
         m_settings.PortaCom = port;
         saveSetting(QStringLiteral("COM"), port);
+        Q_EMIT portChosen(port);
     }
     ApriCollegamento();
 }

@@ -80,6 +80,8 @@ public:
 
 Q_SIGNALS:
     void noPortChosen();
+    /// The port window has closed with this port, which has not been opened yet.
+    void portChosen(int port);
     /// The port could not be opened at the start of the link. Told once, however often it is tried again.
     void portNotAvailable(const Fault &fault);
     /// The port failed or was pulled out while it was open.

@@ -30,6 +30,7 @@ Program::Program(const QString &folder, const Clock &clock, const Printers &prin
     connect(&m_timeProgramme, &TimeProgramme::applied, this,
             [this](bool enabled) { m_serial->setRTSEnable(!enabled); });
     connect(&m_road, &EventRoad::recordReceived, &m_link, &LinkMonitor::recordReceived);
+    connect(&m_link, &LinkMonitor::portChosen, this, &Program::keepDevice);
     connect(&m_link, &LinkMonitor::settingNotSaved, this, [this](const QString &key, const Fault &fault) {
         m_notices.post(Icon::Exclamation, {OwnText::SettingNotSaved, {key}, fault});
     });
@@ -92,8 +93,15 @@ void Program::openLink()
     if (const std::optional<int> port = std::exchange(m_portToStore, {})) {
         if (const Result<void> saved = m_settings.save(QStringLiteral("COM"), *port); !saved)
             m_notices.post(Icon::Exclamation, {OwnText::SettingNotSaved, {QStringLiteral("COM")}, saved.fault()});
+        keepDevice(*port);
     }
     m_link.ApriCollegamento();
+}
+
+void Program::keepDevice(int port)
+{
+    if (const Result<void> kept = m_ports.keepDevice(port); !kept)
+        m_notices.post(Icon::Exclamation, {OwnText::PortLinkNotMade, {kept.fault().subject}, kept.fault()});
 }
 
 void Program::end()

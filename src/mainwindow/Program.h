@@ -72,6 +72,7 @@ Q_SIGNALS:
 
 private:
     std::optional<StartFault> holdFolders();
+    void keepDevice(int port);
     void tmrRefresh_Timer();
     void readUsers();
     void readTimeProgramme(TimeProgramme::Part part);
