@@ -3,6 +3,7 @@
 #include "mainwindow/Demonstration.h"
 #include "mainwindow/MDIForm1.h"
 #include "platform/CoreDump.h"
+#include "platform/ServiceManager.h"
 #include "platform/SystemLanguage.h"
 #include "platform/Termination.h"
 #include "startup/CommandLine.h"
@@ -53,7 +54,11 @@ int runConsole(Program &program, const CommandLine &options, std::optional<Termi
     Console console(program, options.demo ? program.texts()[OwnText::ConsoleDemo] : QString());
     program.load();
     program.openLink();
+    // Also without a port: it is waited for.
+    ServiceManager manager;
+    manager.ready();
     const int exitCode = QCoreApplication::exec();
+    manager.stopping();
     program.end();
     return exitCode;
 }
