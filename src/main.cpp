@@ -2,6 +2,7 @@
 #include "mainwindow/ConsoleGate.h"
 #include "mainwindow/Demonstration.h"
 #include "mainwindow/MDIForm1.h"
+#include "platform/Awake.h"
 #include "platform/CoreDump.h"
 #include "platform/ServiceManager.h"
 #include "platform/SystemLanguage.h"
@@ -141,5 +142,7 @@ int main(int argumentCount, char *arguments[])
     Program program(options.folder, clock, printers);
     if (const std::optional<StartFault> fault = program.prepare(language, options.port))
         return refuse(texts.sentence(fault->message));
+    Awake awake(clock);
+    program.keepAwake(awake);
     return options.console ? runConsole(program, options, termination) : runWindow(program, termination);
 }

@@ -320,6 +320,17 @@ void LinkMonitor::objImpCom_Chiudi(int port, int result)
     ApriCollegamento();
 }
 
+void LinkMonitor::lookAgain()
+{
+    if (m_serial.portOpen()) {
+        ConfigInt(m_state.known == LinkState::Known::Answers && !m_state.alarm ? Purpose::PeriodicCheck
+                                                                               : Purpose::RePower);
+    } else if (m_retryDue) {
+        tryPortAgain();
+    }
+    arm();
+}
+
 void LinkMonitor::readConfiguration()
 {
     m_checkDue.reset();

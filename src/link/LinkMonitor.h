@@ -62,6 +62,9 @@ public:
     void suspend();
     /// The port window has closed: with @p result 1 its @p port is the one from now on. The link is opened as at start.
     void objImpCom_Chiudi(int port, int result);
+    /// The PC has slept, and with it every span that was waited for: the port is tried, or the interface asked, at
+    /// once. One that answered before and does not now raises the alarm.
+    void lookAgain();
     /// The configuration window asks; queryEnded follows with Purpose::Window. Periodic checks pause until
     /// configurationClosed(). The protocol is taken over in memory only.
     void readConfiguration();

@@ -5,6 +5,16 @@
 namespace {
 
 constexpr int refreshMilliseconds = 10'000;
+constexpr qint64 second = 1000;
+
+/// "h:mm:ss"
+QString duration(qint64 milliseconds)
+{
+    const auto twoDigits = [](qint64 value) { return QString::number(value).rightJustified(2, QLatin1Char('0')); };
+    const qint64 seconds = milliseconds / second;
+    return QStringList{QString::number(seconds / 3600), twoDigits(seconds / 60 % 60), twoDigits(seconds % 60)}.join(
+        QLatin1Char(':'));
+}
 
 } // namespace
 
@@ -96,6 +106,36 @@ void Program::openLink()
         keepDevice(*port);
     }
     m_link.ApriCollegamento();
+}
+
+void Program::keepAwake(Awake &awake)
+{
+    connect(m_serial.get(), &SerialControl::openChanged, &awake, [this, &awake](bool isOpen) {
+        if (isOpen)
+            awake.hold(m_texts[OwnText::AwakeReason]);
+        else
+            awake.release();
+    });
+    connect(this, &Program::refreshing, &awake, &Awake::look);
+    connect(&awake, &Awake::woke, this, &Program::woke);
+}
+
+void Program::woke(qint64 milliseconds)
+{
+    if (!m_running)
+        return;
+    if (milliseconds >= second) {
+        const QDateTime since = m_clock.now().addMSecs(-milliseconds);
+        m_notices.post(Icon::Exclamation,
+                       {OwnText::ComputerSlept,
+                        {duration(milliseconds), since.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss"))},
+                        {}});
+    }
+    tmrRefresh_Timer();
+    // A tick that changes the day leaves the time programme to the next one.
+    if (!m_timeProgramme.isSuspended())
+        m_timeProgramme.run();
+    m_link.lookAgain();
 }
 
 void Program::keepDevice(int port)
