@@ -93,7 +93,7 @@ QString SerialPorts::device(int number) const
     else if (number <= 8)
         names = {QStringLiteral("/ttyUSB%1").arg(number - 5), QStringLiteral("/ttyACM%1").arg(number - 5)};
     for (const QString &name : names) {
-        const QString canonical = QFileInfo(m_system.devices + name).canonicalFilePath();
+        QString canonical = QFileInfo(m_system.devices + name).canonicalFilePath();
         if (!canonical.isEmpty())
             return canonical;
     }

@@ -146,6 +146,10 @@ private Q_SLOTS:
         QTRY_COMPARE(bus.held(), all);
         site.interface.close();
         QTRY_COMPARE(bus.held(), QStringList());
+        // What is granted after it has been given up is given back.
+        site.awake.hold(u"why"_s);
+        site.awake.release();
+        QTRY_COMPARE(bus.held(), QStringList());
     }
 
     void wakes_data()

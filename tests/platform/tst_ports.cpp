@@ -71,7 +71,8 @@ private Q_SLOTS:
 
         adapter.reset();
         QTRY_COMPARE(lost.size(), 1);
-        const PseudoTerminal other(here.at(u"ttyUSB0"_s));
+        PseudoTerminal other(here.at(u"ttyUSB0"_s));
+        QVERIFY(other.open().ok());
         adapter = here.plug(u"ttyUSB1"_s);
         here.pass(5000);
         QCOMPARE(back.size(), 2);
