@@ -15,7 +15,7 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QPainter>
-#include <QPrinter>
+#include <QPdfWriter>
 
 namespace {
 
@@ -35,9 +35,7 @@ EventReport report(const Texts &texts)
 double painted(const QString &file, const std::function<void(PainterPage &)> &paint)
 {
     return microseconds([&] {
-               QPrinter device(QPrinter::HighResolution);
-               device.setOutputFormat(QPrinter::PdfFormat);
-               device.setOutputFileName(file);
+               QPdfWriter device(file);
                QPainter painter(&device);
                PainterPage page(painter, device);
                paint(page);

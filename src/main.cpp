@@ -2,7 +2,9 @@
 #include "mainwindow/ConsoleGate.h"
 #include "mainwindow/Demonstration.h"
 #include "mainwindow/MDIForm1.h"
+#include "platform/Awake.h"
 #include "platform/CoreDump.h"
+#include "platform/ServiceManager.h"
 #include "platform/SystemLanguage.h"
 #include "platform/Termination.h"
 #include "startup/CommandLine.h"
@@ -53,7 +55,11 @@ int runConsole(Program &program, const CommandLine &options, std::optional<Termi
     Console console(program, options.demo ? program.texts()[OwnText::ConsoleDemo] : QString());
     program.load();
     program.openLink();
+    // Also without a port: it is waited for.
+    ServiceManager manager;
+    manager.ready();
     const int exitCode = QCoreApplication::exec();
+    manager.stopping();
     program.end();
     return exitCode;
 }
@@ -136,5 +142,7 @@ int main(int argumentCount, char *arguments[])
     Program program(options.folder, clock, printers);
     if (const std::optional<StartFault> fault = program.prepare(language, options.port))
         return refuse(texts.sentence(fault->message));
+    Awake awake(clock);
+    program.keepAwake(awake);
     return options.console ? runConsole(program, options, termination) : runWindow(program, termination);
 }

@@ -313,8 +313,20 @@ void LinkMonitor::objImpCom_Chiudi(std::optional<int> port)
     if (port) {
         m_settings.PortaCom = *port;
         saveSetting(QStringLiteral("COM"), *port);
+        Q_EMIT portChosen(*port);
     }
     ApriCollegamento();
+}
+
+void LinkMonitor::lookAgain()
+{
+    if (m_serial.portOpen()) {
+        ConfigInt(m_state.known == LinkState::Known::Answers && !m_state.alarm ? Purpose::PeriodicCheck
+                                                                               : Purpose::RePower);
+    } else if (m_retryDue) {
+        tryPortAgain();
+    }
+    arm();
 }
 
 void LinkMonitor::readConfiguration()

@@ -26,8 +26,8 @@ public:
 
     /// Numbers of the ports, 1 to Ports, that can be opened now, ascending. Ends a running test.
     QList<int> available();
-    /// Device behind the port COM@p port.
-    QString device(int port) const { return m_ports.device(port); }
+    /// What stands behind the port COM@p port.
+    SerialDevice describe(int port) const { return m_ports.describe(port); }
 
     /// Asks on COM@p port for the interface, four times and a second each. tested() follows, within this call when the
     /// port cannot be opened.

@@ -5,8 +5,35 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTextDocument>
 
 #include <algorithm>
+
+namespace {
+
+QString deviceWords(const SerialDevice &device, const Texts &texts)
+{
+    QStringList words;
+    switch (device.kind) {
+    case SerialDevice::Kind::Missing:
+        words = {texts[OwnText::ReasonNotFound]};
+        break;
+    case SerialDevice::Kind::BuiltIn:
+        words = {texts[OwnText::PortBuiltIn]};
+        break;
+    case SerialDevice::Kind::UsbAdapter:
+        words = {texts[OwnText::PortUsbAdapter], device.maker};
+        if (!device.serialNumber.isEmpty())
+            words.append(texts.sentence({OwnText::PortSerialNumber, {device.serialNumber}, {}}));
+        break;
+    case SerialDevice::Kind::Other:
+        return device.path;
+    }
+    words.removeAll(QString());
+    return words.join(QStringLiteral(", ")) + QStringLiteral(" (") + device.path + QLatin1Char(')');
+}
+
+} // namespace
 
 frmImpCom::frmImpCom(const Texts &texts, Messages &messages, PortTest &test, QWidget *parent)
     : ChildWindow(QStringLiteral("frmImpCom"), parent),
@@ -119,12 +146,9 @@ void frmImpCom::cmdAnnulla_Click()
 void frmImpCom::tmrLoad_Timer()
 {
     const QList<int> available = m_test.available();
-    for (int port : available) {
-        QRadioButton *option = Com.at(static_cast<size_t>(port - 1));
-        option->setEnabled(true);
-        option->setToolTip(m_test.device(port));
-        option->setAccessibleDescription(m_test.device(port));
-    }
+    for (int port : available)
+        Com.at(static_cast<size_t>(port - 1))->setEnabled(true);
+    showDevices();
     setEnabled(true);
 
     if (available.isEmpty() && m_prima) {
@@ -150,6 +174,18 @@ void frmImpCom::tested(bool found)
         m_messages.show(this, Icon::Information, m_texts[Text::ConnessioneEffettuata]);
     else
         m_messages.show(this, Icon::Exclamation, m_texts[Text::ImpossibileStabilireCollegamento]);
+}
+
+/// The captions are the ports' numbers alone: what stands behind each is told beside them.
+void frmImpCom::showDevices()
+{
+    for (int port = 1; port <= PortTest::Ports; ++port) {
+        QRadioButton *option = Com.at(static_cast<size_t>(port - 1));
+        const QString words = option->text() + QStringLiteral(": ") + deviceWords(m_test.describe(port), m_texts);
+        // A device may call itself anything: none of it is markup.
+        option->setToolTip(Qt::mightBeRichText(words) ? words.toHtmlEscaped() : words);
+        option->setAccessibleDescription(words);
+    }
 }
 
 void frmImpCom::noPortAvailable()

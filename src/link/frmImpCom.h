@@ -51,6 +51,7 @@ private:
     void cmdAnnulla_Click();
     void tmrLoad_Timer();
     void tested(bool found);
+    void showDevices();
     void noPortAvailable();
     int chosenPort();
     void showTest(int port);

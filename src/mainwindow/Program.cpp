@@ -6,6 +6,16 @@ namespace {
 
 constexpr int refreshMilliseconds = 10'000;
 constexpr int turnMilliseconds = 15;
+constexpr qint64 second = 1000;
+
+/// "h:mm:ss"
+QString duration(qint64 milliseconds)
+{
+    const auto twoDigits = [](qint64 value) { return QString::number(value).rightJustified(2, QLatin1Char('0')); };
+    const qint64 seconds = milliseconds / second;
+    return QStringList{QString::number(seconds / 3600), twoDigits(seconds / 60 % 60), twoDigits(seconds % 60)}.join(
+        QLatin1Char(':'));
+}
 
 } // namespace
 
@@ -32,6 +42,7 @@ Program::Program(const QString &folder, const Clock &clock, const Printers &prin
     connect(&m_timeProgramme, &TimeProgramme::applied, this,
             [this](bool enabled) { m_serial->setRTSEnable(!enabled); });
     connect(&m_road, &EventRoad::recordReceived, &m_link, &LinkMonitor::recordReceived);
+    connect(&m_link, &LinkMonitor::portChosen, this, &Program::keepDevice);
     connect(&m_link, &LinkMonitor::settingNotSaved, this, [this](const QString &key, const Fault &fault) {
         m_notices.post(Icon::Exclamation, {OwnText::SettingNotSaved, {key}, fault});
     });
@@ -94,8 +105,45 @@ void Program::openLink()
     if (const std::optional<int> port = std::exchange(m_portToStore, {})) {
         if (const Result<void> saved = m_settings.save(QStringLiteral("COM"), *port); !saved)
             m_notices.post(Icon::Exclamation, {OwnText::SettingNotSaved, {QStringLiteral("COM")}, saved.fault()});
+        keepDevice(*port);
     }
     m_link.ApriCollegamento();
+}
+
+void Program::keepAwake(Awake &awake)
+{
+    connect(m_serial.get(), &SerialControl::openChanged, &awake, [this, &awake](bool isOpen) {
+        if (isOpen)
+            awake.hold(m_texts[OwnText::AwakeReason]);
+        else
+            awake.release();
+    });
+    connect(this, &Program::refreshing, &awake, &Awake::look);
+    connect(&awake, &Awake::woke, this, &Program::woke);
+}
+
+void Program::woke(qint64 milliseconds)
+{
+    if (!m_running)
+        return;
+    if (milliseconds >= second) {
+        const QDateTime since = m_clock.now().addMSecs(-milliseconds);
+        m_notices.post(Icon::Exclamation,
+                       {OwnText::ComputerSlept,
+                        {duration(milliseconds), since.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss"))},
+                        {}});
+    }
+    tmrRefresh_Timer();
+    // A tick that changes the day leaves the time programme to the next one.
+    if (!m_timeProgramme.isSuspended())
+        m_timeProgramme.run();
+    m_link.lookAgain();
+}
+
+void Program::keepDevice(int port)
+{
+    if (const Result<void> kept = m_ports.keepDevice(port); !kept)
+        m_notices.post(Icon::Exclamation, {OwnText::PortLinkNotMade, {kept.fault().subject}, kept.fault()});
 }
 
 void Program::end()

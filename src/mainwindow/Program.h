@@ -6,6 +6,7 @@
 #include "link/EventRoad.h"
 #include "link/LineReader.h"
 #include "link/LinkMonitor.h"
+#include "platform/Awake.h"
 #include "prefs/Passwords.h"
 #include "startup/CurrentPrinter.h"
 #include "startup/Settings.h"
@@ -40,6 +41,9 @@ public:
     void load();
     /// The gate has been passed: stores the port that prepare() was given and opens the link to the interface.
     void openLink();
+    /// From now on the PC is kept awake while the port is open. When it has slept all the same everything is looked at
+    /// anew, and the operator is told for how long nothing was received. @param awake  one of the two may go first
+    void keepAwake(Awake &awake);
     /// An editor of bands or holidays has closed: reads its archive anew, evaluates and applies.
     void reloadTimeProgramme(TimeProgramme::Part part);
     /// The register has been saved anew: events are checked against it from now on. It is read in turns, from its
@@ -73,6 +77,8 @@ Q_SIGNALS:
 
 private:
     std::optional<StartFault> holdFolders();
+    void keepDevice(int port);
+    void woke(qint64 milliseconds);
     void tmrRefresh_Timer();
     void readUsers();
     void tmrUsers_Timer();

@@ -15,4 +15,6 @@ public:
     virtual QDateTime now() const;
     /// Milliseconds since some fixed moment; never goes back.
     virtual qint64 monotonic() const;
+    /// Milliseconds that the PC has slept since it was started: monotonic() stands still then.
+    virtual qint64 asleep() const;
 };

@@ -177,6 +177,15 @@ Result<void> Disk::makeFolder(const QString &path)
     return flushFolder(path);
 }
 
+Result<void> Disk::makeLink(const QString &path, const QString &target)
+{
+    if (!before(Step::MakeLink, path))
+        return Fault{FaultCode::InputOutput, path};
+    if (::symlink(QFile::encodeName(target).constData(), QFile::encodeName(path).constData()) != 0)
+        return systemFault(path);
+    return flushFolder(path);
+}
+
 void keepFilesPrivate()
 {
     ::umask(077);

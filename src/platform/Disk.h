@@ -15,7 +15,7 @@
 class Disk
 {
 public:
-    enum class Step { Write, Flush, Rename, FlushFolder, Remove, MakeFolder };
+    enum class Step { Write, Flush, Rename, FlushFolder, Remove, MakeFolder, MakeLink };
 
     Disk() = default;
     virtual ~Disk() = default;
@@ -31,6 +31,8 @@ public:
     Result<void> remove(const QString &path);
     /// Single level: the parent must exist. @return AccessDenied also when something else than a folder has the name
     Result<void> makeFolder(const QString &path);
+    /// Makes a link that leads to @p target, which need not exist. What stands at @p path stays, and is NotRegularFile.
+    Result<void> makeLink(const QString &path, const QString &target);
 
 protected:
     /// Called before each step; false makes the step fail as if the device did. The tests record the order of the steps

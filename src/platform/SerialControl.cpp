@@ -32,6 +32,7 @@ Result<void> SerialControl::setPortOpen(bool open)
         if (m_transport->isOpen()) {
             receive(m_transport->read());
             m_transport->close();
+            Q_EMIT openChanged(false);
         }
         return {};
     }
@@ -41,6 +42,7 @@ Result<void> SerialControl::setPortOpen(bool open)
     m_transport->setEnableLine(m_rts);
     if (!m_transport->isOpen())
         return Fault{FaultCode::InputOutput, device};
+    Q_EMIT openChanged(true);
     return {};
 }
 
@@ -118,6 +120,7 @@ void SerialControl::deliver()
 
 void SerialControl::lose(const QByteArray &last)
 {
+    Q_EMIT openChanged(false);
     receive(last);
     m_commEvent = Lost;
     Q_EMIT OnComm();

@@ -71,6 +71,8 @@ public:
 
 Q_SIGNALS:
     void OnComm();
+    /// The port has been opened or closed, by whatever it was.
+    void openChanged(bool isOpen);
 
 private:
     void read();

@@ -1,5 +1,7 @@
 #include "platform/SerialPorts.h"
 
+#include "platform/RegularFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -47,24 +49,96 @@ FaultCode openFault(int error)
     }
 }
 
+/// A fact that the system tells in a file of one line; "" when it does not.
+QString fact(const QString &file)
+{
+    constexpr qsizetype longest = 256;
+    const Result<QByteArray> content = readFile(file, longest);
+    return content ? QString::fromUtf8(content.value()).simplified() : QString();
+}
+
+/// The folder of the USB device that the device of the folder @p device is a part of; "" when it is no part of one.
+QString usbDevice(const QString &device)
+{
+    for (QString folder = QFileInfo(device).canonicalFilePath(); folder.size() > 1; folder = QFileInfo(folder).path()) {
+        if (QFileInfo::exists(folder + QStringLiteral("/idVendor")))
+            return folder;
+    }
+    return {};
+}
+
 } // namespace
+
+SerialPorts::SerialPorts(ProgramFolder &folder, DeviceFolders system) : m_folder(folder), m_system(std::move(system))
+{
+}
+
+QString SerialPorts::link(int number) const
+{
+    return m_folder.path(QStringLiteral("Porte/COM%1").arg(number));
+}
 
 QString SerialPorts::device(int number) const
 {
     if (number < 1)
         return {};
-    const QString linked = m_folder.path(QStringLiteral("Porte/COM%1").arg(number));
+    const QString linked = link(number);
     if (QFileInfo(linked).isSymLink() || QFileInfo::exists(linked)) {
         const QString canonical = QFileInfo(linked).canonicalFilePath();
         return canonical.isEmpty() ? QFileInfo(linked).symLinkTarget() : canonical;
     }
-    QString name;
+    QStringList names;
     if (number <= 4)
-        name = QStringLiteral("/dev/ttyS%1").arg(number - 1);
+        names = {QStringLiteral("/ttyS%1").arg(number - 1)};
     else if (number <= 8)
-        name = QStringLiteral("/dev/ttyUSB%1").arg(number - 5);
-    const QString canonical = name.isEmpty() ? QString() : QFileInfo(name).canonicalFilePath();
-    return canonical.isEmpty() ? name : canonical;
+        names = {QStringLiteral("/ttyUSB%1").arg(number - 5), QStringLiteral("/ttyACM%1").arg(number - 5)};
+    for (const QString &name : names) {
+        QString canonical = QFileInfo(m_system.devices + name).canonicalFilePath();
+        if (!canonical.isEmpty())
+            return canonical;
+    }
+    return names.isEmpty() ? QString() : m_system.devices + names.first();
+}
+
+SerialDevice SerialPorts::describe(int number) const
+{
+    SerialDevice found;
+    found.path = device(number);
+    if (!QFileInfo::exists(found.path))
+        return found;
+    const QString name = QFileInfo(found.path).fileName();
+    const QString usb = usbDevice(m_system.facts + QLatin1Char('/') + name + QStringLiteral("/device"));
+    if (!usb.isEmpty()) {
+        found.kind = SerialDevice::Kind::UsbAdapter;
+        found.maker = fact(usb + QStringLiteral("/manufacturer"));
+        found.serialNumber = fact(usb + QStringLiteral("/serial"));
+    } else {
+        found.kind = name.startsWith(QStringLiteral("ttyS")) ? SerialDevice::Kind::BuiltIn : SerialDevice::Kind::Other;
+    }
+    return found;
+}
+
+/// The first of the names that are made of what a device says of itself; "" without one.
+QString SerialPorts::lastingName(const QString &device) const
+{
+    const QDir names(m_system.devices + QStringLiteral("/serial/by-id"));
+    const QStringList all = names.entryList(QDir::System | QDir::Files, QDir::Name);
+    for (const QString &name : all) {
+        if (QFileInfo(names.filePath(name)).canonicalFilePath() == device)
+            return names.filePath(name);
+    }
+    return {};
+}
+
+Result<void> SerialPorts::keepDevice(int number)
+{
+    const QString path = link(number);
+    const QString name = lastingName(device(number));
+    if (name.isEmpty() || QFileInfo(path).isSymLink() || QFileInfo::exists(path))
+        return {};
+    if (Result<void> made = m_folder.disk().makeFolder(QFileInfo(path).path()); !made)
+        return made;
+    return m_folder.disk().makeLink(path, name);
 }
 
 Result<void> checkDeviceIsFree(const QString &device)

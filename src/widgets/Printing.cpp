@@ -7,7 +7,7 @@
 
 #include <QFile>
 #include <QPainter>
-#include <QPrinter>
+#include <QPdfWriter>
 #include <QTemporaryDir>
 
 namespace {
@@ -62,16 +62,15 @@ private:
     const CurrentPrinter::Found m_printer;
     PrintDocument m_made;
     Message m_message;
-    QPrinter m_device{QPrinter::HighResolution};
+    // No printer of the library's: to make one asks the print system, and waits for it.
+    QPdfWriter m_device{m_made.path()};
     QPainter m_painter;
     std::unique_ptr<PainterPage> m_page;
 };
 
 Result<void> Printing::Document::begin()
 {
-    m_device.setOutputFormat(QPrinter::PdfFormat);
-    m_device.setOutputFileName(m_made.path());
-    m_device.setDocName(m_made.title);
+    m_device.setTitle(m_made.title);
     m_device.setPageLayout(pageLayoutOf(m_printer.paper));
     if (!m_made.folder->isValid() || !m_painter.begin(&m_device))
         return fail(OwnText::PrintNotMade, m_printer.name, notMade());

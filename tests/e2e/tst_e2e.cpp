@@ -2,6 +2,7 @@
 
 #include "e2e/Programs.h"
 #include "prefs/Passwords.h"
+#include "support/UnixSocket.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -48,10 +49,14 @@ private Q_SLOTS:
     {
         Site test;
         {
-            // First start: no port yet, and it runs on.
-            Running first("kor-supervisor", test.console());
+            // First start: no port yet, and it runs on, which whoever looks after it hears.
+            const UnixSocket manager(test.directory.filePath(u"notify"_s), SOCK_DGRAM);
+            Running first("kor-supervisor", test.console(), {u"NOTIFY_SOCKET="_s + QFile::decodeName(manager.path())});
             QVERIFY(first.tells("No serial port is chosen (COM=0)."));
+            QByteArrayList told;
+            QTRY_COMPARE(told += manager.take(), QByteArrayList{"READY=1"});
             QCOMPARE(first.end(SIGINT), 0);
+            QCOMPARE(manager.take(), QByteArrayList{"STOPPING=1"});
             QVERIFY(test.read(u"Impost.stp"_s).startsWith("COM=0\r\nLINGUA=2\r\n"));
         }
         test.addUsers(users);

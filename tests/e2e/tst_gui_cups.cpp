@@ -2,6 +2,7 @@
 #include "startup/CurrentPrinter.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"
+#include "support/UnixSocket.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
 
@@ -36,6 +37,29 @@ class TestGuiCups : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    /// A print that is made while the print system says nothing holds nothing up.
+    void silentPrintSystem()
+    {
+        TestFolder test;
+        const UnixSocket silent(test.directory.filePath(u"socket"_s), SOCK_STREAM);
+        qputenv("CUPS_SERVER", silent.path());
+        FakePrinters printers;
+        printers.installed = listOf("laser");
+        Settings settings(test.folder, printers);
+        Notices notices;
+        CurrentPrinter printer(settings, printers, notices);
+        QVERIFY(settings.CreaImpostazioni(2).ok() && printer.choose(0).ok());
+        Texts texts;
+        FakeMessages messages;
+        ChildWindow window(u"window"_s);
+        window.setAttribute(Qt::WA_DeleteOnClose, false);
+        Printing printing(&window, printer, texts, messages);
+        const Heartbeat heart;
+        printing.findPrinter([&] { printing.print(std::make_unique<TextReport>(QStringList{u"x"_s}), u"title"_s); });
+        QTRY_COMPARE(printers.fake.sent().size(), 1);
+        QVERIFY2(heart.longest < 1000, QByteArray::number(heart.longest).constData());
+    }
+
     void prints()
     {
         const QString cupsd = QStandardPaths::findExecutable(u"cupsd"_s, {u"/usr/sbin"_s});

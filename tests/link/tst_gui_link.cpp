@@ -77,7 +77,7 @@ struct Computer : TestFolder {
         QCOMPARE(messages.take(), QStringList{QLatin1String(icon) + u": "_s + texts[text]});
     }
 
-    SerialPorts ports{folder};
+    SerialPorts ports{folder, {directory.filePath(u"dev"_s), directory.filePath(u"sys"_s)}};
     FakeClock clock;
     Texts texts;
     FakeMessages messages;
@@ -122,6 +122,34 @@ private Q_SLOTS:
         computer.lines[6]->write("R/A");
         QByteArray received;
         QTRY_COMPARE(received += holder.input().toByteArray(), QByteArray("R/A"));
+    }
+
+    /// What a port says it is: to the eye, and to a screen reader.
+    void words()
+    {
+        Computer computer({7});
+        const QDir root(computer.directory.path());
+        for (const char *folder : {"dev", "sys/ttyUSB0", "bus/1-2/1-2:1.0/ttyUSB0"})
+            root.mkpath(QLatin1String(folder));
+        for (const char *file : {"dev/ttyS0", "dev/ttyUSB0", "bus/1-2/idVendor"})
+            computer.write(QLatin1String(file), {});
+        computer.write(u"bus/1-2/manufacturer"_s, "<b>Maker & Sons</b>\n");
+        computer.write(u"bus/1-2/serial"_s, "A5\n");
+        QFile::link(root.filePath(u"bus/1-2/1-2:1.0/ttyUSB0"_s), root.filePath(u"sys/ttyUSB0/device"_s));
+        for (const int port : {1, 5, 6})
+            QFile::remove(computer.link(port));
+        computer.open(false, 7);
+        QStringList words;
+        for (const int port : {1, 5, 6, 7}) {
+            words.append(computer.com(port)->accessibleDescription().replace(root.path(), u"HERE"_s));
+            QCOMPARE(computer.com(port)->text(), u"COM%1"_s.arg(port));
+        }
+        QCOMPARE(words, QStringList(
+                            {u"COM1: serial port of the PC (HERE/dev/ttyS0)"_s,
+                             u"COM5: USB serial adapter, <b>Maker & Sons</b>, serial number A5 (HERE/dev/ttyUSB0)"_s,
+                             u"COM6: does not exist (HERE/dev/ttyUSB1)"_s, u"COM7: "_s + computer.lines[7]->device()}));
+        QVERIFY(computer.com(5)->toolTip().contains(u"&lt;b&gt;Maker"));
+        QCOMPARE(computer.com(7)->toolTip(), words[3]);
     }
 
     /// A first start without a port searches again, and ends when the operator says so.

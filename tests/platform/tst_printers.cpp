@@ -1,22 +1,9 @@
 #include "platform/PrintJob.h"
 #include "platform/Printers.h"
 #include "support/Fixtures.h"
-
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
+#include "support/UnixSocket.h"
 
 namespace {
-
-/// Counts how often the event loop comes round, once a millisecond at most.
-struct Heartbeat : QTimer {
-    int beats = 0;
-    Heartbeat()
-    {
-        callOnTimeout([this] { ++beats; });
-        start(1);
-    }
-};
 
 constexpr std::chrono::hours never(1);
 
@@ -84,14 +71,8 @@ private Q_SLOTS:
     void silentPrintSystem()
     {
         const QTemporaryDir here;
-        const QByteArray path = QFile::encodeName(here.filePath(u"socket"_s));
-        sockaddr_un address{AF_UNIX, {}};
-        QVERIFY(path.size() < qsizetype(sizeof address.sun_path));
-        std::copy(path.begin(), path.end(), address.sun_path);
-        const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        QCOMPARE(::bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
-        QCOMPARE(::listen(socket, 8), 0);
-        qputenv("CUPS_SERVER", path);
+        auto socket = std::make_unique<UnixSocket>(here.filePath(u"socket"_s), SOCK_STREAM);
+        qputenv("CUPS_SERVER", socket->path());
 
         const Printers printers(std::make_shared<PrintSystem>(), std::chrono::milliseconds(200));
         QStringList answers;
@@ -114,7 +95,7 @@ private Q_SLOTS:
         QTRY_VERIFY(heart.beats > before + 50);
         QVERIFY(QFile::exists(file));
         // The print system goes: now it is known that nothing is printed.
-        ::close(socket);
+        socket.reset();
         QTRY_COMPARE(answers, QStringList({u"silent"_s, u"silent"_s, u"refused"_s}));
         QVERIFY(!QFile::exists(file));
     }

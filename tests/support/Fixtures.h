@@ -55,9 +55,11 @@ class FakeClock : public Clock
 public:
     QDateTime moment = QDateTime(QDate(2004, 3, 5), QTime(7, 45, 0));
     qint64 milliseconds = 1'000'000;
+    qint64 slept = 0;
 
     QDateTime now() const override { return moment; }
     qint64 monotonic() const override { return milliseconds; }
+    qint64 asleep() const override { return slept; }
 };
 
 /// A print system that keeps what it is sent, takes or refuses it, and answers when it may.

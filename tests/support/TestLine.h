@@ -68,7 +68,7 @@ struct Road {
     FakePrinters printers;
     Notices notices;
     Settings config{test.folder, printers};
-    SerialPorts ports{test.folder};
+    SerialPorts ports{test.folder, {test.directory.filePath(u"dev"_s), test.directory.filePath(u"sys"_s)}};
     Serial serial{ports};
     LinkMonitor link{serial, config, clock};
     UserDirectory users{test.archives, ArchiveName::UsersSnapshot};
