@@ -8,6 +8,7 @@
 #include "link/LinkMonitor.h"
 #include "prefs/Passwords.h"
 #include "startup/CurrentPrinter.h"
+#include "startup/ProgramPlaces.h"
 #include "startup/Settings.h"
 #include "startup/Startup.h"
 #include "timeprog/TimeProgramme.h"
@@ -26,10 +27,10 @@ public:
     /// Makes the program's serial control; a test gives one that notes what the device is told.
     using MakeSerial = std::function<std::unique_ptr<SerialControl>(const SerialPorts &)>;
 
-    /// @param folder      program folder; @param clock, @param printers must outlive this object
+    /// @param places      the folder exists; @param clock, @param printers must outlive this object
     /// @param makeSerial  null: a control of a real device
-    Program(const QString &folder, const Clock &clock, const Printers &printers, const MakeSerial &makeSerial = {},
-            QObject *parent = nullptr);
+    Program(const ProgramPlaces &places, const Clock &clock, const Printers &printers,
+            const MakeSerial &makeSerial = {}, QObject *parent = nullptr);
     ~Program() override;
 
     /// Prepares the program folder, reads the settings, chooses the language and reads the register through.
@@ -72,6 +73,7 @@ Q_SIGNALS:
 
 private:
     std::optional<StartFault> holdFolders();
+    std::optional<StartFault> hold(const QString &folder);
     void tmrRefresh_Timer();
     void readUsers();
     void readTimeProgramme(TimeProgramme::Part part);

@@ -23,6 +23,8 @@ public:
     int IndStampante = 0;  ///< index of the chosen printer, -1 = none
     int CodProtocollo = 0; ///< protocol code of the interface, 0 = not known
 
+    /// Name of the file, below the program folder.
+    static QString fileName();
     bool fileExists() const;
 
     /// Value of @p key without blanks at its ends; "" when no line has it or the file cannot be read.
