@@ -101,7 +101,8 @@ QString ProgramFolder::lostTarget(const QString &name) const
 
 QString ProgramFolder::fileToOpen(const QString &name) const
 {
-    QString file = exists(name) ? path(name) : installed(name);
+    const QString common = exists(name) ? QString() : installed(name);
+    QString file = common.isEmpty() ? path(name) : common;
     return checkRegular(file) ? file : QString();
 }
 

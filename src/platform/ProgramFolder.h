@@ -29,8 +29,8 @@ public:
     bool isFolder(const QString &name) const;
     /// Where a link leads under which there is nothing, a share that is not mounted perhaps; "" for all else.
     QString lostTarget(const QString &name) const;
-    /// Path of a picture or manual for a library that opens it by itself: of the folder's own, else of the installed
-    /// one. "" when there is neither, or no regular file.
+    /// Path of a picture or manual for a library that opens it by itself: of the installed one where the folder has
+    /// none of its own. "" when a folder, pipe or device stands there.
     QString fileToOpen(const QString &name) const;
     /// Absolute path that @p name has in the installation; "" when it was not installed.
     QString installed(const QString &name) const;

@@ -281,7 +281,6 @@ private Q_SLOTS:
         const ProgramFolder places(folder.directory.path(), disk, installation.directory.path());
         QCOMPARE(places.fileToOpen(u"Immagini/Icon.png"_s), folder.directory.filePath(u"immagini/ICON.PNG"_s));
         QCOMPARE(places.fileToOpen(u"Immagini/Splash.bmp"_s), installation.folder.path(u"Immagini/SPLASH.bmp"_s));
-        QCOMPARE(places.fileToOpen(u"Immagini/None.bmp"_s), QString());
     }
 
     void namesWithoutRegardToCase()
