@@ -35,7 +35,7 @@ int main(int argumentCount, char *arguments[])
     const Clock clock;
     const FakePrinters printers;
     const double bare = longestGap(4000);
-    Program program(test.directory.path(), clock, printers);
+    Program program({test.directory.path()}, clock, printers);
     if (program.prepare(2, {}))
         return 1;
     Messages messages;

@@ -33,10 +33,15 @@ set(KOR_PICTURE_SOURCES Led_V Led_R Led_G Time_En Time_Dis Warning Splash Icon)
 list(TRANSFORM KOR_PICTURE_SOURCES REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/assets/pictures/\\1.svg")
 set(KOR_PICTURES Led_V.bmp Led_R.bmp Led_G.bmp Time_En.bmp Time_Dis.bmp Warning.bmp Splash.bmp Icon.png)
 list(TRANSFORM KOR_PICTURES PREPEND ${KOR_FOLDER}/Immagini/)
-add_custom_command(OUTPUT ${KOR_PICTURES}
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${KOR_FOLDER}/Immagini
+# Those of the desktop are for the installation alone.
+set(KOR_ICON_SIZES 16 22 24 32 48 64 128 256)
+set(KOR_ICON_FOLDER ${CMAKE_BINARY_DIR}/icons)
+set(KOR_ICONS ${KOR_ICON_SIZES})
+list(TRANSFORM KOR_ICONS REPLACE "(.+)" "${KOR_ICON_FOLDER}/\\1.png")
+add_custom_command(OUTPUT ${KOR_PICTURES} ${KOR_ICONS}
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${KOR_FOLDER}/Immagini ${KOR_ICON_FOLDER}
     COMMAND ${KOR_WITHOUT_SCREEN} $<TARGET_FILE:kor-make-pictures> ${PROJECT_SOURCE_DIR}/assets/pictures
-            ${KOR_FOLDER}/Immagini
+            ${KOR_FOLDER}/Immagini ${KOR_ICON_FOLDER}
     DEPENDS kor-make-pictures ${KOR_PICTURE_SOURCES}
     COMMENT "Drawing the pictures"
     VERBATIM)

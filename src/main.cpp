@@ -8,12 +8,14 @@
 #include "platform/SystemLanguage.h"
 #include "platform/Termination.h"
 #include "startup/CommandLine.h"
+#include "startup/ProgramPlaces.h"
 #include "startup/Version.h"
 #include "widgets/Accessibility.h"
 #include "widgets/DesktopStyle.h"
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QStandardPaths>
 
 #include <algorithm>
 #include <array>
@@ -97,6 +99,8 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argumentCount, char **arg
     // The window system's library has threads of its own.
     holdEndSignals();
     auto application = std::make_unique<QApplication>(argumentCount, arguments);
+    // Docks find the menu entry by it, with its name and icon.
+    QApplication::setDesktopFileName(QStringLiteral("kor-supervisor"));
     QApplication::setStyle(new DesktopStyle);
     installAccessibility();
     return application;
@@ -122,24 +126,29 @@ int main(int argumentCount, char *arguments[])
         return tell(QStringLiteral("kor-supervisor %1\n").arg(programVersion()));
     if (!options.console && !qobject_cast<QApplication *>(application.get()))
         return refuse(texts[OwnText::NoDisplay]);
-    if (options.folder.isEmpty())
-        options.folder = QCoreApplication::applicationDirPath();
+    const QString programs = QCoreApplication::applicationDirPath();
+    ProgramPlaces places =
+        programPlaces(options.folder, programs, QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
 
     std::optional<Termination> termination;
     std::optional<Demonstration> demonstration;
     if (options.demo) {
         // What a demonstration has made is removed, whenever it ends.
         termination.emplace();
-        demonstration.emplace(QCoreApplication::applicationDirPath());
+        demonstration.emplace(programs, places.installation);
         if (const Result<void> started = demonstration->start(); !started)
             return refuse(texts.sentence({OwnText::DemoCannotStart, {started.fault().subject}, started.fault()}));
-        options.folder = demonstration->folder();
+        places.folder = demonstration->folder();
         options.port = Demonstration::Port;
+    } else if (places.isUsersOwn) {
+        Disk disk;
+        if (const Result<void> made = makeUsersFolder(places.folder, disk); !made)
+            return refuse(texts.sentence({OwnText::FolderCannotBePrepared, {made.fault().subject}, made.fault()}));
     }
 
     const Clock clock;
     const Printers printers;
-    Program program(options.folder, clock, printers);
+    Program program(places, clock, printers);
     if (const std::optional<StartFault> fault = program.prepare(language, options.port))
         return refuse(texts.sentence(fault->message));
     Awake awake(clock);

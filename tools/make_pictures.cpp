@@ -1,4 +1,4 @@
-// Makes the picture files of a program folder from their sources; run by the build.
+// Makes the picture files of a program folder, and the icons of the desktop, from their sources; run by the build.
 
 #include <QDataStream>
 #include <QDir>
@@ -19,6 +19,9 @@ struct Picture {
     const char *target;
     QSize size;
 };
+
+/// Sizes, in pixels, that desktops ask for in menus, docks and lists.
+constexpr std::array iconSizes = {16, 22, 24, 32, 48, 64, 128, 256};
 
 constexpr std::array pictures = {
     Picture{"Led_V.svg", "Led_V.bmp", {32, 32}},       Picture{"Led_R.svg", "Led_R.bmp", {32, 32}},
@@ -68,37 +71,51 @@ void writeBitmap(QIODevice &device, const QImage &picture)
     }
 }
 
+/// @return exit code of the program; 0 = the picture has been made
+int make(const QString &source, const QString &target, QSize size)
+{
+    QFile drawing(source);
+    if (!drawing.open(QIODevice::ReadOnly))
+        return fail("read", source, drawing.errorString());
+    QSvgRenderer renderer(drawing.readAll());
+    if (!renderer.isValid())
+        return fail("read", source, QStringLiteral("it is no drawing in SVG"));
+    const QImage image = drawn(renderer, size);
+    QSaveFile file(target);
+    if (!file.open(QIODevice::WriteOnly))
+        return fail("write", target, file.errorString());
+    if (target.endsWith(QLatin1String(".bmp")))
+        writeBitmap(file, image);
+    else if (!image.save(&file, "PNG"))
+        return fail("write", target, file.errorString());
+    if (!file.commit())
+        return fail("write", target, file.errorString());
+    if (QImage(target).convertToFormat(QImage::Format_ARGB32) != image.convertToFormat(QImage::Format_ARGB32))
+        return fail("write", target, QStringLiteral("it reads back as another picture"));
+    return 0;
+}
+
 } // namespace
 
 int main(int argumentCount, char *arguments[])
 {
     const QGuiApplication application(argumentCount, arguments);
-    if (argumentCount != 3) {
-        std::fputs("usage: kor-make-pictures <source folder> <target folder Immagini>\n", stderr);
+    if (argumentCount != 4) {
+        std::fputs("usage: kor-make-pictures <source folder> <target folder Immagini> <target folder of icons>\n",
+                   stderr);
         return 2;
     }
-    const QDir sources(QString::fromLocal8Bit(arguments[1])), targets(QString::fromLocal8Bit(arguments[2]));
+    const QDir sources(QString::fromLocal8Bit(arguments[1])), targets(QString::fromLocal8Bit(arguments[2])),
+        icons(QString::fromLocal8Bit(arguments[3]));
     for (const Picture &picture : pictures) {
         const QString source = sources.filePath(QLatin1String(picture.source));
-        const QString target = targets.filePath(QLatin1String(picture.target));
-        QFile drawing(source);
-        if (!drawing.open(QIODevice::ReadOnly))
-            return fail("read", source, drawing.errorString());
-        QSvgRenderer renderer(drawing.readAll());
-        if (!renderer.isValid())
-            return fail("read", source, QStringLiteral("it is no drawing in SVG"));
-        const QImage image = drawn(renderer, picture.size);
-        QSaveFile file(target);
-        if (!file.open(QIODevice::WriteOnly))
-            return fail("write", target, file.errorString());
-        if (target.endsWith(QLatin1String(".bmp")))
-            writeBitmap(file, image);
-        else if (!image.save(&file, "PNG"))
-            return fail("write", target, file.errorString());
-        if (!file.commit())
-            return fail("write", target, file.errorString());
-        if (QImage(target).convertToFormat(QImage::Format_ARGB32) != image.convertToFormat(QImage::Format_ARGB32))
-            return fail("write", target, QStringLiteral("it reads back as another picture"));
+        if (const int failed = make(source, targets.filePath(QLatin1String(picture.target)), picture.size))
+            return failed;
+    }
+    for (const int size : iconSizes) {
+        const QString target = icons.filePath(QStringLiteral("%1.png").arg(size));
+        if (const int failed = make(sources.filePath(QStringLiteral("Icon.svg")), target, {size, size}))
+            return failed;
     }
     return 0;
 }

@@ -52,3 +52,15 @@ Result<void> makeTemplates(ArchiveStore &archives)
     }
     return {};
 }
+
+Result<void> layTemplates(ProgramFolder &folder)
+{
+    for (const Template &laid : templates) {
+        const QString name = QStringView(laid.name).toString();
+        if (folder.exists(name) || folder.installed(name).isEmpty())
+            continue;
+        if (Result<void> copied = folder.copyInstalled(name); !copied)
+            return copied;
+    }
+    return {};
+}

@@ -3,10 +3,10 @@
 #include "archives/ArchiveStore.h"
 #include "archives/RecordSet.h"
 #include "archives/Tables.h"
+#include "archives/Templates.h"
 #include "platform/Termination.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <array>
@@ -62,18 +62,9 @@ Result<void> Demonstration::makeFolder()
         if (Result<void> made = disk.makeFolder(folder() + QLatin1String(name)); !made)
             return made;
     }
-    for (const char16_t *name : {ArchiveName::UsersTemplate, ArchiveName::BandsTemplate, ArchiveName::HolidaysTemplate,
-                                 ArchiveName::EventsTemplate, ArchiveName::ResultsTemplate}) {
-        const QString below = QLatin1Char('/') + QStringView(name).toString();
-        if (Result<void> copied = disk.copy(m_programs + below, folder() + below); !copied)
-            return copied;
-    }
-
-    // Pictures and manuals are only read; without them the program goes on.
-    for (const char *name : {"/Immagini", "/Istruzioni"})
-        QFile::link(m_programs + QLatin1String(name), folder() + QLatin1String(name));
-
-    ProgramFolder programFolder(folder(), disk);
+    ProgramFolder programFolder(folder(), disk, m_installation);
+    if (Result<void> laid = layTemplates(programFolder); !laid)
+        return laid;
     ArchiveStore archives(programFolder);
     if (Result<void> copied = archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users); !copied)
         return copied;

@@ -10,8 +10,12 @@
 class Demonstration
 {
 public:
-    /// @param programs  folder with kor-simulator and, in `Archivi`, the templates
-    explicit Demonstration(QString programs) : m_programs(std::move(programs)) {}
+    /// @param programs      folder with kor-simulator
+    /// @param installation  folder with the archive templates
+    Demonstration(QString programs, QString installation)
+        : m_programs(std::move(programs)), m_installation(std::move(installation))
+    {
+    }
     ~Demonstration();
     Demonstration(const Demonstration &) = delete;
     Demonstration &operator=(const Demonstration &) = delete;
@@ -26,6 +30,7 @@ private:
     Result<void> startInterface();
 
     QString m_programs;
+    QString m_installation;
     QTemporaryDir m_folder;
     QProcess m_interface;
 };

@@ -19,11 +19,11 @@ QString duration(qint64 milliseconds)
 
 } // namespace
 
-Program::Program(const QString &folder, const Clock &clock, const Printers &printers, const MakeSerial &makeSerial,
-                 QObject *parent)
+Program::Program(const ProgramPlaces &places, const Clock &clock, const Printers &printers,
+                 const MakeSerial &makeSerial, QObject *parent)
     : QObject(parent),
       m_clock(clock),
-      m_folder(folder, m_disk),
+      m_folder(places.folder, m_disk, places.installation),
       m_settings(m_folder, printers),
       m_printer(m_settings, printers, m_notices),
       m_archives(m_folder),
@@ -59,8 +59,8 @@ std::optional<StartFault> Program::prepare(int systemLanguage, std::optional<int
     keepFilesPrivate();
     if (std::optional<StartFault> found = checkProgramFolder(m_folder))
         return found;
-    if (std::optional<StartFault> held = holdFolders())
-        return held;
+    if (std::optional<StartFault> failed = holdFolders())
+        return failed;
     if (std::optional<StartFault> failed = prepareProgramFolder(m_archives, m_settings, systemLanguage, m_notices))
         return failed;
     m_texts.fill(m_settings.Lingua);
@@ -77,15 +77,21 @@ std::optional<StartFault> Program::prepare(int systemLanguage, std::optional<int
 /// Program folders may share their archives by links or mounts: both are held.
 std::optional<StartFault> Program::holdFolders()
 {
-    for (const QString &name : {QString(), QStringView(ArchiveName::Folder).toString()}) {
-        const QString folder = m_folder.path(name);
-        const Result<void> taken = m_lock.take(folder);
-        if (!taken && taken.fault().code == FaultCode::AlreadyInUse)
-            return StartFault{{OwnText::FolderInUse, {folder}, {}}};
-        // Archives on a share that keeps no locks can be worked with as before.
-        if (!taken && name.isEmpty())
-            return StartFault{{OwnText::FolderCannotBePrepared, {folder}, taken.fault()}};
-    }
+    if (std::optional<StartFault> failed = hold(m_folder.root()))
+        return failed;
+    if (std::optional<StartFault> failed = makeArchiveFolder(m_folder))
+        return failed;
+    return hold(m_folder.path(QStringView(ArchiveName::Folder).toString()));
+}
+
+std::optional<StartFault> Program::hold(const QString &folder)
+{
+    const Result<void> taken = m_lock.take(folder);
+    if (!taken && taken.fault().code == FaultCode::AlreadyInUse)
+        return StartFault{{OwnText::FolderInUse, {folder}, {}}};
+    // Archives on a share that keeps no locks can be worked with as before.
+    if (!taken && folder == m_folder.root())
+        return StartFault{{OwnText::FolderCannotBePrepared, {folder}, taken.fault()}};
     return {};
 }
 

@@ -9,6 +9,7 @@
 #include "platform/Awake.h"
 #include "prefs/Passwords.h"
 #include "startup/CurrentPrinter.h"
+#include "startup/ProgramPlaces.h"
 #include "startup/Settings.h"
 #include "startup/Startup.h"
 #include "timeprog/TimeProgramme.h"
@@ -27,10 +28,10 @@ public:
     /// Makes the program's serial control; a test gives one that notes what the device is told.
     using MakeSerial = std::function<std::unique_ptr<SerialControl>(const SerialPorts &)>;
 
-    /// @param folder      program folder; @param clock, @param printers must outlive this object
+    /// @param places      the folder exists; @param clock, @param printers must outlive this object
     /// @param makeSerial  null: a control of a real device
-    Program(const QString &folder, const Clock &clock, const Printers &printers, const MakeSerial &makeSerial = {},
-            QObject *parent = nullptr);
+    Program(const ProgramPlaces &places, const Clock &clock, const Printers &printers,
+            const MakeSerial &makeSerial = {}, QObject *parent = nullptr);
     ~Program() override;
 
     /// Prepares the program folder, reads the settings, chooses the language and reads the register through.
@@ -79,6 +80,7 @@ private:
     std::optional<StartFault> holdFolders();
     void keepDevice(int port);
     void woke(qint64 milliseconds);
+    std::optional<StartFault> hold(const QString &folder);
     void tmrRefresh_Timer();
     void readUsers();
     void tmrUsers_Timer();

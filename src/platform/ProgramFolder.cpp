@@ -33,7 +33,10 @@ qint64 now()
 
 } // namespace
 
-ProgramFolder::ProgramFolder(const QString &root, Disk &disk) : m_root(QDir(root).absolutePath()), m_disk(disk)
+ProgramFolder::ProgramFolder(const QString &root, Disk &disk, const QString &installation)
+    : m_root(QDir(root).absolutePath()),
+      m_installation(installation.isEmpty() ? QString() : QDir(installation).absolutePath()),
+      m_disk(disk)
 {
 }
 
@@ -60,13 +63,24 @@ QString ProgramFolder::inFolder(const QString &folder, const QString &name) cons
     return found == listing.names.constEnd() ? exact : folder + QLatin1Char('/') + *found;
 }
 
-QString ProgramFolder::path(const QString &name) const
+QString ProgramFolder::below(const QString &folder, const QString &name) const
 {
-    QString result = m_root;
+    QString result = folder;
     const QStringList parts = name.split(QLatin1Char('/'), Qt::SkipEmptyParts);
     for (const QString &part : parts)
         result = inFolder(result, part);
     return result;
+}
+
+QString ProgramFolder::path(const QString &name) const
+{
+    return below(m_root, name);
+}
+
+QString ProgramFolder::installed(const QString &name) const
+{
+    const QString file = m_installation.isEmpty() ? QString() : below(m_installation, name);
+    return QFileInfo::exists(file) ? file : QString();
 }
 
 bool ProgramFolder::exists(const QString &name) const
@@ -87,7 +101,8 @@ QString ProgramFolder::lostTarget(const QString &name) const
 
 QString ProgramFolder::fileToOpen(const QString &name) const
 {
-    QString file = path(name);
+    const QString common = exists(name) ? QString() : installed(name);
+    QString file = common.isEmpty() ? path(name) : common;
     return checkRegular(file) ? file : QString();
 }
 
@@ -99,6 +114,11 @@ bool ProgramFolder::isWritable(const QString &name) const
 Result<void> ProgramFolder::copy(const QString &source, const QString &target)
 {
     return m_disk.copy(path(source), path(target));
+}
+
+Result<void> ProgramFolder::copyInstalled(const QString &name)
+{
+    return m_disk.copy(installed(name), path(name));
 }
 
 Result<void> ProgramFolder::remove(const QString &name)

@@ -8,15 +8,17 @@
 
 #include <vector>
 
-/// The folder that holds all the program's data, and the names below it.
+/// The folder that holds all the program's data, and the names below it; and beside it the installation, which is only
+/// read: the archive templates that a new folder gets, and what the folder has no pictures and manuals of its own for.
 ///
 /// Names are relative with "/" between the parts ("Archivi/Anagrafico.zeb") and are found without regard to case, since
 /// folders that were used under other systems write the same name in several ways.
 class ProgramFolder
 {
 public:
-    /// @param root  existing folder; @param disk must outlive this object
-    ProgramFolder(const QString &root, Disk &disk);
+    /// @param root          existing folder; @param disk must outlive this object
+    /// @param installation  folder laid like @p root, perhaps the same; "" when nothing was installed
+    ProgramFolder(const QString &root, Disk &disk, const QString &installation = {});
 
     const QString &root() const { return m_root; }
     Disk &disk() const { return m_disk; }
@@ -27,12 +29,17 @@ public:
     bool isFolder(const QString &name) const;
     /// Where a link leads under which there is nothing, a share that is not mounted perhaps; "" for all else.
     QString lostTarget(const QString &name) const;
-    /// Path of @p name for a library that opens it by itself; "" when a folder, pipe or device stands there.
+    /// Path of a picture or manual for a library that opens it by itself: of the installed one where the folder has
+    /// none of its own. "" when a folder, pipe or device stands there.
     QString fileToOpen(const QString &name) const;
+    /// Absolute path that @p name has in the installation; "" when it was not installed.
+    QString installed(const QString &name) const;
     /// True when files can be made in the folder @p name ("" is the program folder itself).
     bool isWritable(const QString &name) const;
 
     Result<void> copy(const QString &source, const QString &target);
+    /// Copies what was installed as @p name to the same name of the folder.
+    Result<void> copyInstalled(const QString &name);
     Result<void> remove(const QString &name);
 
 private:
@@ -43,8 +50,10 @@ private:
     };
 
     QString inFolder(const QString &folder, const QString &name) const;
+    QString below(const QString &folder, const QString &name) const;
 
     QString m_root;
+    QString m_installation;
     Disk &m_disk;
     mutable QHash<QString, Listing> m_listings;
 };

@@ -15,11 +15,6 @@ constexpr int initialPort = 0;
 constexpr int initialRows = 25;
 constexpr int initialMinutes = 60;
 
-QString fileName()
-{
-    return QStringLiteral("Impost.stp");
-}
-
 QString temporaryName()
 {
     return QStringLiteral("Setup.tmp");
@@ -34,6 +29,11 @@ QByteArray mark(const QString &key)
 
 Settings::Settings(ProgramFolder &folder, const Printers &printers) : m_folder(folder), m_printers(printers)
 {
+}
+
+QString Settings::fileName()
+{
+    return QStringLiteral("Impost.stp");
 }
 
 bool Settings::fileExists() const

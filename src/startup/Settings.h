@@ -24,6 +24,8 @@ public:
     int IndStampante = 0;                        ///< index of the chosen printer, -1 = none
     Protocol CodProtocollo = Protocol::NotKnown; ///< of the interface, as it last told it
 
+    /// Name of the file, below the program folder.
+    static QString fileName();
     bool fileExists() const;
 
     /// Value of @p key without blanks at its ends; "" when no line has it or the file cannot be read.

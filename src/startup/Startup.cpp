@@ -1,6 +1,7 @@
 #include "startup/Startup.h"
 
 #include "archives/Tables.h"
+#include "archives/Templates.h"
 
 #include <QDir>
 
@@ -59,6 +60,32 @@ bool hasBeenUsed(const ProgramFolder &folder)
            std::any_of(files.begin(), files.end(), [](const QString &name) { return isTraceOfUse(name.toLower()); });
 }
 
+/// True for a folder that has nothing in it but what may be laid there before the first start.
+bool isEmpty(const ProgramFolder &folder)
+{
+    static const QStringList laidBefore = {QStringLiteral("porte"), QStringLiteral("immagini"),
+                                           QStringLiteral("istruzioni"), QStringLiteral("lost+found")};
+    const QStringList entries =
+        QDir(folder.root()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    return std::all_of(entries.begin(), entries.end(),
+                       [](const QString &name) { return laidBefore.contains(name.toLower()); });
+}
+
+/// True when `Archivi` and templates that are missing may be made: they come first, settings and archives after them.
+bool isNew(const ProgramFolder &folder)
+{
+    const QString settings = Settings::fileName();
+    return !folder.exists(settings) && folder.lostTarget(settings).isEmpty() && !hasBeenUsed(folder) &&
+           (folder.isFolder(text(ArchiveName::Folder)) || isEmpty(folder));
+}
+
+std::optional<StartFault> checkTemplate(const ProgramFolder &folder, const char16_t *name)
+{
+    if (folder.exists(text(name)) || (isNew(folder) && !folder.installed(text(name)).isEmpty()))
+        return {};
+    return fault(OwnText::TemplateMissing, folder.path(text(name)));
+}
+
 std::optional<StartFault> checkRegister(const ProgramFolder &folder)
 {
     const QString path = folder.path(text(ArchiveName::Users));
@@ -91,27 +118,41 @@ std::optional<StartFault> checkProgramFolder(const ProgramFolder &folder)
 {
     if (!folder.isFolder({}))
         return fault(OwnText::FolderMissing, folder.root());
-    if (!folder.isFolder(text(ArchiveName::Folder)))
+    const bool hasArchives = folder.isFolder(text(ArchiveName::Folder));
+    const bool areInstalled = !folder.installed(text(ArchiveName::Folder)).isEmpty();
+    if (!hasArchives && !(isNew(folder) && areInstalled))
         return fault(OwnText::ArchiviMissing, folder.path(text(ArchiveName::Folder)));
     for (const QString &name : {QString(), text(ArchiveName::Folder)}) {
-        if (!folder.isWritable(name))
+        if (folder.isFolder(name) && !folder.isWritable(name))
             return fault(OwnText::FolderNotWritable, folder.path(name));
     }
     if (std::optional<StartFault> found = checkRegister(folder))
         return found;
     for (const WorkingArchive &archive : workingArchives) {
-        if (!contains(folder, archive.name) && !folder.exists(text(archive.made)))
-            return fault(OwnText::TemplateMissing, folder.path(text(archive.made)));
+        if (contains(folder, archive.name))
+            continue;
+        if (std::optional<StartFault> missing = checkTemplate(folder, archive.made))
+            return missing;
     }
-    if (!folder.exists(text(ArchiveName::EventsTemplate)))
-        return fault(OwnText::TemplateMissing, folder.path(text(ArchiveName::EventsTemplate)));
-    return {};
+    return checkTemplate(folder, ArchiveName::EventsTemplate);
+}
+
+std::optional<StartFault> makeArchiveFolder(ProgramFolder &folder)
+{
+    if (folder.isFolder(text(ArchiveName::Folder)))
+        return {};
+    const Result<void> made = folder.disk().makeFolder(folder.path(text(ArchiveName::Folder)));
+    return made ? std::nullopt : std::optional(cannotPrepare(made.fault()));
 }
 
 std::optional<StartFault> prepareProgramFolder(ArchiveStore &archives, Settings &settings, int systemLanguage,
                                                Notices &notices)
 {
     ProgramFolder &folder = archives.folder();
+    if (isNew(folder)) {
+        if (const Result<void> laid = layTemplates(folder); !laid)
+            return cannotPrepare(laid.fault());
+    }
     if (!folder.isFolder(text(ArchiveName::BackupFolder)) && contains(folder, ArchiveName::BackupFolder)) {
         // Events can be stored all the same; the register cannot be saved.
         notices.post(Icon::Exclamation,

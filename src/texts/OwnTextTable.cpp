@@ -299,10 +299,14 @@ constexpr std::array<TextRow<OwnText>, OwnTextCount> ownTextTable = {{
      "Travaille avec une interface simulée dans un dossier supprimé à la fin.",
      "Arbeitet mit einer simulierten Schnittstelle in einem Ordner, der am Ende gelöscht wird."},
     {OwnText::HelpFolder,
-     "Cartella del programma con gli archivi; se manca, quella del programma stesso.",
-     "Program folder with the archives; the program's own by default.",
-     "Dossier du programme avec les archives; par défaut celui du programme lui-même.",
-     "Programmordner mit den Archiven; ohne Angabe der des Programms selbst."},
+     "Cartella del programma con gli archivi; se manca, quella del programma stesso o, se è installato, "
+     "~/.local/share/kor-supervisor.",
+     "Program folder with the archives; by default the program's own, or, when it is installed, "
+     "~/.local/share/kor-supervisor.",
+     "Dossier du programme avec les archives; par défaut celui du programme lui-même ou, s'il est installé, "
+     "~/.local/share/kor-supervisor.",
+     "Programmordner mit den Archiven; ohne Angabe der des Programms selbst oder, wenn es installiert ist, "
+     "~/.local/share/kor-supervisor."},
     {OwnText::HelpPasswordFile,
      "Con --console: la password principale è la prima riga di FILE, leggibile solo dal suo proprietario.",
      "With --console: the main password is the first line of FILE, which only its owner may read.",

@@ -78,7 +78,7 @@ struct Desk {
     PseudoTerminal interface {
         test.directory.filePath(u"Porte/COM7"_s)
     };
-    Program program{test.directory.path(), clock, printers};
+    Program program{{test.directory.path()}, clock, printers};
     MDIForm1 window{program, messages};
     ClientArea *area = window.findChild<ClientArea *>();
 };

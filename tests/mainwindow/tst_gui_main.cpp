@@ -111,7 +111,7 @@ struct Desk {
     bool answers = true;
     QByteArray asked;
     NotingLine *line = nullptr;
-    Program program{test.directory.path(), clock, printers, [this](const SerialPorts &ports) {
+    Program program{{test.directory.path()}, clock, printers, [this](const SerialPorts &ports) {
                         auto made = std::make_unique<NotingLine>();
                         line = made.get();
                         return std::make_unique<SerialControl>(ports, std::move(made));

@@ -79,7 +79,7 @@ struct Site : TestFolder {
 
     FakeClock clock;
     FakePrinters printers;
-    mutable Program program{directory.path(), clock, printers};
+    mutable Program program{{directory.path()}, clock, printers};
 };
 
 /// Types on the terminal, each time it is listened to: @p first once, and then @p second until @p end.

@@ -1,5 +1,6 @@
 #include "archives/Tables.h"
 #include "startup/CommandLine.h"
+#include "startup/ProgramPlaces.h"
 #include "startup/Startup.h"
 #include "support/Fixtures.h"
 
@@ -20,6 +21,36 @@ struct Start : TestFolder {
     FakePrinters printers;
     Notices notices;
     Settings settings{folder, printers};
+};
+
+/// A folder beside an installation, in which a program starts for the first time.
+struct NewFolder {
+    /// @param stopAt  number of steps on the disk until the power is cut, -1 = it is not
+    bool start(int stopAt)
+    {
+        FakeDisk disk;
+        disk.stopAt = stopAt;
+        ProgramFolder folder(directory.path(), disk, installation.directory.path());
+        ArchiveStore archives(folder);
+        const FakePrinters printers;
+        Settings settings(folder, printers);
+        Notices notices;
+        const bool started = !checkProgramFolder(folder) && !makeArchiveFolder(folder) &&
+                             !prepareProgramFolder(archives, settings, 2, notices);
+        steps = disk.steps;
+        return started;
+    }
+    void lay(const QString &name) const
+    {
+        QDir(directory.path()).mkpath(QFileInfo(name).path());
+        QFile laid(directory.filePath(name));
+        if (!laid.open(QIODevice::WriteOnly))
+            qFatal("a file cannot be laid");
+    }
+
+    TestFolder &installation;
+    QTemporaryDir directory = {};
+    QStringList steps = {};
 };
 
 } // namespace
@@ -169,6 +200,87 @@ private Q_SLOTS:
             QVERIFY2(texts.sentence(fault->message).contains(told), qPrintable(texts.sentence(fault->message)));
         QCOMPARE(test.disk.steps, QStringList());
         QCOMPARE(test.files(), QStringList());
+    }
+
+    void places_data()
+    {
+        const Rows<QString, QString, QString> row("asked", "programs", "expected");
+        row("asked for", u"/data"_s, u"bin"_s, u"/data HERE/share/kor-supervisor"_s);
+        row("asked for, from a ready folder", u"/data"_s, u"ready"_s, u"/data HERE/ready"_s);
+        row("ready folder", {}, u"ready"_s, u"HERE/ready HERE/ready"_s);
+        row("the user's", {}, u"bin"_s, u"/home/me/kor-supervisor HERE/share/kor-supervisor made"_s);
+    }
+    void places()
+    {
+        QFETCH(QString, asked);
+        QFETCH(QString, programs);
+        const QTemporaryDir here;
+        QVERIFY(QDir(here.path()).mkpath(u"ready/ARCHIVI"_s));
+        const ProgramPlaces found = programPlaces(asked, here.filePath(programs), u"/home/me"_s);
+        const QString told = found.folder + u' ' + found.installation + (found.isUsersOwn ? u" made"_s : QString());
+        QTEST(QString(told).replace(here.path(), u"HERE"_s), "expected");
+
+        FakeDisk disk;
+        const QString own = here.filePath(u"a/b/kor-supervisor"_s);
+        QVERIFY(makeUsersFolder(own, disk).ok() && makeUsersFolder(own, disk).ok());
+        QCOMPARE(disk.steps.filter(u"make"_s), listOf("make a,make b,make kor-supervisor"));
+    }
+
+    void emptyFolderIsMadeReady()
+    {
+        TestFolder installation;
+        qsizetype whole = 1;
+        for (int stop = -1; stop < whole; ++stop) {
+            NewFolder made{installation};
+            made.lay(u"Porte/COM5"_s);
+            QCOMPARE(made.start(stop), stop < 0);
+            // What comes after the templates can be cut like any start.
+            whole = std::max(whole, made.steps.indexOf(u"make Backup"_s));
+            QVERIFY2(made.start(-1), qPrintable(u"after step %1"_s.arg(stop)));
+            const QStringList templates = installation.files(u"Archivi"_s);
+            const QDir archives(made.directory.filePath(u"Archivi"_s));
+            QCOMPARE(archives.entryList({u"*org.zeb"_s, u"Eventitmp.zeb"_s, u"*.part"_s}), templates);
+            QCOMPARE(archives.entryList(QDir::Files).size(), templates.size() + 3);
+            for (const QString &name : templates) {
+                QFile copied(archives.filePath(name));
+                QVERIFY(copied.open(QIODevice::ReadOnly));
+                QCOMPARE(copied.readAll(), installation.read(u"Archivi/"_s + name));
+                QVERIFY(!(copied.permissions() & (QFile::ReadGroup | QFile::ReadOther)));
+            }
+        }
+        QVERIFY(whole > 20);
+    }
+
+    void folderThatIsNotNew_data()
+    {
+        const Rows<QString> row("holds");
+        row("settings beside a disk that is not mounted", u"Impost.stp,Archivi/.keep"_s);
+        row("events", u"Archivi/Eventi_05-03-2004.zeb"_s);
+        row("something else", u"letter.txt"_s);
+    }
+    void folderThatIsNotNew()
+    {
+        QFETCH(QString, holds);
+        TestFolder installation;
+        NewFolder used{installation};
+        for (const QString &name : holds.split(u','))
+            used.lay(name);
+        QVERIFY(!used.start(-1));
+        QCOMPARE(used.steps, QStringList());
+    }
+
+    void ownPictureBeforeTheInstalled()
+    {
+        TestFolder installation;
+        QVERIFY(QDir(installation.directory.path()).mkdir(u"Immagini"_s));
+        installation.write(u"Immagini/Icon.png"_s, "installed");
+        installation.write(u"Immagini/SPLASH.bmp"_s, "installed");
+        const NewFolder folder{installation};
+        folder.lay(u"immagini/ICON.PNG"_s);
+        FakeDisk disk;
+        const ProgramFolder places(folder.directory.path(), disk, installation.directory.path());
+        QCOMPARE(places.fileToOpen(u"Immagini/Icon.png"_s), folder.directory.filePath(u"immagini/ICON.PNG"_s));
+        QCOMPARE(places.fileToOpen(u"Immagini/Splash.bmp"_s), installation.folder.path(u"Immagini/SPLASH.bmp"_s));
     }
 
     void namesWithoutRegardToCase()
