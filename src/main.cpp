@@ -1,4 +1,3 @@
-#include "mainwindow/Console.h"
 #include "mainwindow/ConsoleGate.h"
 #include "mainwindow/Demonstration.h"
 #include "mainwindow/MDIForm1.h"
@@ -12,6 +11,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QTimer>
 
 #include <algorithm>
 #include <array>
@@ -44,17 +44,15 @@ int tell(const QString &text)
 
 int runConsole(Program &program, const CommandLine &options, std::optional<Termination> &termination)
 {
-    // On the terminal the password can be given up with Ctrl+C; from here on the program ends in order.
-    if (const QString refusal = ConsoleGate{options.passwordFile}.pass(program); !refusal.isEmpty())
-        return refuse(refusal);
     if (!termination)
         termination.emplace();
     QObject::connect(&*termination, &Termination::requested, qApp, &QCoreApplication::quit);
-    Console console(program, options.demo ? program.texts()[OwnText::ConsoleDemo] : QString());
-    program.load();
-    program.openLink();
+    ConsoleGate gate(program, {options.passwordFile, options.demo ? program.texts()[OwnText::ConsoleDemo] : QString()});
+    QObject::connect(&gate, &ConsoleGate::refused, qApp,
+                     [](const QString &why) { QCoreApplication::exit(refuse(why)); });
+    QTimer::singleShot(0, &gate, &ConsoleGate::run);
     const int exitCode = QCoreApplication::exec();
-    program.end();
+    gate.end();
     return exitCode;
 }
 

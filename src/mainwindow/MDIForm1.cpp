@@ -1,6 +1,5 @@
 #include "mainwindow/MDIForm1.h"
 
-#include "prefs/PasswordFault.h"
 #include "prefs/Splash.h"
 #include "startup/DateTimeText.h"
 #include "startup/Version.h"
@@ -38,6 +37,7 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
     : QMainWindow(parent),
       m_program(program),
       m_messages(messages),
+      m_start(program, *this),
       m_area(new ClientArea(program.settings(), this)),
       StatusBar1(new StatusPanels(QStringLiteral("StatusBar1"), {2500, 700, 640, 1500, 0, 400}, this))
 {
@@ -159,7 +159,7 @@ void MDIForm1::load()
     applyTexts();
     show();
     m_splash->raise();
-    m_program.load();
+    m_start.load();
     tmrShow.start(showMilliseconds);
 }
 
@@ -168,38 +168,34 @@ void MDIForm1::tmrShow_Timer()
     setEnabled(true);
     if (m_splash)
         m_splash->close();
-    if (!readPasswords())
-        return;
     showNext();
-    applyTexts();
-    if (m_program.passwords().isSet(Passwords::Type::Main)) {
-        m_menu.gateIsClosed = true;
-        applyMenu();
-        askPassword(Passwords::Type::Main, false);
-        return;
-    }
-    m_program.openLink();
+    m_start.run();
 }
 
-/// Reads the three passwords; without them nobody may pass. @return false when the window does not come to life yet
-bool MDIForm1::readPasswords()
+void MDIForm1::tellTriedAgain(const Message &why)
 {
-    const Texts &texts = m_program.texts();
-    const Passwords::Fault fault = m_program.passwords().load();
-    if (fault == Passwords::Fault::None)
-        return true;
-    m_menu.gateIsClosed = true;
-    applyMenu();
-    const Fault &reason = m_program.passwords().reason();
-    if (fault == Passwords::Fault::Unreadable) {
-        // Another program holds the register for the moment; nothing opens before it can be read.
-        StatusBar1->showText(5,
-                             texts.sentence({OwnText::RegisterTriedAgain, {QStringLiteral("Anagrafico.zeb")}, reason}));
-        tmrShow.start(showMilliseconds);
-        return false;
-    }
-    showCritical(texts.sentence(passwordMessage(fault, reason)), [this] { end(); });
-    return false;
+    m_registerWait = m_program.texts().sentence(why);
+    applyTexts();
+}
+
+void MDIForm1::askPassword()
+{
+    m_registerWait.clear();
+    applyTexts();
+    askPassword(Passwords::Type::Main, false);
+}
+
+void MDIForm1::refuse(const Message &why)
+{
+    m_registerWait.clear();
+    applyTexts();
+    showCritical(m_program.texts().sentence(why), [this] { end(); });
+}
+
+void MDIForm1::passed()
+{
+    m_registerWait.clear();
+    applyTexts();
 }
 
 // What is shown ------------------------------------------------------------------------------------------------------
@@ -256,6 +252,7 @@ QString MDIForm1::caption() const
 
 void MDIForm1::applyMenu()
 {
+    m_menu.gateIsClosed = m_start.isGateClosed();
     const MenuState state = menuState(m_menu);
     for (size_t i = 0; i < m_menus.size(); ++i)
         m_menus.at(i)->setEnabled(state.menus.at(i));

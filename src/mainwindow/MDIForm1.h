@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mainwindow/MenuState.h"
-#include "mainwindow/Program.h"
+#include "mainwindow/StartSequence.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Messages.h"
 #include "widgets/StatusPanels.h"
@@ -20,7 +20,7 @@ class QMenu;
 class Splash;
 
 /// The frame window: menu, status bar, timers, and the windows that are opened from the menu.
-class MDIForm1 : public QMainWindow
+class MDIForm1 : public QMainWindow, private Gate
 {
     Q_OBJECT
 
@@ -71,7 +71,13 @@ private:
     bool asksAboutEvents();
     void askToLose();
     bool tellsWhatIsLeft();
-    bool readPasswords();
+
+    // The gate.
+    bool waitsFor(const Fault & /*reason*/) const override { return true; }
+    void tellTriedAgain(const Message &why) override;
+    void askPassword() override;
+    void refuse(const Message &why) override;
+    void passed() override;
 
     // Boxes over this window stand one at a time: notices first, then what else is to be told or done.
     void showNext();
@@ -142,6 +148,8 @@ private:
 
     Program &m_program;
     Messages &m_messages;
+    StartSequence m_start;
+    QString m_registerWait; ///< why the start waits for the register, "" when it does not
     Translation m_translation;
     MenuInput m_menu;
     std::array<QMenu *, TopMenuCount> m_menus{};

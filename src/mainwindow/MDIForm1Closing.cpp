@@ -104,7 +104,7 @@ void MDIForm1::closeEvent(QCloseEvent *event)
     tmrFlash.stop();
     if (m_splash)
         m_splash->close();
-    m_program.end();
+    m_start.end();
     if (tellsWhatIsLeft()) {
         event->ignore();
         return;

@@ -14,7 +14,10 @@ constexpr int lastMessageMilliseconds = 10'000;
 void MDIForm1::showWaiting()
 {
     const std::optional<Message> waits = m_program.log().waits();
-    StatusBar1->showRemark(waits ? m_program.texts().sentence(*waits) : QString());
+    // Why they wait says more than how many do.
+    StatusBar1->showRemark(!m_registerWait.isEmpty() ? m_registerWait
+                           : waits                   ? m_program.texts().sentence(*waits)
+                                                     : QString());
 }
 
 /// Asks before events are lost that are in memory only. @return true when the program does not end, as yet

@@ -226,9 +226,7 @@ void MDIForm1::objPassProg_Chiudi(int type, int code)
     if (code == RightToDeactivate) {
         deactivate(which);
     } else if (which == Passwords::Type::Main && code == Right) {
-        m_menu.gateIsClosed = false;
-        applyMenu();
-        m_program.openLink();
+        m_start.pass();
     } else if (which == Passwords::Type::Main && code == Cancelled) {
         QMetaObject::invokeMethod(this, &MDIForm1::end, Qt::QueuedConnection);
     } else if (which == Passwords::Type::Diagnostics && code == Right) {

@@ -51,7 +51,7 @@ std::optional<StartFault> Program::prepare(int systemLanguage, std::optional<int
     if (std::optional<StartFault> failed = prepareProgramFolder(m_archives, m_settings, systemLanguage, m_notices))
         return failed;
     m_texts.fill(m_settings.Lingua);
-    // What is locked for the moment is waited for later, by the gate.
+    // What is locked for the moment is waited for later, see StartSequence.
     if (m_passwords.load() == Passwords::Fault::RegisterUnusable)
         return StartFault{registerMessage(m_folder, m_passwords.reason())};
     if (const Result<void> read = m_users.open(); !read && read.fault().code == FaultCode::Damaged)
@@ -79,7 +79,6 @@ std::optional<StartFault> Program::holdFolders()
 void Program::load()
 {
     m_running = true;
-    readUsers();
     readTimeProgramme(TimeProgramme::Part::Bands);
     readTimeProgramme(TimeProgramme::Part::Holidays);
     m_timeProgramme.run();
@@ -89,11 +88,15 @@ void Program::load()
 
 void Program::openLink()
 {
+    m_link.ApriCollegamento();
+}
+
+void Program::storePort()
+{
     if (const std::optional<int> port = std::exchange(m_portToStore, {})) {
         if (const Result<void> saved = m_settings.save(QStringLiteral("COM"), *port); !saved)
             m_notices.post(Icon::Exclamation, {OwnText::SettingNotSaved, {QStringLiteral("COM")}, saved.fault()});
     }
-    m_link.ApriCollegamento();
 }
 
 void Program::end()
@@ -105,8 +108,7 @@ void Program::end()
     m_serial->deliverAll();
     m_link.end();
     m_serial->setRThreshold(0);
-    if (!m_users.isKnown())
-        readUsers();
+    readUsers();
     m_log.close();
     m_timeProgramme.end();
     // Last: nothing is kept waiting by it any more.
@@ -115,7 +117,10 @@ void Program::end()
 
 void Program::readUsers()
 {
-    const Result<void> read = m_users.isKnown() ? Result<void>() : m_users.open();
+    m_usersAreWanted = true;
+    if (m_users.isKnown())
+        return;
+    const Result<void> read = m_users.open();
     if (read) {
         m_road.usersKnown();
     } else if (!std::exchange(m_usersFaultTold, true)) {
@@ -151,7 +156,7 @@ void Program::reloadTimeProgramme(TimeProgramme::Part part)
 void Program::tmrRefresh_Timer()
 {
     Q_EMIT refreshing();
-    if (!m_users.isKnown())
+    if (m_usersAreWanted)
         readUsers();
     m_timeProgramme.readLocked();
     if (!m_log.changeDayIfNeeded() && !m_timeProgramme.isSuspended())

@@ -36,14 +36,18 @@ public:
     /// @param port  COM number to choose as the port dialog would, if any
     /// @return why the program cannot run; what was there in the folder has not been changed then
     std::optional<StartFault> prepare(int systemLanguage, std::optional<int> port);
-    /// Opens the archives and applies the time programme.
+    /// Opens the archives and applies the time programme. Events wait undecided until readUsers().
     void load();
-    /// The gate has been passed: stores the port that prepare() was given and opens the link to the interface.
+    /// Opens the link to the interface.
     void openLink();
+    /// Reads the register when it is not known. When that cannot be done the operator is told, events wait undecided,
+    /// and it is read again every ten seconds until it can.
+    void readUsers();
+    /// The gate has been passed: stores the port that prepare() was given.
+    void storePort();
     /// An editor of bands or holidays has closed: reads its archive anew, evaluates and applies.
     void reloadTimeProgramme(TimeProgramme::Part part);
-    /// The register has been saved anew: events are checked against it from now on. When it cannot be read the operator
-    /// is told, events wait undecided, and it is read again every ten seconds until it can.
+    /// The register has been saved anew: events are checked against it from now on, see readUsers().
     void reloadUsers();
     /// Stores what can be stored, closes the archives and releases the RTS line.
     void end();
@@ -73,7 +77,6 @@ Q_SIGNALS:
 private:
     std::optional<StartFault> holdFolders();
     void tmrRefresh_Timer();
-    void readUsers();
     void readTimeProgramme(TimeProgramme::Part part);
 
     const Clock &m_clock;
@@ -96,5 +99,6 @@ private:
     Passwords m_passwords;
     std::optional<int> m_portToStore;
     bool m_running = false;
+    bool m_usersAreWanted = false; ///< readUsers() has been called
     bool m_usersFaultTold = false;
 };
