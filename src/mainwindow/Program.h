@@ -67,6 +67,11 @@ public:
     TimeProgramme &timeProgramme() { return m_timeProgramme; }
     Passwords &passwords() { return m_passwords; }
     const UserDirectory &users() const { return m_users; }
+    /// Path of a picture of the program folder, for who loads it.
+    QString picture(const char *name) const
+    {
+        return m_folder.fileToOpen(QStringLiteral("Immagini/") + QLatin1String(name));
+    }
 
     QTimer tmrRefresh; ///< 10 s: change of day, time programme
 

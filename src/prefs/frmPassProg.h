@@ -19,6 +19,7 @@ public:
 
     bool DisattivaPW = false; ///< the password is asked in order to remove it
     void setTipoPass(Passwords::Type type);
+    Passwords::Type tipoPass() const { return m_type; }
 
 Q_SIGNALS:
     /// @param tipo    1 to 3, the password that was asked
