@@ -11,15 +11,19 @@ WindowSet::WindowSet(ClientArea &area) : m_area(area)
 
 bool WindowSet::openBeside(ChildWindow *window)
 {
-    // What it has to tell while it opens stands over the main window, and stays when it goes.
-    window->setParent(m_area.window());
+    // Not its parent as yet: moved on from there into its frame it would not get the keyboard back.
+    window->setUnderneath(m_area.window());
     watch(window);
     if (!window->open()) {
         window->unload();
         return false;
     }
+    // One that is disabled until it has loaded takes the keyboard before: else it would not come back to it.
+    const bool isLoading = !window->isEnabled();
+    window->setEnabled(true);
     m_area.setActiveSubWindow(m_area.open(window));
     window->takeKeyboard();
+    window->setEnabled(!isLoading);
     return true;
 }
 
