@@ -1,4 +1,3 @@
-#include "mainwindow/Console.h"
 #include "mainwindow/ConsoleGate.h"
 #include "mainwindow/Demonstration.h"
 #include "mainwindow/MDIForm1.h"
@@ -16,6 +15,7 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QStandardPaths>
+#include <QTimer>
 
 #include <algorithm>
 #include <array>
@@ -48,21 +48,18 @@ int tell(const QString &text)
 
 int runConsole(Program &program, const CommandLine &options, std::optional<Termination> &termination)
 {
-    // On the terminal the password can be given up with Ctrl+C; from here on the program ends in order.
-    if (const QString refusal = ConsoleGate{options.passwordFile}.pass(program); !refusal.isEmpty())
-        return refuse(refusal);
     if (!termination)
         termination.emplace();
     QObject::connect(&*termination, &Termination::requested, qApp, &QCoreApplication::quit);
-    Console console(program, options.demo ? program.texts()[OwnText::ConsoleDemo] : QString());
-    program.load();
-    program.openLink();
-    // Also without a port: it is waited for.
+    ConsoleGate gate(program, {options.passwordFile, options.demo ? program.texts()[OwnText::ConsoleDemo] : QString()});
+    QObject::connect(&gate, &ConsoleGate::refused, qApp,
+                     [](const QString &why) { QCoreApplication::exit(refuse(why)); });
     ServiceManager manager;
-    manager.ready();
+    QObject::connect(&gate, &ConsoleGate::works, &manager, &ServiceManager::ready, Qt::QueuedConnection);
+    QTimer::singleShot(0, &gate, &ConsoleGate::run);
     const int exitCode = QCoreApplication::exec();
     manager.stopping();
-    program.end();
+    gate.end();
     return exitCode;
 }
 

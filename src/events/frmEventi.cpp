@@ -204,9 +204,7 @@ bool frmEventi::open()
 bool frmEventi::namesRead(const Result<void> &read)
 {
     if (!read) {
-        // This window is taken away at once; the message must stay.
-        m_messages.show(parentWidget() ? window() : nullptr, Icon::Critical,
-                        m_texts.sentence({OwnText::SearchNotPossible, {}, read.fault()}));
+        m_messages.show(underneath(), Icon::Critical, m_texts.sentence({OwnText::SearchNotPossible, {}, read.fault()}));
         return false;
     }
     dbcmbCognome->setEntries(m_surnames.take());

@@ -29,9 +29,8 @@ public:
               const CurrentPrinter &printer, QWidget *parent = nullptr);
     ~frmEventi() override;
 
-    /// Begins to read the users, whose names come a moment later when there are many. When they cannot be read, the
-    /// operator is told and this window is of no use; later on it closes itself.
-    bool open();
+    /// Begins to read the users, whose names come a moment later when there are many.
+    bool open() override;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

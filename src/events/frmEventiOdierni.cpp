@@ -90,8 +90,7 @@ bool frmEventiOdierni::open()
 bool frmEventiOdierni::usersRead(const Result<void> &read)
 {
     if (!read) {
-        // This window is taken away at once; the message must stay.
-        m_messages.show(parentWidget() ? window() : nullptr, Icon::Critical,
+        m_messages.show(underneath(), Icon::Critical,
                         m_texts.sentence({OwnText::UsersUnreadable, {QStringLiteral("Anagrafico.zeb")}, read.fault()}));
     }
     return read.ok();

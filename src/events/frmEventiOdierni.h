@@ -22,9 +22,8 @@ public:
     frmEventiOdierni(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
                      const CurrentPrinter &printer, QWidget *parent = nullptr);
 
-    /// Begins to read the users and to look at the day. When the users cannot be read, the operator is told and this
-    /// window is of no use; later on it closes itself.
-    bool open();
+    /// Begins to read the users and to look at the day.
+    bool open() override;
     /// Most rows to be shown, limited to 1 to 1000; an open view keeps those that it began with.
     void setNumEv(int rows) { m_limit = qBound(1, rows, HighestDailyEventCount); }
 

@@ -83,9 +83,8 @@ bool frmPrnLastEv::open()
 bool frmPrnLastEv::usersRead(const Result<void> &read)
 {
     if (!read) {
-        // This window is taken away at once; the message must stay.
         m_messages.show(
-            parentWidget() ? window() : nullptr, Icon::Critical,
+            underneath(), Icon::Critical,
             m_texts.sentence({OwnText::UsersUnreadable, {QStringView(ArchiveName::Users).toString()}, read.fault()}));
     }
     return read.ok();

@@ -25,9 +25,8 @@ public:
     frmPrnLastEv(Source source, const CurrentPrinter &printer, const Texts &texts, Messages &messages,
                  QWidget *parent = nullptr);
 
-    /// Begins to read the users. When they cannot be read, the operator is told and this window is of no use; later on
-    /// it closes itself.
-    bool open();
+    /// Begins to read the users.
+    bool open() override;
 
 private:
     void captions();

@@ -35,7 +35,6 @@ Console::Console(Program &program, const QString &remark, QObject *parent) : QOb
 {
     const Texts &texts = program.texts();
     LinkMonitor &link = program.link();
-    connect(&program.log(), &EventLog::stored, this, &Console::tellStored);
     connect(&program.notices(), &Notices::posted, this, &Console::tellNotices);
     connect(&program.timeProgramme(), &TimeProgramme::lineChanged, this, &Console::tellLine);
     connect(&link, &LinkMonitor::linkChanged, this, &Console::tellLink);
@@ -62,6 +61,12 @@ Console::Console(Program &program, const QString &remark, QObject *parent) : QOb
     if (!remark.isEmpty())
         tell(remark);
     tellNotices();
+}
+
+void Console::tellEvents()
+{
+    const Texts &texts = m_program.texts();
+    connect(&m_program.log(), &EventLog::stored, this, &Console::tellStored);
     tell(row({texts[Text::Data], texts[Text::Ora], texts[Text::CognomeUtente], texts[Text::NomeUtente],
               texts[Text::Codice], texts[Text::Tipo], texts[Text::Ch], texts[Text::ChDis], texts[Text::KorDis]}));
 }

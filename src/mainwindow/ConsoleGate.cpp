@@ -1,11 +1,6 @@
 #include "mainwindow/ConsoleGate.h"
 
-#include "archives/Tables.h"
-#include "platform/TerminalPassword.h"
-#include "prefs/PasswordFault.h"
-
 #include <QFile>
-#include <QThread>
 
 #include <cstdio>
 
@@ -16,59 +11,80 @@ constexpr int penaltySeconds = 1;
 
 } // namespace
 
-QString ConsoleGate::pass(Program &program) const
+ConsoleGate::ConsoleGate(Program &program, Options options, QObject *parent)
+    : QObject(parent), m_program(program), m_options(std::move(options)), m_start(program, *this)
 {
-    if (QString refusal = readPasswords(program); !refusal.isEmpty())
-        return refusal;
-    if (!program.passwords().isSet(Passwords::Type::Main))
-        return {};
-    return passwordFile.isEmpty() ? fromTerminal(program) : fromFile(program);
 }
 
-QString ConsoleGate::readPasswords(Program &program) const
+void ConsoleGate::tellTriedAgain(const Message &why)
 {
-    const Texts &texts = program.texts();
-    for (bool told = false;; told = true) {
-        const Passwords::Fault fault = program.passwords().load();
-        if (fault == Passwords::Fault::None)
-            return {};
-        const Fault &reason = program.passwords().reason();
-        if (fault != Passwords::Fault::Unreadable || reason.code != FaultCode::Locked)
-            return texts.sentence(passwordMessage(fault, reason));
-        const Message message{OwnText::RegisterTriedAgain, {QStringView(ArchiveName::Users).toString()}, reason};
-        if (!told)
-            std::fprintf(stderr, "%s\n", texts.sentence(message).toUtf8().constData());
-        QThread::sleep(1);
-    }
+    Q_EMIT works();
+    if (m_console)
+        return;
+    std::fprintf(stderr, "%s\n", m_program.texts().sentence(why).toUtf8().constData());
+    // What befalls the line meanwhile is told.
+    console();
 }
 
-QString ConsoleGate::fromFile(Program &program) const
+void ConsoleGate::askPassword()
 {
-    const Texts &texts = program.texts();
-    QFile file(passwordFile);
-    if (!isOwnersOnly(passwordFile) || !file.open(QIODevice::ReadOnly))
-        return texts.sentence({OwnText::PasswordFileUnusable, {passwordFile}, {}});
+    if (!m_options.passwordFile.isEmpty())
+        return askFile();
+    if (!TerminalPassword::isThere())
+        return refuse({OwnText::PasswordNeedsTerminal, {}, {}});
+    m_terminal = std::make_unique<TerminalPassword>();
+    connect(m_terminal.get(), &TerminalPassword::typed, this, &ConsoleGate::typed);
+    connect(m_terminal.get(), &TerminalPassword::givenUp, this, [this] {
+        refuse({OwnText::PasswordNotGiven, {}, {}});
+    });
+    m_terminal->ask(m_program.texts()[Text::PasswordRichiesta]);
+}
+
+void ConsoleGate::askFile()
+{
+    QFile file(m_options.passwordFile);
+    if (!isOwnersOnly(m_options.passwordFile) || !file.open(QIODevice::ReadOnly))
+        return refuse({OwnText::PasswordFileUnusable, {m_options.passwordFile}, {}});
     QString line = QString::fromUtf8(file.readLine());
     while (line.endsWith(QLatin1Char('\n')) || line.endsWith(QLatin1Char('\r')))
         line.chop(1);
-    if (program.passwords().matches(Passwords::Type::Main, line))
-        return {};
-    QThread::sleep(penaltySeconds);
-    return texts[Text::PasswordErrata];
+    if (isRight(line))
+        return m_start.pass();
+    QTimer::singleShot(penaltySeconds * 1000, this, [this] { refuse({Text::PasswordErrata, {}, {}}); });
 }
 
-QString ConsoleGate::fromTerminal(Program &program) const
+void ConsoleGate::typed(const QString &text)
 {
-    const Texts &texts = program.texts();
-    if (!isTerminal())
-        return texts[OwnText::PasswordNeedsTerminal];
-    for (;;) {
-        const std::optional<QString> typed = askOnTerminal(texts[Text::PasswordRichiesta]);
-        if (!typed)
-            return texts[OwnText::PasswordNotGiven];
-        if (program.passwords().matches(Passwords::Type::Main, *typed))
-            return {};
-        std::fprintf(stderr, "%s\n", texts[Text::PasswordErrata].toUtf8().constData());
-        holdUpTerminal(penaltySeconds);
+    if (isRight(text)) {
+        m_terminal->end();
+        return m_start.pass();
     }
+    const Texts &texts = m_program.texts();
+    std::fprintf(stderr, "%s\n", texts[Text::PasswordErrata].toUtf8().constData());
+    m_terminal->ask(texts[Text::PasswordRichiesta], penaltySeconds);
+}
+
+bool ConsoleGate::isRight(const QString &password) const
+{
+    return m_program.passwords().matches(Passwords::Type::Main, password);
+}
+
+void ConsoleGate::refuse(const Message &why)
+{
+    if (m_terminal)
+        m_terminal->end();
+    Q_EMIT refused(m_program.texts().sentence(why));
+}
+
+void ConsoleGate::passed()
+{
+    console().tellEvents();
+    Q_EMIT works();
+}
+
+Console &ConsoleGate::console()
+{
+    if (!m_console)
+        m_console = std::make_unique<Console>(m_program, m_options.remark);
+    return *m_console;
 }

@@ -1,18 +1,49 @@
 #pragma once
 
-#include "mainwindow/Program.h"
+#include "mainwindow/Console.h"
+#include "mainwindow/StartSequence.h"
+#include "platform/TerminalPassword.h"
 
-/// Where the main password of a run without a window comes from.
-struct ConsoleGate {
-    QString passwordFile; ///< "" = it is asked for on the terminal
+/// Start and gate of a run without a window. A wrong password costs a second.
+class ConsoleGate : public QObject, private Gate
+{
+    Q_OBJECT
 
-    /// Reads the passwords and, with a main password set, lets nobody pass who does not know it. A register that is
-    /// locked is tried again until it can be read. Each wrong password costs a second.
-    /// @return why the program must not go on, in words; "" when it may
-    QString pass(Program &program) const;
+public:
+    /// What the command line says of the run.
+    struct Options {
+        QString passwordFile; ///< the main password is its first line; "" = it is asked for on the terminal
+        QString remark;       ///< told at the head, "" for none
+    };
+
+    /// @param program  prepared; must outlive this object
+    ConsoleGate(Program &program, Options options, QObject *parent = nullptr);
+
+    void run() { m_start.run(); }
+    /// Ends the program, and tells what is found out at the very end.
+    void end() { m_start.end(); }
+
+Q_SIGNALS:
+    /// Events are received, or will be as soon as there is a port, and the register can be read; told once or more.
+    void works();
+    /// The program must not go on. @param why  in words
+    void refused(const QString &why);
 
 private:
-    QString readPasswords(Program &program) const;
-    QString fromFile(Program &program) const;
-    QString fromTerminal(Program &program) const;
+    bool waitsFor(const Fault &reason) const override { return reason.code == FaultCode::Locked; }
+    void tellTriedAgain(const Message &why) override;
+    void askPassword() override;
+    void refuse(const Message &why) override;
+    void passed() override;
+
+    void askFile();
+    void typed(const QString &text);
+    bool isRight(const QString &password) const;
+    Console &console();
+
+    Program &m_program;
+    const Options m_options;
+    StartSequence m_start;
+    std::unique_ptr<TerminalPassword> m_terminal;
+    std::unique_ptr<Console> m_console;
 };

@@ -1,36 +1,24 @@
 #include "mainwindow/MDIForm1.h"
 
-#include "prefs/PasswordFault.h"
+#include "link/frmConfInt.h"
 #include "prefs/Splash.h"
-#include "startup/Version.h"
-#include "texts/DateTimeText.h"
+#include "prefs/frmMessage.h"
 #include "widgets/ClientArea.h"
 
-#include <QAction>
 #include <QApplication>
-#include <QMdiSubWindow>
-#include <QMenu>
+#include <QCloseEvent>
 #include <QMenuBar>
 #include <QScreen>
 #include <QSessionManager>
+#include <QShortcutEvent>
+
+#include <algorithm>
+
+// The main window from its start to its end; the windows that it opens are in MDIForm1Windows.cpp.
 
 namespace {
 
 constexpr int showMilliseconds = 1000;
-constexpr int flashMilliseconds = 300;
-
-Text captionOf(Passwords::Type type, bool isSet)
-{
-    switch (type) {
-    case Passwords::Type::Main:
-        return isSet ? Text::MnuDisabilitazionePasswordPrincipale : Text::MnuAbilitazionePasswordPrincipale;
-    case Passwords::Type::Users:
-        return isSet ? Text::MnuDisabilitazionePasswordUtenti : Text::MnuAbilitazionePasswordUtenti;
-    case Passwords::Type::Diagnostics:
-        break;
-    }
-    return isSet ? Text::MnuDisabilitazionePasswordDiagnostica : Text::MnuAbilitazionePasswordDiagnostica;
-}
 
 } // namespace
 
@@ -38,128 +26,104 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
     : QMainWindow(parent),
       m_program(program),
       m_messages(messages),
+      m_start(program, *this),
       m_area(new ClientArea(program.settings(), this)),
-      StatusBar1(new StatusPanels(QStringLiteral("StatusBar1"), {2500, 700, 640, 1500, 0, 400}, this))
+      m_windows(*m_area),
+      m_menu(*menuBar(), program.texts(), [this] { return menuInput(); }),
+      m_display(program, *this),
+      m_boxes(*this, {messages, program.notices(), program.texts()}),
+      m_closing(program, m_boxes),
+      m_alarm(*this, *m_area)
 {
     setObjectName(QStringLiteral("MDIForm1"));
     m_area->setObjectName(QStringLiteral("Client"));
     // When a window closes, the one that was in front before it comes back.
     m_area->setActivationOrder(QMdiArea::ActivationHistoryOrder);
     setCentralWidget(m_area);
-    connect(m_area, &QMdiArea::subWindowActivated, this, &MDIForm1::subWindowActivated);
     buildMenu();
-    setStatusBar(StatusBar1);
-    for (const auto &[timer, name] : {std::pair(&tmrShow, "tmrShow"), std::pair(&tmrFlash, "tmrFlash")}) {
-        timer->setParent(this);
-        timer->setObjectName(QString::fromLatin1(name));
-    }
+    tmrShow.setParent(this);
+    tmrShow.setObjectName(QStringLiteral("tmrShow"));
     tmrShow.setSingleShot(true);
-    tmrFlash.setInterval(flashMilliseconds);
     connect(&tmrShow, &QTimer::timeout, this, &MDIForm1::tmrShow_Timer);
-    connect(&tmrFlash, &QTimer::timeout, this, &MDIForm1::tmrFlash_Timer);
-    connect(&program, &Program::refreshing, this, &MDIForm1::showClock);
-    connect(&program.timeProgramme(), &TimeProgramme::applied, this, &MDIForm1::showTime);
-    connect(&program.log(), &EventLog::waitingChanged, this, &MDIForm1::showWaiting);
-    connect(&program.notices(), &Notices::posted, this, &MDIForm1::showNext, Qt::QueuedConnection);
+    connectParts();
+    connectLink();
     connect(qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &manager) {
         if (!closeForSession(manager.allowsInteraction()))
             manager.cancel();
     });
     qApp->installEventFilter(this);
-    connectLink();
 }
 
 MDIForm1::~MDIForm1()
 {
     // What they tell when they go is heard while there is somebody to hear it.
-    qDeleteAll(openWindows());
-    delete m_alarm;
-    m_area->disconnect(this);
+    m_windows.clear();
     delete m_splash;
 }
 
-void MDIForm1::buildMenu()
+void MDIForm1::connectParts()
 {
-    static constexpr std::array names = {"mnuFile", "mnuAnagrafica", "mnuConsult", "mnuStrumenti", "mnuHelp"};
-    for (size_t i = 0; i < names.size(); ++i) {
-        m_menus.at(i) = menuBar()->addMenu(QString());
-        m_menus.at(i)->setObjectName(QString::fromLatin1(names.at(i)));
-        m_menus.at(i)->menuAction()->setObjectName(QString::fromLatin1(names.at(i)));
-    }
-    const auto [file, users, events, tools, help] = m_menus;
-    const auto separate = [](QMenu *menu, const char *name) {
-        menu->addSeparator()->setObjectName(QString::fromLatin1(name));
-    };
-    addEntry(file, Entry::ImpPrn, "mnuImpPrn", &MDIForm1::mnuImpPrn_Click);
-    separate(file, "mnuLinea");
-    addEntry(file, Entry::Exit, "mnuExit", &MDIForm1::mnuExit_Click);
-
-    addEntry(users, Entry::Utenti, "mnuUtenti", &MDIForm1::mnuUtenti_Click);
-    addEntry(users, Entry::FascieOr, "mnuFascieOr", &MDIForm1::mnuFascieOr_Click);
-    addEntry(users, Entry::ProgFerie, "mnuProgFerie", &MDIForm1::mnuProgFerie_Click);
-
-    addEntry(events, Entry::Eventi, "mnuEventi", &MDIForm1::mnuEventi_Click);
-    addEntry(events, Entry::EventiOdierni, "mnuEventiOdierni", &MDIForm1::mnuEventiOdierni_Click);
-    addEntry(events, Entry::PrnLastEv, "mnuPrnLastEv", &MDIForm1::mnuPrnLastEv_Click);
-    separate(events, "mnuLineaCons");
-    addEntry(events, Entry::NumEvOdVis, "mnuNumEvOdVis", &MDIForm1::mnuNumEvOdVis_Click);
-
-    addEntry(tools, Entry::ImpCom, "mnuImpCom", &MDIForm1::mnuImpCom_Click);
-    addEntry(tools, Entry::LetConfInt, "mnuLetConfInt", &MDIForm1::mnuLetConfInt_Click);
-    addEntry(tools, Entry::Utility, "mnuUtility", &MDIForm1::mnuUtility_Click);
-    addEntry(tools, Entry::ImpContKor, "mnuImpContKor", &MDIForm1::mnuImpContKor_Click);
-    separate(tools, "mnuLinea4");
-    addEntry(tools, Entry::Lingua, "mnuLingua", &MDIForm1::mnuLingua_Click);
-    separate(tools, "mnuLinea3");
-    addEntry(tools, Entry::AttPass, "mnuAttPass", [this] { mnuAttPass_Click(Passwords::Type::Main); });
-    addEntry(tools, Entry::AttPassUte, "mnuAttPassUte", [this] { mnuAttPass_Click(Passwords::Type::Users); });
-    addEntry(tools, Entry::AttPassUty, "mnuAttPassUty", [this] { mnuAttPass_Click(Passwords::Type::Diagnostics); });
-
-    addEntry(help, Entry::IstrKOR, "mnuIstrKOR",
-             [this] { mnuIstr_Click(Text::MnuIstruzioniHardware731, QStringLiteral("Istruzioni/man731.pdf")); });
-    addEntry(help, Entry::Istr752, "mnuIstr752",
-             [this] { mnuIstr_Click(Text::MnuIstruzioniHardware752, QStringLiteral("Istruzioni/man752.pdf")); });
-    addEntry(help, Entry::IstrSwKOR, "mnuIstrSwKOR",
-             [this] { mnuIstr_Click(Text::MnuIstruzioniSoftware, QStringLiteral("Istruzioni/mansw.pdf")); });
-    m_entries.at(static_cast<size_t>(Entry::IstrSwKOR))->setShortcut(Qt::Key_F1);
-    separate(help, "mnuLineaH");
-    addEntry(help, Entry::About, "mnuAbout", &MDIForm1::mnuAbout_Click);
-}
-
-void MDIForm1::addEntry(QMenu *menu, Entry entry, const char *name, void (MDIForm1::*clicked)())
-{
-    addEntry(menu, entry, name, [this, clicked] { (this->*clicked)(); });
-}
-
-void MDIForm1::addEntry(QMenu *menu, Entry entry, const char *name, std::function<void()> clicked)
-{
-    QAction *action = menu->addAction(QString());
-    action->setObjectName(QString::fromLatin1(name));
-    m_entries.at(static_cast<size_t>(entry)) = action;
-    // Keys and screen readers find ways past a disabled menu: the gate is asked at the entry itself.
-    connect(action, &QAction::triggered, this, [this, entry, clicked = std::move(clicked)] {
-        if (isEnabled() && isAllowed(entry))
-            clicked();
+    connect(&m_windows, &WindowSet::changed, &m_menu, &MainMenu::applyState);
+    connect(&m_windows, &WindowSet::closeRefused, this, &MDIForm1::closeRefused);
+    connect(&m_windows, &WindowSet::gone, this, [this] {
+        if (std::exchange(m_closeAgain, false))
+            QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
     });
+    connect(&m_closing, &ClosingQuestions::mayGoOn, this, &QWidget::close);
+    connect(&m_closing, &ClosingQuestions::calledOff, this, &MDIForm1::closeRefused);
+    connect(&m_display, &StatusDisplay::flashed, &m_alarm, &AlarmFrame::keepInSight);
+    connect(&m_alarm, &AlarmFrame::closed, &m_program.link(), &LinkMonitor::objMessage_Chiudi);
 }
 
-// Loading ------------------------------------------------------------------------------------------------------------
+void MDIForm1::connectLink()
+{
+    LinkMonitor &link = m_program.link();
+    connect(&link, &LinkMonitor::noPortChosen, this, [this] {
+        m_menu.applyState();
+        m_boxes.whenTold([this] { openPortWindow(true); });
+    });
+    connect(&link, &LinkMonitor::portNotAvailable, this, [this](const Fault &fault) {
+        QStringList sentences;
+        const QList<Message> messages = portMessages(m_program.settings().PortaCom, fault);
+        for (const Message &message : messages)
+            sentences.append(m_program.texts().sentence(message));
+        m_boxes.tell(sentences.join(QStringLiteral("\r\n")));
+    });
+    connect(&link, &LinkMonitor::queryEnded, this, [this](LinkMonitor::Purpose purpose, const InterfaceConfig &config) {
+        if (purpose == LinkMonitor::Purpose::LinkStart && !config.answered() && m_program.serial().portOpen())
+            m_boxes.tell(m_program.texts()[Text::InterfacciaNonCollegata]);
+        auto *window = m_windows.find<frmConfInt>();
+        if (purpose == LinkMonitor::Purpose::Window && window)
+            window->configurationRead(config);
+    });
+    connect(&link, &LinkMonitor::alarmRaised, this, &MDIForm1::raiseAlarm);
+    connect(&link, &LinkMonitor::alarmEnded, &m_alarm, &AlarmFrame::close);
+}
+
+void MDIForm1::raiseAlarm()
+{
+    if (m_alarm.isRaised())
+        m_alarm.keepInSight();
+    else
+        m_alarm.raise(new frmMessage(m_program.texts(), QPixmap(m_program.picture("Warning.bmp"))));
+}
+
+// The start ----------------------------------------------------------------------------------------------------------
 
 void MDIForm1::load()
 {
     m_translation.apply(m_program.texts().language());
-    m_messages.setTitle(m_program.texts()[Text::InterfacciaMultiprotocollo]);
-    QApplication::setWindowIcon(QIcon(QPixmap(pictureFile("Icon.png"))));
+    QApplication::setWindowIcon(QIcon(QPixmap(m_program.picture("Icon.png"))));
     setGeometry(screen()->availableGeometry());
     setWindowState(Qt::WindowMaximized);
     setEnabled(false);
-    m_splash = new Splash(QPixmap(pictureFile("Splash.bmp")));
+    m_splash = new Splash(QPixmap(m_program.picture("Splash.bmp")));
     m_splash->setAttribute(Qt::WA_DeleteOnClose);
     m_splash->show();
     applyTexts();
     show();
     m_splash->raise();
-    m_program.load();
+    m_start.load();
     tmrShow.start(showMilliseconds);
 }
 
@@ -168,163 +132,122 @@ void MDIForm1::tmrShow_Timer()
     setEnabled(true);
     if (m_splash)
         m_splash->close();
-    if (!readPasswords())
-        return;
-    showNext();
-    applyTexts();
-    if (m_program.passwords().isSet(Passwords::Type::Main)) {
-        m_menu.gateIsClosed = true;
-        applyMenu();
-        askPassword(Passwords::Type::Main, false);
-        return;
-    }
-    m_program.openLink();
+    m_boxes.showNext();
+    m_start.run();
 }
-
-/// Reads the three passwords; without them nobody may pass. @return false when the window does not come to life yet
-bool MDIForm1::readPasswords()
-{
-    const Texts &texts = m_program.texts();
-    const Passwords::Fault fault = m_program.passwords().load();
-    if (fault == Passwords::Fault::None)
-        return true;
-    m_menu.gateIsClosed = true;
-    applyMenu();
-    const Fault &reason = m_program.passwords().reason();
-    if (fault == Passwords::Fault::Unreadable) {
-        // Another program holds the register for the moment; nothing opens before it can be read.
-        StatusBar1->showText(5,
-                             texts.sentence({OwnText::RegisterTriedAgain, {QStringLiteral("Anagrafico.zeb")}, reason}));
-        tmrShow.start(showMilliseconds);
-        return false;
-    }
-    showCritical(texts.sentence(passwordMessage(fault, reason)), [this] { end(); });
-    return false;
-}
-
-// What is shown ------------------------------------------------------------------------------------------------------
 
 void MDIForm1::applyTexts()
 {
-    const Texts &texts = m_program.texts();
-    setWindowTitle(caption());
-    m_messages.setTitle(texts[Text::InterfacciaMultiprotocollo]);
-    static constexpr std::array menus = {Text::MnuFile, Text::MnuAnagrafica, Text::MnuConsultazioni, Text::MnuStrumenti,
-                                         Text::MnuAiuto};
-    for (size_t i = 0; i < menus.size(); ++i)
-        m_menus.at(i)->setTitle(texts[menus.at(i)]);
-    const Passwords &passwords = m_program.passwords();
-    const auto password = [&](Passwords::Type type) { return captionOf(type, passwords.isSet(type)); };
-    const std::array<Text, EntryCount> captions = {
-        Text::MnuImpostaStampante,
-        Text::MnuEsci,
-        Text::MnuListaUtenti,
-        Text::MnuProgrammazioneSettimanale,
-        Text::MnuProgrammazioneFerie,
-        Text::MnuRicercaEventi,
-        Text::MnuUltimiEventi,
-        Text::MnuStampaUltimiEventi,
-        Text::MnuNumeroEventiOdierni,
-        Text::MnuImpostazionePortaSeriale,
-        Text::MnuLetturaConfigurazioneInterfaccia,
-        Text::MnuDiagnostica,
-        Text::MnuImpostazioniDiControlloKor,
-        Text::MnuLingua,
-        password(Passwords::Type::Main),
-        password(Passwords::Type::Users),
-        password(Passwords::Type::Diagnostics),
-        Text::MnuIstruzioniHardware731,
-        Text::MnuIstruzioniHardware752,
-        Text::MnuIstruzioniSoftware,
-        Text::MnuInformazioniSu,
-    };
-    for (size_t i = 0; i < captions.size(); ++i)
-        m_entries.at(i)->setText(texts[captions.at(i)]);
-    QAction *number = m_entries.at(static_cast<size_t>(Entry::NumEvOdVis));
-    number->setText(QStringLiteral("%1 (%2)").arg(number->text()).arg(m_program.settings().NumEvOd));
-    applyMenu();
-    showLink();
-    showClock();
-    showWaiting();
-    showTime(m_program.timeProgramme().isEnabled());
+    m_messages.setTitle(m_program.texts()[Text::InterfacciaMultiprotocollo]);
+    m_menu.applyTexts();
+    m_menu.applyState();
+    m_display.applyTexts();
 }
 
-QString MDIForm1::caption() const
+void MDIForm1::tellTriedAgain(const Message &why)
 {
-    return m_program.texts()[Text::InterfacciaMultiprotocollo] + QStringLiteral(" - V") + programVersion();
+    m_display.setRegisterWait(why);
 }
 
-void MDIForm1::applyMenu()
+void MDIForm1::askPassword()
 {
-    const MenuState state = menuState(m_menu);
-    for (size_t i = 0; i < m_menus.size(); ++i)
-        m_menus.at(i)->setEnabled(state.menus.at(i));
-    for (size_t i = 0; i < m_entries.size(); ++i)
-        m_entries.at(i)->setEnabled(state.entries.at(i));
+    m_display.setRegisterWait({});
+    applyTexts();
+    openPasswordWindow(Passwords::Type::Main, false);
 }
 
-void MDIForm1::showClock()
+void MDIForm1::refuse(const Message &why)
 {
-    const QDateTime now = m_program.clock().now();
-    StatusBar1->showText(1, DataEstesa(now.date(), m_program.texts()), DataBarre(m_program.clock().date()));
-    StatusBar1->showText(2, now.toString(QStringLiteral("HH:mm")));
+    m_display.setRegisterWait({});
+    m_boxes.tell(m_program.texts().sentence(why), [this] { end(); });
 }
 
-void MDIForm1::showTime(bool enabled)
+void MDIForm1::passed()
 {
-    const Texts &texts = m_program.texts();
-    const std::optional<bool> level = m_program.serial().rtsLevel();
-    const OwnText line = !level ? OwnText::RtsNotKnown : *level ? OwnText::RtsAsserted : OwnText::RtsReleased;
-    const QString state =
-        texts[Text::Interfaccia] + QLatin1Char(' ') + texts[enabled ? Text::Abilitata : Text::Disabilitata].toLower();
-    StatusBar1->showPicture(3, pictureFile(enabled ? "Time_En.bmp" : "Time_Dis.bmp"),
-                            state + QStringLiteral(" (") + texts[line] + QLatin1Char(')'), state);
+    m_display.setRegisterWait({});
+    applyTexts();
 }
 
-QString MDIForm1::pictureFile(const char *name) const
+// The end: the windows first, and by the answers of those that ask ---------------------------------------------------
+
+void MDIForm1::end()
 {
-    return m_program.folder().fileToOpen(QStringLiteral("Immagini/") + QLatin1String(name));
+    m_ending = true;
+    close();
 }
 
-// What is told -------------------------------------------------------------------------------------------------------
-
-void MDIForm1::showNext()
+bool MDIForm1::eventFilter(QObject *watched, QEvent *event)
 {
-    while (!m_boxIsShown && isEnabled()) {
-        if (!m_program.notices().isEmpty()) {
-            const Notice notice = m_program.notices().take();
-            showBox(notice.icon, m_program.texts().sentence(notice.message));
+    // A session that ends for good, after it could be called off, asks nobody any more.
+    if (event->type() == QEvent::Quit && watched == qApp && isVisible()) {
+        end();
+        return true;
+    }
+    // Where a menu and a button have the same access key, the button of the window in front is meant; the menus can be
+    // reached by the Alt key alone as well.
+    if (event->type() == QEvent::Shortcut && watched == menuBar()) {
+        ChildWindow *window = m_windows.inFront();
+        if (window && window->pressByKey(static_cast<QShortcutEvent *>(event)->key()))
+            return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+bool MDIForm1::closeForSession(bool mayAsk)
+{
+    // Nobody can be asked to give the password, or to choose a port, first. The gate stays closed: the session may go
+    // on.
+    const MenuInput input = menuInput();
+    if (input.gateIsClosed || input.portIsMissing)
+        return true;
+    const QList<ChildWindow *> open = m_windows.lastFirst();
+    // A window that does not close asks the operator what becomes of his work, or is at work itself.
+    return std::all_of(open.begin(), open.end(),
+                       [mayAsk](ChildWindow *window) { return WindowSet::close(window) || !mayAsk; }) &&
+           (!mayAsk || m_closing.mayEventsBeLost());
+}
+
+void MDIForm1::closeRefused()
+{
+    m_closeAgain = false;
+    m_closing.forget();
+}
+
+/// @return false when one stays open
+bool MDIForm1::closeWindows()
+{
+    const QList<ChildWindow *> open = m_windows.lastFirst();
+    for (ChildWindow *window : open) {
+        if (m_ending) {
+            window->unload();
             continue;
         }
-        if (m_waiting.isEmpty())
-            return;
-        const Waiting next = m_waiting.takeFirst();
-        if (next.text.isEmpty())
-            next.then();
-        else
-            showBox(Icon::Critical, next.text, next.then);
+        // When it asks the operator first, this window closes when it has; when it refuses at once, nothing follows.
+        m_closeAgain = true;
+        if (!WindowSet::close(window))
+            return false;
+        m_closeAgain = false;
     }
+    return true;
 }
 
-void MDIForm1::showBox(Icon icon, const QString &text, std::function<void()> then)
+void MDIForm1::closeEvent(QCloseEvent *event)
 {
-    m_boxIsShown = true;
-    m_messages.show(this, icon, text, [this, then = std::move(then)] {
-        m_boxIsShown = false;
-        if (then)
-            then();
-        showNext();
-    });
-}
-
-void MDIForm1::showCritical(const QString &text, std::function<void()> then)
-{
-    m_waiting.append({text, std::move(then)});
-    showNext();
-}
-
-void MDIForm1::whenTold(std::function<void()> then)
-{
-    m_waiting.append({{}, std::move(then)});
-    showNext();
+    event->ignore();
+    const bool isHeld = !isEnabled() || !m_menu.state()[TopMenu::File];
+    if (!m_ending && (isHeld || !m_closing.maySupervisionEnd()))
+        return;
+    if (!closeWindows() || (!m_ending && !m_closing.mayEventsBeLost()))
+        return;
+    tmrShow.stop();
+    m_display.stop();
+    if (m_splash)
+        m_splash->close();
+    m_start.end();
+    if (m_closing.tellRest(m_ending)) {
+        m_ending = true;
+        return;
+    }
+    event->accept();
+    Q_EMIT unloaded();
 }

@@ -1,28 +1,24 @@
 #pragma once
 
 #include "link/frmImpCom.h"
-#include "mainwindow/MenuState.h"
-#include "mainwindow/Program.h"
+#include "mainwindow/AlarmFrame.h"
+#include "mainwindow/BoxQueue.h"
+#include "mainwindow/ClosingQuestions.h"
+#include "mainwindow/MainMenu.h"
+#include "mainwindow/StartSequence.h"
+#include "mainwindow/StatusDisplay.h"
+#include "mainwindow/WindowSet.h"
 #include "prefs/frmPassProg.h"
 #include "users/frmLstUtenti.h"
-#include "widgets/ChildWindow.h"
-#include "widgets/Messages.h"
-#include "widgets/StatusPanels.h"
 #include "widgets/Translation.h"
 
 #include <QMainWindow>
-#include <QPixmap>
-#include <QPointer>
 
-class ClientArea;
 class Printing;
-class QAction;
-class QMdiSubWindow;
-class QMenu;
 class Splash;
 
-/// The frame window: menu, status bar, timers, and the windows that are opened from the menu.
-class MDIForm1 : public QMainWindow
+/// The frame window: opens the windows of the menu, one for each function, and connects them to the core.
+class MDIForm1 : public QMainWindow, private Gate
 {
     Q_OBJECT
 
@@ -44,77 +40,42 @@ Q_SIGNALS:
     /// The window has closed: the program ends.
     void unloaded();
 
-public Q_SLOTS:
-    // Called by the windows that this one opens, when they close or have something to tell.
-    void objImpCom_Chiudi(int port, frmImpCom::Esito outcome);
-    void objPassProg_Chiudi(Passwords::Type type, frmPassProg::Codice code);
-    void objMessage_Chiudi();
-    void objLstUtenti_Chiudi(frmLstUtenti::Esito outcome);
-
 protected:
     void closeEvent(QCloseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void buildMenu();
+    void connectParts();
     void connectLink();
-    void applyTexts();
-    void applyMenu();
-    void showLink();
-    void showTime(bool enabled);
-    void showClock();
-    QString caption() const;
-    QString pictureFile(const char *name) const;
-    void showConfiguration(const InterfaceConfig &config);
-
     void tmrShow_Timer();
-    void tmrFlash_Timer();
-    void showWaiting();
-    bool asksAboutEvents();
-    void askToLose();
-    bool tellsWhatIsLeft();
-    bool readPasswords();
+    /// Shows everything anew, in the language in force.
+    void applyTexts();
 
-    // Boxes over this window stand one at a time: notices first, then what else is to be told or done.
-    void showNext();
-    void showBox(Icon icon, const QString &text, std::function<void()> then = {});
-    void showCritical(const QString &text, std::function<void()> then = {});
-    /// Calls @p then when no box stands any more; at once, perhaps.
-    void whenTold(std::function<void()> then);
-    void askToEnd();
+    // The gate.
+    bool waitsFor(const Fault & /*reason*/) const override { return true; }
+    void tellTriedAgain(const Message &why) override;
+    void askPassword() override;
+    void refuse(const Message &why) override;
+    void passed() override;
 
-    /// @return false when the window stays open, perhaps because it asks the operator first
-    static bool closeChild(ChildWindow *window);
-
-    /// Opens the window that @p make makes, or brings the one forward that is open already.
-    template<class Window, class Make>
-    void openOnce(Make make)
-    {
-        if (ChildWindow *open = child(Window::staticMetaObject.className()))
-            bringForward(open);
-        else
-            openChild(make());
-    }
+    // The end.
+    bool closeWindows();
     void closeRefused();
-    void bringForward(ChildWindow *open);
-    void subWindowActivated(QMdiSubWindow *frame);
-    void openChild(ChildWindow *window);
-    ChildWindow *child(const char *name) const;
-    /// Property of a window: a number that grows with each one opened.
-    static constexpr auto OpenedAs = "openedAs";
-    QList<ChildWindow *> openWindows() const;
-    bool isPasswordWindowOpenBut(const ChildWindow *closing) const;
 
-    // Menu entries.
+    // The menu.
+    void buildMenu();
+    MenuInput menuInput() const;
+    MainMenu::Caption passwordCaption(Passwords::Type type) const;
+    MainMenu::Caption shownEventsCaption() const;
+    void mnuImpPrn_Click();
     void mnuExit_Click();
+    void mnuUtenti_Click();
     void mnuFascieOr_Click();
     void mnuProgFerie_Click();
-    void mnuUtenti_Click();
     void mnuEventi_Click();
     void mnuEventiOdierni_Click();
-    void mnuNumEvOdVis_Click();
     void mnuPrnLastEv_Click();
-    void mnuImpPrn_Click();
+    void mnuNumEvOdVis_Click();
     void mnuImpCom_Click();
     void mnuLetConfInt_Click();
     void mnuUtility_Click();
@@ -124,47 +85,35 @@ private:
     void mnuIstr_Click(Text caption, const QString &file);
     void mnuAbout_Click();
 
+    // Windows, and what they report.
+    void openRegister();
+    void objLstUtenti_Chiudi(frmLstUtenti::Esito outcome);
+    void printRegister(frmLstUtenti *window, Printing *printing);
+    void printDuplicates(ChildWindow *window, const QString &report);
     template<class Editor>
     void openEditor(TimeProgramme::Part part);
     void openPortWindow(bool first);
-    void askPassword(Passwords::Type type, bool toDeactivate);
+    void objImpCom_Chiudi(int port, frmImpCom::Esito outcome);
+    void openDiagnostics();
+    void openPasswordWindow(Passwords::Type type, bool toDeactivate);
+    void objPassProg_Chiudi(Passwords::Type type, frmPassProg::Codice code);
     void setPassword(Passwords::Type type);
     void deactivate(Passwords::Type type);
-    void openDiagnostics();
-    void openRegister();
-    void printRegister(frmLstUtenti *window, Printing *printing);
-    void printDuplicates(ChildWindow *window, const QString &report);
     void raiseAlarm();
-    void keepAlarmInSight();
-    void turnToAlarm();
-    void returnKeyboard();
-    bool isAllowed(Entry entry) const { return menuState(m_menu)[entry]; }
-    void addEntry(QMenu *menu, Entry entry, const char *name, void (MDIForm1::*clicked)());
-    void addEntry(QMenu *menu, Entry entry, const char *name, std::function<void()> clicked);
 
     Program &m_program;
     Messages &m_messages;
+    StartSequence m_start;
     Translation m_translation;
-    MenuInput m_menu;
-    std::array<QMenu *, TopMenuCount> m_menus{};
-    std::array<QAction *, EntryCount> m_entries{};
     ClientArea *m_area;
-    StatusPanels *StatusBar1;
+    WindowSet m_windows;
+    MainMenu m_menu;
+    StatusDisplay m_display;
+    BoxQueue m_boxes;
+    ClosingQuestions m_closing;
+    AlarmFrame m_alarm;
     QPointer<Splash> m_splash;
     QTimer tmrShow;
-    QTimer tmrFlash;
-    QPointer<QMdiSubWindow> m_alarm; ///< frame of its message
-    struct Waiting {
-        QString text; ///< "" = nothing to tell
-        std::function<void()> then;
-    };
-    QList<Waiting> m_waiting; ///< for the box that stands
-    bool m_boxIsShown = false;
-    bool m_ending = false;       ///< the close comes from the program or the session, and cannot be refused
-    bool m_endIsAsked = false;   ///< whether supervision may end
-    bool m_endIsAgreed = false;  ///< the operator has said yes, and no window has refused since
-    bool m_closeAgain = false;   ///< a close waits for a window to answer its question
-    bool m_lossIsAsked = false;  ///< whether events may be lost that are in memory only
-    bool m_lossIsAgreed = false; ///< they may
-    int m_opened = 0;            ///< windows so far
+    bool m_ending = false;     ///< the close comes from the program or the session, and cannot be refused
+    bool m_closeAgain = false; ///< a close waits for a window to answer its question
 };

@@ -1,77 +1,112 @@
-#include "mainwindow/MDIForm1.h"
-
+#include "events/frmEventi.h"
+#include "events/frmEventiOdierni.h"
+#include "events/frmNumEvOd.h"
+#include "events/frmPrnLastEv.h"
+#include "link/PortTest.h"
+#include "link/frmConfInt.h"
+#include "link/frmImpCom.h"
 #include "link/frmUtility.h"
+#include "mainwindow/MDIForm1.h"
 #include "prefs/PasswordFault.h"
+#include "prefs/frmImpStampa.h"
 #include "prefs/frmInfo.h"
 #include "prefs/frmInsPass.h"
 #include "prefs/frmIstruzioni.h"
 #include "prefs/frmLingua.h"
 #include "prefs/frmPassProg.h"
 #include "prefs/frmTempochk.h"
+#include "reports/TextReport.h"
 #include "timeprog/frmFerie.h"
 #include "timeprog/frmSettimana.h"
-#include "widgets/ClientArea.h"
+#include "users/UserListReport.h"
+#include "users/frmLstUtenti.h"
+#include "widgets/Printing.h"
 
-#include <QApplication>
-#include <QMdiSubWindow>
-#include <QMenuBar>
-#include <QShortcutEvent>
+#include <functional>
 
-#include <algorithm>
+// The menu, the windows that it opens, and what they report.
 
-// The windows that the frame window opens, and what they report.
-
-bool MDIForm1::eventFilter(QObject *watched, QEvent *event)
+void MDIForm1::buildMenu()
 {
-    // A session that ends for good, after it could be called off, asks nobody any more.
-    if (event->type() == QEvent::Quit && watched == qApp && isVisible()) {
-        end();
-        return true;
-    }
-    // Where a menu and a button have the same access key, the button of the window in front is meant; the menus can be
-    // reached by the Alt key alone as well.
-    if (event->type() == QEvent::Shortcut && watched == menuBar()) {
-        const QMdiSubWindow *frame = m_area->activeSubWindow();
-        auto *window = frame ? qobject_cast<ChildWindow *>(frame->widget()) : nullptr;
-        if (window && window->pressByKey(static_cast<QShortcutEvent *>(event)->key()))
-            return true;
-    }
-    return QMainWindow::eventFilter(watched, event);
+    using Type = Passwords::Type;
+    const auto add = [this](Entry entry, const char *name, Text caption, void (MDIForm1::*chosen)()) {
+        m_menu.add(entry, name, caption, std::bind_front(chosen, this));
+    };
+    const auto addPassword = [this](Entry entry, const char *name, Type type) {
+        m_menu.add(entry, name, passwordCaption(type), [this, type] { mnuAttPass_Click(type); });
+    };
+    const auto addManual = [this](Entry entry, const char *name, Text caption, const char *file) {
+        m_menu.add(entry, name, caption, [=, this] { mnuIstr_Click(caption, QLatin1String(file)); });
+    };
+    add(Entry::ImpPrn, "mnuImpPrn", Text::MnuImpostaStampante, &MDIForm1::mnuImpPrn_Click);
+    m_menu.separate(TopMenu::File, "mnuLinea");
+    add(Entry::Exit, "mnuExit", Text::MnuEsci, &MDIForm1::mnuExit_Click);
+
+    add(Entry::Utenti, "mnuUtenti", Text::MnuListaUtenti, &MDIForm1::mnuUtenti_Click);
+    add(Entry::FascieOr, "mnuFascieOr", Text::MnuProgrammazioneSettimanale, &MDIForm1::mnuFascieOr_Click);
+    add(Entry::ProgFerie, "mnuProgFerie", Text::MnuProgrammazioneFerie, &MDIForm1::mnuProgFerie_Click);
+
+    add(Entry::Eventi, "mnuEventi", Text::MnuRicercaEventi, &MDIForm1::mnuEventi_Click);
+    add(Entry::EventiOdierni, "mnuEventiOdierni", Text::MnuUltimiEventi, &MDIForm1::mnuEventiOdierni_Click);
+    add(Entry::PrnLastEv, "mnuPrnLastEv", Text::MnuStampaUltimiEventi, &MDIForm1::mnuPrnLastEv_Click);
+    m_menu.separate(TopMenu::Consult, "mnuLineaCons");
+    m_menu.add(Entry::NumEvOdVis, "mnuNumEvOdVis", shownEventsCaption(), [this] { mnuNumEvOdVis_Click(); });
+
+    add(Entry::ImpCom, "mnuImpCom", Text::MnuImpostazionePortaSeriale, &MDIForm1::mnuImpCom_Click);
+    add(Entry::LetConfInt, "mnuLetConfInt", Text::MnuLetturaConfigurazioneInterfaccia, &MDIForm1::mnuLetConfInt_Click);
+    add(Entry::Utility, "mnuUtility", Text::MnuDiagnostica, &MDIForm1::mnuUtility_Click);
+    add(Entry::ImpContKor, "mnuImpContKor", Text::MnuImpostazioniDiControlloKor, &MDIForm1::mnuImpContKor_Click);
+    m_menu.separate(TopMenu::Strumenti, "mnuLinea4");
+    add(Entry::Lingua, "mnuLingua", Text::MnuLingua, &MDIForm1::mnuLingua_Click);
+    m_menu.separate(TopMenu::Strumenti, "mnuLinea3");
+    addPassword(Entry::AttPass, "mnuAttPass", Type::Main);
+    addPassword(Entry::AttPassUte, "mnuAttPassUte", Type::Users);
+    addPassword(Entry::AttPassUty, "mnuAttPassUty", Type::Diagnostics);
+
+    addManual(Entry::IstrKOR, "mnuIstrKOR", Text::MnuIstruzioniHardware731, "Istruzioni/man731.pdf");
+    addManual(Entry::Istr752, "mnuIstr752", Text::MnuIstruzioniHardware752, "Istruzioni/man752.pdf");
+    addManual(Entry::IstrSwKOR, "mnuIstrSwKOR", Text::MnuIstruzioniSoftware, "Istruzioni/mansw.pdf");
+    m_menu.setShortcut(Entry::IstrSwKOR, Qt::Key_F1);
+    m_menu.separate(TopMenu::Help, "mnuLineaH");
+    add(Entry::About, "mnuAbout", Text::MnuInformazioniSu, &MDIForm1::mnuAbout_Click);
 }
 
-// Windows ------------------------------------------------------------------------------------------------------------
-
-ChildWindow *MDIForm1::child(const char *name) const
+MainMenu::Caption MDIForm1::shownEventsCaption() const
 {
-    return findChild<ChildWindow *>(QString::fromLatin1(name));
+    return [this] {
+        return QStringLiteral("%1 (%2)")
+            .arg(m_program.texts()[Text::MnuNumeroEventiOdierni])
+            .arg(m_program.settings().NumEvOd);
+    };
 }
 
-void MDIForm1::subWindowActivated(QMdiSubWindow *frame)
+MainMenu::Caption MDIForm1::passwordCaption(Passwords::Type type) const
 {
-    const auto *window = frame ? qobject_cast<ChildWindow *>(frame->widget()) : nullptr;
-    ChildWindow *waitedFor = window ? window->waitsFor() : nullptr;
-    if (!waitedFor)
-        return;
-    // A disabled window in front, with the one that it waits for behind it, would look like a program that hangs.
-    QMetaObject::invokeMethod(
-        waitedFor, [this, waitedFor] { bringForward(waitedFor); }, Qt::QueuedConnection);
+    static constexpr std::array toSet = {Text::MnuAbilitazionePasswordPrincipale, Text::MnuAbilitazionePasswordUtenti,
+                                         Text::MnuAbilitazionePasswordDiagnostica};
+    static constexpr std::array toRemove = {Text::MnuDisabilitazionePasswordPrincipale,
+                                            Text::MnuDisabilitazionePasswordUtenti,
+                                            Text::MnuDisabilitazionePasswordDiagnostica};
+    return [this, type] {
+        const std::array<Text, 3> &captions = m_program.passwords().isSet(type) ? toRemove : toSet;
+        return m_program.texts()[captions.at(static_cast<size_t>(type) - 1)];
+    };
 }
 
-void MDIForm1::bringForward(ChildWindow *open)
+MenuInput MDIForm1::menuInput() const
 {
-    m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(open->parentWidget()));
-}
-
-void MDIForm1::openChild(ChildWindow *window)
-{
-    window->setProperty(OpenedAs, ++m_opened);
-    connect(window, &ChildWindow::closeRefused, this, &MDIForm1::closeRefused);
-    connect(window, &QObject::destroyed, this, [this] {
-        if (std::exchange(m_closeAgain, false))
-            QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
-    });
-    m_area->setActiveSubWindow(m_area->open(window));
-    window->takeKeyboard();
+    const auto *asked = m_windows.find<frmPassProg>();
+    const auto isAskedFor = [asked](Passwords::Type type) {
+        return asked && !asked->DisattivaPW && asked->tipoPass() == type;
+    };
+    MenuInput input;
+    input.gateIsClosed = m_start.isGateClosed();
+    input.portIsMissing = m_program.settings().PortaCom == 0;
+    input.passwordWindowIsOpen = asked || m_windows.find<frmInsPass>();
+    input.usersAreAsked = isAskedFor(Passwords::Type::Users);
+    input.diagnosticsAreAsked = isAskedFor(Passwords::Type::Diagnostics);
+    input.registerIsOpen = m_windows.find<frmLstUtenti>() != nullptr;
+    return input;
 }
 
 void MDIForm1::mnuExit_Click()
@@ -79,19 +114,94 @@ void MDIForm1::mnuExit_Click()
     close();
 }
 
+// Printer and manuals ------------------------------------------------------------------------------------------------
+
+void MDIForm1::mnuImpPrn_Click()
+{
+    m_windows.open<frmImpStampa>(
+        [this] { return new frmImpStampa(m_program.texts(), m_program.printer(), m_messages); });
+}
+
+void MDIForm1::mnuIstr_Click(Text caption, const QString &file)
+{
+    if (auto *open = m_windows.find<frmIstruzioni>())
+        open->unload();
+    auto *window = new frmIstruzioni(m_program.texts()[caption], m_program.folder().fileToOpen(file), m_program.texts(),
+                                     m_messages);
+    m_windows.openBeside(window);
+    window->load();
+}
+
+void MDIForm1::mnuAbout_Click()
+{
+    m_windows.open<frmInfo>([this] {
+        return new frmInfo(m_program.texts(), QPixmap(m_program.picture("Splash.bmp")), m_program.folder().root());
+    });
+}
+
+// The register and the time programme --------------------------------------------------------------------------------
+
+void MDIForm1::mnuUtenti_Click()
+{
+    if (m_windows.find<frmLstUtenti>() || !m_program.passwords().isSet(Passwords::Type::Users))
+        openRegister();
+    else
+        openPasswordWindow(Passwords::Type::Users, false);
+}
+
+void MDIForm1::openRegister()
+{
+    m_windows.open<frmLstUtenti>([this] {
+        const frmLstUtenti::Interface interface = {[this] { return m_program.settings().CodProtocollo; },
+                                                   m_program.link().link() != LinkMonitor::Link::Answering,
+                                                   m_program.road().lastReceived()};
+        auto *window = new frmLstUtenti(m_program.texts(), m_messages, m_program.archives(), interface);
+        auto *printing = new Printing(window, m_program.printer(), m_program.texts(), m_messages);
+        connect(window, &frmLstUtenti::openChild, this, [this, window](ChildWindow *child) {
+            window->setWaitsFor(child);
+            m_windows.openBeside(child);
+        });
+        connect(window, &frmLstUtenti::Stampa, this,
+                [this, window, printing] { printing->findPrinter([=, this] { printRegister(window, printing); }); });
+        connect(window, &frmLstUtenti::StampaDoppioni, this, &MDIForm1::printDuplicates);
+        connect(window, &frmLstUtenti::Chiudi, this, &MDIForm1::objLstUtenti_Chiudi);
+        return window;
+    });
+}
+
+void MDIForm1::objLstUtenti_Chiudi(frmLstUtenti::Esito outcome)
+{
+    if (outcome == frmLstUtenti::Esito::Saved)
+        m_program.reloadUsers();
+}
+
+void MDIForm1::printRegister(frmLstUtenti *window, Printing *printing)
+{
+    // As it stands now, whatever is changed while it is printed.
+    printing->print(std::make_unique<UserListReport>(m_program.texts(), window->users()),
+                    m_program.texts()[Text::ListaUtenti]);
+}
+
+void MDIForm1::printDuplicates(ChildWindow *window, const QString &report)
+{
+    auto *printing = window->findChild<Printing *>(QString(), Qt::FindDirectChildrenOnly);
+    if (!printing)
+        printing = new Printing(window, m_program.printer(), m_program.texts(), m_messages);
+    printing->findPrinter(
+        [=] { printing->print(std::make_unique<TextReport>(report.split(QLatin1Char('\n'))), window->windowTitle()); },
+        {}, Icon::None);
+}
+
 template<class Editor>
 void MDIForm1::openEditor(TimeProgramme::Part part)
 {
-    Editor *made = nullptr;
-    openOnce<Editor>([&] {
+    m_windows.open<Editor>([this, part] {
         // The archive is the editor's while it is open; the line keeps the state it was told last.
         m_program.timeProgramme().suspend(part);
-        made = new Editor(m_program.texts(), m_messages, m_program.archives());
-        connect(made, &ChildWindow::unloaded, this, [this, part] { m_program.reloadTimeProgramme(part); });
-        return made;
+        auto *window = new Editor(m_program.texts(), m_messages, m_program.archives());
+        connect(window, &ChildWindow::unloaded, this, [this, part] { m_program.reloadTimeProgramme(part); });
+        return window;
     });
-    if (made && !made->open())
-        made->unload();
 }
 
 void MDIForm1::mnuFascieOr_Click()
@@ -104,19 +214,100 @@ void MDIForm1::mnuProgFerie_Click()
     openEditor<frmFerie>(TimeProgramme::Part::Holidays);
 }
 
+// Events -------------------------------------------------------------------------------------------------------------
+
+void MDIForm1::mnuEventi_Click()
+{
+    m_windows.open<frmEventi>([this] {
+        return new frmEventi(m_program.texts(), m_messages, m_program.archives(), m_program.clock(),
+                             m_program.printer());
+    });
+}
+
+void MDIForm1::mnuEventiOdierni_Click()
+{
+    auto *opened = m_windows.open<frmEventiOdierni>([this] {
+        return new frmEventiOdierni(m_program.texts(), m_messages, m_program.archives(), m_program.clock(),
+                                    m_program.printer());
+    });
+    if (opened)
+        opened->setNumEv(m_program.settings().NumEvOd);
+}
+
+void MDIForm1::mnuPrnLastEv_Click()
+{
+    m_windows.open<frmPrnLastEv>([this] {
+        return new frmPrnLastEv({m_program.log(), m_program.archives()}, m_program.printer(), m_program.texts(),
+                                m_messages);
+    });
+}
+
+void MDIForm1::mnuNumEvOdVis_Click()
+{
+    m_windows.open<frmNumEvOd>([this] {
+        auto *window = new frmNumEvOd(m_program.texts(), m_program.settings(), m_messages);
+        connect(window, &frmNumEvOd::NumeroCambiato, this, &MDIForm1::applyTexts);
+        return window;
+    });
+}
+
+// The interface ------------------------------------------------------------------------------------------------------
+
+void MDIForm1::mnuImpCom_Click()
+{
+    if (!m_windows.find<frmImpCom>())
+        m_program.link().suspend();
+    openPortWindow(false);
+}
+
+void MDIForm1::openPortWindow(bool first)
+{
+    m_windows.open<frmImpCom>([this, first] {
+        auto *test = new PortTest(m_program.ports(), m_program.clock());
+        auto *window = new frmImpCom(m_program.texts(), m_messages, *test);
+        test->setParent(window);
+        window->setPrima(first);
+        window->setConfiguredPort(m_program.settings().PortaCom);
+        connect(window, &frmImpCom::Chiudi, this, &MDIForm1::objImpCom_Chiudi);
+        connect(window, &frmImpCom::FineProgramma, this, &MDIForm1::end);
+        return window;
+    });
+}
+
+void MDIForm1::objImpCom_Chiudi(int port, frmImpCom::Esito outcome)
+{
+    if (m_ending)
+        return;
+    m_program.link().objImpCom_Chiudi(outcome == frmImpCom::Esito::Chosen ? std::optional(port) : std::nullopt);
+    m_menu.applyState();
+}
+
+void MDIForm1::mnuLetConfInt_Click()
+{
+    m_windows.open<frmConfInt>([this] {
+        auto *window = new frmConfInt(m_program.texts(), m_messages);
+        connect(window, &frmConfInt::Leggi, this, [this, window] {
+            if (m_program.link().state().mayBeAsked())
+                m_program.link().readConfiguration();
+            else
+                window->notOnLine();
+        });
+        connect(window, &ChildWindow::unloaded, this, [this] { m_program.link().configurationClosed(); });
+        return window;
+    });
+}
+
 void MDIForm1::mnuUtility_Click()
 {
-    if (child("frmUtility") || !m_program.passwords().isSet(Passwords::Type::Diagnostics)) {
+    if (m_windows.find<frmUtility>() || !m_program.passwords().isSet(Passwords::Type::Diagnostics))
         openDiagnostics();
-        return;
-    }
-    m_menu.diagnosticsAreAsked = true;
-    askPassword(Passwords::Type::Diagnostics, false);
+    else
+        openPasswordWindow(Passwords::Type::Diagnostics, false);
 }
 
 void MDIForm1::openDiagnostics()
 {
-    openOnce<frmUtility>([this] {
+    m_windows.open<frmUtility>([this] {
         auto *window = new frmUtility(m_program.texts());
         connect(&m_program.road(), &EventRoad::recordReceived, window, &frmUtility::showRecord);
         return window;
@@ -125,16 +316,18 @@ void MDIForm1::openDiagnostics()
 
 void MDIForm1::mnuImpContKor_Click()
 {
-    openOnce<frmTempochk>([this] {
+    m_windows.open<frmTempochk>([this] {
         auto *window = new frmTempochk(m_program.texts(), m_program.settings(), m_messages);
         connect(window, &frmTempochk::ModificaMin, &m_program.link(), &LinkMonitor::objTempochk_ModificaMin);
         return window;
     });
 }
 
+// Language and passwords ---------------------------------------------------------------------------------------------
+
 void MDIForm1::mnuLingua_Click()
 {
-    openOnce<frmLingua>([this] {
+    m_windows.open<frmLingua>([this] {
         auto *window = new frmLingua(m_program.texts(), m_program.settings(), m_messages);
         connect(window, &frmLingua::LinguaCambiata, this, [this] {
             m_translation.apply(m_program.texts().language());
@@ -144,79 +337,23 @@ void MDIForm1::mnuLingua_Click()
     });
 }
 
-void MDIForm1::mnuIstr_Click(Text caption, const QString &file)
-{
-    if (ChildWindow *open = child("frmIstruzioni"))
-        open->unload();
-    auto *window = new frmIstruzioni(m_program.texts()[caption], m_program.folder().fileToOpen(file), m_program.texts(),
-                                     m_messages);
-    openChild(window);
-    window->load();
-}
-
-void MDIForm1::mnuAbout_Click()
-{
-    openOnce<frmInfo>([this] {
-        return new frmInfo(m_program.texts(), QPixmap(pictureFile("Splash.bmp")), m_program.folder().root());
-    });
-}
-
-// Passwords ----------------------------------------------------------------------------------------------------------
-
 void MDIForm1::mnuAttPass_Click(Passwords::Type type)
 {
     if (m_program.passwords().isSet(type))
-        askPassword(type, true);
+        openPasswordWindow(type, true);
     else
         setPassword(type);
 }
 
-void MDIForm1::askPassword(Passwords::Type type, bool toDeactivate)
+void MDIForm1::openPasswordWindow(Passwords::Type type, bool toDeactivate)
 {
-    if (ChildWindow *open = child("frmPassProg")) {
-        open->activateWindow();
-        return;
-    }
+    if (auto *open = m_windows.find<frmPassProg>())
+        return m_windows.bringForward(open);
     auto *window = new frmPassProg(m_program.texts(), m_messages, m_program.passwords(), this);
     window->DisattivaPW = toDeactivate;
     window->setTipoPass(type);
     connect(window, &frmPassProg::Chiudi, this, &MDIForm1::objPassProg_Chiudi);
-    connect(window, &ChildWindow::closeRefused, this, &MDIForm1::closeRefused);
-    connect(window, &ChildWindow::unloaded, this, [this, window] {
-        m_menu.passwordWindowIsOpen = isPasswordWindowOpenBut(window);
-        m_menu.usersAreAsked = false;
-        m_menu.diagnosticsAreAsked = false;
-        applyMenu();
-    });
-    m_menu.passwordWindowIsOpen = true;
-    applyMenu();
-    window->adjustSize();
-    window->move(pos() + QPoint((width() - window->width()) / 2, (height() - window->height()) / 3));
-    window->show();
-    window->activateWindow();
-}
-
-void MDIForm1::setPassword(Passwords::Type type)
-{
-    openOnce<frmInsPass>([this, type] {
-        auto *window = new frmInsPass(m_program.texts(), m_messages, m_program.passwords());
-        window->setTipoPass(type);
-        m_menu.passwordWindowIsOpen = true;
-        applyMenu();
-        connect(window, &frmInsPass::PasswordImpostata, this, &MDIForm1::applyTexts);
-        connect(window, &ChildWindow::unloaded, this, [this, window] {
-            m_menu.passwordWindowIsOpen = isPasswordWindowOpenBut(window);
-            applyMenu();
-        });
-        return window;
-    });
-}
-
-bool MDIForm1::isPasswordWindowOpenBut(const ChildWindow *closing) const
-{
-    const QList<const ChildWindow *> windows = {child("frmPassProg"), child("frmInsPass")};
-    return std::any_of(windows.begin(), windows.end(),
-                       [closing](const ChildWindow *window) { return window && window != closing; });
+    m_windows.openDialog(window);
 }
 
 void MDIForm1::objPassProg_Chiudi(Passwords::Type type, frmPassProg::Codice code)
@@ -225,9 +362,7 @@ void MDIForm1::objPassProg_Chiudi(Passwords::Type type, frmPassProg::Codice code
     if (code == Codice::RightToDeactivate) {
         deactivate(type);
     } else if (type == Passwords::Type::Main && code == Codice::Right) {
-        m_menu.gateIsClosed = false;
-        applyMenu();
-        m_program.openLink();
+        m_start.pass();
     } else if (type == Passwords::Type::Main && code == Codice::Cancelled) {
         QMetaObject::invokeMethod(this, &MDIForm1::end, Qt::QueuedConnection);
     } else if (type == Passwords::Type::Diagnostics && code == Codice::Right) {
@@ -237,9 +372,19 @@ void MDIForm1::objPassProg_Chiudi(Passwords::Type type, frmPassProg::Codice code
     }
 }
 
+void MDIForm1::setPassword(Passwords::Type type)
+{
+    m_windows.open<frmInsPass>([this, type] {
+        auto *window = new frmInsPass(m_program.texts(), m_messages, m_program.passwords());
+        window->setTipoPass(type);
+        connect(window, &frmInsPass::PasswordImpostata, this, &MDIForm1::applyTexts);
+        return window;
+    });
+}
+
 void MDIForm1::deactivate(Passwords::Type type)
 {
     if (const Passwords::Fault fault = m_program.passwords().set(type, {}); fault != Passwords::Fault::None)
-        return showCritical(m_program.texts().sentence(passwordMessage(fault, m_program.passwords().reason())));
+        return m_boxes.tell(m_program.texts().sentence(passwordMessage(fault, m_program.passwords().reason())));
     applyTexts();
 }

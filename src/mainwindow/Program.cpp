@@ -64,7 +64,7 @@ std::optional<StartFault> Program::prepare(int systemLanguage, std::optional<int
     if (std::optional<StartFault> failed = prepareProgramFolder(m_archives, m_settings, systemLanguage, m_notices))
         return failed;
     m_texts.fill(m_settings.Lingua);
-    // What is locked for the moment is waited for later, by the gate.
+    // What is locked for the moment is waited for later, see StartSequence.
     if (m_passwords.load() == Passwords::Fault::RegisterUnusable)
         return StartFault{registerMessage(m_folder, m_passwords.reason())};
     if (const Result<void> read = m_users.open(); !read && read.fault().code == FaultCode::Damaged)
@@ -98,7 +98,6 @@ std::optional<StartFault> Program::hold(const QString &folder)
 void Program::load()
 {
     m_running = true;
-    readUsers();
     readTimeProgramme(TimeProgramme::Part::Bands);
     readTimeProgramme(TimeProgramme::Part::Holidays);
     m_timeProgramme.run();
@@ -108,12 +107,16 @@ void Program::load()
 
 void Program::openLink()
 {
+    m_link.ApriCollegamento();
+}
+
+void Program::storePort()
+{
     if (const std::optional<int> port = std::exchange(m_portToStore, {})) {
         if (const Result<void> saved = m_settings.save(QStringLiteral("COM"), *port); !saved)
             m_notices.post(Icon::Exclamation, {OwnText::SettingNotSaved, {QStringLiteral("COM")}, saved.fault()});
         keepDevice(*port);
     }
-    m_link.ApriCollegamento();
 }
 
 void Program::keepAwake(Awake &awake)
@@ -172,6 +175,9 @@ void Program::end()
 
 void Program::readUsers()
 {
+    m_usersAreWanted = true;
+    if (tmrUsers.isActive())
+        return;
     if (m_users.isKnown())
         return usersRead({});
     if (const Result<void> begun = m_users.begin(); !begun)
@@ -228,7 +234,7 @@ void Program::reloadTimeProgramme(TimeProgramme::Part part)
 void Program::tmrRefresh_Timer()
 {
     Q_EMIT refreshing();
-    if (!m_users.isKnown() && !tmrUsers.isActive())
+    if (m_usersAreWanted && !m_users.isKnown())
         readUsers();
     m_timeProgramme.readLocked();
     if (!m_log.changeDayIfNeeded() && !m_timeProgramme.isSuspended())

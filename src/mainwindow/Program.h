@@ -38,18 +38,22 @@ public:
     /// @param port  COM number to choose as the port dialog would, if any
     /// @return why the program cannot run; what was there in the folder has not been changed then
     std::optional<StartFault> prepare(int systemLanguage, std::optional<int> port);
-    /// Opens the archives and applies the time programme.
+    /// Opens the archives and applies the time programme. Events wait undecided until readUsers().
     void load();
-    /// The gate has been passed: stores the port that prepare() was given and opens the link to the interface.
+    /// Opens the link to the interface.
     void openLink();
     /// From now on the PC is kept awake while the port is open. When it has slept all the same everything is looked at
     /// anew, and the operator is told for how long nothing was received. @param awake  one of the two may go first
     void keepAwake(Awake &awake);
+    /// Reads the register in turns, unless it is known; until it has been read events wait undecided. When it cannot be
+    /// the operator is told, and it is read again every ten seconds until it can.
+    void readUsers();
+    /// The gate has been passed: stores the port that prepare() was given.
+    void storePort();
     /// An editor of bands or holidays has closed: reads its archive anew, evaluates and applies.
     void reloadTimeProgramme(TimeProgramme::Part part);
-    /// The register has been saved anew: events are checked against it from now on. It is read in turns, from its
-    /// beginning when it is saved again meanwhile; until it has been read events wait undecided. When it cannot be the
-    /// operator is told, and it is read again every ten seconds until it can.
+    /// The register has been saved anew: events are checked against it from now on. It is read from its beginning when
+    /// it is saved again meanwhile, see readUsers().
     void reloadUsers();
     /// Stores what can be stored, closes the archives and releases the RTS line.
     void end();
@@ -69,6 +73,11 @@ public:
     TimeProgramme &timeProgramme() { return m_timeProgramme; }
     Passwords &passwords() { return m_passwords; }
     const UserDirectory &users() const { return m_users; }
+    /// Path of a picture of the program folder, for who loads it.
+    QString picture(const char *name) const
+    {
+        return m_folder.fileToOpen(QStringLiteral("Immagini/") + QLatin1String(name));
+    }
 
     QTimer tmrRefresh; ///< 10 s: change of day, time programme
 
@@ -82,7 +91,6 @@ private:
     void woke(qint64 milliseconds);
     std::optional<StartFault> hold(const QString &folder);
     void tmrRefresh_Timer();
-    void readUsers();
     void tmrUsers_Timer();
     void usersRead(const Result<void> &read);
     void readTimeProgramme(TimeProgramme::Part part);
@@ -107,6 +115,7 @@ private:
     Passwords m_passwords;
     std::optional<int> m_portToStore;
     bool m_running = false;
+    bool m_usersAreWanted = false; ///< readUsers() has been called
     bool m_usersFaultTold = false;
     QTimer tmrUsers; ///< turns of reading the users
 };

@@ -1,19 +1,32 @@
 #include "platform/TerminalPassword.h"
 
-#include <QByteArray>
 #include <QFile>
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cstdio>
 #include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
 constexpr char controlC = 3;
+constexpr int againMilliseconds = 1000;
+
+/// Another job has the terminal: who changes or reads it now does so under the hands of that one.
+bool isInBackground()
+{
+    const pid_t foreground = ::tcgetpgrp(STDIN_FILENO);
+    return foreground >= 0 && foreground != ::getpgrp();
+}
+
+} // namespace
 
 /// No echo for as long as it lives.
-class Silence
+class TerminalPassword::Silence
 {
 public:
     Silence()
@@ -33,31 +46,79 @@ private:
     termios m_before{};
 };
 
-} // namespace
+TerminalPassword::TerminalPassword(QObject *parent) : QObject(parent), m_notifier(STDIN_FILENO, QSocketNotifier::Read)
+{
+    m_notifier.setEnabled(false);
+    m_pause.setSingleShot(true);
+    connect(&m_pause, &QTimer::timeout, this, &TerminalPassword::listen);
+    connect(&m_notifier, &QSocketNotifier::activated, this, &TerminalPassword::read);
+}
 
-bool isTerminal()
+TerminalPassword::~TerminalPassword() = default;
+
+bool TerminalPassword::isThere()
 {
     return ::isatty(STDIN_FILENO) == 1;
 }
 
-std::optional<QString> askOnTerminal(const QString &prompt)
+void TerminalPassword::ask(const QString &prompt, int pause)
 {
-    std::fprintf(stderr, "%s ", prompt.toUtf8().constData());
-    const Silence silence;
-    QByteArray line;
-    int character = std::getchar();
-    for (; character != EOF && character != '\n' && character != controlC; character = std::getchar())
-        line.append(static_cast<char>(character));
-    std::fputc('\n', stderr);
-    if (character == controlC || (character == EOF && line.isEmpty()))
-        return std::nullopt;
-    return QString::fromUtf8(line);
+    m_prompt = prompt;
+    m_notifier.setEnabled(false);
+    m_pause.start(pause * 1000);
 }
 
-void holdUpTerminal(int seconds)
+void TerminalPassword::end()
 {
-    const Silence silence;
-    ::sleep(static_cast<unsigned>(seconds));
+    m_notifier.setEnabled(false);
+    m_pause.stop();
+    m_silence.reset();
+}
+
+void TerminalPassword::listen()
+{
+    if (isInBackground()) {
+        m_pause.start(againMilliseconds);
+        return;
+    }
+    if (!m_silence)
+        m_silence = std::make_unique<Silence>();
+    ::tcflush(STDIN_FILENO, TCIFLUSH);
+    m_line.clear();
+    std::fprintf(stderr, "%s ", m_prompt.toUtf8().constData());
+    m_notifier.setEnabled(true);
+}
+
+void TerminalPassword::read()
+{
+    // Reading from the background would stop the program, which may be receiving by now.
+    if (isInBackground()) {
+        m_notifier.setEnabled(false);
+        m_pause.start(againMilliseconds);
+        return;
+    }
+    std::array<char, 256> buffer{};
+    const ssize_t count = ::read(STDIN_FILENO, buffer.data(), buffer.size());
+    if (count < 0 && (errno == EINTR || errno == EAGAIN))
+        return;
+    if (count <= 0)
+        return take(m_line.isEmpty());
+    const auto end = std::find_if(buffer.begin(), buffer.begin() + count,
+                                  [](char character) { return character == '\n' || character == controlC; });
+    m_line.append(buffer.data(), end - buffer.begin());
+    if (end != buffer.begin() + count)
+        take(*end == controlC);
+}
+
+void TerminalPassword::take(bool isGivenUp)
+{
+    m_notifier.setEnabled(false);
+    std::fputc('\n', stderr);
+    const QString text = QString::fromUtf8(std::exchange(m_line, {}));
+    if (isGivenUp)
+        Q_EMIT givenUp();
+    else
+        Q_EMIT typed(text);
 }
 
 bool isOwnersOnly(const QString &path)

@@ -22,6 +22,7 @@ public:
 
     bool DisattivaPW = false; ///< the password is asked in order to remove it
     void setTipoPass(Passwords::Type type);
+    Passwords::Type tipoPass() const { return m_type; }
 
 Q_SIGNALS:
     /// @param tipo  the password that was asked

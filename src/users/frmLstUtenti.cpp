@@ -216,8 +216,7 @@ bool frmLstUtenti::usersRead(const Result<void> &read)
 {
     m_work.reset();
     if (!read) {
-        // This window is taken away at once; the message must stay.
-        showFault(parentWidget() ? window() : nullptr, OwnText::ArchiveNotOpened, m_register.archive(), read.fault());
+        showFault(underneath(), OwnText::ArchiveNotOpened, m_register.archive(), read.fault());
         return false;
     }
     fillCombos();

@@ -41,9 +41,8 @@ public:
                  QWidget *parent = nullptr);
     ~frmLstUtenti() override;
 
-    /// Makes the working copy; the users are shown a moment later. When it cannot be made or read, the operator is told
-    /// and this window is of no use; later on it closes itself.
-    bool open();
+    /// Makes the working copy; the users are shown a moment later.
+    bool open() override;
 
     QPoint place(QSize area, QSize own) const override;
 

@@ -24,6 +24,13 @@ public:
     explicit ChildWindow(const QString &name, QWidget *parent = nullptr);
     ~ChildWindow() override;
 
+    /// Makes what the window works with; called before it is shown. When that cannot be done the operator is told, and
+    /// this window is of no use. What is made in turns goes on when it is shown; where it fails then, it closes itself.
+    virtual bool open() { return true; }
+
+    /// What it tells the operator when it cannot open stands over that window, and stays when this one goes.
+    void setUnderneath(QWidget *window) { m_underneath = window; }
+
     /// Upper left corner in the main window's client area, in pixels.
     /// @param area  size of the client area; @param own  size of this window with its frame
     virtual QPoint place(QSize area, QSize own) const;
@@ -57,6 +64,7 @@ protected:
     /// Asked at a close that did not come from unload(). A window that must ask the operator first says no, asks, and
     /// unloads or calls refuseClose() by his answer.
     virtual bool canClose() { return true; }
+    QWidget *underneath() const { return m_underneath; }
     void refuseClose() { Q_EMIT closeRefused(); }
 
     /// Enter presses @p accept wherever no other button has the keyboard, Esc presses @p cancel (null: nothing).
@@ -82,6 +90,7 @@ private:
     QPushButton *m_cancel = nullptr;
     std::function<QPoint(QSize)> m_place;
     QPointer<ChildWindow> m_waitsFor;
+    QPointer<QWidget> m_underneath;
     double m_leastHeight = 0;
     bool m_keepsPlace = false;
     bool m_unloading = false;

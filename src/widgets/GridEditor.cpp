@@ -136,8 +136,7 @@ void GridEditor::captions()
 bool GridEditor::open()
 {
     if (const Result<void> opened = m_editor.open(); !opened) {
-        // This window is taken away at once; the message must stay.
-        showFault(parentWidget() ? window() : nullptr, OwnText::ArchiveNotOpened, opened.fault());
+        showFault(underneath(), OwnText::ArchiveNotOpened, opened.fault());
         return false;
     }
     m_model->setRecordSet(&m_editor.set());

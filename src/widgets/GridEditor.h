@@ -24,9 +24,8 @@ class GridEditor : public ChildWindow
 public:
     ~GridEditor() override;
 
-    /// Makes the working copy and shows it. When that cannot be done, the operator is told and this window is of no
-    /// use.
-    bool open();
+    /// Makes the working copy and shows it.
+    bool open() override;
 
 protected:
     /// One end of the interval.

@@ -112,7 +112,7 @@ struct Site : TestFolder {
     };
     QByteArray asked;
     Awake awake{clock};
-    Program program{directory.path(), clock, printers};
+    Program program{{directory.path()}, clock, printers};
 };
 
 } // namespace
@@ -142,7 +142,7 @@ private Q_SLOTS:
         QTRY_COMPARE(bus.held(), all);
         site.program.link().suspend();
         QTRY_COMPARE(bus.held(), QStringList());
-        site.program.link().objImpCom_Chiudi(0, 2);
+        site.program.link().objImpCom_Chiudi({});
         QTRY_COMPARE(bus.held(), all);
         site.interface.close();
         QTRY_COMPARE(bus.held(), QStringList());

@@ -3,19 +3,18 @@
 #include "archives/Tables.h"
 #include "mainwindow/ConsoleGate.h"
 #include "platform/CoreDump.h"
+#include "platform/PseudoTerminal.h"
 #include "support/Fixtures.h"
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QThread>
+#include <QSignalSpy>
 
-#include <atomic>
 #include <pty.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <termios.h>
-#include <thread>
 
 namespace {
 
@@ -82,17 +81,24 @@ struct Site : TestFolder {
     mutable Program program{{directory.path()}, clock, printers};
 };
 
-/// Types on the terminal, each time it is listened to: @p first once, and then @p second until @p end.
-void type(int terminal, const char *first, const char *second, const std::atomic<bool> &end)
+/// Whether somebody waits for what is typed on the terminal, and does not show it.
+bool isListenedTo(int terminal)
 {
-    for (const char *line = first; !end;) {
-        termios state{};
-        ::tcgetattr(terminal, &state);
-        if ((state.c_lflag & ECHO) == 0 && ::write(terminal, line, qstrlen(line)) > 0)
-            line = second;
-        QThread::msleep(50);
-    }
+    termios state{};
+    ::tcgetattr(terminal, &state);
+    return (state.c_lflag & ECHO) == 0;
 }
+
+/// Notes what a start wants of its gate.
+struct NotingGate : Gate {
+    QStringList calls;
+
+    bool waitsFor(const Fault &reason) const override { return reason.code == FaultCode::Locked; }
+    void tellTriedAgain(const Message &) override { calls += u"wait"_s; }
+    void askPassword() override { calls += u"ask"_s; }
+    void refuse(const Message &) override { calls += u"refuse"_s; }
+    void passed() override { calls += u"pass"_s; }
+};
 
 } // namespace
 
@@ -212,7 +218,13 @@ private Q_SLOTS:
         QVERIFY(!site.start(7));
         QElapsedTimer time;
         time.start();
-        QCOMPARE(ConsoleGate{site.path(u"secret"_s)}.pass(site.program), u"Wrong password!"_s);
+        {
+            ConsoleGate gate(site.program, {site.path(u"secret"_s), {}});
+            QSignalSpy refused(&gate, &ConsoleGate::refused);
+            gate.run();
+            QTRY_COMPARE(refused.size(), 1);
+            QCOMPARE(refused.constFirst().constFirst(), u"Wrong password!"_s);
+        }
         QVERIFY(time.restart() >= 1000);
         QCOMPARE(site.read(u"Impost.stp"_s), settings);
 
@@ -220,19 +232,74 @@ private Q_SLOTS:
         QCOMPARE(::openpty(&terminal, &keyboard, nullptr, nullptr, nullptr), 0);
         const int input = ::dup(STDIN_FILENO);
         ::dup2(keyboard, STDIN_FILENO);
-        std::atomic<bool> end = false;
-        std::thread person([&] { type(terminal, "sesamo\n", "apriti\n", end); });
-        const QString refusal = ConsoleGate{}.pass(site.program);
-        end = true;
-        person.join();
+        ConsoleGate gate(site.program, {});
+        QSignalSpy refused(&gate, &ConsoleGate::refused);
+        QTimer person;
+        const char *line = "sesamo\n";
+        QByteArray settingsBefore;
+        connect(&person, &QTimer::timeout, this, [&] {
+            settingsBefore = site.read(u"Impost.stp"_s);
+            if (isListenedTo(terminal) && ::write(terminal, line, qstrlen(line)) > 0)
+                line = "apriti\n";
+        });
+        person.start(50);
+        gate.run();
+        QTRY_VERIFY(site.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
+        person.stop();
+        QCOMPARE(settingsBefore, settings);
+        QCOMPARE(refused.size(), 0);
+        QVERIFY(time.elapsed() >= 1000);
+        QVERIFY(!isListenedTo(terminal));
         ::dup2(input, STDIN_FILENO);
         for (const int file : {terminal, keyboard, input})
             ::close(file);
-        QCOMPARE(refusal, QString());
-        QVERIFY(time.elapsed() >= 1000);
+    }
+
+    void registerLockedAtTheStart_data()
+    {
+        const Rows<bool, bool, QString> row("loadsFirst", "isDamaged", "then");
+        row("the gate first", false, false, u"ask"_s);
+        row("loaded before it", true, false, u"ask"_s);
+        row("damaged when it is free", false, true, u"refuse"_s);
+    }
+    /// The gate stays closed, the port does not: what comes is decided when the register can be read.
+    void registerLockedAtTheStart()
+    {
+        QFETCH(bool, loadsFirst);
+        QFETCH(bool, isDamaged);
+        QFETCH(QString, then);
+        Site site(u"register,file Impost.stp"_s);
+        Passwords passwords(site.archives);
+        QVERIFY(passwords.load() == Passwords::Fault::None &&
+                passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
+        PseudoTerminal interface(site.path(u"Porte/COM7"_s));
+        QVERIFY(interface.open().ok());
+        std::optional<Result<Database>> other = site.archives.open(users, Database::Use::Safe);
+        QVERIFY(other->value().execute("BEGIN EXCLUSIVE; UPDATE Utenti SET Note='x'"));
+        QVERIFY(!site.start(7));
+        NotingGate gate;
+        StartSequence start(site.program, gate);
+        if (loadsFirst)
+            start.load();
+        start.run();
+        QCOMPARE(gate.calls, QStringList{u"wait"_s});
+        interface.write("R/A-000000500X..\r\nR/A-000000501X..\r\n");
+        QTRY_COMPARE(site.program.road().undecided(), 2);
+        QTRY_VERIFY(gate.calls.size() > 1);
+        QCOMPARE(gate.calls.constLast(), u"wait"_s);
+        other.reset();
+        if (isDamaged)
+            site.damage(users);
+        QTRY_COMPARE(gate.calls.constLast(), then);
+        QTRY_COMPARE(site.program.road().undecided(), isDamaged ? 2 : 0);
+        QVERIFY(start.isGateClosed() && site.program.serial().portOpen());
         QCOMPARE(site.read(u"Impost.stp"_s), settings);
-        site.program.openLink();
-        QVERIFY(site.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
+        if (!isDamaged) {
+            QCOMPARE(site.rows(ArchiveName::events(u"05-03-2004"_s), u"SELECT Codice FROM Eventi"_s),
+                     QStringList{u"500"_s});
+            start.pass();
+            QVERIFY(!start.isGateClosed() && site.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
+        }
     }
 
     void coreDumpsAreOff()

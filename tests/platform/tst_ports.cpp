@@ -66,7 +66,7 @@ private Q_SLOTS:
         here.pass(5000);
         QCOMPARE(back.size(), 1);
         here.link.suspend();
-        here.link.objImpCom_Chiudi(5, 1);
+        here.link.objImpCom_Chiudi(5);
         QVERIFY(here.serial.portOpen());
 
         adapter.reset();
