@@ -110,6 +110,7 @@ enum class OwnText : int {
     ReasonTemplateDamaged,
     ReasonNotRegularFile,
     ReasonTooLarge,
+    ReasonOwnFolder,
     ReasonNotOpen,
 };
 
