@@ -1,17 +1,14 @@
 #include "archives/ArchiveStore.h"
 
+#include "archives/ArchiveBytes.h"
 #include "platform/RegularFile.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <array>
-#include <cstddef>
-#include <vector>
 
 namespace {
 
@@ -37,32 +34,12 @@ Result<void> checkFiles(const QString &path)
 }
 
 /// The salt at the front of an archive; shorter when the file is.
-///
-/// Read through the database library: the system drops every lock that a program has on a file as soon as the program
-/// closes that file anywhere, and with its lock the open day would lose its journal to the next reader that leaves.
-/// The library knows of its locks and closes later.
 Result<QByteArray> saltOf(const QString &path)
 {
     if (const Result<void> regular = checkFiles(path); !regular)
         return regular.fault();
-    if (!QFile::exists(path))
-        return Fault{FaultCode::NotFound, path};
-    sqlite3_vfs *system = sqlite3_vfs_find(nullptr);
-    // It wants names with two zeros behind them.
-    const QByteArray name = QFile::encodeName(path) + '\0';
-    std::vector<std::max_align_t> memory(static_cast<size_t>(system->szOsFile) / sizeof(std::max_align_t) + 1);
-    auto *file = reinterpret_cast<sqlite3_file *>(memory.data());
-    constexpr int flags = SQLITE_OPEN_READONLY | SQLITE_OPEN_MAIN_DB;
-    if (system->xOpen(system, name.constData(), file, flags, nullptr) != SQLITE_OK)
-        return Fault{FaultCode::AccessDenied, path};
-    QByteArray salt(ArchiveKeys::SaltSize, '\0');
-    const int read = file->pMethods->xRead(file, salt.data(), static_cast<int>(salt.size()), 0);
-    file->pMethods->xClose(file);
-    if (read == SQLITE_IOERR_SHORT_READ)
-        return QByteArray();
-    if (read != SQLITE_OK)
-        return Fault{FaultCode::InputOutput, path};
-    return salt;
+    Result<ArchiveBytes> bytes = ArchiveBytes::open(path);
+    return bytes ? bytes.value().read(0, ArchiveKeys::SaltSize) : Result<QByteArray>(bytes.fault());
 }
 
 } // namespace
@@ -95,18 +72,22 @@ Result<void> ArchiveStore::readThrough(QStringView name)
     return database ? database.value().readThrough() : Result<void>(database.fault());
 }
 
-Result<void> ArchiveStore::create(QStringView name, const char *layout, const QByteArray &salt)
+Result<Database> ArchiveStore::make(QStringView name, Database::Use use, const QByteArray &salt)
 {
     const QString path = file(name);
-    if (Result<void> regular = checkFiles(path); !regular)
-        return regular;
-    Result<Database> database = Database::open(path, m_keys.rawKey(salt), Database::Use::Safe, true);
+    if (const Result<void> regular = checkFiles(path); !regular)
+        return regular.fault();
+    Result<Database> database = Database::open(path, m_keys.rawKey(salt), use, true);
     // The library tries to read what it may not make, and finds nothing.
     if (!database && database.fault().code == FaultCode::NotFound && QFileInfo(QFileInfo(path).path()).isDir())
         return Fault{FaultCode::AccessDenied, path};
-    if (!database)
-        return database.fault();
-    return database.value().execute(layout);
+    return database;
+}
+
+Result<void> ArchiveStore::create(QStringView name, const char *layout, const QByteArray &salt)
+{
+    Result<Database> database = make(name, Database::Use::Safe, salt);
+    return database ? database.value().execute(layout) : Result<void>(database.fault());
 }
 
 Result<void> ArchiveStore::create(QStringView name, const char *layout, QStringView like)
@@ -149,13 +130,23 @@ Result<void> ArchiveStore::copy(QStringView source, QStringView target)
     const QString to = file(target);
     if (Result<void> recovered = recover(from); !recovered)
         return recovered;
-    // What stands in the target is lost on purpose, but only once its successor is there: until the rename it must
-    // stay whole. A target that cannot be brought together any more is not worth keeping back.
-    if (Result<void> recovered = recover(to); !recovered && recovered.fault().code != FaultCode::Damaged)
-        return recovered;
-    if (Result<void> removed = removeSideFiles(to); !removed)
-        return removed;
+    if (Result<void> made = makeRoomAt(to); !made)
+        return made;
     return m_folder.disk().copy(from, to);
+}
+
+Result<void> ArchiveStore::makeRoomAt(const QString &path)
+{
+    // What stands there is lost on purpose, but only once its successor is there: until the rename it must stay whole.
+    // What cannot be brought together any more is not worth keeping back.
+    if (Result<void> recovered = recover(path); !recovered && recovered.fault().code != FaultCode::Damaged)
+        return recovered;
+    return removeSideFiles(path);
+}
+
+bool ArchiveStore::hasJournals(QStringView name) const
+{
+    return hasSideFiles(file(name));
 }
 
 Result<void> ArchiveStore::remove(QStringView name)

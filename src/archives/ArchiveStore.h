@@ -22,6 +22,8 @@ class ArchiveStore
 public:
     /// @param folder  must outlive this object
     explicit ArchiveStore(ProgramFolder &folder) : m_folder(folder) {}
+    /// The same with the keys that @p other has derived so far, for a folder that was copied from its.
+    ArchiveStore(ProgramFolder &folder, const ArchiveStore &other) : m_folder(folder), m_keys(other.m_keys) {}
 
     ProgramFolder &folder() const { return m_folder; }
 
@@ -29,6 +31,9 @@ public:
     Result<Database> open(QStringView name, Database::Use use);
     /// Brings an archive together with its journals and reads all of it, see Database::readThrough().
     Result<void> readThrough(QStringView name);
+    /// Makes a new archive, for whoever fills it by himself; there is no file to speak of before that.
+    /// @param salt  ArchiveKeys::SaltSize bytes
+    Result<Database> make(QStringView name, Database::Use use, const QByteArray &salt);
     /// Makes a new archive with the tables of @p layout. @param salt ArchiveKeys::SaltSize bytes
     Result<void> create(QStringView name, const char *layout, const QByteArray &salt);
 
@@ -43,6 +48,10 @@ public:
 
     /// Copies @p source over @p target; no connection may be open on either.
     Result<void> copy(QStringView source, QStringView target);
+    /// Brings an archive together and removes its journals, before another file takes its place.
+    Result<void> makeRoom(QStringView name) { return makeRoomAt(file(name)); }
+    /// Whether journals stand beside an archive: somebody has it open, or was cut off.
+    bool hasJournals(QStringView name) const;
     /// Deletes an archive, or a link to one, with all that stands beside it; no fault when there is none.
     Result<void> remove(QStringView name);
     /// Renames an unreadable archive, with its journals, to a name that no day and no copy has.
@@ -52,6 +61,7 @@ public:
 
 private:
     QString file(QStringView name) const;
+    Result<void> makeRoomAt(const QString &path);
     Result<void> recover(const QString &path);
     Result<void> removeSideFiles(const QString &path);
 

@@ -123,6 +123,7 @@ private:
         void operator()(sqlite3 *database) const;
     };
 
+    friend class PageCopy;
     Database(sqlite3 *database, QString path) : m_database(database), m_path(std::move(path)) {}
     Fault fault(int code) const;
 

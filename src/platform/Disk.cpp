@@ -147,13 +147,31 @@ Result<void> Disk::replaceContent(const QString &target, const QByteArray &conte
     return outcome;
 }
 
-Result<void> Disk::rename(const QString &from, const QString &to)
+Result<void> Disk::renameOnly(const QString &from, const QString &to)
 {
     if (!before(Step::Rename, to))
         return Fault{FaultCode::InputOutput, to};
     if (::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
         return systemFault(to);
-    return flushFolder(to);
+    return {};
+}
+
+Result<void> Disk::rename(const QString &from, const QString &to)
+{
+    const Result<void> renamed = renameOnly(from, to);
+    return renamed ? flushFolder(to) : renamed;
+}
+
+std::function<Result<bool>()> Disk::flushAll(const QString &folder)
+{
+    if (!before(Step::Flush, folder))
+        return [folder] { return Result<bool>(Fault{FaultCode::InputOutput, folder}); };
+    return [folder]() -> Result<bool> {
+        const Descriptor file(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (file.get() < 0 || ::syncfs(file.get()) != 0)
+            return systemFault(folder);
+        return true;
+    };
 }
 
 Result<void> Disk::remove(const QString &path)

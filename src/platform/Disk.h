@@ -4,6 +4,8 @@
 
 #include <QByteArray>
 
+#include <functional>
+
 /// The file operations of the program, in steps that a power cut can fall between.
 ///
 /// A file never changes in place: new content is written beside the target, flushed, renamed over it, and the folder is
@@ -27,6 +29,11 @@ public:
     /// Makes @p content the content of @p target by way of a file of that @p name beside it.
     Result<void> replaceContent(const QString &target, const QByteArray &content, const QString &name);
     Result<void> rename(const QString &from, const QString &to);
+    /// Begins to flush all that was written in the file system of @p folder, which takes as long as it takes.
+    /// @return what does it, for a thread of its own
+    std::function<Result<bool>()> flushAll(const QString &folder);
+    /// Makes the names below @p folder last, after files were put there.
+    Result<void> flushNames(const QString &folder) { return flushFolder(folder + QLatin1Char('/')); }
     /// No fault when the file does not exist.
     Result<void> remove(const QString &path);
     /// Single level: the parent must exist. @return AccessDenied also when something else than a folder has the name
@@ -43,6 +50,7 @@ private:
     friend class FreshFile;
 
     Result<void> write(int file, const QString &path, const char *bytes, qsizetype count);
+    Result<void> renameOnly(const QString &from, const QString &to);
     Result<void> finish(int file, const QString &beside, const QString &target);
     Result<void> flushFolder(const QString &path);
 };

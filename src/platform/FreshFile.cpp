@@ -2,9 +2,9 @@
 
 #include "platform/RegularFile.h"
 
-#include <QFile>
 #include <QFileInfo>
 
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -90,6 +90,18 @@ Result<void> FreshFile::commit()
     const Result<void> done = m_disk.finish(m_file, m_beside, m_target);
     if (!done)
         return Fault{done.fault().code, m_target};
+    m_beside.clear();
+    return {};
+}
+
+Result<void> FreshFile::put(qint64 modified, QFile::Permissions rights)
+{
+    constexpr qint64 second = 1'000'000'000;
+    const std::array<timespec, 2> times = {timespec{0, UTIME_OMIT}, timespec{modified / second, modified % second}};
+    if (::futimens(m_file, times.data()) != 0 || !QFile::setPermissions(m_beside, rights))
+        return systemFault(m_target);
+    if (Result<void> renamed = m_disk.renameOnly(m_beside, m_target); !renamed)
+        return renamed;
     m_beside.clear();
     return {};
 }

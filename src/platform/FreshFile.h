@@ -1,7 +1,9 @@
 #pragma once
 
 #include "platform/Disk.h"
+#include "platform/FileStamp.h"
 
+#include <QFile>
 #include <QIODevice>
 
 /// A file that stands under its name only when it is whole; until then the one that was there before stays.
@@ -16,12 +18,21 @@ public:
     FreshFile(Disk &disk, const QString &target);
     ~FreshFile() override;
 
+    /// Whether a file of this name stands beside a target that it did not come to take the place of.
+    static bool isBeside(const QString &name) { return name.startsWith(QLatin1String(".kor-")); }
+
     Result<void> create();
     /// Waits until the next mebibyte or so lies on the device, so that the flush of commit() finds little to do.
     /// @return true when all that is written has been waited for
     bool settle();
     /// Flushes the file and puts it in the place of its target.
     Result<void> commit();
+    /// Puts the file in the place of its target like commit(), but flushes neither it nor the folder: see
+    /// Disk::flushAll(), for many files at once.
+    /// @param modified  its time of modification, nanoseconds since 1970; @param rights  its rights
+    Result<void> put(qint64 modified, QFile::Permissions rights);
+    /// Where it is written to, for a library that writes by itself; "" when there is none.
+    const QString &beside() const { return m_beside; }
     /// Why a write failed; InputOutput when none did.
     const Fault &fault() const { return m_fault; }
 

@@ -18,6 +18,7 @@ enum class FaultCode {
     TemplateDamaged, ///< the template that an archive is made from is
     NotRegularFile,  ///< a folder, pipe or device stands where a file should
     TooLarge,        ///< more than the program takes in
+    OwnFolder,       ///< the program folder, or one in it, was chosen as the place of its copy
     NotOpen,         ///< asked of something that is closed
 };
 

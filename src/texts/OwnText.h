@@ -116,6 +116,7 @@ enum class OwnText : int {
     ReasonTemplateDamaged,
     ReasonNotRegularFile,
     ReasonTooLarge,
+    ReasonOwnFolder,
     ReasonNotOpen,
 };
 

@@ -369,6 +369,9 @@ constexpr std::array<TextRow<OwnText>, OwnTextCount> ownTextTable = {{
      "non è un file normale", "not a regular file",
      "ce n'est pas un fichier ordinaire", "keine gewöhnliche Datei"},
     {OwnText::ReasonTooLarge, "file troppo grande", "file too large", "fichier trop grand", "Datei zu groß"},
+    {OwnText::ReasonOwnFolder,
+     "è la cartella del programma o una cartella al suo interno", "it is the program folder or lies in it",
+     "c'est le dossier du programme ou un dossier qu'il contient", "ist der Programmordner oder liegt darin"},
     {OwnText::ReasonNotOpen, "file non aperto", "not open", "fichier non ouvert", "nicht geöffnet"},
 }};
 // clang-format on

@@ -41,6 +41,8 @@ OwnText reason(FaultCode code)
         return OwnText::ReasonNotRegularFile;
     case FaultCode::TooLarge:
         return OwnText::ReasonTooLarge;
+    case FaultCode::OwnFolder:
+        return OwnText::ReasonOwnFolder;
     case FaultCode::NotOpen:
         return OwnText::ReasonNotOpen;
     case FaultCode::InputOutput:

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/Result.h"
+
+#include <QByteArray>
+
+#include <memory>
+
+struct sqlite3_file;
+
+/// An archive file as bytes, read through the database library.
+///
+/// The system drops every lock that a program has on a file as soon as the program closes that file anywhere, and with
+/// its lock the open day would lose its journal to the next reader that leaves. The library knows of its locks and
+/// closes later.
+class ArchiveBytes
+{
+public:
+    /// @param path  regular file. @return NotFound, AccessDenied
+    static Result<ArchiveBytes> open(const QString &path);
+
+    /// @return at most @p count bytes from @p position on: fewer at the end of the file, none behind it
+    Result<QByteArray> read(qint64 position, qsizetype count);
+
+private:
+    struct Closer {
+        void operator()(sqlite3_file *file) const;
+    };
+    ArchiveBytes(sqlite3_file *file, QString path) : m_file(file), m_path(std::move(path)) {}
+
+    std::unique_ptr<sqlite3_file, Closer> m_file;
+    QString m_path;
+};

@@ -1,0 +1,226 @@
+#include "backup/Backup.h"
+
+#include "archives/Tables.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+
+namespace {
+
+/// A lot is flushed at once: a flush for each file would take far longer than the copying.
+constexpr size_t lotFiles = 64;
+constexpr qint64 lotBytes = 64 << 20;
+
+/// What the program and the database library leave behind, and nobody needs.
+bool isPassing(const QString &name)
+{
+    static const std::array endings = {QStringLiteral("-wal"),  QStringLiteral("-shm"), QStringLiteral("-journal"),
+                                       QStringLiteral(".part"), QStringLiteral(".$$$"), QStringLiteral(".evn")};
+    return FreshFile::isBeside(name) || std::any_of(endings.begin(), endings.end(), [&name](const QString &ending) {
+               return name.endsWith(ending, Qt::CaseInsensitive);
+           });
+}
+
+bool isDay(const QString &name)
+{
+    return name.startsWith(QStringLiteral("Archivi/Eventi_"), Qt::CaseInsensitive);
+}
+
+QString below(const QString &folder, const QString &name)
+{
+    return folder.isEmpty() ? name : folder + QLatin1Char('/') + name;
+}
+
+bool liesIn(const QString &folder, const QString &path)
+{
+    return path == folder || path.startsWith(folder + QLatin1Char('/'));
+}
+
+} // namespace
+
+Backup::Backup(ArchiveStore &archives, const QString &target)
+    : m_archives(archives), m_folder(target, archives.folder().disk()), m_target(m_folder, archives)
+{
+}
+
+Backup::~Backup() = default;
+
+Result<void> Backup::begin()
+{
+    const QString target = m_folder.root();
+    const QString real = QFileInfo(target).canonicalFilePath();
+    if (real.isEmpty() || !QFileInfo(real).isDir())
+        return Fault{FaultCode::NotFound, target};
+    if (liesIn(QFileInfo(m_archives.folder().root()).canonicalFilePath(), real))
+        return Fault{FaultCode::OwnFolder, target};
+    if (!m_folder.isWritable({}))
+        return Fault{FaultCode::AccessDenied, target};
+    if (Result<void> taken = m_lock.take(target); !taken)
+        return taken;
+    const QString archives = QStringView(ArchiveName::Folder).toString();
+    return m_folder.isFolder(archives) ? m_lock.take(m_folder.path(archives)) : Result<void>();
+}
+
+void Backup::stop()
+{
+    m_isStopped = true;
+    m_copy.reset();
+    m_lot.clear();
+}
+
+Result<bool> Backup::step(const QDeadlineTimer &until)
+{
+    do {
+        if (m_isStopped)
+            return true;
+        Result<bool> worked = false;
+        if (!m_isListed)
+            worked = list();
+        else if (m_flush)
+            worked = putLot(until);
+        else if (m_copy)
+            worked = copyOn(until);
+        else if (!m_sources.empty() && m_lot.size() < lotFiles && m_lotBytes < lotBytes)
+            beginFile();
+        else if (!m_lot.empty())
+            m_flush = std::make_unique<Errand<bool>>(m_folder.disk().flushAll(m_folder.root()), Errand<bool>::Then());
+        else
+            return m_missed ? Result<bool>(*m_missed) : Result<bool>(true);
+        if (!worked)
+            return worked;
+    } while (!until.hasExpired());
+    return false;
+}
+
+// What is to be copied -----------------------------------------------------------------------------------------------
+
+/// Looks at one entry of a folder, or begins the next folder.
+Result<bool> Backup::list()
+{
+    if (m_listing && m_listing->hasNext()) {
+        m_listing->next();
+        return listEntry(m_listing->fileInfo());
+    }
+    m_listing.reset();
+    if (m_folders.isEmpty()) {
+        m_isListed = true;
+        // They are taken from the back: the register comes before any day, since a folder with days and without a
+        // register does not start.
+        std::stable_partition(m_sources.begin(), m_sources.end(),
+                              [](const Source &source) { return isDay(source.name); });
+        return true;
+    }
+    m_listed = m_folders.takeFirst();
+    const QString path = m_archives.folder().path(m_listed);
+    const QString real = QFileInfo(path).canonicalFilePath();
+    // Links may lead in a circle, or to the copy.
+    if (m_seen.contains(real) || liesIn(QFileInfo(m_folder.root()).canonicalFilePath(), real))
+        return true;
+    m_seen.insert(real);
+    if (Result<void> made = makeFolder(m_listed); !made)
+        return made.fault();
+    m_listing =
+        std::make_unique<QDirIterator>(path, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    return true;
+}
+
+Result<bool> Backup::listEntry(const QFileInfo &entry)
+{
+    const QString name = below(m_listed, entry.fileName());
+    if (entry.isDir()) {
+        m_folders.append(name);
+    } else if (entry.isSymLink() && !entry.isFile()) {
+        // To a device, above all, or to a share that is not there now.
+        if (const Result<void> copied = copyLink(entry.symLinkTarget(), m_folder.path(name)); !copied)
+            return copied.fault();
+    } else if (entry.isFile() && !isPassing(entry.fileName())) {
+        const std::optional<FileStamp> stamp = stampOf(entry.filePath());
+        const bool isOpen = m_archives.hasJournals(name);
+        if (stamp && (isOpen || stamp != stampOf(m_folder.path(name)))) {
+            m_sources.push_back({name, stamp->size});
+            m_bytes += stamp->size;
+        }
+    }
+    return true;
+}
+
+/// A folder of the copy, without what was left in it by a backup that was cut off.
+Result<void> Backup::makeFolder(const QString &name)
+{
+    const QString path = m_folder.path(name);
+    if (!m_folder.isFolder(name)) {
+        if (Result<void> made = m_folder.disk().makeFolder(path); !made)
+            return made;
+    }
+    for (const QString &left : QDir(path).entryList(QDir::Files | QDir::Hidden)) {
+        if (!FreshFile::isBeside(left))
+            continue;
+        if (Result<void> removed = m_folder.disk().remove(path + QLatin1Char('/') + left); !removed)
+            return removed;
+    }
+    return {};
+}
+
+Result<void> Backup::copyLink(const QString &leadsTo, const QString &link)
+{
+    if (QFileInfo(link).isSymLink() || QFileInfo::exists(link))
+        return {};
+    return QFile::link(leadsTo, link) ? Result<void>() : Result<void>(Fault{FaultCode::AccessDenied, link});
+}
+
+// How it is copied ---------------------------------------------------------------------------------------------------
+
+void Backup::beginFile()
+{
+    m_copy = std::make_unique<FileCopy>(m_archives, m_target, m_sources.back().name);
+    m_bytesOfFile = m_sources.back().size;
+    m_sources.pop_back();
+}
+
+Result<bool> Backup::copyOn(const QDeadlineTimer &until)
+{
+    const Result<bool> copied = m_copy->step(until);
+    if (!copied && m_copy->side() == FileCopy::Side::Target)
+        return copied;
+    if (copied && !copied.value())
+        return true;
+    if (copied)
+        m_lot.push_back(std::move(m_copy));
+    else if (!m_missed)
+        m_missed = copied.fault();
+    m_copy.reset();
+    m_lotBytes += m_bytesOfFile;
+    m_bytesDone += m_bytesOfFile;
+    return true;
+}
+
+/// Puts the lot in place once it lies on the device.
+Result<bool> Backup::putLot(const QDeadlineTimer &until)
+{
+    const std::chrono::milliseconds left(std::clamp<qint64>(until.remainingTime(), 0, 20));
+    const std::optional<Result<bool>> flushed = m_flush->wait(left);
+    if (!flushed)
+        return true;
+    m_flush.reset();
+    if (!*flushed)
+        return flushed->fault();
+    QSet<QString> folders;
+    for (const std::unique_ptr<FileCopy> &copy : m_lot) {
+        if (const Result<void> put = copy->put(); !put)
+            return put.fault();
+        folders.insert(QFileInfo(m_folder.path(copy->name())).path());
+        ++m_copied;
+    }
+    for (const QString &folder : folders) {
+        if (const Result<void> last = m_folder.disk().flushNames(folder); !last)
+            return last.fault();
+    }
+    m_lot.clear();
+    m_lotBytes = 0;
+    return true;
+}

@@ -1,0 +1,224 @@
+#include "backup/FileCopy.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+namespace {
+
+constexpr qsizetype bytesAtOnce = 256 << 10;
+constexpr int pagesAtOnce = 16;
+constexpr qint64 second = 1'000'000'000;
+
+/// A file that changes again and again is left for the next time.
+constexpr int mostAttempts = 3;
+
+bool isArchiveName(const QString &name)
+{
+    const QString file = QFileInfo(name).fileName();
+    return file.endsWith(QStringLiteral(".zeb"), Qt::CaseInsensitive) ||
+           file.contains(QStringLiteral(".zeb.guasto"), Qt::CaseInsensitive);
+}
+
+} // namespace
+
+FileCopy::FileCopy(ArchiveStore &source, ArchiveStore &target, QString name)
+    : m_source(source),
+      m_target(target),
+      m_name(std::move(name)),
+      m_path(source.folder().path(m_name)),
+      m_isArchive(isArchiveName(m_name)),
+      // One that was set aside is damaged: it is copied as it is.
+      m_isChecked(m_name.endsWith(QStringLiteral(".zeb"), Qt::CaseInsensitive))
+{
+}
+
+FileCopy::~FileCopy()
+{
+    // The archives go before the file that they stand in.
+    m_pages.reset();
+    m_check.reset();
+}
+
+Fault FileCopy::atSource(const Fault &fault)
+{
+    m_side = Side::Source;
+    return {fault.code, m_path};
+}
+
+bool FileCopy::isBeingWritten() const
+{
+    return m_isChecked && m_source.hasJournals(m_name);
+}
+
+Result<bool> FileCopy::step(const QDeadlineTimer &until)
+{
+    m_side = Side::Target;
+    if (!m_file) {
+        if (const Result<void> begun = begin(); !begun)
+            return begun.fault();
+        // It has gone since it was listed, as what only waits for a moment does.
+        if (!m_file)
+            return true;
+    }
+    if (m_check) {
+        const Result<bool> read = m_check->reading.step(until);
+        if (!read)
+            return atSource(read.fault());
+        if (read.value())
+            m_check.reset();
+        return read;
+    }
+    return m_pages ? copyPages(until) : copyBytes(until);
+}
+
+Result<void> FileCopy::begin()
+{
+    const std::optional<FileStamp> stamp = stampOf(m_path);
+    if (!stamp)
+        return {};
+    m_stamp = *stamp;
+    m_begun = QDateTime::currentMSecsSinceEpoch() * 1'000'000;
+    m_position = 0;
+    m_file.emplace(m_target.folder().disk(), m_target.folder().path(m_name));
+    if (Result<void> created = m_file->create(); !created)
+        return created;
+    if (m_isArchive) {
+        Result<ArchiveBytes> opened = ArchiveBytes::open(m_path);
+        if (!opened)
+            return atSource(opened.fault());
+        m_archive.emplace(std::move(opened.value()));
+    } else {
+        Result<Descriptor> opened = openToRead(m_path);
+        if (!opened)
+            return atSource(opened.fault());
+        m_plain.emplace(std::move(opened.value()));
+    }
+    return isBeingWritten() ? beginPages() : Result<void>();
+}
+
+/// Name of the copy that is being written, below the target folder.
+QString FileCopy::nameBeside() const
+{
+    const QString folder = QFileInfo(m_name).path();
+    const QString file = QFileInfo(m_file->beside()).fileName();
+    return folder == QLatin1String(".") ? file : folder + QLatin1Char('/') + file;
+}
+
+Result<void> FileCopy::beginPages()
+{
+    const Result<QByteArray> salt = m_archive->read(0, ArchiveKeys::SaltSize);
+    if (!salt)
+        return atSource(salt.fault());
+    Result<Database> source = m_source.open(m_name, Database::Use::Safe);
+    if (!source)
+        return atSource(source.fault());
+    Result<Database> target = m_target.make(nameBeside(), Database::Use::ThrowAway, salt.value());
+    if (!target)
+        return target.fault();
+    // It is thrown away when it does not become whole: a journal would only be one file more.
+    if (Result<void> without = target.value().execute("PRAGMA journal_mode = OFF;"); !without)
+        return without;
+    m_pages = std::make_unique<Pages>(Pages{std::move(source.value()), std::move(target.value()), std::nullopt});
+    Result<PageCopy> copy = PageCopy::begin(m_pages->source, m_pages->target);
+    if (!copy)
+        return copy.fault();
+    m_pages->copy.emplace(std::move(copy.value()));
+    // What is written while it is being copied must be copied the next time.
+    m_stamp.modified -= second;
+    return {};
+}
+
+Result<bool> FileCopy::copyPages(const QDeadlineTimer &until)
+{
+    do {
+        const Result<bool> copied = m_pages->copy->step(pagesAtOnce);
+        if (!copied)
+            return copied.fault().subject == m_pages->source.path() ? Result<bool>(atSource(copied.fault())) : copied;
+        if (!copied.value())
+            continue;
+        // The copy stands alone, without the journals of the original.
+        if (const Result<void> left = m_pages->target.leaveLogMode(); !left)
+            return left.fault();
+        m_pages.reset();
+        if (const Result<void> begun = beginCheck(); !begun)
+            return begun.fault();
+        return false;
+    } while (!until.hasExpired());
+    return false;
+}
+
+Result<QByteArray> FileCopy::readSource()
+{
+    if (m_archive)
+        return m_archive->read(m_position, bytesAtOnce);
+    QByteArray bytes(bytesAtOnce, '\0');
+    ssize_t count = -1;
+    do {
+        count = ::read(m_plain->get(), bytes.data(), static_cast<size_t>(bytes.size()));
+    } while (count < 0 && errno == EINTR);
+    if (count < 0)
+        return systemFault(m_path);
+    bytes.truncate(count);
+    return bytes;
+}
+
+Result<bool> FileCopy::copyBytes(const QDeadlineTimer &until)
+{
+    do {
+        const Result<QByteArray> bytes = readSource();
+        if (!bytes)
+            return atSource(bytes.fault());
+        if (bytes.value().isEmpty())
+            return finishBytes();
+        if (m_file->write(bytes.value()) < 0)
+            return m_file->fault();
+        m_position += bytes.value().size();
+    } while (!until.hasExpired());
+    return false;
+}
+
+/// Looks whether the source stayed as it was; else all begins anew.
+Result<bool> FileCopy::finishBytes()
+{
+    const std::optional<FileStamp> now = stampOf(m_path);
+    if (now != m_stamp || m_position != m_stamp.size || isBeingWritten()) {
+        m_archive.reset();
+        m_plain.reset();
+        m_file.reset();
+        if (++m_attempts == mostAttempts)
+            return atSource({FaultCode::Locked, m_path});
+        return false;
+    }
+    // Within the grain of its clock a file can change unseen.
+    if (m_begun - m_stamp.modified < second)
+        m_stamp.modified -= second;
+    if (!m_isChecked)
+        return true;
+    const Result<void> begun = beginCheck();
+    return begun ? Result<bool>(false) : Result<bool>(begun.fault());
+}
+
+Result<void> FileCopy::beginCheck()
+{
+    Result<Database> copy = m_target.open(nameBeside(), Database::Use::Safe);
+    if (!copy)
+        return atSource(copy.fault());
+    m_check = std::make_unique<Check>(std::move(copy.value()));
+    return {};
+}
+
+Result<void> FileCopy::put()
+{
+    if (!m_file)
+        return {};
+    if (m_isArchive) {
+        if (Result<void> made = m_target.makeRoom(m_name); !made)
+            return made;
+    }
+    constexpr auto owner = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    return m_file->put(m_stamp.modified, QFile::permissions(m_path) & owner);
+}

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "archives/ArchiveBytes.h"
+#include "archives/ArchiveStore.h"
+#include "archives/PageCopy.h"
+#include "archives/WholeReading.h"
+#include "platform/FreshFile.h"
+#include "platform/RegularFile.h"
+#include "platform/Task.h"
+
+#include <memory>
+#include <optional>
+
+/// Copies one file of the program folder to a place beside its name in another folder, in turns.
+class FileCopy : public Task
+{
+public:
+    /// What a fault is about: a source that cannot be read costs this file only.
+    enum class Side { Source, Target };
+
+    /// @param source, @param target  must outlive this object; @param name  of the file below both folders
+    FileCopy(ArchiveStore &source, ArchiveStore &target, QString name);
+    ~FileCopy() override;
+
+    Result<bool> step(const QDeadlineTimer &until) override;
+    Progress progress() const override { return {m_position, m_stamp.size}; }
+    /// Which side the fault of the last step came from.
+    Side side() const { return m_side; }
+    /// Puts the copy in the place of its name, once all that was written has been flushed.
+    Result<void> put();
+
+    const QString &name() const { return m_name; }
+
+private:
+    /// An archive that others may be writing to.
+    struct Pages {
+        Database source;
+        Database target;
+        std::optional<PageCopy> copy;
+    };
+    struct Check {
+        explicit Check(Database opened) : database(std::move(opened)), reading(database) {}
+        Database database;
+        WholeReading reading;
+    };
+
+    Result<void> begin();
+    Result<void> beginPages();
+    QString nameBeside() const;
+    Result<bool> copyPages(const QDeadlineTimer &until);
+    Result<bool> copyBytes(const QDeadlineTimer &until);
+    Result<QByteArray> readSource();
+    Result<bool> finishBytes();
+    Result<void> beginCheck();
+    Fault atSource(const Fault &fault);
+    bool isBeingWritten() const;
+
+    ArchiveStore &m_source;
+    ArchiveStore &m_target;
+    QString m_name;
+    QString m_path; ///< of the source
+    bool m_isArchive;
+    bool m_isChecked; ///< the copy counts only when all of it can be read
+    Side m_side = Side::Target;
+    FileStamp m_stamp;
+    qint64 m_begun = 0; ///< nanoseconds since 1970
+    int m_attempts = 0;
+    qint64 m_position = 0;
+    std::optional<FreshFile> m_file;
+    std::optional<ArchiveBytes> m_archive;
+    std::optional<Descriptor> m_plain;
+    std::unique_ptr<Pages> m_pages;
+    std::unique_ptr<Check> m_check;
+};

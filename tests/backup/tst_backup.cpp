@@ -1,0 +1,193 @@
+#include "archives/Tables.h"
+#include "backup/Backup.h"
+#include "link/EventLog.h"
+#include "support/Fixtures.h"
+
+#include <QDir>
+#include <QRegularExpression>
+
+namespace {
+
+const QString oldDay = u"Archivi/Eventi_01-03-2004.zeb"_s;
+const QString otherDay = u"Archivi/Eventi_02-03-2004.zeb"_s;
+const QString all = u"SELECT ProgEv, Codice FROM Eventi"_s;
+
+/// A folder with some days and a place for its copy.
+struct Site : TestFolder {
+    Site()
+    {
+        addUsers({{u"1"_s, u"TX"_s, u"Rossi"_s, u"Anna"_s}});
+        addEvents(u"01-03-2004"_s, {{u"1"_s, u"TX"_s, u"A"_s, u""_s, u""_s, u"08:00:00"_s}});
+        addEvents(u"02-03-2004"_s, {{u"2"_s, u"TX"_s, u"A"_s, u""_s, u""_s, u"08:00:00"_s}});
+        write(u"Impost.stp"_s, "COM=7\r\n");
+        QDir(directory.path()).mkdir(u"Porte"_s);
+        QFile::link(u"/dev/null"_s, directory.filePath(u"Porte/COM7"_s));
+    }
+
+    /// @param each  called before each turn
+    Result<int> backUp(const std::function<void()> &each = [] {})
+    {
+        Backup backup(archives, target.path());
+        if (const Result<void> begun = backup.begin(); !begun)
+            return begun.fault();
+        for (;;) {
+            each();
+            const Result<bool> done = backup.step(QDeadlineTimer(0));
+            if (!done)
+                return done.fault();
+            if (done.value())
+                return backup.copied();
+        }
+    }
+    QByteArray copyOf(const QString &name) const
+    {
+        QFile file(target.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : "-";
+    }
+    QStringList rowsOfCopy(const QString &name, const QString &statement)
+    {
+        ProgramFolder copied(target.path(), disk);
+        ArchiveStore store(copied);
+        QStringList found;
+        Result<Database> database = store.open(name, Database::Use::Safe);
+        if (!database || !database.value().readThrough())
+            return {u"FAULT"_s};
+        if (!database.value().each(statement, {}, [&](const Statement &row) { found.append(row.text(1)); }))
+            return {u"FAULT"_s};
+        return found;
+    }
+
+    QTemporaryDir target;
+};
+
+} // namespace
+
+class TestBackup : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void copiesWhatDiffersAndDeletesNothing()
+    {
+        Site site;
+        QVERIFY(site.backUp().ok());
+        for (const QString &name : {oldDay, otherDay, u"Archivi/Anagrafico.zeb"_s, u"Impost.stp"_s})
+            QCOMPARE(site.copyOf(name), site.read(name));
+        QCOMPARE(QFile::symLinkTarget(site.target.filePath(u"Porte/COM7"_s)), u"/dev/null"_s);
+        // What has just been made may change within the grain of the clock: it is copied once more.
+        const QDateTime before = QDateTime::currentDateTime().addDays(-1);
+        for (const QString &name : site.files(u"Archivi"_s) + QStringList{u"../Impost.stp"_s}) {
+            QFile file(site.directory.filePath(u"Archivi/"_s + name));
+            QVERIFY(file.open(QIODevice::ReadWrite) && file.setFileTime(before, QFile::FileModificationTime));
+        }
+        QVERIFY(site.backUp().value() > 5);
+        QCOMPARE(site.backUp().value(), 0);
+        site.addEvents(u"02-03-2004"_s, {{u"3"_s, u"TX"_s, u"A"_s, u""_s, u""_s, u"09:00:00"_s}});
+        QVERIFY(QFile::remove(site.directory.filePath(oldDay)));
+        QCOMPARE(site.backUp().value(), 1);
+        QCOMPARE(site.rowsOfCopy(otherDay, all), QStringList({u"2"_s, u"3"_s}));
+        QCOMPARE(site.rowsOfCopy(oldDay, all), QStringList{u"1"_s});
+    }
+
+    void dayThatIsWrittenIsCopiedAsItWasAtOneMoment()
+    {
+        Site site;
+        FakeClock clock;
+        Notices notices;
+        EventLog log(site.archives, clock, notices);
+        log.open();
+        int stored = 0;
+        const auto store = [&] {
+            EventRecord record;
+            record.code = QString::number(++stored);
+            log.append(makeEvent(record, clock.moment));
+        };
+        for (int i = 0; i < 300; ++i)
+            store();
+        QVERIFY(site.backUp(store).ok());
+        const QString today = u"Archivi/Eventi_05-03-2004.zeb"_s;
+        const QStringList copied = site.rowsOfCopy(today, all);
+        QVERIFY2(copied.size() >= 300 && copied.size() < stored, qPrintable(QString::number(copied.size())));
+        for (qsizetype i = 0; i < copied.size(); ++i)
+            QCOMPARE(copied[i], QString::number(i + 1));
+        QVERIFY(!QFile::exists(site.target.filePath(today + u"-wal"_s)));
+        QCOMPARE(site.rows(today, u"SELECT count(*) FROM Eventi"_s), QStringList{QString::number(stored)});
+        // While it is open its file tells nothing about what is new.
+        QVERIFY(site.backUp().value() >= 1);
+        QCOMPARE(site.rowsOfCopy(today, all).size(), stored);
+    }
+
+    void refusesWhereItCannotStand_data()
+    {
+        Rows<QString, FaultCode> row("place", "fault");
+        row("the program folder", u"."_s, FaultCode::OwnFolder);
+        row("a folder in it", u"Archivi"_s, FaultCode::OwnFolder);
+        row("a link to it", u"link"_s, FaultCode::OwnFolder);
+        row("nothing", u"nothing"_s, FaultCode::NotFound);
+        row("a file", u"Impost.stp"_s, FaultCode::NotFound);
+        row("the folder of a program at work", u"*"_s, FaultCode::AlreadyInUse);
+    }
+    void refusesWhereItCannotStand()
+    {
+        QFETCH(QString, place);
+        Site site;
+        QFile::link(site.directory.path(), site.directory.filePath(u"link"_s));
+        FolderLock held;
+        QVERIFY(held.take(site.target.path()).ok());
+        Backup backup(site.archives, place == u"*"_s ? site.target.path() : site.directory.filePath(place));
+        const Result<void> begun = backup.begin();
+        QVERIFY(!begun.ok());
+        QTEST(begun.fault().code, "fault");
+    }
+
+    void cutOffAnywhereLeavesWholeFiles()
+    {
+        for (int steps = 0, done = 0; !done; ++steps) {
+            Site site;
+            QVERIFY(site.backUp().ok());
+            const QByteArray before = site.copyOf(oldDay);
+            site.addEvents(u"01-03-2004"_s, {{u"4"_s, u"TX"_s, u"A"_s, u""_s, u""_s, u"09:00:00"_s}});
+            site.disk.steps.clear();
+            site.disk.stopAt = steps;
+            done = site.backUp().ok();
+            site.disk.stopAt = -1;
+            const QByteArray now = site.copyOf(oldDay);
+            QVERIFY2(now == before || now == site.read(oldDay), qPrintable(QString::number(steps)));
+            QVERIFY(site.backUp().ok());
+            QCOMPARE(site.rowsOfCopy(oldDay, all), QStringList({u"1"_s, u"4"_s}));
+            QVERIFY(QDir(site.target.filePath(u"Archivi"_s)).entryList({u".kor-*"_s}, QDir::Files | QDir::Hidden).isEmpty());
+        }
+    }
+
+    void damagedDayIsToldAndCostsNoOther()
+    {
+        Site site;
+        QVERIFY(site.backUp().ok());
+        const QByteArray whole = site.copyOf(oldDay);
+        site.damage(oldDay);
+        site.addEvents(u"02-03-2004"_s, {{u"3"_s, u"TX"_s, u"A"_s, u""_s, u""_s, u"09:00:00"_s}});
+        const Result<int> done = site.backUp();
+        QVERIFY(!done.ok());
+        QCOMPARE(done.fault().code, FaultCode::Damaged);
+        QVERIFY(done.fault().subject.endsWith(oldDay));
+        QCOMPARE(site.copyOf(oldDay), whole);
+        QCOMPARE(site.rowsOfCopy(otherDay, all), QStringList({u"2"_s, u"3"_s}));
+    }
+
+    void targetThatGoesEndsIt()
+    {
+        Site site;
+        bool removed = false;
+        int turns = 0;
+        const Result<int> done = site.backUp([&] {
+            if (++turns == 12)
+                removed = QDir(site.target.path()).removeRecursively();
+        });
+        QVERIFY(removed);
+        QVERIFY(!done.ok());
+        QVERIFY(done.fault().subject.startsWith(site.target.path()));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBackup)
+#include "tst_backup.moc"
