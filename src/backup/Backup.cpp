@@ -184,7 +184,7 @@ void Backup::beginFile()
 
 Result<bool> Backup::copyOn(const QDeadlineTimer &until)
 {
-    const Result<bool> copied = m_copy->step(until);
+    Result<bool> copied = m_copy->step(until);
     if (!copied && m_copy->side() == FileCopy::Side::Target)
         return copied;
     if (copied && !copied.value())

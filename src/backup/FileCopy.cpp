@@ -65,7 +65,7 @@ Result<bool> FileCopy::step(const QDeadlineTimer &until)
             return true;
     }
     if (m_check) {
-        const Result<bool> read = m_check->reading.step(until);
+        Result<bool> read = m_check->reading.step(until);
         if (!read)
             return atSource(read.fault());
         if (read.value())

@@ -151,7 +151,7 @@ Result<qint64> DayArchive::insert(const Event &event, qint64 number)
 
 Result<qint64> DayArchive::highest()
 {
-    const Result<qint64> found = m_database.number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
+    Result<qint64> found = m_database.number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
     if (found)
         m_last = found.value();
     return found;

@@ -3,14 +3,14 @@
 namespace {
 
 /// A record has 17 characters before its LF: what is longer is none, however it goes on.
-constexpr qsizetype lineLimit = 64;
+constexpr qsizetype recordLimit = 64;
 
 } // namespace
 
 LineReader::LineReader(SerialControl &serial, LinkMonitor &link, EventRoad &road, QObject *parent)
     : QObject(parent), m_serial(serial), m_link(link), m_road(road)
 {
-    m_line.reserve(lineLimit);
+    m_line.reserve(recordLimit);
     m_link.unfinishedLine = [this] { return std::exchange(m_line, {}); };
     connect(&m_serial, &SerialControl::OnComm, this, &LineReader::ConZeb_OnComm);
     connect(&m_link, &LinkMonitor::handsBack, this, &LineReader::takeBack);
@@ -45,7 +45,7 @@ void LineReader::ConZeb_OnComm()
 void LineReader::take(char character)
 {
     if (character != '\n') {
-        if (m_line.size() < lineLimit)
+        if (m_line.size() < recordLimit)
             m_line.append(character);
         return;
     }

@@ -31,7 +31,7 @@ public:
             return;
         List rest;
         rest.swap(*this);
-        new Rest(std::move(rest));
+        new (std::nothrow) Rest(std::move(rest));
     }
 
 private:
