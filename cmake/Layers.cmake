@@ -1,5 +1,6 @@
 # Which folders of src/ a folder may include. Its sources are compiled with a folder of links to these alone, so that an
-# include that goes up is not found.
+# include that goes up is not found. Headers are checked by the sources that include them. KOR_WINDOWS tells windows from
+# the core.
 
 # kor_layer(NAME [ON folder...] [WINDOWS_ON folder...])
 #   ON          what the sources of src/NAME stand on; what that stands on is seen as well

@@ -8,8 +8,9 @@
 
 /// An archive edited in a copy of its own, which takes the archive's place when it is saved.
 ///
-/// The working copy exists from open() to save() or discard(). Nothing else ever writes to the archive, and it is only
-/// replaced as a whole: whatever goes wrong, the old or the new content stands there.
+/// The working copy exists from open() to save() or discard(). Nothing else writes to the archive meanwhile, but for
+/// passwords, which go into the register where it stands; otherwise it is only replaced as a whole: whatever goes
+/// wrong, the old or the new content stands there.
 class CopyEditor
 {
 public:

@@ -15,12 +15,16 @@ inline constexpr auto UsersCopy = u"Archivi/Anatmp.$$$";
 inline constexpr auto UsersBackup = u"Archivi/Backup/AnaBack.zeb";
 inline constexpr auto UsersTemplate = u"Archivi/Anagraficoorg.zeb";
 inline constexpr auto UsersSnapshot = u"Archivi/Anagrafica.evn";
+inline constexpr auto SearchUsers = u"Archivi/AnaCon.zeb";
+inline constexpr auto ViewUsers = u"Archivi/AnaCon2.zeb";
+inline constexpr auto PrintUsers = u"Archivi/AnaPrn.zeb";
 inline constexpr auto Bands = u"Archivi/Fascie.zeb";
 inline constexpr auto BandsTemplate = u"Archivi/Fascieorg.zeb";
 inline constexpr auto Holidays = u"Archivi/Ferie.zeb";
 inline constexpr auto HolidaysTemplate = u"Archivi/Ferieorg.zeb";
 inline constexpr auto EventsTemplate = u"Archivi/Eventiorg.zeb";
 inline constexpr auto Waiting = u"Archivi/Attesa.zeb";
+inline constexpr auto Results = u"Archivi/Eventitmp.$$$";
 inline constexpr auto ResultsTemplate = u"Archivi/Eventitmp.zeb";
 
 /// The archive of one day.

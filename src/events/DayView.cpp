@@ -6,7 +6,7 @@
 #include <algorithm>
 
 DayView::DayView(ArchiveStore &archives, const Clock &clock)
-    : m_archives(archives), m_clock(clock), m_users(archives, u"Archivi/AnaCon2.zeb")
+    : m_archives(archives), m_clock(clock), m_users(archives, ArchiveName::ViewUsers)
 {
 }
 

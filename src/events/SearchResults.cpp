@@ -5,8 +5,6 @@
 
 namespace {
 
-const QString workingName = QStringLiteral("Archivi/Eventitmp.$$$");
-
 /// Rows that are read at once: a screen of them and some to scroll.
 constexpr qsizetype pageOfRows = 128;
 
@@ -20,7 +18,7 @@ SearchResults::~SearchResults()
 {
     close();
     // What cannot be removed now is replaced by the next search.
-    (void)m_archives.remove(workingName);
+    (void)m_archives.remove(ArchiveName::Results);
 }
 
 void SearchResults::close()
@@ -33,9 +31,9 @@ void SearchResults::close()
 Result<void> SearchResults::clear()
 {
     close();
-    if (Result<void> removed = m_archives.remove(workingName); !removed)
+    if (Result<void> removed = m_archives.remove(ArchiveName::Results); !removed)
         return removed;
-    if (Result<void> copied = m_archives.copy(ArchiveName::ResultsTemplate, workingName); !copied)
+    if (Result<void> copied = m_archives.copy(ArchiveName::ResultsTemplate, ArchiveName::Results); !copied)
         return copied;
     Result<Open> opened = openArchive();
     if (!opened)
@@ -46,7 +44,7 @@ Result<void> SearchResults::clear()
 
 Result<SearchResults::Open> SearchResults::openArchive()
 {
-    Result<Database> database = m_archives.open(workingName, Database::Use::ThrowAway);
+    Result<Database> database = m_archives.open(ArchiveName::Results, Database::Use::ThrowAway);
     if (!database)
         return database.fault();
     // Nobody else looks at these rows, and they live only as long as this object.
@@ -69,7 +67,7 @@ Result<void> SearchResults::add(const Statement &row, const Columns &columns, co
                                 const QString &firstName)
 {
     if (!m_open)
-        return Fault{FaultCode::NotOpen, workingName};
+        return Fault{FaultCode::NotOpen, QStringView(ArchiveName::Results).toString()};
     Result<void> added = insert(row, columns, surname, firstName);
     if (added && ++m_count % lotOfRows == 0)
         added = keep();
@@ -119,7 +117,7 @@ Result<ListedEvent> SearchResults::row(qsizetype row) const
             return read.fault();
     }
     if (row >= m_firstHeld + m_held.size())
-        return Fault{FaultCode::Damaged, workingName};
+        return Fault{FaultCode::Damaged, QStringView(ArchiveName::Results).toString()};
     return m_held[row - m_firstHeld];
 }
 
@@ -128,7 +126,7 @@ Result<void> SearchResults::holdFrom(qsizetype first) const
     m_held.clear();
     m_firstHeld = first;
     if (!m_open)
-        return Fault{FaultCode::NotOpen, workingName};
+        return Fault{FaultCode::NotOpen, QStringView(ArchiveName::Results).toString()};
     m_open->select.bind({qint64{first}, qint64{pageOfRows}});
     return m_open->select.each([this](const Statement &row) {
         m_held.append({0, EventRow::read(row, 2), row.text(0), row.text(1)});

@@ -1,5 +1,6 @@
 #include "events/frmEventi.h"
 
+#include "archives/Tables.h"
 #include "events/EventGrid.h"
 #include "startup/PlainText.h"
 #include "texts/Texts.h"
@@ -30,7 +31,7 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
       m_texts(texts),
       m_messages(messages),
       m_disk(archives.folder().disk()),
-      m_users(archives, u"Archivi/AnaCon.zeb"),
+      m_users(archives, ArchiveName::SearchUsers),
       m_surnames(m_users.names(&User::Cognome)),
       m_firstNames(m_users.names(&User::Nome)),
       m_opening({&m_users, &m_surnames, &m_firstNames}),

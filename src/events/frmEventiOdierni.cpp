@@ -1,5 +1,6 @@
 #include "events/frmEventiOdierni.h"
 
+#include "archives/Tables.h"
 #include "events/EventGrid.h"
 #include "events/EventReport.h"
 #include "texts/Texts.h"
@@ -90,8 +91,9 @@ bool frmEventiOdierni::open()
 bool frmEventiOdierni::usersRead(const Result<void> &read)
 {
     if (!read) {
-        m_messages.show(underneath(), Icon::Critical,
-                        m_texts.sentence({OwnText::UsersUnreadable, {QStringLiteral("Anagrafico.zeb")}, read.fault()}));
+        m_messages.show(
+            underneath(), Icon::Critical,
+            m_texts.sentence({OwnText::UsersUnreadable, {QStringView(ArchiveName::Users).toString()}, read.fault()}));
     }
     return read.ok();
 }

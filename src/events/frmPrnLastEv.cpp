@@ -23,7 +23,7 @@ frmPrnLastEv::frmPrnLastEv(Source source, const CurrentPrinter &printer, const T
       m_log(source.log),
       m_texts(texts),
       m_messages(messages),
-      m_users(source.archives, u"Archivi/AnaPrn.zeb"),
+      m_users(source.archives, ArchiveName::PrintUsers),
       m_runner(this),
       m_printing(this, printer, texts, messages),
       lblPrnLast(new QLabel),

@@ -35,8 +35,6 @@ public:
     /// What is known of the link, and what is shown of it.
     LinkState state() const { return m_state; }
     Link link() const;
-    /// A check failed, and the operator has not closed its message yet.
-    bool isAlarmRaised() const { return m_state.alarm; }
     /// Minutes until the next periodic check, while checks run.
     int checkCountdown() const { return m_countdown; }
     bool checksRun() const { return m_checkDue.has_value(); }
@@ -60,7 +58,8 @@ public:
     void end();
     /// The port window opens: closes the port, so that it can be probed too, and stops all checks.
     void suspend();
-    /// The port window has closed: its @p port, if there is one, is the one from now on. The link is opened as at start.
+    /// The port window has closed: its @p port, if there is one, is the one from now on. The link is opened as at
+    /// start.
     void objImpCom_Chiudi(std::optional<int> port);
     /// The PC has slept, and with it every span that was waited for: the port is tried, or the interface asked, at
     /// once. One that answered before and does not now raises the alarm.

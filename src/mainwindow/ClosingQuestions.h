@@ -22,7 +22,7 @@ public:
     void forget() { m_endIsAgreed = false; }
 
     /// The program has ended: tells what was found out at the very end, on the standard error too.
-    /// @param isHeldUp  somebody else's end is: nothing less than a loss is told in a box, and not for long
+    /// @param isHeldUp  the system waits for the program: nothing less than a loss is told in a box, and not for long
     /// @return whether the window must stay until mayGoOn()
     bool tellRest(bool isHeldUp);
 

@@ -159,7 +159,7 @@ void MDIForm1::askPassword()
 void MDIForm1::refuse(const Message &why)
 {
     m_display.setRegisterWait({});
-    m_boxes.tell(m_program.texts().sentence(why), [this] { end(); });
+    m_boxes.tell(m_program.texts().sentence(why), [this] { leave(); });
 }
 
 void MDIForm1::passed()
@@ -171,6 +171,12 @@ void MDIForm1::passed()
 // The end: the windows first, and by the answers of those that ask ---------------------------------------------------
 
 void MDIForm1::end()
+{
+    m_isHeldUp = true;
+    leave();
+}
+
+void MDIForm1::leave()
 {
     m_ending = true;
     close();
@@ -234,7 +240,8 @@ bool MDIForm1::closeWindows()
 void MDIForm1::closeEvent(QCloseEvent *event)
 {
     event->ignore();
-    const bool isHeld = !isEnabled() || !m_menu.state()[TopMenu::File];
+    const MenuInput input = menuInput();
+    const bool isHeld = !isEnabled() || input.gateIsClosed || input.portIsMissing;
     if (!m_ending && (isHeld || !m_closing.maySupervisionEnd()))
         return;
     if (!closeWindows() || (!m_ending && !m_closing.mayEventsBeLost()))
@@ -244,7 +251,7 @@ void MDIForm1::closeEvent(QCloseEvent *event)
     if (m_splash)
         m_splash->close();
     m_start.end();
-    if (m_closing.tellRest(m_ending)) {
+    if (m_closing.tellRest(m_isHeldUp)) {
         m_ending = true;
         return;
     }

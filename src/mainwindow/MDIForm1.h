@@ -59,6 +59,7 @@ private:
     void passed() override;
 
     // The end.
+    void leave();
     bool closeWindows();
     void closeRefused();
 
@@ -114,6 +115,7 @@ private:
     AlarmFrame m_alarm;
     QPointer<Splash> m_splash;
     QTimer tmrShow;
-    bool m_ending = false;     ///< the close comes from the program or the session, and cannot be refused
+    bool m_ending = false;     ///< the close cannot be refused
+    bool m_isHeldUp = false;   ///< it comes from the system or the session, which wait for it
     bool m_closeAgain = false; ///< a close waits for a window to answer its question
 };

@@ -269,7 +269,7 @@ void MDIForm1::openPortWindow(bool first)
         window->setPrima(first);
         window->setConfiguredPort(m_program.settings().PortaCom);
         connect(window, &frmImpCom::Chiudi, this, &MDIForm1::objImpCom_Chiudi);
-        connect(window, &frmImpCom::FineProgramma, this, &MDIForm1::end);
+        connect(window, &frmImpCom::FineProgramma, this, &MDIForm1::leave);
         return window;
     });
 }
@@ -364,7 +364,7 @@ void MDIForm1::objPassProg_Chiudi(Passwords::Type type, frmPassProg::Codice code
     } else if (type == Passwords::Type::Main && code == Codice::Right) {
         m_start.pass();
     } else if (type == Passwords::Type::Main && code == Codice::Cancelled) {
-        QMetaObject::invokeMethod(this, &MDIForm1::end, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &MDIForm1::leave, Qt::QueuedConnection);
     } else if (type == Passwords::Type::Diagnostics && code == Codice::Right) {
         openDiagnostics();
     } else if (type == Passwords::Type::Users && code == Codice::Right) {

@@ -37,8 +37,8 @@ TopMenu menuOf(Entry entry);
 
 /// All that decides which menus and entries can be chosen.
 struct MenuInput {
-    bool gateIsClosed = false;         ///< the main password is set and has not been given yet
-    bool portIsMissing = false;        ///< the port window of a first configuration is open
+    bool gateIsClosed = false;         ///< from the start until the main password, if one is set, has been given
+    bool portIsMissing = false;        ///< none has been chosen yet
     bool passwordWindowIsOpen = false; ///< any window that asks or sets a password
     bool usersAreAsked = false;        ///< the users password is being asked to open the register
     bool diagnosticsAreAsked = false;  ///< the diagnostics password is being asked

@@ -32,7 +32,7 @@ public:
     void look();
 
 Q_SIGNALS:
-    /// The PC is awake again. @param milliseconds  that it slept, 0 when that is not known
+    /// The PC is awake again. @param milliseconds  that it slept; less than a second when its clock cannot tell
     void woke(qint64 milliseconds);
 
 private Q_SLOTS:

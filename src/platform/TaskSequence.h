@@ -2,6 +2,7 @@
 
 #include "platform/Task.h"
 
+#include <algorithm>
 #include <vector>
 
 /// Tasks that follow each other, as one. The first fault ends them all.
@@ -26,7 +27,7 @@ public:
         Progress all;
         for (const Task *task : m_tasks) {
             const Progress one = task->progress();
-            all = {all.done + one.done, all.count + one.count};
+            all = {all.done + one.done, all.count + std::max(one.done, one.count)};
         }
         return all;
     }
