@@ -18,8 +18,8 @@ Result<QStringList> userColumnsOf(Database &database)
 {
     QStringList columns;
     const Result<void> read =
-        database.each(QStringLiteral("SELECT name FROM pragma_table_info('Utenti')"), {},
-                      [&columns](const Statement &row) { columns.append(row.text(0).toLower()); });
+        database.each(QStringLiteral("PRAGMA table_info(Utenti)"), {},
+                      [&columns](const Statement &row) { columns.append(row.text(1).toLower()); });
     return read ? Result<QStringList>(columns) : Result<QStringList>(read.fault());
 }
 

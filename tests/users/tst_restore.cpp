@@ -1,3 +1,4 @@
+#include "archives/ArchiveFetch.h"
 #include "prefs/Passwords.h"
 #include "support/Fixtures.h"
 #include "users/UserRegister.h"
@@ -76,23 +77,23 @@ private Q_SLOTS:
 void TestRestore::files_data()
 {
     const Rows<Prepare, int, QString> row("prepare", "fault", "users");
-    const QString users = u"5|TX|Rossi|Ada|,5|DKS|Verdi||"_s;
+    const QString both = u"5|TX|Rossi|Ada|,5|DKS|Verdi||"_s;
     const auto good = [&](const char *name, const QString &read, const Prepare &prepare) {
         row(name, prepare, -1, read);
     };
-    good("another folder's", users, [](Desk &) {});
+    good("another folder's", both, [](Desk &) {});
     good("other columns", u"7|TX||Bea|"_s, [](Desk &desk) {
         desk.execute("DROP TABLE Utenti; CREATE TABLE Utenti (Foto, nome, Cognome TEXT, TIPO TEXT, Codice INTEGER);"
                      "INSERT INTO Utenti VALUES ('x', 'Bea', NULL, 'TX', 7)");
     });
-    good("without passwords", users, [](Desk &desk) { desk.execute("DROP TABLE Password"); });
+    good("without passwords", both, [](Desk &desk) { desk.execute("DROP TABLE Password"); });
     good("none registered", {}, [](Desk &desk) { desk.execute("DELETE FROM Utenti"); });
-    good("write-ahead journal beside it", users + u",6||||"_s, [](Desk &desk) {
+    good("write-ahead journal beside it", both + u",6||||"_s, [](Desk &desk) {
         Result<Database> users = desk.opened(Database::Use::Log);
         QVERIFY(users.value().execute("INSERT INTO Utenti (Codice) VALUES ('6')").ok());
         desk.keepAsCutOff();
     });
-    good("rollback journal beside it", users, [](Desk &desk) {
+    good("rollback journal beside it", both, [](Desk &desk) {
         Result<Database> users = desk.opened();
         QVERIFY(users.value()
                     .execute("PRAGMA cache_size = 1; BEGIN; UPDATE Utenti SET Cognome = 'half'; CREATE TABLE "
