@@ -31,15 +31,28 @@ Result<ArchiveBytes> ArchiveBytes::open(const QString &path)
     return bytes;
 }
 
+Result<void> ArchiveBytes::hold()
+{
+    const int locked = m_file->pMethods->xLock(m_file.get(), SQLITE_LOCK_SHARED);
+    return locked == SQLITE_BUSY ? Fault{FaultCode::Locked, m_path} : Result<void>();
+}
+
+Result<qint64> ArchiveBytes::size() const
+{
+    sqlite3_int64 size = 0;
+    if (m_file->pMethods->xFileSize(m_file.get(), &size) != SQLITE_OK)
+        return Fault{FaultCode::InputOutput, m_path};
+    return size;
+}
+
 Result<QByteArray> ArchiveBytes::read(qint64 position, qsizetype count)
 {
-    const sqlite3_io_methods *methods = m_file->pMethods;
-    sqlite3_int64 size = 0;
-    if (methods->xFileSize(m_file.get(), &size) != SQLITE_OK)
-        return Fault{FaultCode::InputOutput, m_path};
-    QByteArray bytes(std::clamp<qint64>(size - position, 0, count), '\0');
+    const Result<qint64> size = this->size();
+    if (!size)
+        return size.fault();
+    QByteArray bytes(std::clamp<qint64>(size.value() - position, 0, count), '\0');
     if (!bytes.isEmpty() &&
-        methods->xRead(m_file.get(), bytes.data(), static_cast<int>(bytes.size()), position) != SQLITE_OK)
+        m_file->pMethods->xRead(m_file.get(), bytes.data(), static_cast<int>(bytes.size()), position) != SQLITE_OK)
         return Fault{FaultCode::InputOutput, m_path};
     return bytes;
 }

@@ -19,6 +19,13 @@ public:
     /// @param path  regular file. @return NotFound, AccessDenied
     static Result<ArchiveBytes> open(const QString &path);
 
+    /// Keeps others from changing the file as long as this object is there, where the file system keeps locks.
+    /// @return Locked while somebody is changing it
+    Result<void> hold();
+
+    /// Bytes in the file. @return InputOutput
+    Result<qint64> size() const;
+
     /// @return at most @p count bytes from @p position on: fewer at the end of the file, none behind it
     Result<QByteArray> read(qint64 position, qsizetype count);
 

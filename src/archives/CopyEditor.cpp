@@ -29,6 +29,16 @@ Result<bool> CopyEditor::read(const QDeadlineTimer &until)
 
 Result<void> CopyEditor::begin()
 {
+    return beginWith([this] { return m_archives.copy(m_source.archive, m_source.copy); });
+}
+
+Result<void> CopyEditor::beginAnew(const char *layout)
+{
+    return beginWith([this, layout] { return m_archives.create(m_source.copy, layout, m_source.archive); });
+}
+
+Result<void> CopyEditor::beginWith(const std::function<Result<void>()> &makeCopy)
+{
     discard();
     // What is locked or damaged is told here, before bytes are copied that another program may be writing.
     if (const Result<void> free = checkArchive(); !free)
@@ -36,7 +46,7 @@ Result<void> CopyEditor::begin()
     if (Result<void> removed = m_archives.remove(m_source.copy); !removed)
         return removed;
     m_working = true;
-    Result<void> done = m_archives.copy(m_source.archive, m_source.copy);
+    Result<void> done = makeCopy();
     if (done)
         done = openCopy();
     if (done)

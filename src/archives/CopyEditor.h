@@ -35,6 +35,8 @@ public:
     Result<void> open();
     /// The same in turns: makes the working copy, whose set has no rows yet; then reads them.
     Result<void> begin();
+    /// As begin(), but the working copy has the tables of @p layout, without any rows, and the salt of the archive.
+    Result<void> beginAnew(const char *layout);
     /// @return true when all are read; on a fault no working copy is left
     Result<bool> read(const QDeadlineTimer &until);
     /// Puts the working copy in the archive's place, once it has been read through, and ends the work. On a fault the
@@ -72,6 +74,7 @@ public:
     Result<void> remove();
 
 private:
+    Result<void> beginWith(const std::function<Result<void>()> &makeCopy);
     Result<void> checkArchive() const;
     Result<void> checkToReplace();
     Result<void> openCopy();

@@ -73,6 +73,7 @@ private:
     void mnuUtenti_Click();
     void mnuFascieOr_Click();
     void mnuProgFerie_Click();
+    void mnuRestoreUsers_Click();
     void mnuEventi_Click();
     void mnuEventiOdierni_Click();
     void mnuPrnLastEv_Click();
@@ -87,7 +88,10 @@ private:
     void mnuAbout_Click();
 
     // Windows, and what they report.
-    void openRegister();
+    void askUsersPassword();
+    void usersPasswordGiven();
+    void chooseRegister();
+    void openRegister(const QString &restored = {});
     void objLstUtenti_Chiudi(frmLstUtenti::Esito outcome);
     void printRegister(frmLstUtenti *window, Printing *printing);
     void printDuplicates(ChildWindow *window, const QString &report);
@@ -115,7 +119,8 @@ private:
     AlarmFrame m_alarm;
     QPointer<Splash> m_splash;
     QTimer tmrShow;
-    bool m_ending = false;     ///< the close cannot be refused
-    bool m_isHeldUp = false;   ///< it comes from the system or the session, which wait for it
-    bool m_closeAgain = false; ///< a close waits for a window to answer its question
+    bool m_ending = false;      ///< the close cannot be refused
+    bool m_isHeldUp = false;    ///< it comes from the system or the session, which wait for it
+    bool m_isToRestore = false; ///< the users password is asked to restore the register, not to open it
+    bool m_closeAgain = false;  ///< a close waits for a window to answer its question
 };

@@ -15,12 +15,9 @@
 #include "prefs/frmLingua.h"
 #include "prefs/frmPassProg.h"
 #include "prefs/frmTempochk.h"
-#include "reports/TextReport.h"
 #include "timeprog/frmFerie.h"
 #include "timeprog/frmSettimana.h"
-#include "users/UserListReport.h"
 #include "users/frmLstUtenti.h"
-#include "widgets/Printing.h"
 
 #include <functional>
 
@@ -45,6 +42,11 @@ void MDIForm1::buildMenu()
     add(Entry::Utenti, "mnuUtenti", Text::MnuListaUtenti, &MDIForm1::mnuUtenti_Click);
     add(Entry::FascieOr, "mnuFascieOr", Text::MnuProgrammazioneSettimanale, &MDIForm1::mnuFascieOr_Click);
     add(Entry::ProgFerie, "mnuProgFerie", Text::MnuProgrammazioneFerie, &MDIForm1::mnuProgFerie_Click);
+
+    m_menu.separate(TopMenu::Anagrafica, "mnuLineaAna");
+    m_menu.add(
+        Entry::RestoreUsers, "mnuRestoreUsers", [this] { return m_program.texts()[OwnText::MnuRestoreUsers]; },
+        [this] { mnuRestoreUsers_Click(); });
 
     add(Entry::Eventi, "mnuEventi", Text::MnuRicercaEventi, &MDIForm1::mnuEventi_Click);
     add(Entry::EventiOdierni, "mnuEventiOdierni", Text::MnuUltimiEventi, &MDIForm1::mnuEventiOdierni_Click);
@@ -139,58 +141,8 @@ void MDIForm1::mnuAbout_Click()
     });
 }
 
-// The register and the time programme --------------------------------------------------------------------------------
-
-void MDIForm1::mnuUtenti_Click()
-{
-    if (m_windows.find<frmLstUtenti>() || !m_program.passwords().isSet(Passwords::Type::Users))
-        openRegister();
-    else
-        openPasswordWindow(Passwords::Type::Users, false);
-}
-
-void MDIForm1::openRegister()
-{
-    m_windows.open<frmLstUtenti>([this] {
-        const frmLstUtenti::Interface interface = {[this] { return m_program.settings().CodProtocollo; },
-                                                   m_program.link().link() != LinkMonitor::Link::Answering,
-                                                   m_program.road().lastReceived()};
-        auto *window = new frmLstUtenti(m_program.texts(), m_messages, m_program.archives(), interface);
-        auto *printing = new Printing(window, m_program.printer(), m_program.texts(), m_messages);
-        connect(window, &frmLstUtenti::openChild, this, [this, window](ChildWindow *child) {
-            window->setWaitsFor(child);
-            m_windows.openBeside(child);
-        });
-        connect(window, &frmLstUtenti::Stampa, this,
-                [this, window, printing] { printing->findPrinter([=, this] { printRegister(window, printing); }); });
-        connect(window, &frmLstUtenti::StampaDoppioni, this, &MDIForm1::printDuplicates);
-        connect(window, &frmLstUtenti::Chiudi, this, &MDIForm1::objLstUtenti_Chiudi);
-        return window;
-    });
-}
-
-void MDIForm1::objLstUtenti_Chiudi(frmLstUtenti::Esito outcome)
-{
-    if (outcome == frmLstUtenti::Esito::Saved)
-        m_program.reloadUsers();
-}
-
-void MDIForm1::printRegister(frmLstUtenti *window, Printing *printing)
-{
-    // As it stands now, whatever is changed while it is printed.
-    printing->print(std::make_unique<UserListReport>(m_program.texts(), window->users()),
-                    m_program.texts()[Text::ListaUtenti]);
-}
-
-void MDIForm1::printDuplicates(ChildWindow *window, const QString &report)
-{
-    auto *printing = window->findChild<Printing *>(QString(), Qt::FindDirectChildrenOnly);
-    if (!printing)
-        printing = new Printing(window, m_program.printer(), m_program.texts(), m_messages);
-    printing->findPrinter(
-        [=] { printing->print(std::make_unique<TextReport>(report.split(QLatin1Char('\n'))), window->windowTitle()); },
-        {}, Icon::None);
-}
+// The time programme
+// ---------------------------------------------------------------------------------------------------
 
 template<class Editor>
 void MDIForm1::openEditor(TimeProgramme::Part part)
@@ -368,7 +320,7 @@ void MDIForm1::objPassProg_Chiudi(Passwords::Type type, frmPassProg::Codice code
     } else if (type == Passwords::Type::Diagnostics && code == Codice::Right) {
         openDiagnostics();
     } else if (type == Passwords::Type::Users && code == Codice::Right) {
-        openRegister();
+        usersPasswordGiven();
     }
 }
 

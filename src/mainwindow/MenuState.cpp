@@ -7,6 +7,9 @@ bool isFree(Entry entry, const MenuInput &input)
     switch (entry) {
     case Entry::Utenti:
         return !input.usersAreAsked;
+    case Entry::RestoreUsers:
+        // What is being changed there must not be lost.
+        return !input.usersAreAsked && !input.registerIsOpen;
     case Entry::Utility:
         return !input.diagnosticsAreAsked;
     case Entry::AttPass:
@@ -24,7 +27,7 @@ TopMenu menuOf(Entry entry)
 {
     if (entry <= Entry::Exit)
         return TopMenu::File;
-    if (entry <= Entry::ProgFerie)
+    if (entry <= Entry::RestoreUsers)
         return TopMenu::Anagrafica;
     if (entry <= Entry::NumEvOdVis)
         return TopMenu::Consult;

@@ -10,6 +10,7 @@ enum class Entry {
     Utenti,
     FascieOr,
     ProgFerie,
+    RestoreUsers,
     Eventi,
     EventiOdierni,
     PrnLastEv,

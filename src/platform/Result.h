@@ -19,6 +19,8 @@ enum class FaultCode {
     NotRegularFile,  ///< a folder, pipe or device stands where a file should
     TooLarge,        ///< more than the program takes in
     OwnFolder,       ///< the program folder, or one in it, was chosen as the place of its copy
+    OwnRegister,     ///< the register in force, or a copy at work, was chosen as what replaces it
+    NoRegister,      ///< an archive, but of no users
     NotOpen,         ///< asked of something that is closed
 };
 

@@ -62,6 +62,9 @@ enum class OwnText : int {
     PrintNotConfirmed,
     PrintFontMissing,
     FileNotWritten,
+    MnuRestoreUsers,
+    RestoredFrom,
+    RestoreNotPossible,
     PortNotOpened,
     PortTriedAgain,
     PortBuiltIn,
@@ -117,6 +120,8 @@ enum class OwnText : int {
     ReasonNotRegularFile,
     ReasonTooLarge,
     ReasonOwnFolder,
+    ReasonOwnRegister,
+    ReasonNoRegister,
     ReasonNotOpen,
 };
 

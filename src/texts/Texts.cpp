@@ -43,6 +43,10 @@ OwnText reason(FaultCode code)
         return OwnText::ReasonTooLarge;
     case FaultCode::OwnFolder:
         return OwnText::ReasonOwnFolder;
+    case FaultCode::OwnRegister:
+        return OwnText::ReasonOwnRegister;
+    case FaultCode::NoRegister:
+        return OwnText::ReasonNoRegister;
     case FaultCode::NotOpen:
         return OwnText::ReasonNotOpen;
     case FaultCode::InputOutput:

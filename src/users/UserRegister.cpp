@@ -1,6 +1,7 @@
 #include "users/UserRegister.h"
 
 #include "archives/Tables.h"
+#include "users/UsersFetch.h"
 
 #include <algorithm>
 #include <string_view>
@@ -23,6 +24,21 @@ RecordSet::Values codeValues(const QString &code, CodeType type, Protocol protoc
     return {{codeField(), code},
             {QStringLiteral("Tipo"), typeText(type)},
             {QStringLiteral("CodTronc"), truncatedCode(code, protocol)}};
+}
+
+/// The passwords as they stand in a register.
+Result<SqlValues> passwordsIn(Database &users)
+{
+    SqlValues passwords;
+    const Result<void> read = users.each(QStringLiteral("SELECT PassProg, PassUte, PassUtility FROM Password LIMIT 1"),
+                                         {}, [&passwords](const Statement &row) {
+                                             passwords = {row.text(0), row.text(1), row.text(2)};
+                                         });
+    if (!read)
+        return read.fault();
+    if (passwords.isEmpty())
+        return Fault{FaultCode::Damaged, users.path()};
+    return passwords;
 }
 
 static_assert(std::all_of(userColumns.begin(), userColumns.end(), [](const UserColumn &column) {
@@ -86,6 +102,60 @@ std::unique_ptr<Task> UserRegister::reading()
     return std::make_unique<Reading>(*this);
 }
 
+class UserRegister::Restoring : public Task
+{
+public:
+    Restoring(UserRegister &users, const QString &file)
+        : m_users(users),
+          m_fetch(std::make_unique<UsersFetch>(users.m_archives, file, [&users] { return users.beginAnew(); })),
+          m_reading(users)
+    {
+    }
+
+    Result<bool> step(const QDeadlineTimer &until) override
+    {
+        if (!m_fetch)
+            return m_reading.step(until);
+        const Result<bool> fetched = m_fetch->step(until);
+        if (fetched && !fetched.value())
+            return false;
+        m_fetch.reset();
+        if (!fetched) {
+            m_users.discard();
+            return fetched;
+        }
+        m_users.setChanged();
+        return false;
+    }
+    Progress progress() const override { return m_fetch ? m_fetch->progress() : m_reading.progress(); }
+
+private:
+    UserRegister &m_users;
+    std::unique_ptr<UsersFetch> m_fetch; ///< none when all users are in the working copy
+    Reading m_reading;
+};
+
+std::unique_ptr<Task> UserRegister::restoring(const QString &file)
+{
+    return std::make_unique<Restoring>(*this, file);
+}
+
+/// A working copy without users, with the passwords in force.
+Result<Database *> UserRegister::beginAnew()
+{
+    Result<Database> archive = m_archives.open(ArchiveName::Users, Database::Use::Safe);
+    if (!archive)
+        return archive.fault();
+    const Result<SqlValues> passwords = passwordsIn(archive.value());
+    if (!passwords)
+        return passwords.fault();
+    Result<void> begun = m_editor.beginAnew(TableLayout::Users);
+    if (begun)
+        begun = m_editor.database()->execute(
+            QStringLiteral("INSERT INTO Password (PassProg, PassUte, PassUtility) VALUES (?,?,?)"), passwords.value());
+    return begun ? Result<Database *>(m_editor.database()) : Result<Database *>(begun.fault());
+}
+
 Result<void> UserRegister::open()
 {
     if (Result<void> begun = begin(); !begun)
@@ -117,17 +187,11 @@ Result<void> UserRegister::keepPasswords()
         const bool isGone = code == FaultCode::NotFound || code == FaultCode::Damaged;
         return isGone ? Result<void>() : Result<void>(archive.fault());
     }
-    SqlValues passwords;
-    Result<void> read =
-        archive.value().each(QStringLiteral("SELECT PassProg, PassUte, PassUtility FROM Password LIMIT 1"), {},
-                             [&passwords](const Statement &row) {
-                                 passwords = {row.text(0), row.text(1), row.text(2)};
-                             });
-    if (!read)
-        return read;
-    if (passwords.isEmpty())
-        return Fault{FaultCode::Damaged, this->archive()};
-    return copy->execute(QStringLiteral("UPDATE Password SET PassProg = ?, PassUte = ?, PassUtility = ?"), passwords);
+    const Result<SqlValues> passwords = passwordsIn(archive.value());
+    if (!passwords)
+        return passwords.fault();
+    return copy->execute(QStringLiteral("UPDATE Password SET PassProg = ?, PassUte = ?, PassUtility = ?"),
+                         passwords.value());
 }
 
 void UserRegister::discard()

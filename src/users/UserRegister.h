@@ -19,6 +19,8 @@ class UserRegister
 public:
     /// Reads the users and the lists of their names, once the working copy is there.
     class Reading;
+    /// Makes a working copy of other users, and reads them.
+    class Restoring;
 
     /// Most characters of a surname, a first name and the notes.
     static constexpr int LongestText = 15;
@@ -31,6 +33,10 @@ public:
     Result<void> open();
     Result<void> begin() { return m_editor.begin(); }
     std::unique_ptr<Task> reading();
+    /// In place of begin() and reading(): the users of another register, as a change that is not saved yet; the
+    /// passwords stay those in force. On a fault no working copy is left.
+    /// @param file  absolute path, only read. Faults as of UsersFetch, or of CopyEditor
+    std::unique_ptr<Task> restoring(const QString &file);
     Result<void> save();
     std::unique_ptr<Task> saving();
     void discard();
@@ -69,6 +75,7 @@ public:
     void codeRunEnded(const QList<CodeRun::Added> &added);
 
 private:
+    Result<Database *> beginAnew();
     Result<void> keepPasswords();
 
     ArchiveStore &m_archives;

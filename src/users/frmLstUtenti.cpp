@@ -1,5 +1,6 @@
 #include "users/frmLstUtenti.h"
 
+#include "texts/DateTimeText.h"
 #include "widgets/CellEditor.h"
 #include "widgets/Grid.h"
 #include "widgets/Messages.h"
@@ -7,6 +8,9 @@
 #include "widgets/Twips.h"
 #include "widgets/UserCombo.h"
 
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -194,12 +198,22 @@ QPoint frmLstUtenti::place(QSize area, QSize own) const
 
 // Opening ------------------------------------------------------------------------------------------------------------
 
+void frmLstUtenti::restoreFrom(const QString &file)
+{
+    m_restored = file;
+    const QDateTime saved = QFileInfo(file).lastModified();
+    const QString day = DataBarre(saved.date()) + QLatin1Char(' ') + OraTesto(saved.time());
+    setWindowTitle(m_texts[Text::ListaUtenti] + QStringLiteral(" - ") +
+                   m_texts.sentence({OwnText::RestoredFrom, {QDir::toNativeSeparators(file), day}, {}}));
+}
+
 bool frmLstUtenti::open()
 {
-    Result<void> opened = m_register.begin();
+    const bool isRestored = !m_restored.isEmpty();
+    Result<void> opened = isRestored ? Result<void>() : m_register.begin();
     if (opened) {
         setEnabled(false);
-        m_work = m_register.reading();
+        m_work = isRestored ? m_register.restoring(m_restored) : m_register.reading();
         const auto ended = m_runner.runAtOnce(*m_work, [this](const Result<void> &read) {
             if (!usersRead(read))
                 unload();
@@ -216,7 +230,10 @@ bool frmLstUtenti::usersRead(const Result<void> &read)
 {
     m_work.reset();
     if (!read) {
-        showFault(underneath(), OwnText::ArchiveNotOpened, m_register.archive(), read.fault());
+        if (!m_restored.isEmpty() && read.fault().subject == m_restored)
+            showFault(underneath(), OwnText::RestoreNotPossible, m_restored, read.fault());
+        else
+            showFault(underneath(), OwnText::ArchiveNotOpened, m_register.archive(), read.fault());
         return false;
     }
     fillCombos();

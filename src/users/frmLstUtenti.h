@@ -41,6 +41,10 @@ public:
                  QWidget *parent = nullptr);
     ~frmLstUtenti() override;
 
+    /// Opens with the users of another register, as a change that is not saved yet. To be called before open().
+    /// @param file  absolute path; the title names it, with its day and time
+    void restoreFrom(const QString &file);
+
     /// Makes the working copy; the users are shown a moment later.
     bool open() override;
 
@@ -108,6 +112,7 @@ private:
     ArchiveStore &m_archives;
     EventRoad::ReceivedCode &m_received;
     UserRegister m_register;
+    QString m_restored; ///< the file that the users come from, "" = the register itself
     Esito m_outcome = Esito::NotSaved;
 
     std::unique_ptr<Task> m_work; ///< reads the register, or saves it

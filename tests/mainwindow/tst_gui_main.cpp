@@ -9,6 +9,8 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -140,6 +142,7 @@ private Q_SLOTS:
     void liveView();
     void refusedCloseIsForgotten();
     void savedRegisterThatCannotBeRead();
+    void restoredRegister();
     void eventsThatWait_data();
     void eventsThatWait();
     void editorsHoldTheProgramme();
@@ -440,6 +443,71 @@ void TestMainWindow::savedRegisterThatCannotBeRead()
                  QStringList{u"22"_s});
     QTRY_COMPARE(desk.messages.shown.size(), 1);
     QVERIFY(desk.messages.take().first().startsWith(u"Critical: The users register"_s));
+}
+
+/// The backup is offered first, behind the users password; its users count from the save on.
+void TestMainWindow::restoredRegister()
+{
+    Desk desk;
+    TestFolder old;
+    old.addUsers({{u"2"_s, u"TX"_s, u"Verdi"_s}});
+    const QString users = QStringView(ArchiveName::Users).toString();
+    const QString backup = QStringView(ArchiveName::UsersBackup).toString();
+    QVERIFY(QDir(desk.test.directory.path()).mkpath(u"Archivi/Backup"_s));
+    desk.test.write(backup, old.read(users));
+    QVERIFY(desk.program.passwords().set(Passwords::Type::Users, u"otra"_s) == Passwords::Fault::None);
+    desk.comeToLife();
+    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+    const auto receive = [&desk](const char *code) {
+        desk.interface.write("R/A-00000000" + QByteArray(code) + "X..\r\n");
+    };
+    const auto chosen = [&desk] { return desk.window.findChild<QFileDialog *>(u"frmRestore"_s); };
+    const auto choose = [&] {
+        desk.entry("mnuRestoreUsers")->trigger();
+        QVERIFY(desk.open("frmPassProg") && !chosen());
+        desk.open("frmPassProg")->findChild<QLineEdit *>(u"txtPass"_s)->setText(u"otra"_s);
+        desk.click(desk.open("frmPassProg"), "cmdOk");
+        QTRY_VERIFY(chosen() && chosen()->isVisible());
+        QTRY_COMPARE(chosen()->selectedFiles(), QStringList{desk.test.folder.path(backup)});
+        chosen()->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Open)->click();
+        QTRY_VERIFY(!chosen());
+    };
+    choose();
+    QTRY_VERIFY(desk.open("frmLstUtenti") && desk.open("frmLstUtenti")->isEnabled());
+    ChildWindow *list = desk.open("frmLstUtenti");
+    QCOMPARE(list->findChild<QTableView *>()->model()->index(0, 2).data().toString(), u"Verdi"_s);
+    QVERIFY(
+        list->windowTitle().startsWith(u"User list - restored from '"_s + desk.test.folder.path(backup) + u"' of "_s));
+    QVERIFY(!desk.entry("mnuRestoreUsers")->isEnabled());
+    QCOMPARE(desk.test.rows(ArchiveName::Users, u"SELECT Codice FROM Utenti"_s), QStringList{u"1"_s});
+    // Closed without an answer that says so, it is not lost.
+    desk.messages.answers = {Messages::Answer::Cancel};
+    QVERIFY(!list->close());
+    QTRY_COMPARE(desk.messages.standing, 0);
+    QCOMPARE(desk.messages.take().size(), 1);
+    receive("1");
+    receive("2");
+    const QString today = ArchiveName::events(u"05-03-2004"_s);
+    const auto stored = [&] {
+        return desk.test.rows(today, u"SELECT Codice FROM Eventi ORDER BY ProgEv"_s).join(u',');
+    };
+    QTRY_COMPARE(stored(), u"1"_s);
+    desk.click(list, "cmdSalva");
+    QTRY_VERIFY(!desk.open("frmLstUtenti") && desk.program.users().isKnown());
+    receive("1");
+    receive("2");
+    QTRY_COMPARE(stored(), u"1,2"_s);
+    QCOMPARE(desk.test.rows(ArchiveName::UsersBackup, u"SELECT Cognome FROM Utenti"_s), QStringList{u"Rossi"_s});
+
+    desk.test.write(backup, "noise");
+    choose();
+    QTRY_VERIFY(!desk.messages.shown.isEmpty());
+    QCOMPARE(
+        desk.messages.take(),
+        QStringList{u"Critical: The user list cannot be restored from '%1': damaged or not the program's own"_s.arg(
+            desk.test.folder.path(backup))});
+    QVERIFY(!desk.open("frmLstUtenti"));
+    desk.close();
 }
 
 void TestMainWindow::eventsThatWait_data()

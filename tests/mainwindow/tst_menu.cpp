@@ -40,7 +40,11 @@ void TestMenu::states_data()
     QTest::newRow("diagnostics asked") << input << QByteArray("x.xxx") << QList{Entry::Utility} << passwords;
     input = {};
     input.registerIsOpen = true;
-    QTest::newRow("register open") << input << QByteArray("xxxxx") << passwords << some;
+    QTest::newRow("register open") << input << QByteArray("xxxxx") << passwords + QList{Entry::RestoreUsers}
+                                   << some + QList{Entry::Utenti};
+    input = {};
+    input.usersAreAsked = true;
+    QTest::newRow("users asked") << input << QByteArray("xxxxx") << QList{Entry::Utenti, Entry::RestoreUsers} << some;
 }
 
 void TestMenu::states()

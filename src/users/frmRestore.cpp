@@ -1,0 +1,27 @@
+#include "users/frmRestore.h"
+
+#include "archives/Tables.h"
+#include "platform/ProgramFolder.h"
+#include "startup/PlainText.h"
+#include "texts/Texts.h"
+
+#include <QFileInfo>
+
+frmRestore::frmRestore(const Texts &texts, const ProgramFolder &folder, QWidget *parent) : QFileDialog(parent)
+{
+    setObjectName(QStringLiteral("frmRestore"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(TogliAnd(texts[OwnText::MnuRestoreUsers]).remove(QChar(0x2026)));
+    setAcceptMode(AcceptOpen);
+    setFileMode(ExistingFile);
+    // Nothing is renamed or deleted here.
+    setOptions(ReadOnly | DontUseNativeDialog);
+    setViewMode(Detail);
+    // A copy that was made by hand may have any name.
+    setNameFilters({texts[Text::ListaUtenti] + QStringLiteral(" (*.zeb)"), QStringLiteral("*")});
+    const QString backup = folder.path(QStringView(ArchiveName::UsersBackup).toString());
+    const QString backups = QFileInfo(backup).path();
+    setDirectory(QFileInfo(backups).isDir() ? backups : folder.path(QStringView(ArchiveName::Folder).toString()));
+    if (QFileInfo(backup).isFile())
+        selectFile(backup);
+}
