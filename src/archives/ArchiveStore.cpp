@@ -84,20 +84,20 @@ Result<Database> ArchiveStore::make(QStringView name, Database::Use use, const Q
     return database;
 }
 
-Result<void> ArchiveStore::create(QStringView name, const char *layout, const QByteArray &salt)
+Result<void> ArchiveStore::create(QStringView name, const char *layout, const QByteArray &salt, Database::Use use)
 {
-    Result<Database> database = make(name, Database::Use::Safe, salt);
+    Result<Database> database = make(name, use, salt);
     return database ? database.value().execute(layout) : Result<void>(database.fault());
 }
 
-Result<void> ArchiveStore::create(QStringView name, const char *layout, QStringView like)
+Result<void> ArchiveStore::create(QStringView name, const char *layout, QStringView like, Database::Use use)
 {
     const Result<QByteArray> known = saltOf(m_folder.path(like.toString()));
     if (known && known.value().size() == ArchiveKeys::SaltSize)
-        return create(name, layout, known.value());
+        return create(name, layout, known.value(), use);
     QByteArray salt(ArchiveKeys::SaltSize, '\0');
     QRandomGenerator::system()->generate(salt.begin(), salt.end());
-    return create(name, layout, salt);
+    return create(name, layout, salt, use);
 }
 
 Result<void> ArchiveStore::recover(const QString &path)

@@ -35,10 +35,12 @@ public:
     /// @param salt  ArchiveKeys::SaltSize bytes
     Result<Database> make(QStringView name, Database::Use use, const QByteArray &salt);
     /// Makes a new archive with the tables of @p layout. @param salt ArchiveKeys::SaltSize bytes
-    Result<void> create(QStringView name, const char *layout, const QByteArray &salt);
+    Result<void> create(QStringView name, const char *layout, const QByteArray &salt,
+                        Database::Use use = Database::Use::Safe);
 
     /// The same with the salt of the archive @p like, whose key is known then, or one of its own without it.
-    Result<void> create(QStringView name, const char *layout, QStringView like);
+    Result<void> create(QStringView name, const char *layout, QStringView like,
+                        Database::Use use = Database::Use::Safe);
 
     /// Says that an archive is open all the time. When another file stands under its name, opening that would mix the
     /// journals of both: it is refused as Locked.

@@ -34,7 +34,9 @@ Result<void> CopyEditor::begin()
 
 Result<void> CopyEditor::beginAnew(const char *layout)
 {
-    return beginWith([this, layout] { return m_archives.create(m_source.copy, layout, m_source.archive); });
+    return beginWith([this, layout] {
+        return m_archives.create(m_source.copy, layout, m_source.archive, Database::Use::ThrowAway);
+    });
 }
 
 Result<void> CopyEditor::beginWith(const std::function<Result<void>()> &makeCopy)

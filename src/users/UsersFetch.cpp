@@ -41,8 +41,13 @@ UsersFetch::~UsersFetch()
 
 Result<bool> UsersFetch::step(const QDeadlineTimer &until)
 {
-    if (!m_users)
+    // What cannot be divided has a turn of its own, deriving a key above all.
+    if (!m_isFetched)
         return fetch(until);
+    if (!m_users) {
+        const Result<void> isRegister = openFetched();
+        return isRegister ? Result<bool>(false) : Result<bool>(ofFile(isRegister.fault()));
+    }
     if (!m_isWhole) {
         const Result<void> read = m_users->readThrough();
         m_isWhole = read.ok();
@@ -73,18 +78,17 @@ Result<bool> UsersFetch::fetch(const QDeadlineTimer &until)
     const Result<bool> fetched = m_fetch->step(until);
     if (!fetched)
         return ofFile(fetched.fault());
-    if (!fetched.value())
-        return false;
-    Result<Database> opened = m_archives.open(ArchiveName::UsersFetched, Database::Use::ThrowAway);
-    if (!opened)
-        return ofFile(opened.fault());
-    m_users.emplace(std::move(opened.value()));
-    const Result<void> isRegister = checkRegister();
-    return isRegister ? Result<bool>(false) : Result<bool>(ofFile(isRegister.fault()));
+    m_isFetched = fetched.value();
+    return false;
 }
 
-Result<void> UsersFetch::checkRegister()
+/// Opens the copy, and looks whether it is a register.
+Result<void> UsersFetch::openFetched()
 {
+    Result<Database> opened = m_archives.open(ArchiveName::UsersFetched, Database::Use::ThrowAway);
+    if (!opened)
+        return opened.fault();
+    m_users.emplace(std::move(opened.value()));
     const Result<QStringList> columns = userColumnsOf(*m_users);
     if (!columns)
         return columns.fault();

@@ -32,7 +32,7 @@ private:
 
     Result<void> checkForeign() const;
     Result<bool> fetch(const QDeadlineTimer &until);
-    Result<void> checkRegister();
+    Result<void> openFetched();
     Result<bool> beginRows();
     Result<bool> copyRows(const QDeadlineTimer &until);
     Fault ofFile(const Fault &fault) const { return {fault.code, m_file}; }
@@ -41,6 +41,7 @@ private:
     const QString m_file;
     const BeginCopy m_begin;
     std::unique_ptr<ArchiveFetch> m_fetch;
+    bool m_isFetched = false;
     std::optional<Database> m_users; ///< a copy of the other register
     QStringList m_columns;           ///< of its users, in small letters
     bool m_isWhole = false;

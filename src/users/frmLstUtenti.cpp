@@ -9,7 +9,6 @@
 #include "widgets/UserCombo.h"
 
 #include <QDateTime>
-#include <QDir>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -203,8 +202,11 @@ void frmLstUtenti::restoreFrom(const QString &file)
     m_restored = file;
     const QDateTime saved = QFileInfo(file).lastModified();
     const QString day = DataBarre(saved.date()) + QLatin1Char(' ') + OraTesto(saved.time());
-    setWindowTitle(m_texts[Text::ListaUtenti] + QStringLiteral(" - ") +
-                   m_texts.sentence({OwnText::RestoredFrom, {QDir::toNativeSeparators(file), day}, {}}));
+    // The day comes first: a long path is cut at its end.
+    const QString folder = m_archives.folder().root() + QLatin1Char('/');
+    const QString name = file.startsWith(folder) ? file.sliced(folder.size()) : file;
+    setWindowTitle(m_texts[Text::ListaUtenti] + QLatin1Char(' ') +
+                   m_texts.sentence({OwnText::RestoredFrom, {day, name}, {}}));
 }
 
 bool frmLstUtenti::open()

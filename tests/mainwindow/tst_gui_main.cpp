@@ -476,8 +476,8 @@ void TestMainWindow::restoredRegister()
     QTRY_VERIFY(desk.open("frmLstUtenti") && desk.open("frmLstUtenti")->isEnabled());
     ChildWindow *list = desk.open("frmLstUtenti");
     QCOMPARE(list->findChild<QTableView *>()->model()->index(0, 2).data().toString(), u"Verdi"_s);
-    QVERIFY(
-        list->windowTitle().startsWith(u"User list - restored from '"_s + desk.test.folder.path(backup) + u"' of "_s));
+    const QRegularExpression title(u"^User list of ../../.... ..:..:.., restored from 'Archivi/Backup/AnaBack.zeb'$"_s);
+    QVERIFY2(title.match(list->windowTitle()).hasMatch(), qPrintable(list->windowTitle()));
     QVERIFY(!desk.entry("mnuRestoreUsers")->isEnabled());
     QCOMPARE(desk.test.rows(ArchiveName::Users, u"SELECT Codice FROM Utenti"_s), QStringList{u"1"_s});
     // Closed without an answer that says so, it is not lost.
