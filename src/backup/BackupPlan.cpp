@@ -44,7 +44,8 @@ Result<void> storeEntry(Settings &settings, const QString &key, const QString &v
 BackupPlan BackupPlan::from(const Settings &settings)
 {
     BackupPlan plan;
-    plan.folder = QString::fromUtf8(QByteArray::fromPercentEncoding(settings.LeggiImpostazione(folderKey()).toLatin1()));
+    plan.folder =
+        QString::fromUtf8(QByteArray::fromPercentEncoding(settings.LeggiImpostazione(folderKey()).toLatin1()));
     const QTime at = QTime::fromString(settings.LeggiImpostazione(timeKey()), timeForm());
     plan.isDaily = at.isValid() && !plan.folder.isEmpty();
     plan.at = at.isValid() ? at : plan.at;
@@ -60,8 +61,8 @@ Result<void> BackupPlan::store(Settings &settings) const
         return stored;
     const QString time = isDaily ? at.toString(timeForm()) : QString();
     const QString success = lastSuccess.isValid() ? lastSuccess.toString(momentForm()) : QString();
-    for (const auto &[key, value] : {std::pair(folderKey(), encoded), std::pair(timeKey(), time),
-                                     std::pair(successKey(), success)}) {
+    for (const auto &[key, value] :
+         {std::pair(folderKey(), encoded), std::pair(timeKey(), time), std::pair(successKey(), success)}) {
         if (Result<void> stored = storeEntry(settings, key, value); !stored)
             return stored;
     }
@@ -77,8 +78,7 @@ BackupNeed backupNeed(const BackupPlan &plan, const QDateTime &now, const QDateT
     if (planned > now)
         planned = QDateTime(now.date().addDays(-1), plan.at);
     const bool isKnown = plan.lastSuccess.isValid() && plan.lastSuccess <= now;
-    const bool mayBeTried =
-        !lastTrial.isValid() || lastTrial > now || lastTrial.secsTo(now) >= secondsToNextTrial;
+    const bool mayBeTried = !lastTrial.isValid() || lastTrial > now || lastTrial.secsTo(now) >= secondsToNextTrial;
     need.isDue = mayBeTried && !(isKnown && plan.lastSuccess >= planned);
     need.isOverdue = isKnown && plan.lastSuccess.addDays(daysUntilOverdue) < now;
     return need;

@@ -40,9 +40,8 @@ void DailyBackup::look()
             end(begun);
     } else if (need.isOverdue && (need.isDue || !isRunning())) {
         // Also of one that has been running for so long that the next would be due.
-        tellOnceADay({OwnText::BackupOverdue,
-                      {m_plan.lastSuccess.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss"))},
-                      {}});
+        tellOnceADay(
+            {OwnText::BackupOverdue, {m_plan.lastSuccess.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss"))}, {}});
     }
 }
 
@@ -102,8 +101,8 @@ void DailyBackup::tellOnceADay(const Message &message)
 
 Message DailyBackup::messageOf(const Fault &fault, bool isTriedAgain) const
 {
-    const bool isOfSource = fault.code != FaultCode::OwnFolder &&
-                            fault.subject.startsWith(m_archives.folder().root() + QLatin1Char('/'));
+    const bool isOfSource =
+        fault.code != FaultCode::OwnFolder && fault.subject.startsWith(m_archives.folder().root() + QLatin1Char('/'));
     if (isOfSource)
         return {OwnText::BackupIncomplete, {fault.subject}, fault};
     return {isTriedAgain ? OwnText::BackupTriedAgain : OwnText::BackupNotMade, {m_plan.folder}, fault};

@@ -25,8 +25,8 @@ QString shownName(const QString &file)
 {
     const QString name = file.section(QLatin1Char('/'), -1);
     const QString start = QStringLiteral("Eventi_");
-    const QDate day = name.startsWith(start, Qt::CaseInsensitive) ? dayOfFile(QStringView(name).mid(start.size(), 10))
-                                                                  : QDate();
+    const QDate day =
+        name.startsWith(start, Qt::CaseInsensitive) ? dayOfFile(QStringView(name).mid(start.size(), 10)) : QDate();
     return day.isValid() ? DataBarre(day) : name;
 }
 

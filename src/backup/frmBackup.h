@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Result.h"
 #include "widgets/ChildWindow.h"
 
 class DailyBackup;
