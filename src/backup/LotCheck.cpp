@@ -1,23 +1,19 @@
 #include "backup/LotCheck.h"
 
-#include "archives/WholeReading.h"
+#include "archives/Database.h"
 
 namespace {
 
-constexpr int turnMilliseconds = 5;
 /// When the program ends the thread must be out of the libraries, but a device that hangs may not hold the end up.
 constexpr std::chrono::milliseconds patience(200);
 
-std::optional<FaultCode> faultOf(const LotCheck::Archive &archive, const std::atomic<bool> &isGivenUp)
+std::optional<FaultCode> faultOf(const LotCheck::Archive &archive)
 {
     Result<Database> opened = Database::open(archive.path, archive.rawKey, Database::Use::ThrowAway);
     if (!opened)
         return opened.fault().code;
-    WholeReading reading(opened.value());
-    Result<bool> isRead = false;
-    while (isRead && !isRead.value() && !isGivenUp)
-        isRead = reading.step(QDeadlineTimer(turnMilliseconds));
-    return isRead ? std::nullopt : std::optional(isRead.fault().code);
+    const Result<void> read = opened.value().readPages();
+    return read ? std::nullopt : std::optional(read.fault().code);
 }
 
 } // namespace
@@ -29,7 +25,7 @@ LotCheck::LotCheck(const std::vector<Archive> &archives, const std::function<Res
               for (const Archive &archive : archives) {
                   if (*isGivenUp)
                       return faults;
-                  faults.push_back(faultOf(archive, *isGivenUp));
+                  faults.push_back(faultOf(archive));
               }
               const Result<bool> flushed = flush();
               return flushed ? Result<Faults>(faults) : Result<Faults>(flushed.fault());

@@ -26,7 +26,7 @@ public:
 
     /// @param flush  called in the thread, see Disk::flushAll()
     LotCheck(const std::vector<Archive> &archives, const std::function<Result<bool>()> &flush);
-    /// Ends the thread's work, which takes a few milliseconds at most but for the flush.
+    /// Has the thread end with the archive at hand, and waits a moment for that.
     ~LotCheck();
 
     /// @return the answer once it is there, within @p most; its fault is that of the flush
