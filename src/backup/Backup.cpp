@@ -172,6 +172,9 @@ Result<void> Backup::makeFolder(const QString &name)
 {
     const QString path = pathOfCopy(name);
     if (!QFileInfo(path).isDir()) {
+        // A medium that was pulled is not to be mistaken for an empty folder on the disk below it.
+        if (name.isEmpty())
+            return Fault{FaultCode::NotFound, path};
         if (Result<void> made = m_folder.disk().makeFolder(path); !made)
             return made;
     }
