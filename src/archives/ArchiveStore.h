@@ -26,6 +26,8 @@ public:
     ArchiveStore(ProgramFolder &folder, const ArchiveStore &other) : m_folder(folder), m_keys(other.m_keys) {}
 
     ProgramFolder &folder() const { return m_folder; }
+    /// For Database::open(), of an archive that begins with that salt.
+    QByteArray rawKey(const QByteArray &salt) { return m_keys.rawKey(salt); }
 
     /// @return NotFound; Damaged for an empty or foreign file, or one with another password; else as Database
     Result<Database> open(QStringView name, Database::Use use);
@@ -51,7 +53,8 @@ public:
     /// Copies @p source over @p target; no connection may be open on either.
     Result<void> copy(QStringView source, QStringView target);
     /// Brings an archive together and removes its journals, before another file takes its place.
-    Result<void> makeRoom(QStringView name) { return makeRoomAt(file(name)); }
+    /// @param path  of the file itself, which need not exist
+    Result<void> makeRoomAt(const QString &path);
     /// Whether journals stand beside an archive: somebody has it open, or was cut off.
     bool hasJournals(QStringView name) const;
     /// Deletes an archive, or a link to one, with all that stands beside it; no fault when there is none.
@@ -63,7 +66,6 @@ public:
 
 private:
     QString file(QStringView name) const;
-    Result<void> makeRoomAt(const QString &path);
     Result<void> recover(const QString &path);
     Result<void> removeSideFiles(const QString &path);
 

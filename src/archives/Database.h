@@ -109,6 +109,10 @@ public:
     /// Reads the archive from its first page to its last, as far as it holds anything.
     /// @return Damaged when something cannot be read or does not fit together
     Result<void> readThrough();
+    /// Reads all pages that hold anything, each one proved by its check sum: less than readThrough(), which looks at
+    /// each value as well, and several times as fast.
+    /// @return Damaged when one cannot be read
+    Result<void> readPages();
 
     /// Brings what stands in the write-ahead journal into the archive file and empties the journal.
     /// @return Locked while somebody reads; all that he does not hold back has been brought over then

@@ -33,7 +33,12 @@ bool isDay(const QString &name)
 
 QString below(const QString &folder, const QString &name)
 {
-    return folder.isEmpty() ? name : folder + QLatin1Char('/') + name;
+    return folder.isEmpty() || name.isEmpty() ? folder + name : folder + QLatin1Char('/') + name;
+}
+
+Result<bool> going(const Result<void> &done)
+{
+    return done ? Result<bool>(true) : Result<bool>(done.fault());
 }
 
 bool liesIn(const QString &folder, const QString &path)
@@ -69,8 +74,10 @@ Result<void> Backup::begin()
 void Backup::stop()
 {
     m_isStopped = true;
+    m_check.reset();
     m_copy.reset();
     m_lot.clear();
+    m_checked.clear();
 }
 
 Result<bool> Backup::step(const QDeadlineTimer &until)
@@ -81,14 +88,18 @@ Result<bool> Backup::step(const QDeadlineTimer &until)
         Result<bool> worked = false;
         if (!m_isListed)
             worked = list();
-        else if (m_flush)
-            worked = putLot(until);
+        else if (!m_check && !m_checked.empty())
+            worked = going(putFile());
+        else if (!m_check && !m_changedFolders.isEmpty())
+            worked = going(endLot());
         else if (m_copy)
             worked = copyOn(until);
         else if (!m_sources.empty() && m_lot.size() < lotFiles && m_lotBytes < lotBytes)
             beginFile();
+        else if (m_check)
+            worked = awaitCheck(until);
         else if (!m_lot.empty())
-            m_flush = std::make_unique<Errand<bool>>(m_folder.disk().flushAll(m_folder.root()), Errand<bool>::Then());
+            checkLot();
         else
             return m_missed ? Result<bool>(*m_missed) : Result<bool>(true);
         if (!worked)
@@ -136,12 +147,12 @@ Result<bool> Backup::listEntry(const QFileInfo &entry)
         m_folders.append(name);
     } else if (entry.isSymLink() && !entry.isFile()) {
         // To a device, above all, or to a share that is not there now.
-        if (const Result<void> copied = copyLink(entry.symLinkTarget(), m_folder.path(name)); !copied)
+        if (const Result<void> copied = copyLink(entry.symLinkTarget(), pathOfCopy(name)); !copied)
             return copied.fault();
     } else if (entry.isFile() && !isPassing(entry.fileName())) {
         const std::optional<FileStamp> stamp = stampOf(entry.filePath());
         const bool isOpen = m_archives.hasJournals(name);
-        if (stamp && (isOpen || stamp != stampOf(m_folder.path(name)))) {
+        if (stamp && (isOpen || stamp != stampOf(pathOfCopy(name)))) {
             m_sources.push_back({name, stamp->size});
             m_bytes += stamp->size;
         }
@@ -149,11 +160,21 @@ Result<bool> Backup::listEntry(const QFileInfo &entry)
     return true;
 }
 
+/// Names of the copy are those of the program folder to the letter. To look for other spellings would take a listing of
+/// the folder for each file, since each file changes it.
+QString Backup::pathOfCopy(const QString &name) const
+{
+    return below(m_folder.root(), name);
+}
+
 /// A folder of the copy, without what was left in it by a backup that was cut off.
 Result<void> Backup::makeFolder(const QString &name)
 {
-    const QString path = m_folder.path(name);
-    if (!m_folder.isFolder(name)) {
+    const QString path = pathOfCopy(name);
+    if (!QFileInfo(path).isDir()) {
+        // A medium that was pulled is not to be mistaken for an empty folder on the disk below it.
+        if (name.isEmpty())
+            return Fault{FaultCode::NotFound, path};
         if (Result<void> made = m_folder.disk().makeFolder(path); !made)
             return made;
     }
@@ -191,36 +212,76 @@ Result<bool> Backup::copyOn(const QDeadlineTimer &until)
         return true;
     if (copied)
         m_lot.push_back(std::move(m_copy));
-    else if (!m_missed)
-        m_missed = copied.fault();
+    else
+        miss(copied.fault());
     m_copy.reset();
     m_lotBytes += m_bytesOfFile;
     m_bytesDone += m_bytesOfFile;
     return true;
 }
 
-/// Puts the lot in place once it lies on the device.
-Result<bool> Backup::putLot(const QDeadlineTimer &until)
+void Backup::checkLot()
 {
-    const std::chrono::milliseconds left(std::clamp<qint64>(until.remainingTime(), 0, 20));
-    const std::optional<Result<bool>> flushed = m_flush->wait(left);
-    if (!flushed)
-        return true;
-    m_flush.reset();
-    if (!*flushed)
-        return flushed->fault();
-    QSet<QString> folders;
-    for (const std::unique_ptr<FileCopy> &copy : m_lot) {
-        if (const Result<void> put = copy->put(); !put)
-            return put.fault();
-        folders.insert(QFileInfo(m_folder.path(copy->name())).path());
-        ++m_copied;
-    }
-    for (const QString &folder : folders) {
-        if (const Result<void> last = m_folder.disk().flushNames(folder); !last)
-            return last.fault();
+    std::vector<LotCheck::Archive> archives;
+    for (std::unique_ptr<FileCopy> &copy : m_lot) {
+        if (std::optional<LotCheck::Archive> archive = copy->toBeChecked())
+            archives.push_back(std::move(*archive));
+        m_checked.push_back(std::move(copy));
     }
     m_lot.clear();
     m_lotBytes = 0;
+    m_check = std::make_unique<LotCheck>(archives, m_folder.disk().flushAll(m_folder.root()));
+}
+
+Result<bool> Backup::awaitCheck(const QDeadlineTimer &until)
+{
+    const std::chrono::milliseconds left(std::clamp<qint64>(until.remainingTime(), 0, 20));
+    const std::optional<Result<LotCheck::Faults>> answer = m_check->wait(left);
+    if (!answer)
+        return true;
+    m_check.reset();
+    if (!*answer)
+        return answer->fault();
+    auto fault = answer->value().begin();
+    for (std::unique_ptr<FileCopy> &copy : m_checked) {
+        if (!copy->toBeChecked())
+            continue;
+        if (const std::optional<FaultCode> code = *fault++) {
+            // What was read is not what should have been; any other fault is the target's own.
+            if (*code != FaultCode::Damaged)
+                return Fault{*code, pathOfCopy(copy->name())};
+            miss({*code, copy->path()});
+            copy.reset();
+        }
+    }
     return true;
+}
+
+/// Puts one file of the lot that was checked in place.
+Result<void> Backup::putFile()
+{
+    const std::unique_ptr<FileCopy> copy = std::move(m_checked.front());
+    m_checked.pop_front();
+    if (!copy)
+        return {};
+    if (Result<void> put = copy->put(); !put)
+        return put;
+    m_changedFolders.insert(QFileInfo(pathOfCopy(copy->name())).path());
+    ++m_copied;
+    return {};
+}
+
+/// Makes the names last.
+Result<void> Backup::endLot()
+{
+    const auto folder = m_changedFolders.begin();
+    Result<void> lasts = m_folder.disk().flushNames(*folder);
+    m_changedFolders.erase(folder);
+    return lasts;
+}
+
+void Backup::miss(const Fault &fault)
+{
+    if (!m_missed)
+        m_missed = fault;
 }

@@ -2,12 +2,12 @@
 
 #include "archives/ArchiveStore.h"
 #include "backup/FileCopy.h"
-#include "platform/Errand.h"
 #include "platform/Task.h"
 
 #include <QSet>
 #include <QStringList>
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -18,8 +18,9 @@ class QFileInfo;
 /// Copies the program folder into another folder while the program is at work. The copy is a program folder as well.
 ///
 /// What differs is copied, by size and time of modification. Files are copied in lots: a lot is written beside what is
-/// there, read through where it is an archive, flushed as a whole, and only then put in place. So each file of the copy
-/// is whole whenever the work is cut off. What the program folder does not have any more stays in the copy.
+/// there, read through where it is an archive, flushed as a whole, and only then put in place; meanwhile the next one
+/// is written. So each file of the copy is whole whenever the work is cut off. What the program folder does not have
+/// any more stays in the copy.
 class Backup : public Task
 {
 public:
@@ -56,10 +57,15 @@ private:
     Result<bool> list();
     Result<bool> listEntry(const QFileInfo &entry);
     Result<void> makeFolder(const QString &name);
+    QString pathOfCopy(const QString &name) const;
     static Result<void> copyLink(const QString &leadsTo, const QString &link);
     void beginFile();
     Result<bool> copyOn(const QDeadlineTimer &until);
-    Result<bool> putLot(const QDeadlineTimer &until);
+    void checkLot();
+    Result<bool> awaitCheck(const QDeadlineTimer &until);
+    Result<void> putFile();
+    Result<void> endLot();
+    void miss(const Fault &fault);
 
     ArchiveStore &m_archives;
     ProgramFolder m_folder; ///< the target
@@ -72,9 +78,11 @@ private:
     std::vector<Source> m_sources; ///< still to be copied, last first
     bool m_isListed = false;
     std::unique_ptr<FileCopy> m_copy;
-    std::vector<std::unique_ptr<FileCopy>> m_lot; ///< written, not yet in place
+    std::vector<std::unique_ptr<FileCopy>> m_lot; ///< written
     qint64 m_lotBytes = 0;
-    std::unique_ptr<Errand<bool>> m_flush;
+    std::deque<std::unique_ptr<FileCopy>> m_checked; ///< the lot before it: being checked, then put in place
+    std::unique_ptr<LotCheck> m_check;
+    QSet<QString> m_changedFolders; ///< whose names are not flushed yet
     std::optional<Fault> m_missed;
     qint64 m_bytesOfFile = 0;
     bool m_isStopped = false;

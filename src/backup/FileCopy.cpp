@@ -30,6 +30,7 @@ FileCopy::FileCopy(ArchiveStore &source, ArchiveStore &target, QString name)
       m_target(target),
       m_name(std::move(name)),
       m_path(source.folder().path(m_name)),
+      m_copied(target.folder().root() + QLatin1Char('/') + m_name),
       m_isArchive(isArchiveName(m_name)),
       // One that was set aside is damaged: it is copied as it is.
       m_isChecked(m_name.endsWith(QStringLiteral(".zeb"), Qt::CaseInsensitive))
@@ -38,9 +39,8 @@ FileCopy::FileCopy(ArchiveStore &source, ArchiveStore &target, QString name)
 
 FileCopy::~FileCopy()
 {
-    // The archives go before the file that they stand in.
+    // The archive goes before the file that it stands in.
     m_pages.reset();
-    m_check.reset();
 }
 
 Fault FileCopy::atSource(const Fault &fault)
@@ -64,14 +64,6 @@ Result<bool> FileCopy::step(const QDeadlineTimer &until)
         if (!m_file)
             return true;
     }
-    if (m_check) {
-        Result<bool> read = m_check->reading.step(until);
-        if (!read)
-            return atSource(read.fault());
-        if (read.value())
-            m_check.reset();
-        return read;
-    }
     return m_pages ? copyPages(until) : copyBytes(until);
 }
 
@@ -83,7 +75,7 @@ Result<void> FileCopy::begin()
     m_stamp = *stamp;
     m_begun = QDateTime::currentMSecsSinceEpoch() * 1'000'000;
     m_position = 0;
-    m_file.emplace(m_target.folder().disk(), m_target.folder().path(m_name));
+    m_file.emplace(m_target.folder().disk(), m_copied);
     if (Result<void> created = m_file->create(); !created)
         return created;
     if (m_isArchive) {
@@ -91,6 +83,12 @@ Result<void> FileCopy::begin()
         if (!opened)
             return atSource(opened.fault());
         m_archive.emplace(std::move(opened.value()));
+        Result<QByteArray> salt = m_archive->read(0, ArchiveKeys::SaltSize);
+        if (!salt)
+            return atSource(salt.fault());
+        m_salt = salt.value();
+        if (m_isChecked && m_salt.size() < ArchiveKeys::SaltSize)
+            return atSource({FaultCode::Damaged, m_path});
     } else {
         Result<Descriptor> opened = openToRead(m_path);
         if (!opened)
@@ -110,13 +108,10 @@ QString FileCopy::nameBeside() const
 
 Result<void> FileCopy::beginPages()
 {
-    const Result<QByteArray> salt = m_archive->read(0, ArchiveKeys::SaltSize);
-    if (!salt)
-        return atSource(salt.fault());
     Result<Database> source = m_source.open(m_name, Database::Use::Safe);
     if (!source)
         return atSource(source.fault());
-    Result<Database> target = m_target.make(nameBeside(), Database::Use::ThrowAway, salt.value());
+    Result<Database> target = m_target.make(nameBeside(), Database::Use::ThrowAway, m_salt);
     if (!target)
         return target.fault();
     // It is thrown away when it does not become whole: a journal would only be one file more.
@@ -144,9 +139,8 @@ Result<bool> FileCopy::copyPages(const QDeadlineTimer &until)
         if (const Result<void> left = m_pages->target.leaveLogMode(); !left)
             return left.fault();
         m_pages.reset();
-        if (const Result<void> begun = beginCheck(); !begun)
-            return begun.fault();
-        return false;
+        m_archive.reset();
+        return true;
     } while (!until.hasExpired());
     return false;
 }
@@ -196,19 +190,16 @@ Result<bool> FileCopy::finishBytes()
     // Within the grain of its clock a file can change unseen.
     if (m_begun - m_stamp.modified < second)
         m_stamp.modified -= second;
-    if (!m_isChecked)
-        return true;
-    const Result<void> begun = beginCheck();
-    return begun ? Result<bool>(false) : Result<bool>(begun.fault());
+    m_archive.reset();
+    m_plain.reset();
+    return true;
 }
 
-Result<void> FileCopy::beginCheck()
+std::optional<LotCheck::Archive> FileCopy::toBeChecked() const
 {
-    Result<Database> copy = m_target.open(nameBeside(), Database::Use::Safe);
-    if (!copy)
-        return atSource(copy.fault());
-    m_check = std::make_unique<Check>(std::move(copy.value()));
-    return {};
+    if (!m_file || !m_isChecked)
+        return std::nullopt;
+    return LotCheck::Archive{m_file->beside(), m_target.rawKey(m_salt)};
 }
 
 Result<void> FileCopy::put()
@@ -216,7 +207,10 @@ Result<void> FileCopy::put()
     if (!m_file)
         return {};
     if (m_isArchive) {
-        if (Result<void> made = m_target.makeRoom(m_name); !made)
+        const Result<QString> file = linkFollowed(m_copied);
+        if (!file)
+            return file.fault();
+        if (Result<void> made = m_target.makeRoomAt(file.value()); !made)
             return made;
     }
     constexpr auto owner = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;

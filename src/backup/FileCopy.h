@@ -3,7 +3,7 @@
 #include "archives/ArchiveBytes.h"
 #include "archives/ArchiveStore.h"
 #include "archives/PageCopy.h"
-#include "archives/WholeReading.h"
+#include "backup/LotCheck.h"
 #include "platform/FreshFile.h"
 #include "platform/RegularFile.h"
 #include "platform/Task.h"
@@ -18,7 +18,8 @@ public:
     /// What a fault is about: a source that cannot be read costs this file only.
     enum class Side { Source, Target };
 
-    /// @param source, @param target  must outlive this object; @param name  of the file below both folders
+    /// @param source, @param target  must outlive this object; @param name  of the file below both folders; that of the
+    /// copy is the same to the letter
     FileCopy(ArchiveStore &source, ArchiveStore &target, QString name);
     ~FileCopy() override;
 
@@ -26,10 +27,14 @@ public:
     Progress progress() const override { return {m_position, m_stamp.size}; }
     /// Which side the fault of the last step came from.
     Side side() const { return m_side; }
-    /// Puts the copy in the place of its name, once all that was written has been flushed.
+    /// The copy, where it counts only when all of it can be read.
+    std::optional<LotCheck::Archive> toBeChecked() const;
+    /// Puts the copy in the place of its name, once all that was written has been flushed, and read.
     Result<void> put();
 
     const QString &name() const { return m_name; }
+    /// Of the file that is copied.
+    const QString &path() const { return m_path; }
 
 private:
     /// An archive that others may be writing to.
@@ -38,12 +43,6 @@ private:
         Database target;
         std::optional<PageCopy> copy;
     };
-    struct Check {
-        explicit Check(Database opened) : database(std::move(opened)), reading(database) {}
-        Database database;
-        WholeReading reading;
-    };
-
     Result<void> begin();
     Result<void> beginPages();
     QString nameBeside() const;
@@ -51,16 +50,17 @@ private:
     Result<bool> copyBytes(const QDeadlineTimer &until);
     Result<QByteArray> readSource();
     Result<bool> finishBytes();
-    Result<void> beginCheck();
     Fault atSource(const Fault &fault);
     bool isBeingWritten() const;
 
     ArchiveStore &m_source;
     ArchiveStore &m_target;
     QString m_name;
-    QString m_path; ///< of the source
+    QString m_path;   ///< of the source
+    QString m_copied; ///< path of the copy
     bool m_isArchive;
-    bool m_isChecked; ///< the copy counts only when all of it can be read
+    bool m_isChecked; ///< see toBeChecked()
+    QByteArray m_salt;
     Side m_side = Side::Target;
     FileStamp m_stamp;
     qint64 m_begun = 0; ///< nanoseconds since 1970
@@ -70,5 +70,4 @@ private:
     std::optional<ArchiveBytes> m_archive;
     std::optional<Descriptor> m_plain;
     std::unique_ptr<Pages> m_pages;
-    std::unique_ptr<Check> m_check;
 };

@@ -69,6 +69,7 @@ private:
     MainMenu::Caption passwordCaption(Passwords::Type type) const;
     MainMenu::Caption shownEventsCaption() const;
     void mnuImpPrn_Click();
+    void mnuBackup_Click();
     void mnuExit_Click();
     void mnuUtenti_Click();
     void mnuFascieOr_Click();

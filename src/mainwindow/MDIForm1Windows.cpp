@@ -1,3 +1,4 @@
+#include "backup/frmBackup.h"
 #include "events/frmEventi.h"
 #include "events/frmEventiOdierni.h"
 #include "events/frmNumEvOd.h"
@@ -36,6 +37,10 @@ void MDIForm1::buildMenu()
         m_menu.add(entry, name, caption, [=, this] { mnuIstr_Click(caption, QLatin1String(file)); });
     };
     add(Entry::ImpPrn, "mnuImpPrn", Text::MnuImpostaStampante, &MDIForm1::mnuImpPrn_Click);
+    m_menu.separate(TopMenu::File, "mnuLineaBackup");
+    m_menu.add(
+        Entry::Backup, "mnuBackup", [this] { return m_program.texts()[OwnText::MnuBackup]; },
+        [this] { mnuBackup_Click(); });
     m_menu.separate(TopMenu::File, "mnuLinea");
     add(Entry::Exit, "mnuExit", Text::MnuEsci, &MDIForm1::mnuExit_Click);
 
@@ -122,6 +127,11 @@ void MDIForm1::mnuImpPrn_Click()
 {
     m_windows.open<frmImpStampa>(
         [this] { return new frmImpStampa(m_program.texts(), m_program.printer(), m_messages); });
+}
+
+void MDIForm1::mnuBackup_Click()
+{
+    m_windows.open<frmBackup>([this] { return new frmBackup(m_program.texts(), m_program.backup(), m_messages); });
 }
 
 void MDIForm1::mnuIstr_Click(Text caption, const QString &file)

@@ -6,6 +6,7 @@
 /// Entries of the menu, in its order.
 enum class Entry {
     ImpPrn,
+    Backup,
     Exit,
     Utenti,
     FascieOr,

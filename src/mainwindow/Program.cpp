@@ -35,7 +35,8 @@ Program::Program(const ProgramPlaces &places, const Clock &clock, const Printers
       m_road(m_users, m_log, clock),
       m_reader(*m_serial, m_link, m_road),
       m_timeProgramme(m_archives, clock),
-      m_passwords(m_archives)
+      m_passwords(m_archives),
+      m_backup(m_archives, m_settings, clock)
 {
     connect(&tmrRefresh, &QTimer::timeout, this, &Program::tmrRefresh_Timer);
     connect(&tmrUsers, &QTimer::timeout, this, &Program::tmrUsers_Timer);
@@ -46,6 +47,8 @@ Program::Program(const ProgramPlaces &places, const Clock &clock, const Printers
     connect(&m_link, &LinkMonitor::settingNotSaved, this, [this](const QString &key, const Fault &fault) {
         m_notices.post(Icon::Exclamation, {OwnText::SettingNotSaved, {key}, fault});
     });
+    connect(&m_backup, &DailyBackup::toTell, this,
+            [this](const Message &message) { m_notices.post(Icon::Exclamation, message); });
 }
 
 Program::~Program()
@@ -102,6 +105,7 @@ void Program::load()
     readTimeProgramme(TimeProgramme::Part::Holidays);
     m_timeProgramme.run();
     m_log.open();
+    m_backup.readPlan();
     tmrRefresh.start(refreshMilliseconds);
 }
 
@@ -160,6 +164,7 @@ void Program::end()
     if (!std::exchange(m_running, false))
         return;
     tmrRefresh.stop();
+    m_backup.stop();
     // What has reached the program is stored: from the control, from a query, and from before the register was known.
     m_serial->deliverAll();
     m_link.end();
@@ -239,4 +244,5 @@ void Program::tmrRefresh_Timer()
     m_timeProgramme.readLocked();
     if (!m_log.changeDayIfNeeded() && !m_timeProgramme.isSuspended())
         m_timeProgramme.run();
+    m_backup.look();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archives/ArchiveStore.h"
+#include "backup/DailyBackup.h"
 #include "codes/UserDirectory.h"
 #include "link/EventLog.h"
 #include "link/EventRoad.h"
@@ -72,6 +73,7 @@ public:
     EventRoad &road() { return m_road; }
     TimeProgramme &timeProgramme() { return m_timeProgramme; }
     Passwords &passwords() { return m_passwords; }
+    DailyBackup &backup() { return m_backup; }
     const UserDirectory &users() const { return m_users; }
     /// Path of a picture of the program folder, for who loads it.
     QString picture(const char *name) const
@@ -113,6 +115,7 @@ private:
     LineReader m_reader;
     TimeProgramme m_timeProgramme;
     Passwords m_passwords;
+    DailyBackup m_backup;
     std::optional<int> m_portToStore;
     bool m_running = false;
     bool m_usersAreWanted = false; ///< readUsers() has been called

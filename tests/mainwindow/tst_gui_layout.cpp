@@ -176,7 +176,7 @@ void TestLayout::windows()
         for (const char *entry :
              {"mnuUtenti", "mnuFascieOr", "mnuProgFerie", "mnuEventi", "mnuEventiOdierni", "mnuPrnLastEv",
               "mnuNumEvOdVis", "mnuImpCom", "mnuLetConfInt", "mnuUtility", "mnuImpContKor", "mnuLingua", "mnuAttPass",
-              "mnuIstrSwKOR", "mnuAbout", "mnuImpPrn"}) {
+              "mnuIstrSwKOR", "mnuAbout", "mnuImpPrn", "mnuBackup"}) {
             ChildWindow *opened = desk.open(entry);
             Faults faults;
             faults.look(opened);

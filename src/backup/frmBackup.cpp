@@ -1,0 +1,219 @@
+#include "backup/frmBackup.h"
+
+#include "backup/DailyBackup.h"
+#include "startup/PlainText.h"
+#include "texts/DateTimeText.h"
+#include "texts/Texts.h"
+#include "widgets/Forms.h"
+#include "widgets/Messages.h"
+#include "widgets/Twips.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimeEdit>
+
+namespace {
+
+/// The day of an archive as the operator writes it, another file by its name.
+QString shownName(const QString &file)
+{
+    const QString name = file.section(QLatin1Char('/'), -1);
+    const QString start = QStringLiteral("Eventi_");
+    const QDate day =
+        name.startsWith(start, Qt::CaseInsensitive) ? dayOfFile(QStringView(name).mid(start.size(), 10)) : QDate();
+    return day.isValid() ? DataBarre(day) : name;
+}
+
+} // namespace
+
+frmBackup::frmBackup(const Texts &texts, DailyBackup &backup, Messages &messages, QWidget *parent)
+    : ChildWindow(QStringLiteral("frmBackup"), parent),
+      m_texts(texts),
+      m_backup(backup),
+      m_messages(messages),
+      lblFolder(new QLabel),
+      txtFolder(new QLineEdit(backup.plan().folder)),
+      cmdFolder(new QPushButton),
+      chkDaily(new QCheckBox),
+      txtTime(new QTimeEdit(backup.plan().at)),
+      lblLast(new QLabel),
+      lblState(new QLabel),
+      prgBackup(new QProgressBar),
+      cmdNow(new QPushButton),
+      cmdStop(new QPushButton),
+      cmdChiudi(new QPushButton)
+{
+    auto *daily = new QHBoxLayout;
+    daily->addWidget(chkDaily);
+    daily->addWidget(txtTime);
+    daily->addStretch();
+    auto *place = new QGridLayout;
+    place->addWidget(lblFolder, 0, 0);
+    place->addWidget(txtFolder, 0, 1);
+    place->addWidget(cmdFolder, 0, 2);
+    place->setColumnStretch(1, 1);
+    auto *rows = new QVBoxLayout(this);
+    rows->addLayout(place);
+    rows->addLayout(daily);
+    rows->addWidget(lblLast);
+    rows->addWidget(prgBackup);
+    rows->addWidget(lblState);
+    rows->addSpacing(pixels(120));
+    rows->addStretch();
+    rows->addLayout(buttonRow({cmdNow, cmdStop, cmdChiudi}));
+    lblFolder->setBuddy(txtFolder);
+    txtFolder->setMinimumWidth(pixels(3600));
+    txtTime->setDisplayFormat(QStringLiteral("HH:mm"));
+    for (QLabel *label : {lblLast, lblState})
+        label->setTextFormat(Qt::PlainText);
+
+    lblFolder->setObjectName(QStringLiteral("lblFolder"));
+    txtFolder->setObjectName(QStringLiteral("txtFolder"));
+    cmdFolder->setObjectName(QStringLiteral("cmdFolder"));
+    chkDaily->setObjectName(QStringLiteral("chkDaily"));
+    txtTime->setObjectName(QStringLiteral("txtTime"));
+    lblLast->setObjectName(QStringLiteral("lblLast"));
+    lblState->setObjectName(QStringLiteral("lblState"));
+    prgBackup->setObjectName(QStringLiteral("prgBackup"));
+    cmdNow->setObjectName(QStringLiteral("cmdNow"));
+    cmdStop->setObjectName(QStringLiteral("cmdStop"));
+    cmdChiudi->setObjectName(QStringLiteral("cmdChiudi"));
+
+    connect(cmdFolder, &QPushButton::clicked, this, &frmBackup::cmdFolder_Click);
+    connect(chkDaily, &QCheckBox::toggled, txtTime, &QWidget::setEnabled);
+    connect(cmdNow, &QPushButton::clicked, this, &frmBackup::cmdNow_Click);
+    connect(cmdStop, &QPushButton::clicked, this, &frmBackup::cmdStop_Click);
+    connect(cmdChiudi, &QPushButton::clicked, this, &QWidget::close);
+    connect(&backup, &DailyBackup::progressed, this, &frmBackup::showState);
+    connect(&backup, &DailyBackup::ended, this, &frmBackup::showEnd);
+    setKeys(cmdNow, cmdChiudi);
+
+    captions();
+    chkDaily->setChecked(backup.plan().isDaily);
+    txtTime->setEnabled(backup.plan().isDaily);
+    showState();
+    txtFolder->setFocus();
+}
+
+void frmBackup::captions()
+{
+    setWindowTitle(TogliAnd(m_texts[OwnText::MnuBackup]));
+    fitTitle(this);
+    lblFolder->setText(m_texts[OwnText::BackupFolder]);
+    cmdFolder->setText(m_texts[OwnText::BackupChoose]);
+    chkDaily->setText(m_texts[OwnText::BackupDaily]);
+    txtTime->setAccessibleName(TogliAnd(m_texts[OwnText::BackupDaily]));
+    prgBackup->setAccessibleName(windowTitle());
+    cmdNow->setText(m_texts[OwnText::BackupNow]);
+    cmdStop->setText(m_texts[OwnText::BackupStop]);
+    cmdChiudi->setText(m_texts[Text::CmdChiudi]);
+}
+
+void frmBackup::cmdFolder_Click()
+{
+    auto *dialog = new QFileDialog(this, TogliAnd(m_texts[OwnText::BackupFolder]), folder());
+    dialog->setObjectName(QStringLiteral("ComDial"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOptions(QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog);
+    connect(dialog, &QFileDialog::fileSelected, txtFolder, &QLineEdit::setText);
+    dialog->open();
+}
+
+void frmBackup::cmdNow_Click()
+{
+    if (folder().isEmpty())
+        return refuse(m_texts[OwnText::BackupNoFolder]);
+    if (!store())
+        return;
+    if (const Result<void> begun = m_backup.copyNow(); !begun)
+        refuse(m_texts.sentence(m_backup.messageOf(begun.fault(), false)));
+}
+
+void frmBackup::cmdStop_Click()
+{
+    m_backup.stop();
+    showState();
+    lblState->setText(m_texts[OwnText::BackupStopped]);
+}
+
+/// What is copied at the moment, and which buttons make sense.
+void frmBackup::showState()
+{
+    const bool isRunning = m_backup.isRunning();
+    for (QWidget *control : std::initializer_list<QWidget *>{txtFolder, cmdFolder, chkDaily, cmdNow})
+        control->setEnabled(!isRunning);
+    txtTime->setEnabled(!isRunning && chkDaily->isChecked());
+    cmdStop->setEnabled(isRunning);
+    const QDateTime last = m_backup.plan().lastSuccess;
+    lblLast->setText(m_texts[OwnText::BackupLast].arg(
+        last.isValid() ? last.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) : m_texts[OwnText::BackupNever]));
+    const Task::Progress progress = m_backup.progress();
+    const qint64 kibibytes = 1024;
+    prgBackup->setRange(0, static_cast<int>(qMax<qint64>(1, progress.count / kibibytes)));
+    prgBackup->setValue(static_cast<int>(progress.done / kibibytes));
+    if (const QString file = m_backup.file(); !file.isEmpty())
+        lblState->setText(m_texts[OwnText::BackupCopying].arg(shownName(file)));
+}
+
+void frmBackup::showEnd(const Result<void> &result, int copied)
+{
+    showState();
+    lblState->setText(result ? m_texts[OwnText::BackupDone].arg(copied) : QString());
+    if (!result && !m_backup.isDaily())
+        refuse(m_texts.sentence(m_backup.messageOf(result.fault(), false)));
+}
+
+QString frmBackup::folder() const
+{
+    return txtFolder->text().isEmpty() ? QString() : QDir(txtFolder->text()).absolutePath();
+}
+
+bool frmBackup::canClose()
+{
+    const BackupPlan &plan = m_backup.plan();
+    const bool isAsBefore = folder() == plan.folder && chkDaily->isChecked() == plan.isDaily &&
+                            (txtTime->time() == plan.at || !plan.isDaily);
+    if (m_backup.isRunning() || isAsBefore)
+        return true;
+    const bool isStored = store();
+    if (!isStored)
+        refuseClose();
+    return isStored;
+}
+
+/// Takes over what the window says. @return false when it cannot be; the operator has been told then
+bool frmBackup::store()
+{
+    if (chkDaily->isChecked() && folder().isEmpty()) {
+        refuse(m_texts[OwnText::BackupNoFolder]);
+        return false;
+    }
+    // A folder that is not there for the moment was one once.
+    const bool isNew = folder() != m_backup.plan().folder || !m_backup.plan().isDaily;
+    if (const Result<void> checked = chkDaily->isChecked() && isNew ? m_backup.check(folder()) : Result<void>();
+        !checked) {
+        refuse(m_texts.sentence({OwnText::BackupNotMade, {folder()}, checked.fault()}));
+        return false;
+    }
+    const Result<void> stored = m_backup.setPlan(folder(), chkDaily->isChecked(), txtTime->time());
+    if (!stored)
+        m_messages.show(underneath(), Icon::Exclamation,
+                        m_texts.sentence({OwnText::SettingNotSaved, {stored.fault().subject}, stored.fault()}));
+    return true;
+}
+
+/// Says why not, and lets the operator choose another folder.
+void frmBackup::refuse(const QString &text)
+{
+    m_messages.show(this, Icon::Exclamation, text, [this] {
+        txtFolder->setFocus();
+        txtFolder->selectAll();
+    });
+}
