@@ -81,6 +81,7 @@ enum class OwnText : int {
     SpoolUnusable,
     SpoolSetAside,
     DayReplaced,
+    DayRescued,
     RegisterMissing,
     RegisterLinkLeadsNowhere,
     RegisterDamaged,
