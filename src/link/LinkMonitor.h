@@ -60,7 +60,8 @@ public:
     void end();
     /// The port window opens: closes the port, so that it can be probed too, and stops all checks.
     void suspend();
-    /// The port window has closed: its @p port, if there is one, is the one from now on. The link is opened as at start.
+    /// The port window has closed: its @p port, if there is one, is the one from now on. The link is opened as at
+    /// start.
     void objImpCom_Chiudi(std::optional<int> port);
     /// The PC has slept, and with it every span that was waited for: the port is tried, or the interface asked, at
     /// once. One that answered before and does not now raises the alarm.
