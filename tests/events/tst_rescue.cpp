@@ -204,7 +204,7 @@ private Q_SLOTS:
         const QStringList expected = readOneByOne(test, name, 250);
         QVERIFY(expected.size() > 150 && expected.size() < 250);
         bool ranThrough = false;
-        for (int stop = 0; !ranThrough; ++stop) {
+        for (int stop = 0; !ranThrough; stop += 1 + stop / 30) {
             QVERIFY(stop < 400);
             for (const QString &file : test.files(u"Archivi"_s).filter(u"Eventi_"_s))
                 QVERIFY(QFile::remove(test.folder.path(u"Archivi/"_s + file)));
@@ -234,6 +234,9 @@ private Q_SLOTS:
                      qPrintable(QString::number(stop)));
             next.log.close();
             const QStringList rows = test.rows(name, u"SELECT Ora || ' ' || Codice FROM Eventi"_s);
+            // Live events leave the numbers of those that are rescued to them.
+            const QString numbers = u"SELECT Codice FROM Eventi WHERE ProgEv > 250 ORDER BY ProgEv"_s;
+            QVERIFY(!ranThrough || test.rows(name, numbers) == listOf("9000,9001"));
             // What was not told as stored may be there all the same, once.
             QStringList rest = rows;
             for (const QString &one : expected + stored)
