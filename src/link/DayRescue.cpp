@@ -45,6 +45,7 @@ void DayRescue::step(const QDeadlineTimer &until)
     if (!hasWork())
         return;
     if (!m_day.isValid()) {
+        // What was set aside last is what the operator looks at.
         for (const QDate day : std::as_const(m_waiting)) {
             if (!m_stuck.contains(day))
                 m_day = day;
