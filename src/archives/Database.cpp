@@ -1,6 +1,8 @@
 #include "archives/Database.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QUrl>
 
 #include <sqlite3.h>
 
@@ -56,6 +58,8 @@ const char *journal(Database::Use use)
         return "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;";
     case Database::Use::ThrowAway:
         return "PRAGMA synchronous = OFF;";
+    case Database::Use::Untouched:
+        return "PRAGMA query_only = 1;";
     case Database::Use::Safe:
         break;
     }
@@ -148,12 +152,32 @@ void Database::Closer::operator()(sqlite3 *database) const
     sqlite3_close_v2(database);
 }
 
+void Database::Remover::operator()(const QString *path) const
+{
+    QFile::remove(*path);
+    delete path;
+}
+
 Result<Database> Database::open(const QString &path, const QByteArray &rawKey, Use use, bool create)
 {
     sqlite3 *handle = nullptr;
-    const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
-    const int opened = sqlite3_open_v2(QFile::encodeName(path).constData(), &handle, flags, nullptr);
+    QByteArray name = QFile::encodeName(path);
+    int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
+    std::unique_ptr<const QString, Remover> side;
+    if (use == Use::Untouched) {
+        // Without rows in its journal the library needs nothing beside it; else it makes an index of the journal, which
+        // is made anew whenever it is missing.
+        flags = SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+        name = QUrl::fromLocalFile(path).toEncoded(QUrl::FullyEncoded);
+        const QString index = path + QStringLiteral("-shm");
+        if (QFileInfo(path + QStringLiteral("-wal")).size() == 0)
+            name += "?immutable=1";
+        else if (!QFile::exists(index))
+            side.reset(new QString(index));
+    }
+    const int opened = sqlite3_open_v2(name.constData(), &handle, flags, nullptr);
     Database database(handle, path);
+    database.m_side = std::move(side);
     if (opened != SQLITE_OK)
         return database.fault(opened);
     sqlite3_extended_result_codes(handle, 1);

@@ -84,6 +84,7 @@ public:
         Safe,      ///< rollback journal, every change on disk when it is reported done
         Log,       ///< write-ahead journal: one flush a change, readers do not disturb the writer
         ThrowAway, ///< results and working copies: nothing is flushed
+        Untouched, ///< read only: neither the file nor its journal changes, and nothing stays beside it
     };
 
     /// Opens the archive file @p path, or makes it when it does not exist and @p create is set. One page has been read
@@ -131,6 +132,12 @@ private:
     Database(sqlite3 *database, QString path) : m_database(database), m_path(std::move(path)) {}
     Fault fault(int code) const;
 
+    /// Removes a file when it goes.
+    struct Remover {
+        void operator()(const QString *path) const;
+    };
+
+    std::unique_ptr<const QString, Remover> m_side; ///< what the library lays beside an untouched one
     std::unique_ptr<sqlite3, Closer> m_database;
     QString m_path;
 };

@@ -46,4 +46,10 @@ CREATE TABLE IF NOT EXISTS Attesa (
     Tipo TEXT NOT NULL DEFAULT '', Canale TEXT NOT NULL DEFAULT '', AbCh TEXT NOT NULL DEFAULT '',
     KorDis TEXT NOT NULL DEFAULT '', DataOrd TEXT NOT NULL DEFAULT '');
 )";
+const char *const TableLayout::Reunited = R"(
+CREATE TABLE Riuniti (
+    Codice TEXT, Data TEXT, Ora TEXT, Tipo TEXT, Canale TEXT, AbCh TEXT, KorDis TEXT, DataOrd TEXT,
+    Num INTEGER, Origine INTEGER, Visto INTEGER);
+CREATE INDEX RiunitiUguali ON Riuniti (DataOrd, Ora, Codice, Data, Tipo, Canale, AbCh, KorDis, Visto);
+)";
 const char *const TableLayout::Results = KOR_EVENTS_TABLE;

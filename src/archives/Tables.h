@@ -41,6 +41,7 @@ extern const char *const Bands;    ///< Fascie
 extern const char *const Holidays; ///< Giorni
 extern const char *const Events;   ///< Eventi of a day, with the index that its readers sort by
 extern const char *const Waiting;  ///< Attesa, events that cannot go to their day yet; no fault when it is there
+extern const char *const Reunited; ///< Riuniti, the rows of several files of a day
 extern const char *const Results;  ///< Eventi of search results, which keep the order they were found in
 
 } // namespace TableLayout

@@ -13,7 +13,7 @@ DayView::DayView(ArchiveStore &archives, const Clock &clock)
 Result<void> DayView::open()
 {
     m_today = m_clock.date();
-    m_shown = 0;
+    m_shown = {};
     m_rows.clear();
     return m_users.begin();
 }
@@ -29,7 +29,7 @@ bool DayView::changeDay()
     if (today == m_today || !m_archives.exists(ArchiveName::events(today)))
         return false;
     m_today = today;
-    m_shown = 0;
+    m_shown = {};
     m_rows.clear();
     return true;
 }
@@ -42,18 +42,22 @@ Result<bool> DayView::refresh(int limit)
         return true;
     if (!database)
         return database.fault();
-    // Events are numbered as they are stored and never removed: the highest number is their count, at the cost of one
-    // page.
-    const Result<qint64> count = database.value().number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
-    if (!count)
-        return count.fault();
-    if (count.value() == m_shown)
+    // Events are numbered as they are stored and never removed: the highest number tells of new ones, at the cost of
+    // one page. Those that were rescued may have lower ones: the archive is marked when they are there.
+    const Result<qint64> highest = database.value().number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
+    if (!highest)
+        return highest.fault();
+    const Result<qint64> mark = database.value().number(QStringLiteral("PRAGMA user_version"));
+    if (!mark)
+        return mark.fault();
+    const Seen seen{highest.value(), mark.value()};
+    if (seen == m_shown)
         return changed;
     Result<QList<ListedEvent>> rows = read(database.value(), limit);
     if (!rows)
         return rows.fault();
     m_rows = std::move(rows.value());
-    m_shown = count.value();
+    m_shown = seen;
     return true;
 }
 

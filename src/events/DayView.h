@@ -29,6 +29,13 @@ public:
     const QList<ListedEvent> &rows() const { return m_rows; }
 
 private:
+    /// What tells that there is more than was shown.
+    struct Seen {
+        qint64 highest = 0; ///< number of an event
+        qint64 mark = 0;    ///< of an archive that events were rescued into
+        bool operator==(const Seen &) const = default;
+    };
+
     bool changeDay();
     Result<QList<ListedEvent>> read(Database &database, int limit) const;
 
@@ -36,6 +43,6 @@ private:
     const Clock &m_clock;
     UserDirectory m_users;
     QDate m_today;
-    qint64 m_shown = 0; ///< number of the newest event shown
+    Seen m_shown;
     QList<ListedEvent> m_rows;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "archives/DayFiles.h"
+#include "archives/ReunitedDay.h"
 #include "events/EventQuery.h"
 #include "events/SearchResults.h"
 #include "platform/Task.h"
@@ -11,6 +11,8 @@
 #include <memory>
 
 /// Walks through the archives of the days of a query and copies the events that match, with the names of their users.
+/// Of a day of which archives were set aside it takes what can be read of them all, each event once, in the order of
+/// times.
 /// Each step deals with at least one event or day. What has been found stays, whether the search was stopped or could
 /// keep no more events, which is its fault.
 class EventSearch : public Task
@@ -50,6 +52,9 @@ private:
 
     bool openDay();
     Result<std::unique_ptr<OpenDay>> open(const QString &name) const;
+    void gather(const QDeadlineTimer &until);
+    Result<std::unique_ptr<OpenDay>> openReunited();
+    void fail(const Fault &fault);
     void copyRow();
     void closeDay();
     void nextDay();
@@ -63,7 +68,9 @@ private:
     QSet<QDate> m_waiting;
     QDate m_day;
     QDate m_lastDay;
-    std::unique_ptr<OpenDay> m_open;
+    ReunitedDay m_reunited;
+    bool m_isGathering = false;
+    std::unique_ptr<OpenDay> m_open; ///< goes before the above, which it may read
     int m_position = 0;
     int m_matches = 0;
     bool m_running = false;

@@ -137,7 +137,13 @@ Result<bool> DayArchive::readIndex()
 
 Result<qint64> DayArchive::insert(const Event &event, qint64 number)
 {
-    m_insert.bind(EventRow::values(event) + SqlValues{number});
+    return insert(EventRow::values(event), number);
+}
+
+Result<qint64> DayArchive::insert(const SqlValues &columns, qint64 number)
+{
+    const qint64 first = number == 0 && m_behind > 0 && m_last == m_behind ? m_behind + 1 : number;
+    m_insert.bind(columns + SqlValues{first});
     const Result<bool> stored = m_insert.step();
     const qint64 row = m_database.lastRow();
     m_insert.reset();
@@ -152,9 +158,10 @@ Result<qint64> DayArchive::insert(const Event &event, qint64 number)
 Result<qint64> DayArchive::highest()
 {
     Result<qint64> found = m_database.number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
-    if (found)
-        m_last = found.value();
-    return found;
+    if (!found)
+        return found;
+    m_last = std::max(found.value(), m_behind);
+    return m_last;
 }
 
 Result<bool> DayArchive::holds(const Event &event, qint64 number)
@@ -163,6 +170,25 @@ Result<bool> DayArchive::holds(const Event &event, qint64 number)
     const Result<void> read = m_database.each(statement(u"SELECT %columns FROM Eventi WHERE ProgEv = ?"), {number},
                                               [&](const Statement &row) { isEqual = EventRow::read(row, 0) == event; });
     return read ? Result<bool>(isEqual) : read.fault();
+}
+
+Result<bool> DayArchive::isFree(qint64 number)
+{
+    const Result<qint64> found =
+        m_database.number(QStringLiteral("SELECT count(*) FROM Eventi WHERE ProgEv = ?"), {number});
+    return found ? Result<bool>(found.value() == 0) : found.fault();
+}
+
+Result<bool> DayArchive::isRescued()
+{
+    const Result<qint64> mark = m_database.number(QStringLiteral("PRAGMA user_version"));
+    return mark ? Result<bool>(mark.value() > 0) : mark.fault();
+}
+
+Result<void> DayArchive::setRescued()
+{
+    m_isDirty = true;
+    return m_database.execute("PRAGMA user_version = 1");
 }
 
 Result<qint64> DayArchive::count(const Event &event)

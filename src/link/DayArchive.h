@@ -6,6 +6,7 @@
 
 #include <QList>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <optional>
@@ -36,12 +37,21 @@ public:
     /// Stores an event; on disk when it returns, but for an open transaction.
     /// @param number  its ProgEv, 0 = the next one
     Result<qint64> insert(const Event &event, qint64 number = 0);
-    /// Number of the last event that was stored, 0 without one.
+    /// The same with its columns as EventRow has them, whatever their form.
+    Result<qint64> insert(const SqlValues &columns, qint64 number);
+    /// Leaves the numbers up to this one to earlier events, which insert() may be given later.
+    void startBehind(qint64 number) { m_last = m_behind = std::max(m_last, number); }
+    /// Number that the next event comes behind, 0 without one.
     Result<qint64> highest();
     /// Number that an event has which insert() has just failed to store, should it be there all the same.
     qint64 next() const { return m_last + 1; }
     /// True when the event stands there under that number.
     Result<bool> holds(const Event &event, qint64 number);
+    /// True when no event has that number.
+    Result<bool> isFree(qint64 number);
+    /// Whether what can be read of archives of the day that were set aside stands in this one.
+    Result<bool> isRescued();
+    Result<void> setRescued();
     /// How many equal events stand there.
     Result<qint64> count(const Event &event);
     /// The last @p most events by their date and time, oldest first.
@@ -83,7 +93,8 @@ private:
     Database m_database;
     Statement m_insert;
     std::array<Named, 3> m_names; ///< file, journal and its index as they were when it was opened
-    qint64 m_last = 0;            ///< highest ProgEv
+    qint64 m_last = 0;            ///< highest ProgEv, or the one below
+    qint64 m_behind = 0;          ///< events are numbered from here on
     bool m_isDirty = true;        ///< rows may stand in the journal only
 
     Reading m_reading = Reading::Table;

@@ -46,7 +46,22 @@ Result<DayArchives::Archive> DayArchives::makeAfresh(QDate day)
     if (!aside)
         return aside.fault();
     m_notices.post(Icon::Critical, {OwnText::DayArchiveSetAside, {name, aside.value()}, {}});
-    return DayArchive::open(m_archives, day);
+    m_setAside.insert(day);
+    Result<Archive> made = DayArchive::open(m_archives, day);
+    // What is rescued keeps its numbers, which tell the order of events where a time comes twice.
+    if (made)
+        made.value()->startBehind(highestOf(aside.value()));
+    return made;
+}
+
+/// The highest number in a file set aside, 0 when that cannot be read.
+qint64 DayArchives::highestOf(const QString &aside)
+{
+    Result<Database> database = m_archives.open(aside, Database::Use::Untouched);
+    if (!database)
+        return 0;
+    const Result<qint64> highest = database.value().number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
+    return highest ? highest.value() : 0;
 }
 
 Result<DayArchive *> DayArchives::of(QDate day)

@@ -4,10 +4,12 @@
 #include "platform/Clock.h"
 #include "texts/Notices.h"
 
+#include <QSet>
 #include <QStringList>
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 /// The archives of days that are open at a time: the one that live events go to, one of another day for events that
 /// waited, and one that has lost its name.
@@ -41,6 +43,8 @@ public:
     Result<void> readOn(DayArchive &archive, int milliseconds);
     /// Sets a damaged one aside and opens a new one in its stead.
     Result<void> replace(const DayArchive &damaged);
+    /// Days of which an archive was set aside since this was asked last.
+    QSet<QDate> takeSetAside() { return std::exchange(m_setAside, {}); }
 
     /// Notices when the live archive has lost its name: then it is left.
     void look();
@@ -56,6 +60,7 @@ private:
 
     Result<Archive> obtain(QDate day);
     Result<Archive> makeAfresh(QDate day);
+    qint64 highestOf(const QString &aside);
     void holdName();
     void finish(Archive &archive);
 
@@ -66,6 +71,7 @@ private:
     Archive m_live;
     Archive m_late;
     Archive m_left;
+    QSet<QDate> m_setAside;
     int m_openings = 0;
     QDate m_failedDay;            ///< told that its archive cannot be opened
     QStringList m_stillInLogMode; ///< names of closed archives

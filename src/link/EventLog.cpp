@@ -25,10 +25,12 @@ EventLog::EventLog(ArchiveStore &archives, const Clock &clock, Notices &notices,
       m_clock(clock),
       m_notices(notices),
       m_spool(archives, notices),
-      m_days(archives, clock, notices, [this] {
-          QMetaObject::invokeMethod(
-              this, [this] { changeDayIfNeeded(); }, Qt::QueuedConnection);
-      })
+      m_days(archives, clock, notices,
+             [this] {
+                 QMetaObject::invokeMethod(
+                     this, [this] { changeDayIfNeeded(); }, Qt::QueuedConnection);
+             }),
+      m_rescue(archives, m_days, notices)
 {
     connect(&m_again, &QTimer::timeout, this, [this] {
         if (m_again.interval() > 0)
@@ -49,6 +51,7 @@ void EventLog::open()
     m_stuck.clear();
     m_spool.open();
     m_endIsToTell = !m_spool.isEmpty();
+    m_rescue.find();
     openToday();
     drain();
 }
@@ -81,6 +84,7 @@ bool EventLog::changeDayIfNeeded()
         m_endIsToTell = m_endIsToTell || (wasEmpty && !m_spool.isEmpty());
     }
     m_stuck.clear();
+    m_rescue.retry();
     drain();
     return m_days.openings() != before;
 }
@@ -95,7 +99,8 @@ void EventLog::close()
     end.start();
     do {
         drain();
-    } while (hasWork() && end.elapsed() < endMilliseconds);
+    } while ((hasWork() || m_rescue.hasWork()) && end.elapsed() < endMilliseconds);
+    m_rescue.close();
     while (m_spool.spill()) {
     }
     if (m_days.left()) {
@@ -171,12 +176,14 @@ Result<qint64> EventLog::insert(const Event &event)
     // Damage that came after it had been read through.
     if (Result<void> replaced = m_days.replace(*m_days.live()); !replaced)
         return replaced.fault();
+    m_again.start(0);
     return m_days.live()->insert(event);
 }
 
 void EventLog::retry()
 {
     m_stuck.clear();
+    m_rescue.retry();
     drain();
     const bool isStuck = m_again.isActive() && m_again.interval() > 0;
     if (isStuck && ++m_retries % retriesBetweenCounts == 0)
@@ -193,14 +200,21 @@ void EventLog::drain()
     // What no archive takes is safer on disk.
     while (!hasWork() && m_spool.spill() && turn.elapsed() < turnMilliseconds) {
     }
-    if (!hasWork())
+    // What has its place already comes last.
+    const QDeadlineTimer until(std::max<qint64>(0, turnMilliseconds - turn.elapsed()));
+    while (!hasWork() && m_rescue.hasWork() && !until.hasExpired())
+        m_rescue.step(until);
+    const bool isMore = hasWork() || m_rescue.hasWork();
+    if (!isMore)
         m_days.finishLate();
     tellBrought();
-    if (hasWork())
+    if (isMore)
         m_again.start(0);
-    else if (!m_spool.isEmpty() || m_days.left() || isReading())
+    else if (!m_spool.isEmpty() || m_days.left() || isReading() || m_rescue.isPending())
         m_again.start(againMilliseconds);
     else
+        m_again.stop();
+    if (!hasWork() && m_spool.isEmpty() && !m_days.left() && !isReading())
         tellEnd();
     tellWaiting();
     Q_EMIT waitingChanged();
@@ -351,7 +365,6 @@ void EventLog::tellBrought()
 /// Nothing waits any more.
 void EventLog::tellEnd()
 {
-    m_again.stop();
     const qsizetype late = std::exchange(m_hadToWait, 0);
     if (std::exchange(m_endIsToTell, false) && late > 0)
         m_notices.post(Icon::Information, {OwnText::EventsStoredAgain, {QString::number(late)}, {}});

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/DayArchives.h"
+#include "link/DayRescue.h"
 #include "link/EventSpool.h"
 
 #include <QMap>
@@ -32,8 +32,9 @@ public:
     void decideBy(Decide decide) { m_decide = std::move(decide); }
 
     /// Opens the archive of today, made from the template when there is none. A damaged one is set aside, with a
-    /// notice, and a new one is made. When it cannot be opened a notice tells why, and changeDayIfNeeded() tries again.
-    /// What an earlier run has left waiting is stored by and by.
+    /// notice, and a new one is made, into which what can still be read is brought by and by. When it cannot be opened
+    /// a notice tells why, and changeDayIfNeeded() tries again. What an earlier run has left waiting is stored by and
+    /// by.
     void open();
     /// Opens the archive of the new day when the date has changed. The old one stays open when the new one cannot be
     /// opened, and is written to until it can. The events of an archive that somebody has deleted or replaced are
@@ -100,6 +101,7 @@ private:
     EventSpool m_spool;
     Decide m_decide;
     DayArchives m_days;
+    DayRescue m_rescue;
     qint64 m_broughtTo = 0;  ///< ProgEv of the last event that was brought out of an archive that lost its name
     qint64 m_lastStored = 0; ///< monotonic, milliseconds
 

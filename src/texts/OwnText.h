@@ -84,6 +84,7 @@ enum class OwnText : int {
     SpoolUnusable,
     SpoolSetAside,
     DayReplaced,
+    DayRescued,
     RegisterMissing,
     RegisterLinkLeadsNowhere,
     RegisterDamaged,

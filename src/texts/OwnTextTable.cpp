@@ -269,6 +269,11 @@ constexpr std::array<TextRow<OwnText>, OwnTextCount> ownTextTable = {{
      "transférés dans la nouvelle: %2",
      "Das Ereignisarchiv '%1' wurde im geöffneten Zustand ersetzt oder gelöscht. In das neue übernommene "
      "Ereignisse: %2"},
+    {OwnText::DayRescued,
+     "Eventi dell'archivio '%1' recuperati dai file messi da parte: %2",
+     "Events of the archive '%1' rescued from the files set aside: %2",
+     "Évènements de l'archive '%1' récupérés des fichiers mis de côté: %2",
+     "Aus den beiseitegelegten Dateien gerettete Ereignisse des Archivs '%1': %2"},
     {OwnText::RegisterMissing,
      "L'anagrafica utenti '%1' manca, ma la cartella è già stata usata: ripristinarla da '%2'.",
      "The users register '%1' is missing, though the folder has been in use: restore it from '%2'.",

@@ -183,6 +183,8 @@ private Q_SLOTS:
         QVERIFY2(told.size() == 1 && told[0].contains(u".guasto"_s), qPrintable(told.join(u'/')));
         day.log.close();
         QCOMPARE(day.rows(), QStringList{row(day.event(2))});
+        const QStringList rescued = {u"Events of the archive '%1' rescued from the files set aside: 0"_s.arg(name)};
+        QCOMPARE(takeNotices(day.notices), rescued);
 
         // Damage behind the first page is found when it is opened.
         day.log.open();
@@ -192,8 +194,9 @@ private Q_SLOTS:
             content[at] = static_cast<char>(~content[at]);
         test.write(name, content);
         day.log.open();
-        QTRY_VERIFY(!day.notices.isEmpty());
-        QCOMPARE(takeNotices(day.notices).size(), 1);
+        QStringList all;
+        QTRY_VERIFY((all += takeNotices(day.notices)).contains(rescued[0]));
+        QCOMPARE(all.size(), 2);
         QVERIFY(day.append(2));
 
         // A damaged template makes nothing, and is told once.
@@ -225,7 +228,7 @@ private Q_SLOTS:
         QTRY_COMPARE(day.log.waiting(), 0);
         QCOMPARE(takeNotices(day.notices).size(), 1);
         day.log.close();
-        QCOMPARE(day.rows(), QStringList{row(day.event(2))});
+        QVERIFY(day.rows().contains(row(day.event(2))));
         QVERIFY(test.read(name + u".guasto"_s).size() >= content.size());
     }
 

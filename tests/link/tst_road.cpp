@@ -167,7 +167,7 @@ private Q_SLOTS:
         log.open();
         QVERIFY(log.append({}));
         const QStringList told = takeNotices(notices);
-        QVERIFY2(told.size() == 1 && told[0].contains(day + u".guasto'"_s), qPrintable(told.join(u'/')));
+        QVERIFY2(!told.isEmpty() && told[0].contains(day + u".guasto'"_s), qPrintable(told.join(u'/')));
         QCOMPARE(test.read(day + u".guasto"_s).size(), content.size());
     }
 };
