@@ -60,7 +60,8 @@ public:
     void end();
     /// The port window opens: closes the port, so that it can be probed too, and stops all checks.
     void suspend();
-    /// The port window has closed: its @p port, if there is one, is the one from now on. The link is opened as at start.
+    /// The port window has closed: its @p port, if there is one, is the one from now on. The link is opened as at
+    /// start.
     void objImpCom_Chiudi(std::optional<int> port);
     /// The PC has slept, and with it every span that was waited for: the port is tried, or the interface asked, at
     /// once. One that answered before and does not now raises the alarm.
@@ -85,6 +86,12 @@ Q_SIGNALS:
     void noPortChosen();
     /// The port window has closed with this port, which has not been opened yet.
     void portChosen(int port);
+    /// The port was opened at the start of the link.
+    void portOpened();
+    /// The port window has the port: nothing is received.
+    void portLent();
+    /// The interface tells that it was switched on; more than once for one time, and when the line is disturbed.
+    void switchedOn();
     /// The port could not be opened at the start of the link. Told once, however often it is tried again.
     void portNotAvailable(const Fault &fault);
     /// The port failed or was pulled out while it was open.

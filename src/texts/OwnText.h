@@ -81,6 +81,8 @@ enum class OwnText : int {
     SpoolUnusable,
     SpoolSetAside,
     DayReplaced,
+    JournalNotWritten,
+    JournalSetAside,
     RegisterMissing,
     RegisterLinkLeadsNowhere,
     RegisterDamaged,
