@@ -7,8 +7,8 @@ namespace {
 
 constexpr int beatMilliseconds = 60'000;
 constexpr int againMilliseconds = 10'000;
-/// Another program's lock is not worth a word before it has lasted for a minute.
-constexpr int failuresUntilLockIsTold = 7;
+/// What has not lasted for a minute is not worth a word: where events fail as well, the operator has read of that.
+constexpr int failuresUntilTold = 7;
 constexpr qint64 clockTolerance = 60'000;
 constexpr qsizetype detailCharacters = 100;
 /// Running numbers of a journal that nothing is known of begin here times its year: behind those of any year before.
@@ -68,8 +68,8 @@ void Journal::end(qint64 millisecondsAgo)
     noteLate(JournalKind::Ended, millisecondsAgo);
     m_running = false;
     m_timer.stop();
-    if (const Result<void> written = write(); !written)
-        tell(written.fault());
+    // What fails now, the next start finds as an end without order: too long a gap rather than too short a one.
+    (void)write();
     m_queue.clear();
     m_file.reset();
 }
@@ -100,24 +100,17 @@ void Journal::wake()
     lookAtClock();
     const Result<void> written = write();
     if (!written) {
-        ++m_failures;
-        if (written.fault().code != FaultCode::Locked || m_failures >= failuresUntilLockIsTold)
-            tell(written.fault());
+        if (++m_failures == failuresUntilTold)
+            m_notices.post(
+                Icon::Exclamation,
+                {OwnText::JournalNotWritten, {ArchiveName::journal(m_clock.date().year())}, written.fault()});
         m_timer.start(againMilliseconds);
         return;
     }
     m_failures = 0;
-    m_isFaultTold = false;
     m_timer.start(beatMilliseconds);
     if (std::exchange(m_isStateWanted, false))
         Q_EMIT stateWanted();
-}
-
-void Journal::tell(const Fault &fault)
-{
-    if (!std::exchange(m_isFaultTold, true))
-        m_notices.post(Icon::Exclamation,
-                       {OwnText::JournalNotWritten, {ArchiveName::journal(m_clock.date().year())}, fault});
 }
 
 // The file -----------------------------------------------------------------------------------------------------------

@@ -13,8 +13,9 @@
 ///
 /// Nothing waits for it. What is noted stands in memory until the event loop is free and goes to the disk with one
 /// flush; with nothing to write a sign of life goes there once a minute, so that an end without order is known to the
-/// minute. What cannot be written is told once and tried again every ten seconds; a device that is nearly full is left
-/// to the events. Of more than QueueLimit rows the oldest are lost; their running numbers stay unused.
+/// minute. What cannot be written is tried again every ten seconds, and told once when that has not helped for a
+/// minute; a device that is nearly full is left to the events. Of more than QueueLimit rows the oldest are lost; their
+/// running numbers stay unused.
 class Journal : public QObject
 {
     Q_OBJECT
@@ -59,7 +60,6 @@ private:
     Result<void> openFile(int year);
     Result<void> findPlace(bool isAfresh);
     Result<void> turnYear(const Moment &now);
-    void tell(const Fault &fault);
 
     const Clock &m_clock;
     ArchiveStore &m_archives;
@@ -72,7 +72,6 @@ private:
     bool m_isStateWanted = false;
     bool m_isDamaged = false; ///< writing has found it out: the file is to be set aside
     int m_failures = 0;       ///< in a row
-    bool m_isFaultTold = false;
     QTimer m_timer;
 
     qint64 m_wall = 0;   ///< clock when it was looked at last, milliseconds since 1970

@@ -7,6 +7,8 @@ constexpr qint64 minuteMilliseconds = 60'000;
 
 QString codeText(FaultCode fault)
 {
+    // The numbers stand in files: a new code goes behind all others.
+    static_assert(static_cast<int>(FaultCode::DiskFull) == 4 && static_cast<int>(FaultCode::NotRegularFile) == 8);
     return QString::number(static_cast<int>(fault));
 }
 

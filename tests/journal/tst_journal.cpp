@@ -149,7 +149,7 @@ private Q_SLOTS:
         if (harm == u"full")
             vfs.refusal = SQLITE_FULL;
         site.journal->note(JournalKind::InterfaceSilent);
-        for (int i = 0; i < (harm == u"lock long" ? 10 : 3); ++i)
+        for (int i = 0; i < (notice.isEmpty() || harm == u"damage" ? 3 : 10); ++i)
             site.pass(10'000);
         QCOMPARE(log.append(event), harm != u"full");
         const QStringList notices = takeNotices(site.notices).filter(u"journal"_s);
