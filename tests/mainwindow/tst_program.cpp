@@ -122,6 +122,8 @@ private Q_SLOTS:
             {});
         row("waiting events, no register", u"file Archivi/Attesa.zeb"_s, reg + u"' cannot be read: does not exist"_s,
             {});
+        row("a journal, no register", u"file Archivi/Giornale_2004.zeb"_s, reg + u"' cannot be read: does not exist"_s,
+            {});
         row("a backup, no register", u"file "_s + backup,
             reg + u"' is missing, though the folder has been in use:"_s + way, {});
         row("a link that leads nowhere", u"link"_s,
