@@ -311,6 +311,24 @@ private Q_SLOTS:
         QVERIFY(::getrlimit(RLIMIT_CORE, &limit) == 0 && limit.rlim_max == 0);
         QCOMPARE(::prctl(PR_GET_DUMPABLE), 0);
     }
+
+    /// That events wait, and have been stored, stands in the journal; so does that the programme disables.
+    void journalOfStoring()
+    {
+        Site site(u"register"_s);
+        QVERIFY(!site.start());
+        site.program.load();
+        {
+            Result<Database> other = site.archives.open(ArchiveName::events(u"05-03-2004"_s), Database::Use::Safe);
+            QVERIFY(other && other.value().execute("BEGIN IMMEDIATE"));
+            for (int i = 0; i < 2; ++i)
+                QVERIFY(!site.program.log().append(makeEvent(*decodeRecord("R/A-000000001X..\r"), site.clock.now())));
+        }
+        site.program.log().retry();
+        site.program.end();
+        QCOMPARE(site.rows(ArchiveName::journal(2004), u"SELECT Tipo, Dato1 FROM Giornale ORDER BY Num"_s).mid(1),
+                 (QStringList{u"41|0"_s, u"80|3"_s, u"81|"_s, u"40|3"_s, u"2|"_s}));
+    }
 };
 
 QTEST_GUILESS_MAIN(TestProgram)
