@@ -7,6 +7,11 @@ QString ArchiveName::events(QDate day)
     return QStringLiteral("Archivi/Eventi_") + DataFile(day) + QStringLiteral(".zeb");
 }
 
+QString ArchiveName::journal(int year)
+{
+    return QStringLiteral("Archivi/Giornale_%1.zeb").arg(year, 4, 10, QLatin1Char('0'));
+}
+
 // Every text column has a value from the start: a field that nobody wrote compares and prints as empty text.
 const char *const TableLayout::Users = R"(
 CREATE TABLE Utenti (
@@ -51,5 +56,14 @@ CREATE TABLE Riuniti (
     Codice TEXT, Data TEXT, Ora TEXT, Tipo TEXT, Canale TEXT, AbCh TEXT, KorDis TEXT, DataOrd TEXT,
     Num INTEGER, Origine INTEGER, Visto INTEGER);
 CREATE INDEX RiunitiUguali ON Riuniti (DataOrd, Ora, Codice, Data, Tipo, Canale, AbCh, KorDis, Visto);
+)";
+const char *const TableLayout::Journal = R"(
+CREATE TABLE IF NOT EXISTS Giornale (
+    Num INTEGER PRIMARY KEY, Data TEXT NOT NULL DEFAULT '', Ora TEXT NOT NULL DEFAULT '',
+    Scarto INTEGER NOT NULL DEFAULT 0, Tipo INTEGER NOT NULL DEFAULT 0,
+    Dato1 TEXT NOT NULL DEFAULT '', Dato2 TEXT NOT NULL DEFAULT '');
+CREATE TABLE IF NOT EXISTS Vita (
+    Num INTEGER PRIMARY KEY, Data TEXT NOT NULL DEFAULT '', Ora TEXT NOT NULL DEFAULT '',
+    Scarto INTEGER NOT NULL DEFAULT 0);
 )";
 const char *const TableLayout::Results = KOR_EVENTS_TABLE;

@@ -30,6 +30,8 @@ inline constexpr auto ResultsTemplate = u"Archivi/Eventitmp.zeb";
 
 /// The archive of one day.
 QString events(QDate day);
+/// The service journal of one year.
+QString journal(int year);
 
 } // namespace ArchiveName
 
@@ -42,6 +44,7 @@ extern const char *const Holidays; ///< Giorni
 extern const char *const Events;   ///< Eventi of a day, with the index that its readers sort by
 extern const char *const Waiting;  ///< Attesa, events that cannot go to their day yet; no fault when it is there
 extern const char *const Reunited; ///< Riuniti, the rows of several files of a day
+extern const char *const Journal;  ///< Giornale and Vita of a year; no fault when they are there
 extern const char *const Results;  ///< Eventi of search results, which keep the order they were found in
 
 } // namespace TableLayout

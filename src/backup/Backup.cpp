@@ -26,9 +26,11 @@ bool isPassing(const QString &name)
            });
 }
 
-bool isDay(const QString &name)
+/// A day or a year of the journal: without a register such a folder does not start.
+bool isTraceOfUse(const QString &name)
 {
-    return name.startsWith(QStringLiteral("Archivi/Eventi_"), Qt::CaseInsensitive);
+    return name.startsWith(QStringLiteral("Archivi/Eventi_"), Qt::CaseInsensitive) ||
+           name.startsWith(QStringLiteral("Archivi/Giornale_"), Qt::CaseInsensitive);
 }
 
 QString below(const QString &folder, const QString &name)
@@ -120,10 +122,9 @@ Result<bool> Backup::list()
     m_listing.reset();
     if (m_folders.isEmpty()) {
         m_isListed = true;
-        // They are taken from the back: the register comes before any day, since a folder with days and without a
-        // register does not start.
+        // They are taken from the back: the register comes before them.
         std::stable_partition(m_sources.begin(), m_sources.end(),
-                              [](const Source &source) { return isDay(source.name); });
+                              [](const Source &source) { return isTraceOfUse(source.name); });
         return true;
     }
     m_listed = m_folders.takeFirst();

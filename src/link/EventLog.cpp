@@ -338,6 +338,13 @@ std::optional<Message> EventLog::waits() const
     return {};
 }
 
+std::optional<FaultCode> EventLog::storingFault() const
+{
+    if (!m_isTold && !m_isNothingTold && (!m_endIsToTell || m_spool.isEmpty()))
+        return {};
+    return m_fault ? m_fault->code : m_spool.fault() ? m_spool.fault()->code : FaultCode::Locked;
+}
+
 void EventLog::tellWaiting()
 {
     if (m_spool.inMemory() > 0 && !m_isMemoryTold) {
@@ -381,8 +388,12 @@ void EventLog::tellLost()
         if (count > 0)
             m_notices.post(Icon::Critical, {text, {QString::number(count)}, {}});
     };
-    tell(OwnText::EventsLost, lost.registered + more.registered);
-    tell(OwnText::EventsUndecided, lost.undecided + more.undecided);
+    const qsizetype registered = lost.registered + more.registered;
+    const qsizetype undecided = lost.undecided + more.undecided;
+    tell(OwnText::EventsLost, registered);
+    tell(OwnText::EventsUndecided, undecided);
+    if (registered + undecided > 0)
+        Q_EMIT eventsLost(registered + undecided);
 }
 
 Result<QList<EventLog::Stored>> EventLog::last(qsizetype most) const

@@ -60,6 +60,8 @@ public:
     qsizetype unsaved();
     /// That events wait, and where, or that none is stored; nothing when all is well.
     std::optional<Message> waits() const;
+    /// Why events that come cannot be stored, or decided about, now and not for a moment only; nothing when they can.
+    std::optional<FaultCode> storingFault() const;
 
     /// Day of the open archive; not valid while none is open.
     QDate day() const { return m_days.live() ? m_days.live()->day() : QDate(); }
@@ -76,7 +78,9 @@ public:
 Q_SIGNALS:
     /// An event is on disk, in the archive of its day. @param row  its ProgEv
     void stored(const Event &event, qint64 row);
-    /// waits() may tell something else.
+    /// Events are gone for good.
+    void eventsLost(qsizetype count);
+    /// waits() and storingFault() may tell something else.
     void waitingChanged();
 
 private:

@@ -66,11 +66,13 @@ void LinkMonitor::ApriCollegamento()
         arm();
         return;
     }
+    Q_EMIT portOpened();
     LetturaConf();
 }
 
 void LinkMonitor::VerificaRiaccensione()
 {
+    Q_EMIT switchedOn();
     if (m_query.isRunning() || m_clock.monotonic() < m_quietUntil) {
         m_rePowered = true;
         arm();
@@ -131,10 +133,12 @@ void LinkMonitor::advance()
     while (m_query.wantsToSend()) {
         for (QByteArrayView input = m_serial.input(); !input.isEmpty(); input = m_serial.input()) {
             const char character = input.front();
-            if (isRePowerMark(character))
-                m_rePowered = true;
-            else
+            if (!isRePowerMark(character)) {
                 m_query.drop(character);
+                continue;
+            }
+            m_rePowered = true;
+            Q_EMIT switchedOn();
         }
         if (m_serial.output(ConfigQuery::Request))
             m_query.sent(m_clock.monotonic());
@@ -290,6 +294,7 @@ void LinkMonitor::suspend()
     m_retryDue.reset();
     m_rePowered = false;
     (void)m_serial.setPortOpen(false);
+    Q_EMIT portLent();
     setUnknown();
     m_query.abort();
     advance();

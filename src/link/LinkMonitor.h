@@ -84,6 +84,12 @@ Q_SIGNALS:
     void noPortChosen();
     /// The port window has closed with this port, which has not been opened yet.
     void portChosen(int port);
+    /// The port was opened at the start of the link.
+    void portOpened();
+    /// The port window has the port: nothing is received.
+    void portLent();
+    /// The interface tells that it was switched on; more than once for one time, and when the line is disturbed.
+    void switchedOn();
     /// The port could not be opened at the start of the link. Told once, however often it is tried again.
     void portNotAvailable(const Fault &fault);
     /// The port failed or was pulled out while it was open.

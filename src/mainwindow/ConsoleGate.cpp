@@ -66,7 +66,10 @@ void ConsoleGate::typed(const QString &text)
 
 bool ConsoleGate::isRight(const QString &password) const
 {
-    return m_program.passwords().matches(Passwords::Type::Main, password);
+    const bool isRight = m_program.passwords().matches(Passwords::Type::Main, password);
+    if (!isRight)
+        m_program.keeper().notePassword(JournalKind::PasswordWrong, Passwords::Type::Main);
+    return isRight;
 }
 
 void ConsoleGate::refuse(const Message &why)

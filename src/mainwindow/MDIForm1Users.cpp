@@ -67,6 +67,12 @@ void MDIForm1::openRegister(const QString &restored)
                 [this, window, printing] { printing->findPrinter([=, this] { printRegister(window, printing); }); });
         connect(window, &frmLstUtenti::StampaDoppioni, this, &MDIForm1::printDuplicates);
         connect(window, &frmLstUtenti::Chiudi, this, &MDIForm1::objLstUtenti_Chiudi);
+        if (!restored.isEmpty()) {
+            connect(window, &frmLstUtenti::Chiudi, &m_program.keeper(), [this](frmLstUtenti::Esito outcome) {
+                if (outcome == frmLstUtenti::Esito::Saved)
+                    m_program.journal().note(JournalKind::Restored);
+            });
+        }
         return window;
     });
 }

@@ -162,6 +162,10 @@ void MDIForm1::openEditor(TimeProgramme::Part part)
         m_program.timeProgramme().suspend(part);
         auto *window = new Editor(m_program.texts(), m_messages, m_program.archives());
         connect(window, &ChildWindow::unloaded, this, [this, part] { m_program.reloadTimeProgramme(part); });
+        connect(window, &GridEditor::saved, &m_program.keeper(), [this, part] {
+            m_program.journal().note(part == TimeProgramme::Part::Bands ? JournalKind::BandsSaved
+                                                                        : JournalKind::HolidaysSaved);
+        });
         return window;
     });
 }
@@ -315,6 +319,8 @@ void MDIForm1::openPasswordWindow(Passwords::Type type, bool toDeactivate)
     window->DisattivaPW = toDeactivate;
     window->setTipoPass(type);
     connect(window, &frmPassProg::Chiudi, this, &MDIForm1::objPassProg_Chiudi);
+    connect(window, &frmPassProg::Errata, &m_program.keeper(),
+            [this](Passwords::Type wrong) { m_program.keeper().notePassword(JournalKind::PasswordWrong, wrong); });
     m_windows.openDialog(window);
 }
 
@@ -340,6 +346,10 @@ void MDIForm1::setPassword(Passwords::Type type)
         auto *window = new frmInsPass(m_program.texts(), m_messages, m_program.passwords());
         window->setTipoPass(type);
         connect(window, &frmInsPass::PasswordImpostata, this, &MDIForm1::applyTexts);
+        connect(window, &frmInsPass::PasswordImpostata, &m_program.keeper(), [this](Passwords::Type stored) {
+            m_program.keeper().notePassword(
+                m_program.passwords().isSet(stored) ? JournalKind::PasswordSet : JournalKind::PasswordRemoved, stored);
+        });
         return window;
     });
 }
@@ -348,5 +358,6 @@ void MDIForm1::deactivate(Passwords::Type type)
 {
     if (const Passwords::Fault fault = m_program.passwords().set(type, {}); fault != Passwords::Fault::None)
         return m_boxes.tell(m_program.texts().sentence(passwordMessage(fault, m_program.passwords().reason())));
+    m_program.keeper().notePassword(JournalKind::PasswordRemoved, type);
     applyTexts();
 }

@@ -1,6 +1,7 @@
 #include "mainwindow/Program.h"
 
 #include "archives/Tables.h"
+#include "startup/Version.h"
 
 namespace {
 
@@ -36,8 +37,14 @@ Program::Program(const ProgramPlaces &places, const Clock &clock, const Printers
       m_reader(*m_serial, m_link, m_road),
       m_timeProgramme(m_archives, clock),
       m_passwords(m_archives),
-      m_backup(m_archives, m_settings, clock)
+      m_backup(m_archives, m_settings, clock),
+      m_journal(m_archives, clock, m_notices),
+      m_keeper(m_journal, clock)
 {
+    m_keeper.watch(m_link, m_settings);
+    m_keeper.watch(m_road, m_log);
+    m_keeper.watch(m_timeProgramme);
+    m_keeper.watch(m_backup);
     connect(&tmrRefresh, &QTimer::timeout, this, &Program::tmrRefresh_Timer);
     connect(&tmrUsers, &QTimer::timeout, this, &Program::tmrUsers_Timer);
     connect(&m_timeProgramme, &TimeProgramme::applied, this,
@@ -101,6 +108,7 @@ std::optional<StartFault> Program::hold(const QString &folder)
 void Program::load()
 {
     m_running = true;
+    m_journal.begin(programVersion());
     readTimeProgramme(TimeProgramme::Part::Bands);
     readTimeProgramme(TimeProgramme::Part::Holidays);
     m_timeProgramme.run();
@@ -132,6 +140,7 @@ void Program::keepAwake(Awake &awake)
             awake.release();
     });
     connect(this, &Program::refreshing, &awake, &Awake::look);
+    m_keeper.watch(awake);
     connect(&awake, &Awake::woke, this, &Program::woke);
 }
 
@@ -168,12 +177,15 @@ void Program::end()
     // What has reached the program is stored: from the control, from a query, and from before the register was known.
     m_serial->deliverAll();
     m_link.end();
+    const qint64 stopped = m_clock.monotonic();
     m_serial->setRThreshold(0);
     tmrUsers.stop();
     if (!m_users.isKnown())
         usersRead(m_users.open());
+    m_keeper.stop();
     m_log.close();
     m_timeProgramme.end();
+    m_journal.end(m_clock.monotonic() - stopped);
     // Last: nothing is kept waiting by it any more.
     m_printer.end();
 }
@@ -212,6 +224,7 @@ void Program::usersRead(const Result<void> &read)
 
 void Program::reloadUsers()
 {
+    m_journal.note(JournalKind::RegisterSaved);
     m_usersFaultTold = false;
     // Events that come before the new register has been read wait for it.
     m_users.forget();

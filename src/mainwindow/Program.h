@@ -7,6 +7,7 @@
 #include "link/EventRoad.h"
 #include "link/LineReader.h"
 #include "link/LinkMonitor.h"
+#include "mainwindow/JournalKeeper.h"
 #include "platform/Awake.h"
 #include "prefs/Passwords.h"
 #include "startup/CurrentPrinter.h"
@@ -74,6 +75,8 @@ public:
     TimeProgramme &timeProgramme() { return m_timeProgramme; }
     Passwords &passwords() { return m_passwords; }
     DailyBackup &backup() { return m_backup; }
+    Journal &journal() { return m_journal; }
+    JournalKeeper &keeper() { return m_keeper; }
     const UserDirectory &users() const { return m_users; }
     /// Path of a picture of the program folder, for who loads it.
     QString picture(const char *name) const
@@ -116,6 +119,8 @@ private:
     TimeProgramme m_timeProgramme;
     Passwords m_passwords;
     DailyBackup m_backup;
+    Journal m_journal;
+    JournalKeeper m_keeper;
     std::optional<int> m_portToStore;
     bool m_running = false;
     bool m_usersAreWanted = false; ///< readUsers() has been called

@@ -8,7 +8,9 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <limits>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace {
@@ -202,6 +204,15 @@ Result<void> Disk::makeLink(const QString &path, const QString &target)
     if (::symlink(QFile::encodeName(target).constData(), QFile::encodeName(path).constData()) != 0)
         return systemFault(path);
     return flushFolder(path);
+}
+
+qint64 freeBytes(const QString &folder)
+{
+    struct statvfs device {
+    };
+    if (::statvfs(QFile::encodeName(folder).constData(), &device) != 0)
+        return std::numeric_limits<qint64>::max();
+    return static_cast<qint64>(device.f_bavail * device.f_frsize);
 }
 
 void keepFilesPrivate()

@@ -58,5 +58,8 @@ private:
 /// What errno says about @p path.
 Fault systemFault(const QString &path);
 
+/// Bytes that this user may still fill on the device of @p folder; the largest number when that cannot be told.
+qint64 freeBytes(const QString &folder);
+
 /// From here on, files that this process makes are readable by their owner only.
 void keepFilesPrivate();

@@ -79,6 +79,7 @@ void frmPassProg::cmdOk_Click()
 {
     if (!m_passwords.matches(m_type, txtPass->text())) {
         selectPass();
+        Q_EMIT Errata(m_type);
         return m_messages.show(this, Icon::Critical, m_texts[Text::PasswordErrata], [this] { selectPass(); });
     }
     Q_EMIT Chiudi(m_type, DisattivaPW ? Codice::RightToDeactivate : Codice::Right);

@@ -27,6 +27,8 @@ public:
 Q_SIGNALS:
     /// @param tipo  the password that was asked
     void Chiudi(Passwords::Type tipo, frmPassProg::Codice codice);
+    /// Another one was typed.
+    void Errata(Passwords::Type tipo);
 
 protected:
     bool canClose() override;

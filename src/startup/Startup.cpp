@@ -42,7 +42,8 @@ bool isTraceOfUse(const QString &name)
 {
     static const std::array beginnings = {QStringLiteral("eventi_"),         QStringLiteral("anatmp."),
                                           QStringLiteral("anagrafico.zeb-"), QStringLiteral("fascie.zeb"),
-                                          QStringLiteral("ferie.zeb"),       QStringLiteral("attesa.zeb")};
+                                          QStringLiteral("ferie.zeb"),       QStringLiteral("attesa.zeb"),
+                                          QStringLiteral("giornale_")};
     return !name.endsWith(QStringLiteral(".part")) &&
            (name.endsWith(QStringLiteral(".evn")) ||
             std::any_of(beginnings.begin(), beginnings.end(),

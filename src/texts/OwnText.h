@@ -85,6 +85,8 @@ enum class OwnText : int {
     SpoolSetAside,
     DayReplaced,
     DayRescued,
+    JournalNotWritten,
+    JournalSetAside,
     RegisterMissing,
     RegisterLinkLeadsNowhere,
     RegisterDamaged,

@@ -186,6 +186,7 @@ void GridEditor::cmdOk_Click()
 {
     if (const Result<void> saved = m_editor.save(); !saved)
         return showFault(this, OwnText::ArchiveNotSaved, saved.fault());
+    Q_EMIT this->saved();
     unload();
 }
 

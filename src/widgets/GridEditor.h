@@ -27,6 +27,10 @@ public:
     /// Makes the working copy and shows it.
     bool open() override;
 
+Q_SIGNALS:
+    /// The archive has been replaced by what was edited.
+    void saved();
+
 protected:
     /// One end of the interval.
     struct End {

@@ -1,5 +1,6 @@
 #include "archives/Tables.h"
 #include "backup/Backup.h"
+#include "journal/Journal.h"
 #include "link/EventLog.h"
 #include "support/Fixtures.h"
 
@@ -104,7 +105,16 @@ private Q_SLOTS:
         };
         for (int i = 0; i < 300; ++i)
             store();
-        QVERIFY(site.backUp(store).ok());
+        Journal journal(site.archives, clock, notices);
+        journal.begin({});
+        const auto noteAndStore = [&] {
+            store();
+            journal.note(JournalKind::EventsLost, QString::number(stored));
+            journal.wake();
+        };
+        QVERIFY(site.backUp(noteAndStore).ok());
+        const QStringList noted = site.rowsOfCopy(ArchiveName::journal(2004), u"SELECT Num, Dato1 FROM Giornale"_s);
+        QVERIFY2(noted.size() > 1 && noted.constLast().toInt() == 300 + noted.size() - 1, qPrintable(noted.join(u' ')));
         const QString today = u"Archivi/Eventi_05-03-2004.zeb"_s;
         const QStringList copied = site.rowsOfCopy(today, all);
         QVERIFY2(copied.size() >= 300 && copied.size() < stored, qPrintable(QString::number(copied.size())));

@@ -122,6 +122,8 @@ private Q_SLOTS:
             {});
         row("waiting events, no register", u"file Archivi/Attesa.zeb"_s, reg + u"' cannot be read: does not exist"_s,
             {});
+        row("a journal, no register", u"file Archivi/Giornale_2004.zeb"_s, reg + u"' cannot be read: does not exist"_s,
+            {});
         row("a backup, no register", u"file "_s + backup,
             reg + u"' is missing, though the folder has been in use:"_s + way, {});
         row("a link that leads nowhere", u"link"_s,
@@ -308,6 +310,24 @@ private Q_SLOTS:
         rlimit limit{1, 1};
         QVERIFY(::getrlimit(RLIMIT_CORE, &limit) == 0 && limit.rlim_max == 0);
         QCOMPARE(::prctl(PR_GET_DUMPABLE), 0);
+    }
+
+    /// That events wait, and have been stored, stands in the journal; so does that the programme disables.
+    void journalOfStoring()
+    {
+        Site site(u"register"_s);
+        QVERIFY(!site.start());
+        site.program.load();
+        {
+            Result<Database> other = site.archives.open(ArchiveName::events(u"05-03-2004"_s), Database::Use::Safe);
+            QVERIFY(other && other.value().execute("BEGIN IMMEDIATE"));
+            for (int i = 0; i < 2; ++i)
+                QVERIFY(!site.program.log().append(makeEvent(*decodeRecord("R/A-000000001X..\r"), site.clock.now())));
+        }
+        site.program.log().retry();
+        site.program.end();
+        QCOMPARE(site.rows(ArchiveName::journal(2004), u"SELECT Tipo, Dato1 FROM Giornale ORDER BY Num"_s).mid(1),
+                 (QStringList{u"41|0"_s, u"80|3"_s, u"81|"_s, u"40|3"_s, u"2|"_s}));
     }
 };
 

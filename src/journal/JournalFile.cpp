@@ -1,0 +1,158 @@
+#include "journal/JournalFile.h"
+
+#include "archives/Tables.h"
+#include "archives/Transaction.h"
+#include "texts/DateTimeText.h"
+
+#include <QDir>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace {
+
+/// Values of Data, Ora, Scarto.
+SqlValues values(const Moment &moment)
+{
+    const QDateTime local = localTime(moment);
+    return {DataFile(local.date()), OraTesto(local.time()), qint64(moment.offset)};
+}
+
+Result<JournalFile::End> endOf(Database &database)
+{
+    JournalFile::End end;
+    Result<void> read = database.each(QStringLiteral("SELECT Num, Tipo FROM Giornale ORDER BY Num DESC LIMIT 1"), {},
+                                      [&end](const Statement &row) {
+                                          end.number = row.integer(0);
+                                          end.kind = static_cast<JournalKind>(row.integer(1));
+                                      });
+    if (read)
+        read = database.each(QStringLiteral("SELECT Data, Ora, Scarto FROM Vita"), {}, [&end](const Statement &row) {
+            end.alive = momentOf(row.text(0), row.text(1), row.integer(2));
+        });
+    return read ? Result<JournalFile::End>(end) : read.fault();
+}
+
+/// Makes the file unless there is one. A power cut in the middle of its making leaves it empty.
+Result<void> make(ArchiveStore &archives, const QString &name)
+{
+    const QFileInfo file(archives.folder().path(name));
+    if (file.exists() && (!file.isFile() || file.size() > 0))
+        return {};
+    Result<void> made = archives.remove(name);
+    if (made)
+        made = archives.create(name, TableLayout::Journal, ArchiveName::EventsTemplate);
+    if (!made)
+        (void)archives.remove(name);
+    return made;
+}
+
+} // namespace
+
+JournalFile::JournalFile(ArchiveStore &archives, int year, Database database)
+    : m_archives(archives), m_year(year), m_database(std::move(database))
+{
+}
+
+Result<std::unique_ptr<JournalFile>> JournalFile::open(ArchiveStore &archives, int year)
+{
+    const QString name = ArchiveName::journal(year);
+    if (Result<void> made = make(archives, name); !made)
+        return made.fault();
+    Result<Database> database = archives.open(name, Database::Use::Log);
+    if (!database)
+        return database.fault();
+    std::unique_ptr<JournalFile> file(new JournalFile(archives, year, std::move(database.value())));
+    if (Result<void> laidOut = file->m_database.execute(TableLayout::Journal); !laidOut)
+        return laidOut.fault();
+    Result<End> end = endOf(file->m_database);
+    if (!end)
+        return end.fault();
+    file->m_end = end.value();
+    // The name may be a link, the journals stand beside the file.
+    file->m_names[0].path = archives.folder().path(name);
+    file->m_names[1].path = file->m_database.path() + QStringLiteral("-wal");
+    file->m_names[2].path = file->m_database.path() + QStringLiteral("-shm");
+    for (Named &named : file->m_names)
+        named.file = identityOf(named.path);
+    return file;
+}
+
+Result<std::optional<JournalFile::End>> JournalFile::endOfOther(ArchiveStore &archives, int year)
+{
+    QList<int> others = years(archives.folder());
+    others.removeAll(year);
+    if (others.isEmpty())
+        return std::optional<End>();
+    Result<Database> database = archives.open(ArchiveName::journal(others.constLast()), Database::Use::Safe);
+    if (!database)
+        return database.fault();
+    const Result<End> end = endOf(database.value());
+    return end ? Result<std::optional<End>>(end.value()) : end.fault();
+}
+
+QList<int> JournalFile::years(const ProgramFolder &folder)
+{
+    static const QRegularExpression pattern(QStringLiteral("^giornale_(\\d{4})\\.zeb\\z"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    QList<int> years;
+    const QDir archives(folder.path(QStringView(ArchiveName::Folder).toString()));
+    for (const QString &name : archives.entryList(QDir::Files | QDir::Hidden, QDir::NoSort)) {
+        const QRegularExpressionMatch match = pattern.match(name);
+        if (match.hasMatch())
+            years.append(match.capturedView(1).toInt());
+    }
+    std::sort(years.begin(), years.end());
+    return years;
+}
+
+JournalFile::~JournalFile()
+{
+    if (!hasMoved()) {
+        // One file that stands alone, unless somebody reads.
+        (void)m_database.leaveLogMode();
+        return;
+    }
+    m_database.keepSideFiles();
+    // A journal of this file must not be taken for one of the file that has its name now.
+    for (const Named &side : {m_names[1], m_names[2]}) {
+        if (side.file && identityOf(side.path) == side.file)
+            (void)m_archives.folder().disk().remove(side.path);
+    }
+}
+
+bool JournalFile::Named::isOther() const
+{
+    if (!file)
+        return false;
+    const std::optional<FileIdentity> now = identityOf(path);
+    return now && now != file;
+}
+
+bool JournalFile::hasMoved() const
+{
+    return m_names[0].isOther() || m_names[1].isOther();
+}
+
+Result<void> JournalFile::write(const QList<JournalRow> &rows, const Moment &alive)
+{
+    Transaction transaction(m_database);
+    if (Result<void> begun = transaction.begin(true); !begun)
+        return begun;
+    Result<Statement> insert = m_database.prepare(QStringLiteral(
+        "INSERT INTO Giornale (Data, Ora, Scarto, Num, Tipo, Dato1, Dato2) VALUES (?, ?, ?, ?, ?, ?, ?)"));
+    if (!insert)
+        return insert.fault();
+    for (const JournalRow &row : rows) {
+        insert.value().bind(values(row.at) + SqlValues{row.number, qint64(row.kind), row.first, row.second});
+        const Result<bool> stored = insert.value().step();
+        insert.value().reset();
+        if (!stored)
+            return stored.fault();
+    }
+    if (Result<void> signedOff = m_database.execute(
+            QStringLiteral("REPLACE INTO Vita (Data, Ora, Scarto, Num) VALUES (?, ?, ?, 1)"), values(alive));
+        !signedOff)
+        return signedOff;
+    return transaction.commit();
+}
