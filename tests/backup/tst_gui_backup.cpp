@@ -127,7 +127,8 @@ private Q_SLOTS:
     void targetThatGoesIsToldInOneSentence()
     {
         Desk desk;
-        desk.type(desk.target.path());
+        const QString target = desk.target.path();
+        desk.type(target);
         desk.click("cmdNow");
         QVERIFY(desk.target.remove());
         QTRY_VERIFY(!desk.backup.isRunning());
