@@ -133,8 +133,7 @@ private Q_SLOTS:
         QVERIFY(desk.target.remove());
         QTRY_VERIFY(!desk.backup.isRunning());
         QCOMPARE(desk.messages.take(),
-                 QStringList{
-                     u"Exclamation: The backup copy in '%1' cannot be made: does not exist"_s.arg(desk.target.path())});
+                 QStringList{u"Exclamation: The backup copy in '%1' cannot be made: does not exist"_s.arg(target)});
         QVERIFY(desk.get<QPushButton>("cmdNow")->isEnabled());
     }
 };
