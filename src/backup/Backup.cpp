@@ -60,10 +60,10 @@ Backup::~Backup() = default;
 Result<void> Backup::begin()
 {
     const QString target = m_folder.root();
-    const QString real = QFileInfo(target).canonicalFilePath();
-    if (real.isEmpty() || !QFileInfo(real).isDir())
+    m_real = QFileInfo(target).canonicalFilePath();
+    if (m_real.isEmpty() || !QFileInfo(m_real).isDir())
         return Fault{FaultCode::NotFound, target};
-    if (liesIn(QFileInfo(m_archives.folder().root()).canonicalFilePath(), real))
+    if (liesIn(QFileInfo(m_archives.folder().root()).canonicalFilePath(), m_real))
         return Fault{FaultCode::OwnFolder, target};
     if (!m_folder.isWritable({}))
         return Fault{FaultCode::AccessDenied, target};
@@ -131,7 +131,7 @@ Result<bool> Backup::list()
     const QString path = m_archives.folder().path(m_listed);
     const QString real = QFileInfo(path).canonicalFilePath();
     // Links may lead in a circle, or to the copy.
-    if (m_seen.contains(real) || liesIn(QFileInfo(m_folder.root()).canonicalFilePath(), real))
+    if (m_seen.contains(real) || liesIn(m_real, real))
         return true;
     m_seen.insert(real);
     if (Result<void> made = makeFolder(m_listed); !made)

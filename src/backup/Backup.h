@@ -69,6 +69,7 @@ private:
 
     ArchiveStore &m_archives;
     ProgramFolder m_folder; ///< the target
+    QString m_real;         ///< where the target really is
     ArchiveStore m_target;
     FolderLock m_lock;
     QStringList m_folders{QString()}; ///< still to be listed, "" = the program folder itself

@@ -127,13 +127,13 @@ private Q_SLOTS:
     void targetThatGoesIsToldInOneSentence()
     {
         Desk desk;
-        desk.type(desk.target.path());
+        const QString target = desk.target.path();
+        desk.type(target);
         desk.click("cmdNow");
         QVERIFY(desk.target.remove());
         QTRY_VERIFY(!desk.backup.isRunning());
         QCOMPARE(desk.messages.take(),
-                 QStringList{
-                     u"Exclamation: The backup copy in '%1' cannot be made: does not exist"_s.arg(desk.target.path())});
+                 QStringList{u"Exclamation: The backup copy in '%1' cannot be made: does not exist"_s.arg(target)});
         QVERIFY(desk.get<QPushButton>("cmdNow")->isEnabled());
     }
 };
