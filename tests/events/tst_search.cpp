@@ -1,9 +1,7 @@
 #include "archives/Tables.h"
-#include "events/DayView.h"
 #include "events/EventSearch.h"
 #include "support/Fixtures.h"
 #include "support/RecordingVfs.h"
-#include "texts/NameKey.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -66,8 +64,6 @@ class TestSearch : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void sortKeys_data();
-    void sortKeys();
     void faults_data();
     void faults();
     void statements_data();
@@ -80,27 +76,7 @@ private Q_SLOTS:
     void stopAndLeftovers();
     void resultsThatCannotBeKept();
     void agreesWithAPlainLoop();
-    void dayGrows();
-    void dayChanges();
 };
-
-void TestSearch::sortKeys_data()
-{
-    const Rows<QString, QString> row("before", "after");
-    row("case", u"rossi"_s, u"ROSSINI"_s);
-    row("accent", u"Österle"_s, u"Ostermann"_s);
-    row("ligature", u"Æbelø"_s, u"Afzal"_s);
-    row("sharp s", u"Straße"_s, u"Strasser"_s);
-    row("apostrophe stands before letters", u"D'Angelo"_s, u"Dangelo"_s);
-    row("two accents", u"\u1EA4n"_s, u"Anna"_s);
-}
-
-void TestSearch::sortKeys()
-{
-    QFETCH(QString, before);
-    QFETCH(QString, after);
-    QVERIFY2(nameKey(before) < nameKey(after), qPrintable(nameKey(before) + u" / "_s + nameKey(after)));
-}
 
 void TestSearch::faults_data()
 {
@@ -444,72 +420,6 @@ void TestSearch::agreesWithAPlainLoop()
         found += int(expected.size());
     }
     QVERIFY(found > 1000);
-}
-
-void TestSearch::dayGrows()
-{
-    TestFolder test;
-    FakeClock clock;
-    test.addUsers({{u"5"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s}});
-    DayView view(test.archives, clock);
-    QVERIFY(view.open() && view.users().step(QDeadlineTimer(QDeadlineTimer::Forever)).value() && !view.hasArchive());
-    const auto add = [&](int from, int to) {
-        for (int i = from; i <= to; ++i)
-            test.addEvents(u"05-03-2004"_s, {{QString::number(i), u"TX"_s, u"A"_s, {}, {}, u"10:0%1:00"_s.arg(i)}});
-    };
-    const auto numbers = [&view] {
-        QStringList shown;
-        for (const QStringList &row : view.rows())
-            shown.append(row[DayView::ProgEv]);
-        return shown.join(u',');
-    };
-    const auto refresh = [&view] {
-        const Result<bool> changed = view.refresh(5);
-        return changed ? changed.value() ? u"changed"_s : u"same"_s : u"fault"_s;
-    };
-    add(1, 3);
-    QCOMPARE(refresh(), u"changed"_s);
-    QCOMPARE(numbers(), u"1,2,3"_s);
-    QCOMPARE(refresh(), u"same"_s);
-    add(4, 7);
-    QCOMPARE(refresh(), u"changed"_s);
-    QCOMPARE(numbers(), u"3,4,5,6,7"_s);
-    // Stored late, after the clock's change, and still an event of its own time.
-    test.addEvents(u"05-03-2004"_s, {{u"8"_s, u"TX"_s, u"A"_s, {}, {}, u"10:06:30"_s}});
-    QCOMPARE(refresh(), u"changed"_s);
-    QCOMPARE(numbers(), u"4,5,6,8,7"_s);
-    QFile::remove(test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
-    add(1, 7);
-    QCOMPARE(refresh(), u"changed"_s);
-    QCOMPARE(view.rows()[2].join(u'|'), u"5|TX|Rossi|Mario|A||05-03-2004|10:05:00|"_s);
-    // Set aside and made anew: what is shown is what is there.
-    QFile::remove(test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
-    QCOMPARE(refresh(), u"fault"_s);
-    QCOMPARE(numbers(), u"3,4,5,6,7"_s);
-    add(1, 1);
-    QCOMPARE(refresh(), u"changed"_s);
-    QCOMPARE(numbers(), u"1"_s);
-}
-
-void TestSearch::dayChanges()
-{
-    TestFolder test;
-    FakeClock clock;
-    test.addUsers({});
-    const QStringList event = {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s};
-    test.addEvents(u"05-03-2004"_s, {event});
-    DayView view(test.archives, clock);
-    QVERIFY(view.open() && view.users().step(QDeadlineTimer(QDeadlineTimer::Forever)).value() && view.refresh(5));
-    clock.moment = clock.moment.addDays(1);
-    test.addEvents(u"05-03-2004"_s, {event});
-    // A late event of the old day, and no archive of the new one yet.
-    Result<bool> changed = view.refresh(5);
-    QVERIFY(changed && changed.value());
-    QCOMPARE(view.rows().size(), 2);
-    test.addEvents(u"06-03-2004"_s, {});
-    changed = view.refresh(5);
-    QVERIFY(changed && changed.value());
-    QVERIFY(view.rows().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestSearch)

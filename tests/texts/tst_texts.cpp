@@ -1,4 +1,5 @@
 #include "support/Fixtures.h"
+#include "texts/NameKey.h"
 #include "texts/OwnTextTable.h"
 
 #include <QSet>
@@ -84,6 +85,24 @@ private Q_SLOTS:
                 }
             }
         }
+    }
+
+    void sortKeys_data()
+    {
+        const Rows<QString, QString> row("before", "after");
+        row("case", u"rossi"_s, u"ROSSINI"_s);
+        row("accent", u"Österle"_s, u"Ostermann"_s);
+        row("ligature", u"Æbelø"_s, u"Afzal"_s);
+        row("sharp s", u"Straße"_s, u"Strasser"_s);
+        row("apostrophe stands before letters", u"D'Angelo"_s, u"Dangelo"_s);
+        row("two accents", u"\u1EA4n"_s, u"Anna"_s);
+    }
+
+    void sortKeys()
+    {
+        QFETCH(QString, before);
+        QFETCH(QString, after);
+        QVERIFY2(nameKey(before) < nameKey(after), qPrintable(nameKey(before) + u" / "_s + nameKey(after)));
     }
 };
 

@@ -1,0 +1,79 @@
+#include "archives/Tables.h"
+#include "events/DayView.h"
+#include "support/Fixtures.h"
+
+class TestDayView : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void dayGrows()
+    {
+        TestFolder test;
+        FakeClock clock;
+        test.addUsers({{u"5"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s}});
+        DayView view(test.archives, clock);
+        QVERIFY(view.open() && view.users().step(QDeadlineTimer(QDeadlineTimer::Forever)).value() &&
+                !view.hasArchive());
+        const auto add = [&](int from, int to) {
+            for (int i = from; i <= to; ++i)
+                test.addEvents(u"05-03-2004"_s, {{QString::number(i), u"TX"_s, u"A"_s, {}, {}, u"10:0%1:00"_s.arg(i)}});
+        };
+        const auto numbers = [&view] {
+            QStringList shown;
+            for (const QStringList &row : view.rows())
+                shown.append(row[DayView::ProgEv]);
+            return shown.join(u',');
+        };
+        const auto refresh = [&view] {
+            const Result<bool> changed = view.refresh(5);
+            return changed ? changed.value() ? u"changed"_s : u"same"_s : u"fault"_s;
+        };
+        add(1, 3);
+        QCOMPARE(refresh(), u"changed"_s);
+        QCOMPARE(numbers(), u"1,2,3"_s);
+        QCOMPARE(refresh(), u"same"_s);
+        add(4, 7);
+        QCOMPARE(refresh(), u"changed"_s);
+        QCOMPARE(numbers(), u"3,4,5,6,7"_s);
+        // Stored late, after the clock's change, and still an event of its own time.
+        test.addEvents(u"05-03-2004"_s, {{u"8"_s, u"TX"_s, u"A"_s, {}, {}, u"10:06:30"_s}});
+        QCOMPARE(refresh(), u"changed"_s);
+        QCOMPARE(numbers(), u"4,5,6,8,7"_s);
+        QFile::remove(test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
+        add(1, 7);
+        QCOMPARE(refresh(), u"changed"_s);
+        QCOMPARE(view.rows()[2].join(u'|'), u"5|TX|Rossi|Mario|A||05-03-2004|10:05:00|"_s);
+        // Set aside and made anew: what is shown is what is there.
+        QFile::remove(test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
+        QCOMPARE(refresh(), u"fault"_s);
+        QCOMPARE(numbers(), u"3,4,5,6,7"_s);
+        add(1, 1);
+        QCOMPARE(refresh(), u"changed"_s);
+        QCOMPARE(numbers(), u"1"_s);
+    }
+
+    void dayChanges()
+    {
+        TestFolder test;
+        FakeClock clock;
+        test.addUsers({});
+        const QStringList event = {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s};
+        test.addEvents(u"05-03-2004"_s, {event});
+        DayView view(test.archives, clock);
+        QVERIFY(view.open() && view.users().step(QDeadlineTimer(QDeadlineTimer::Forever)).value() && view.refresh(5));
+        clock.moment = clock.moment.addDays(1);
+        test.addEvents(u"05-03-2004"_s, {event});
+        // A late event of the old day, and no archive of the new one yet.
+        Result<bool> changed = view.refresh(5);
+        QVERIFY(changed && changed.value());
+        QCOMPARE(view.rows().size(), 2);
+        test.addEvents(u"06-03-2004"_s, {});
+        changed = view.refresh(5);
+        QVERIFY(changed && changed.value());
+        QVERIFY(view.rows().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDayView)
+#include "tst_dayview.moc"
