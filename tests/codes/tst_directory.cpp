@@ -44,7 +44,6 @@ private Q_SLOTS:
     void lookUp();
     void faults_data();
     void faults();
-    void manyNames();
 };
 
 /// The same whether it is read at once or in turns of one user each.
@@ -121,25 +120,6 @@ void TestDirectory::faults()
         QCOMPARE(isRead.fault().subject, test.folder.path(u"Archivi/Anagrafico.zeb"_s));
     QTEST(static_cast<int>(users.users().size()), "users");
     QVERIFY(users.isKnown() && users.step(QDeadlineTimer(0)).fault().code == FaultCode::NotOpen);
-}
-
-/// However many there are, in steps as short as can be; equals stay in their order.
-void TestDirectory::manyNames()
-{
-    const auto less = [](const std::pair<int, int> &a, const std::pair<int, int> &b) { return a.first < b.first; };
-    for (const int count : {0, 1, 512, 513, 1024, 1500, 4100}) {
-        SortInTurns<std::pair<int, int>, decltype(less)> sort(less);
-        std::vector<std::pair<int, int>> expected;
-        for (int i = 0; i < count; ++i) {
-            expected.emplace_back(i * 7919 % 997, i);
-            sort.add(expected.back());
-        }
-        std::stable_sort(expected.begin(), expected.end(), less);
-        int steps = 1;
-        for (; !sort.step(QDeadlineTimer(0)); ++steps) {
-        }
-        QVERIFY(steps >= count / 512 && sort.take() == expected);
-    }
 }
 
 QTEST_GUILESS_MAIN(TestDirectory)

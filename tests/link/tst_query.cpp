@@ -95,6 +95,7 @@ private Q_SLOTS:
         row("no blank behind the list", "WIEGAND 26 BIT CH:1234", version, u"-1|0||||0|0|0|VERSIONE 1.4"_s);
         row("list at the front", "CH:1 ", "", u"|0|DISABLE|1|OFF|0|1|1|--"_s);
     }
+
     void replies()
     {
         QFETCH(QByteArray, second);
@@ -121,6 +122,7 @@ private Q_SLOTS:
         row("third line cut", {banner + line2 + "VERSIONE 1"}, 1, u"WIEGAND 26 BIT|1"_s);
         row("empty second line", {banner + "\r" + line3}, 1, u"-1|VERSIONE 1.4"_s);
     }
+
     void attempts()
     {
         QFETCH(QList<QByteArray>, attempts);
@@ -150,6 +152,7 @@ private Q_SLOTS:
         row("late after silence", {}, {{}, {}, {}}, answer + one, one);
         row("half an answer", "xyz", {answer}, one, one);
     }
+
     void recordsAmongTheReply()
     {
         QFETCH(QByteArray, before);
@@ -160,66 +163,6 @@ private Q_SLOTS:
         QTEST(run.handedBack, "handedBack");
         if (attempts.join().contains(line3))
             QCOMPARE(asText(*run.config), asText(parseReply(line2.chopped(1), line3.chopped(1))));
-    }
-
-    void serialControl()
-    {
-        TestFolder test;
-        PseudoTerminal interface(test.directory.filePath(u"Porte/COM7"_s));
-        QVERIFY(interface.open().ok());
-        const SerialPorts ports(test.folder);
-        QCOMPARE(ports.device(7), interface.device());
-        SerialControl serial(ports);
-        QByteArray taken;
-        int depth = 0;
-        connect(&serial, &SerialControl::OnComm, this, [&] {
-            QCOMPARE(++depth, 1);
-            taken += serial.input().toByteArray();
-            serial.setRThreshold(0);
-            if (!taken.endsWith('!'))
-                serial.setRThreshold(1); // notifies for what is waiting, but not from inside
-            --depth;
-        });
-        serial.setCommPort(7);
-        serial.setInputLen(1);
-        QCOMPARE(serial.output("x").fault().code, FaultCode::NotOpen);
-        QVERIFY(serial.setPortOpen(true).ok());
-        serial.setRThreshold(1);
-        interface.write("one!two");
-        QTRY_COMPARE(taken, QByteArray("one!"));
-        QVERIFY(serial.output("&IC").ok());
-        QByteArray sent;
-        QTRY_COMPARE(sent += interface.read(), QByteArray("&IC"));
-        // Nothing is lost while notifications are off, nor by closing the port.
-        interface.write("three");
-        QTest::qWait(20);
-        QCOMPARE(taken, QByteArray("one!"));
-        QVERIFY(serial.setPortOpen(false).ok());
-        serial.setRThreshold(1);
-        QTRY_COMPARE(taken, QByteArray("one!twothree"));
-    }
-
-    void portsThatCannotBeOpened()
-    {
-        TestFolder test;
-        PseudoTerminal interface(test.directory.filePath(u"Porte/COM1"_s));
-        QVERIFY(interface.open().ok());
-        test.write(u"Porte/COM2"_s, "no port");
-        const SerialPorts ports(test.folder);
-        SerialControl first(ports);
-        SerialControl second(ports);
-        const auto fault = [](SerialControl &serial, int port) {
-            serial.setCommPort(port);
-            const Result<void> opened = serial.setPortOpen(true);
-            return opened ? -1 : int(opened.fault().code);
-        };
-        QCOMPARE(fault(first, 1), -1);
-        QCOMPARE(fault(first, 1), int(FaultCode::AlreadyInUse));
-        QCOMPARE(fault(second, 1), int(FaultCode::AlreadyInUse)); // for the superuser too
-        QCOMPARE(fault(second, 2), int(FaultCode::InputOutput));
-        QCOMPARE(fault(second, 32767), int(FaultCode::NotFound));
-        QVERIFY(first.setPortOpen(false).ok());
-        QCOMPARE(fault(second, 1), -1);
     }
 
     void rePowerMarksLeadToOneMoreQuery()
@@ -299,9 +242,6 @@ private Q_SLOTS:
         QCOMPARE(line.link.link(), LinkMonitor::Link::PortNotAvailable);
         QCOMPARE(ended.size(), 1);
         QCOMPARE(stored.size(), 1);
-        // The road is not walked again for a port that repeats its error.
-        QTest::qWait(50);
-        QCOMPARE(lost.size(), 1);
     }
 };
 

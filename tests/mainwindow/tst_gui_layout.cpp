@@ -1,6 +1,5 @@
 #include "mainwindow/MDIForm1.h"
 #include "platform/PseudoTerminal.h"
-#include "startup/WindowPlace.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"
 #include "widgets/Accessibility.h"
@@ -147,8 +146,6 @@ private Q_SLOTS:
     void keys();
     void manualInEachLanguage();
     void keptPlace();
-    void places_data();
-    void places();
     void spoken();
     void darkWhileItRuns();
 };
@@ -280,29 +277,6 @@ void TestLayout::keptPlace()
     search->parentWidget()->showNormal();
     QCOMPARE(search->parentWidget()->geometry(), moved);
     QVERIFY(desk.test.read(u"Impost.stp"_s).startsWith("COM=7\r\nNUMEVOD=25\r\nCHECK=0\r\nPRN=-1\r\nLINGUA=2\r\n"));
-}
-
-void TestLayout::places_data()
-{
-    const Rows<QString, bool> row("text", "isUsed");
-    row("inside", u"0,0,800,600,0"_s, true);
-    row("nothing", {}, false);
-    row("no numbers", u"a,b,c,d,e"_s, false);
-    row("too few", u"0,0,800,600"_s, false);
-    row("outside", u"900,0,200,200,0"_s, false);
-    row("before the area", u"-5,0,200,200,0"_s, false);
-    row("too small", u"0,0,9,9,0"_s, false);
-    row("neither yes nor no", u"0,0,800,600,2"_s, false);
-    row("a sum past all bounds", u"32767,32767,32767,32767,1"_s, false);
-}
-
-void TestLayout::places()
-{
-    QFETCH(QString, text);
-    QFETCH(bool, isUsed);
-    const std::optional<WindowPlace> place = placeFrom(text, {1000, 700});
-    QCOMPARE(place.has_value(), isUsed);
-    QCOMPARE(place ? placeText(*place) : QString(), isUsed ? text : QString());
 }
 
 void TestLayout::spoken()

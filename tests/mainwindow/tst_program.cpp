@@ -2,20 +2,13 @@
 
 #include "archives/Tables.h"
 #include "mainwindow/ConsoleGate.h"
-#include "platform/CoreDump.h"
 #include "support/Fixtures.h"
+#include "support/Typist.h"
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QThread>
 
-#include <atomic>
-#include <pty.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <termios.h>
-#include <thread>
 
 namespace {
 
@@ -81,18 +74,6 @@ struct Site : TestFolder {
     FakePrinters printers;
     mutable Program program{directory.path(), clock, printers};
 };
-
-/// Types on the terminal, each time it is listened to: @p first once, and then @p second until @p end.
-void type(int terminal, const char *first, const char *second, const std::atomic<bool> &end)
-{
-    for (const char *line = first; !end;) {
-        termios state{};
-        ::tcgetattr(terminal, &state);
-        if ((state.c_lflag & ECHO) == 0 && ::write(terminal, line, qstrlen(line)) > 0)
-            line = second;
-        QThread::msleep(50);
-    }
-}
 
 } // namespace
 
@@ -193,31 +174,15 @@ private Q_SLOTS:
         QVERIFY(time.restart() >= 1000);
         QCOMPARE(site.read(u"Impost.stp"_s), settings);
 
-        int terminal = -1, keyboard = -1;
-        QCOMPARE(::openpty(&terminal, &keyboard, nullptr, nullptr, nullptr), 0);
-        const int input = ::dup(STDIN_FILENO);
-        ::dup2(keyboard, STDIN_FILENO);
-        std::atomic<bool> end = false;
-        std::thread person([&] { type(terminal, "sesamo\n", "apriti\n", end); });
-        const QString refusal = ConsoleGate{}.pass(site.program);
-        end = true;
-        person.join();
-        ::dup2(input, STDIN_FILENO);
-        for (const int file : {terminal, keyboard, input})
-            ::close(file);
+        const QString refusal = [&site] {
+            const Typist typist("sesamo\n", "apriti\n");
+            return ConsoleGate{}.pass(site.program);
+        }();
         QCOMPARE(refusal, QString());
         QVERIFY(time.elapsed() >= 1000);
         QCOMPARE(site.read(u"Impost.stp"_s), settings);
         site.program.openLink();
         QVERIFY(site.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
-    }
-
-    void coreDumpsAreOff()
-    {
-        forbidCoreDumps();
-        rlimit limit{1, 1};
-        QVERIFY(::getrlimit(RLIMIT_CORE, &limit) == 0 && limit.rlim_max == 0);
-        QCOMPARE(::prctl(PR_GET_DUMPABLE), 0);
     }
 };
 

@@ -1,6 +1,7 @@
 #include "archives/Tables.h"
 #include "startup/CommandLine.h"
 #include "startup/Startup.h"
+#include "startup/WindowPlace.h"
 #include "support/Fixtures.h"
 
 #include <QDir>
@@ -40,6 +41,7 @@ private Q_SLOTS:
         row("no line end", "COM=1\nCHECK=7", u"7"_s);
         row("empty file", "", {});
     }
+
     void reads()
     {
         QFETCH(QByteArray, content);
@@ -54,6 +56,7 @@ private Q_SLOTS:
         row("appended", "COM=0\r\n\xE0=\x80\r\n", "COM=0\r\n\xE0=\x80\r\nCHECK=15\r\n");
         row("other line ends", "COM=0\n\nPRN=0", "COM=0\r\n\r\nPRN=0\r\nCHECK=15\r\n");
     }
+
     void rewrites()
     {
         QFETCH(QByteArray, content);
@@ -61,19 +64,6 @@ private Q_SLOTS:
         QVERIFY(start.settings.save(u"CHECK"_s, 15).ok());
         QTEST(start.read(file), "expected");
         QCOMPARE(start.files(), QStringList{file});
-    }
-
-    void powerCutLeavesOldOrNew()
-    {
-        const QByteArray before = "COM=0\r\nLINGUA=2\r\n", after = "COM=3\r\nLINGUA=2\r\n";
-        const QStringList wholeRoad = listOf("write Setup.tmp,flush Setup.tmp,rename Impost.stp");
-        for (int stop = 0; stop <= 4; ++stop) {
-            Start start(before);
-            start.disk.stopAt = stop;
-            QCOMPARE(start.settings.save(u"COM"_s, 3).ok(), stop == 4);
-            QCOMPARE(start.read(file), stop < 3 ? before : after);
-            QCOMPARE(start.disk.steps.mid(0, 3), wholeRoad.mid(0, stop));
-        }
     }
 
     void unusableSettings_data()
@@ -88,6 +78,7 @@ private Q_SLOTS:
         row("out of range", "COM=70000\r\nLINGUA=5\r\nNUMEVOD=0\r\nCHECK=70000\r\nPRN=-70000\r\n",
             {32767, 2, 0, 32767, -32768, 0}, u"LINGUA English"_s);
     }
+
     void unusableSettings()
     {
         QFETCH(QByteArray, content);
@@ -154,6 +145,7 @@ private Q_SLOTS:
         row("template of the search", u"Archivi/Eventitmp.zeb"_s, {});
         row("archive folder", u"Archivi"_s, u"Archivi' is missing"_s);
     }
+
     void missingParts()
     {
         QFETCH(QString, removed);
@@ -171,19 +163,6 @@ private Q_SLOTS:
         QCOMPARE(test.files(), QStringList());
     }
 
-    void namesWithoutRegardToCase()
-    {
-        TestFolder test;
-        const QString name = u"Archivi/Eventi_05-03-2004.zeb"_s;
-        test.write(u"Archivi/EVENTI_05-03-2004.ZEB"_s, "x");
-        QVERIFY(test.folder.exists(name.toLower()));
-        // Removed and made again by another program: the kept listing must notice.
-        QVERIFY(QFile::remove(test.folder.path(name)));
-        QVERIFY(!test.folder.exists(name));
-        test.write(u"Archivi/eventi_05-03-2004.ZEB"_s, "x");
-        QVERIFY(test.folder.path(name).endsWith(u"/eventi_05-03-2004.ZEB"_s));
-    }
-
     void commandLine_data()
     {
         const Rows<QString, QString> row("arguments", "wrong");
@@ -199,6 +178,7 @@ private Q_SLOTS:
         row("demo in a folder", u"--demo|--folder|/x"_s,
             u"--demo arbeitet in einem eigenen Ordner und an einem eigenen Anschluss: --folder und --port weglassen."_s);
     }
+
     void commandLine()
     {
         QFETCH(QString, arguments);
@@ -212,6 +192,28 @@ private Q_SLOTS:
             QCOMPARE(line.folder + line.passwordFile, u"/x/y"_s);
             QCOMPARE(line.port, 8);
         }
+    }
+
+    void places_data()
+    {
+        const Rows<QString, bool> row("text", "isUsed");
+        row("inside", u"0,0,800,600,0"_s, true);
+        row("nothing", {}, false);
+        row("no numbers", u"a,b,c,d,e"_s, false);
+        row("too few", u"0,0,800,600"_s, false);
+        row("outside", u"900,0,200,200,0"_s, false);
+        row("before the area", u"-5,0,200,200,0"_s, false);
+        row("too small", u"0,0,9,9,0"_s, false);
+        row("neither yes nor no", u"0,0,800,600,2"_s, false);
+        row("a sum past all bounds", u"32767,32767,32767,32767,1"_s, false);
+    }
+    void places()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, isUsed);
+        const std::optional<WindowPlace> place = placeFrom(text, {1000, 700});
+        QCOMPARE(place.has_value(), isUsed);
+        QCOMPARE(place ? placeText(*place) : QString(), isUsed ? text : QString());
     }
 };
 

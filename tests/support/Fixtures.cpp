@@ -17,7 +17,7 @@ bool FakeDisk::before(Step step, const QString &path)
     return true;
 }
 
-TestFolder::TestFolder() : folder(directory.path(), disk), archives(folder)
+TestFolder::TestFolder()
 {
     QDir(directory.path()).mkdir(u"Archivi"_s);
     if (!makeTemplates(archives))
@@ -25,13 +25,13 @@ TestFolder::TestFolder() : folder(directory.path(), disk), archives(folder)
     disk.steps.clear();
 }
 
-QByteArray TestFolder::read(const QString &name) const
+QByteArray BareFolder::read(const QString &name) const
 {
     QFile file(folder.path(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void TestFolder::write(const QString &name, const QByteArray &content) const
+void BareFolder::write(const QString &name, const QByteArray &content) const
 {
     QFile file(folder.path(name));
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
@@ -45,7 +45,7 @@ void TestFolder::damage(const QString &name) const
     write(name, content.chopped(page) + QByteArray(page, '\0'));
 }
 
-QStringList TestFolder::files(const QString &name) const
+QStringList BareFolder::files(const QString &name) const
 {
     return QDir(folder.path(name)).entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }

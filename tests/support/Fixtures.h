@@ -128,22 +128,29 @@ protected:
     bool before(Step step, const QString &path) override;
 };
 
-/// A program folder with the five templates, removed at the end.
-class TestFolder
+/// A program folder with nothing in it, removed at the end.
+class BareFolder
+{
+public:
+    FakeDisk disk;
+    QTemporaryDir directory;
+    ProgramFolder folder{directory.path(), disk};
+
+    QByteArray read(const QString &name) const;
+    void write(const QString &name, const QByteArray &content) const;
+    QStringList files(const QString &name = {}) const;
+};
+
+/// The same with the five templates.
+class TestFolder : public BareFolder
 {
 public:
     TestFolder();
 
-    FakeDisk disk;
-    QTemporaryDir directory;
-    ProgramFolder folder;
-    ArchiveStore archives;
+    ArchiveStore archives{folder};
 
-    QByteArray read(const QString &name) const;
-    void write(const QString &name, const QByteArray &content) const;
     /// Zeroes the last page of an archive.
     void damage(const QString &name) const;
-    QStringList files(const QString &name = {}) const;
     /// Puts users "code type surname name" into the register, which is made when it is not there.
     void addUsers(const QList<QStringList> &users);
     /// Puts events "Codice Tipo Canale AbCh KorDis Ora" into the archive of a day, which is made when it is not there.

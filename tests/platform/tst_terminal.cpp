@@ -1,0 +1,154 @@
+#include "platform/ConsoleOutput.h"
+#include "platform/CoreDump.h"
+#include "platform/PseudoTerminal.h"
+#include "platform/TerminalPassword.h"
+#include "support/Fixtures.h"
+#include "support/Typist.h"
+
+#include <QDir>
+#include <QSignalSpy>
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+
+namespace {
+
+/// All that can be read from a file that does not wait.
+QByteArray readAll(int file)
+{
+    QByteArray all, part(1 << 16, '\0');
+    for (ssize_t count = 0; (count = ::read(file, part.data(), std::size_t(part.size()))) > 0;)
+        all += part.first(count);
+    return all;
+}
+
+} // namespace
+
+class TestTerminal : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    /// A reader that has stopped holds nothing up, and finds every line in its order when it goes on; only past 10,000
+    /// that wait the oldest go.
+    void blockedPipeLosesNothing_data()
+    {
+        const Rows<int, int> row("lines", "first");
+        row("all are kept", 9'000, 0);
+        row("too many", 20'000, 10'000);
+    }
+    void blockedPipeLosesNothing()
+    {
+        QFETCH(int, lines);
+        QFETCH(int, first);
+        std::array<int, 2> ends{};
+        QCOMPARE(::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK), 0);
+        const auto line = [](int number) { return QByteArray::number(number).rightJustified(60, '.'); };
+        QByteArray read;
+        {
+            const Redirected output(STDOUT_FILENO, ends[1]);
+            // As a shell leaves it, and as it must stay for the shell.
+            ::fcntl(ends[1], F_SETFL, 0);
+            ConsoleOutput console;
+            for (int i = 0; i < lines; ++i)
+                console.write(line(i));
+            (void)QTest::qWaitFor([&] { return (read += readAll(ends[0])).endsWith(line(lines - 1) + '\n'); });
+        }
+        QCOMPARE(::fcntl(ends[1], F_GETFL) & O_NONBLOCK, 0);
+        const QByteArrayList told = read.split('\n');
+        // Those that the pipe took before it was full.
+        const qsizetype early = told.indexOf(line(first)), kept = lines - first;
+        QCOMPARE(told.size(), early + kept + 1);
+        for (int i = 0; i < early; ++i)
+            QCOMPARE(told[i], line(i));
+        for (int i = 0; i < kept; ++i)
+            QCOMPARE(told[early + i], line(first + i));
+        for (const int end : ends)
+            ::close(end);
+    }
+
+    void passwordIsAsked_data()
+    {
+        const Rows<QByteArray, std::optional<QString>> row("typed", "answer");
+        row("with an accent", "perch\xC3\xA9\n", u"perch\u00E9"_s);
+        row("nothing", "\n", QString());
+        row("given up by Ctrl+C", "apriti\x03", {});
+        row("end of the input", "\x04", {});
+    }
+    /// Unseen, and the terminal echoes again afterwards.
+    void passwordIsAsked()
+    {
+        QFETCH(QByteArray, typed);
+        const Typist typist(typed, {});
+        QVERIFY(isTerminal() && typist.echoes());
+        const std::optional<QString> answer = askOnTerminal(u"?"_s);
+        QTEST(answer, "answer");
+        QVERIFY(typist.echoes() && !typist.seen().contains("perch"));
+        std::clearerr(stdin);
+    }
+
+    void passwordFileIsItsOwners()
+    {
+        const BareFolder test;
+        test.write(u"secret"_s, "apriti\n");
+        const QString path = test.folder.path(u"secret"_s);
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner) && isOwnersOnly(path));
+        for (const QFile::Permission other : {QFile::ReadGroup, QFile::ReadOther, QFile::WriteOther})
+            QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | other) && !isOwnersOnly(path));
+        QVERIFY(!isOwnersOnly(test.directory.path()) && !isOwnersOnly(path + u"s"_s));
+    }
+
+    void pseudoTerminal()
+    {
+        const BareFolder test;
+        const QString link = test.directory.filePath(u"Porte/COM7"_s);
+        PseudoTerminal line(link);
+        QSignalSpy came(&line, &PseudoTerminal::programCame), left(&line, &PseudoTerminal::programsLeft);
+        QSignalSpy writable(&line, &PseudoTerminal::writable);
+        QVERIFY(line.open().ok() && !line.hasProgram());
+        QCOMPARE(QFileInfo(link).symLinkTarget(), line.device());
+        const auto open = [&line] {
+            return Descriptor(::open(QFile::encodeName(line.device()).constData(), O_RDWR | O_NOCTTY | O_NONBLOCK));
+        };
+        {
+            const Descriptor program = open();
+            QTRY_VERIFY(came.size() == 1 && line.hasProgram());
+            // Any byte, either way, as it is.
+            QByteArray bytes, taken;
+            for (int byte = 0; byte < 256; ++byte)
+                bytes += char(byte);
+            QCOMPARE(line.write(bytes), bytes.size());
+            QTRY_COMPARE(line.unread(), 256);
+            QCOMPARE(readAll(program.get()), bytes);
+            QCOMPARE(::write(program.get(), bytes.constData(), 256), 256);
+            QTRY_COMPARE(taken += line.read(), bytes);
+            // A program that does not read holds nobody up.
+            const qsizetype room = line.write(QByteArray(1 << 20, 'x'));
+            QVERIFY(room > 0 && room < 1 << 20 && writable.isEmpty());
+            qsizetype got = 0;
+            QTRY_COMPARE(got += readAll(program.get()).size(), room);
+            QTRY_COMPARE(writable.size(), 1);
+        }
+        QTRY_COMPARE(left.size(), 1);
+        // Pulled out, for a program that has it open; its link goes with it, if it is still its own.
+        const Descriptor program = open();
+        line.close();
+        QVERIFY(::read(program.get(), std::array<char, 1>().data(), 1) <= 0 && !QFileInfo(link).isSymLink());
+        QCOMPARE(line.write("x") + line.unread() + line.read().size(), 0);
+        test.write(u"Porte/COM7"_s, "no link");
+        QCOMPARE(line.open().fault().code, FaultCode::AlreadyInUse);
+        QVERIFY(!line.isOpen() && test.read(u"Porte/COM7"_s) == "no link");
+    }
+
+    void coreDumpsAreOff()
+    {
+        forbidCoreDumps();
+        rlimit limit{1, 1};
+        QVERIFY(::getrlimit(RLIMIT_CORE, &limit) == 0 && limit.rlim_max == 0);
+        QCOMPARE(::prctl(PR_GET_DUMPABLE), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTerminal)
+#include "tst_terminal.moc"
