@@ -4,14 +4,9 @@
 #include "link/frmUtility.h"
 #include "platform/PseudoTerminal.h"
 #include "platform/SerialTransport.h"
-#include "support/FakeMessages.h"
-#include "support/Fixtures.h"
+#include "support/Windows.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QSignalSpy>
 
 #include <map>
 
@@ -28,15 +23,6 @@ struct ProbingLine : SerialTransport {
             qFatal("RTS is asserted on a port that is only looked at");
     }
 };
-
-template<class Widget = QPushButton>
-Widget *control(QWidget *window, const QString &name)
-{
-    auto *widget = window->findChild<Widget *>(name);
-    if (!widget)
-        qFatal("no control %s", qPrintable(name));
-    return widget;
-}
 
 /// A computer with some of the eight ports, and the port window.
 struct Computer : TestFolder {
@@ -69,7 +55,7 @@ struct Computer : TestFolder {
         QTRY_VERIFY(window->isEnabled());
     }
     QRadioButton *com(int port) const { return control<QRadioButton>(window, u"Com(%1)"_s.arg(port - 1)); }
-    QPushButton *button(const char *name) const { return control(window, QLatin1String(name)); }
+    QAbstractButton *button(const char *name) const { return control(window, QLatin1String(name)); }
     /// Waits for a message that says just @p text.
     void awaitMessage(const char *icon, Text text)
     {

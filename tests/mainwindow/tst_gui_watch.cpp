@@ -1,13 +1,6 @@
 #include "archives/Tables.h"
-#include "startup/DateTimeText.h"
 #include "support/Desk.h"
 #include "support/RecordingVfs.h"
-
-#include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QSignalSpy>
-#include <QTableView>
 
 #include <sqlite3.h>
 
@@ -16,250 +9,197 @@ class TestWatch : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void alarm();
-    void keyboardDuringTheAlarm();
-    void liveView();
-    void savedRegisterThatCannotBeRead();
-    void eventsThatWait_data();
-    void eventsThatWait();
-    void editorsHoldTheProgramme();
-};
-
-void TestWatch::alarm()
-{
-    Desk desk;
-    QCOMPARE(desk.led(), u"Led_G.bmp"_s);
-    desk.comeToLife();
-    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
-    QCOMPARE(desk.led(), u"Led_V.bmp"_s);
-    desk.answers = false;
-    desk.pass(64);
-    QTRY_VERIFY(desk.open("frmMessage"));
-    QVERIFY(desk.window.findChild<QTimer *>(u"tmrFlash"_s)->isActive());
-    // Nothing else is told until the operator has closed it.
-    QCOMPARE(desk.panel(5), QLatin1String(onLine));
-    QCOMPARE(desk.led(), u"Led_V.bmp"_s);
-    desk.click(desk.open("frmMessage"), "cmdOk");
-    QTRY_COMPARE(desk.panel(5), QLatin1String(offLine));
-    QCOMPARE(desk.led(), u"Led_R.bmp"_s);
-    QVERIFY(desk.label(6)->toolTip().contains(u"not on line"_s));
-    QVERIFY(!desk.window.findChild<QTimer *>(u"tmrFlash"_s)->isActive());
-
-    desk.answers = true;
-    desk.pass(3);
-    desk.interface.write(QByteArray("\0", 1));
-    QTRY_COMPARE(desk.led(), u"Led_V.bmp"_s);
-}
-
-/// The alarm stands in front and flashes, and what the guard types goes on where it went.
-void TestWatch::keyboardDuringTheAlarm()
-{
-    Desk desk;
-    desk.comeToLife();
-    QVERIFY(QTest::qWaitForWindowActive(&desk.window));
-    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
-    const auto alarm = [&desk] {
-        desk.interface.close();
+    void alarm()
+    {
+        Desk desk;
+        QCOMPARE(desk.led(), u"Led_G.bmp"_s);
+        desk.goOnLine();
+        QCOMPARE(desk.led(), u"Led_V.bmp"_s);
+        desk.answers = false;
+        desk.pass(64);
         QTRY_VERIFY(desk.open("frmMessage"));
-        QCOMPARE(desk.panel(5) + desk.led(), QLatin1String(noPort) + u"Led_R.bmp"_s);
-        QCOMPARE(desk.label(6)->accessibleName().toUpper(), desk.panel(5));
+        QVERIFY(desk.window.findChild<QTimer *>(u"tmrFlash"_s)->isActive());
+        // Nothing else is told until the operator has closed it.
+        QCOMPARE(desk.panel(5), onLine);
+        QCOMPARE(desk.led(), u"Led_V.bmp"_s);
+        desk.click(desk.open("frmMessage"), "cmdOk");
+        QTRY_COMPARE(desk.panel(5), offLine);
+        QCOMPARE(desk.led(), u"Led_R.bmp"_s);
+        QVERIFY(desk.label(6)->toolTip().contains(u"not on line"_s));
+        QVERIFY(!desk.window.findChild<QTimer *>(u"tmrFlash"_s)->isActive());
+
+        desk.answers = true;
+        desk.pass(3);
+        desk.interface.write(QByteArray("\0", 1));
+        QTRY_COMPARE(desk.led(), u"Led_V.bmp"_s);
+    }
+
+    /// The alarm stands in front and flashes, and what the guard types goes on where it went.
+    void keyboardDuringTheAlarm()
+    {
+        Desk desk;
+        desk.comeToLife();
+        QVERIFY(QTest::qWaitForWindowActive(&desk.window));
+        QTRY_COMPARE(desk.panel(5), onLine);
+        const auto alarm = [&desk] {
+            desk.interface.close();
+            QTRY_VERIFY(desk.open("frmMessage"));
+            QCOMPARE(desk.panel(5) + desk.led(), noPort + u"Led_R.bmp"_s);
+            QCOMPARE(desk.label(6)->accessibleName().toUpper(), desk.panel(5));
+        };
+        const auto portReturns = [&desk] {
+            QVERIFY(desk.interface.open().ok());
+            desk.pass(5);
+            QTRY_COMPARE(desk.panel(5), onLine);
+            QTRY_VERIFY(!desk.open("frmMessage"));
+        };
+        // With nothing else open a stray key closes nothing; an interface that answers again does.
+        alarm();
+        desk.type(" \r");
+        QVERIFY(desk.open("frmMessage"));
+        portReturns();
+
+        desk.entry("mnuAttPass")->trigger();
+        auto *first = desk.open("frmInsPass")->findChild<QLineEdit *>(u"txtPass"_s);
+        desk.entry("mnuImpContKor")->trigger();
+        desk.entry("mnuAttPass")->trigger();
+        QTRY_VERIFY(first->hasFocus());
+        desk.type("De");
+        alarm();
+        desk.type(" An");
         QVERIFY(QMetaObject::invokeMethod(desk.window.findChild<QTimer *>(u"tmrFlash"_s), "timeout"));
-    };
-    const auto portReturns = [&desk] {
-        QVERIFY(desk.interface.open().ok());
-        desk.pass(5);
-        QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
+        desk.type("gelis");
+        QCOMPARE(first->text(), u"De Angelis"_s);
+        const ChildWindow *message = desk.open("frmMessage");
+        QVERIFY(message->isAncestorOf(desk.window.childAt(message->parentWidget()->geometry().center())));
+        // A click closes it and leaves the keyboard where it was; by keys it comes back there.
+        desk.click(desk.open("frmMessage"), "cmdOk");
         QTRY_VERIFY(!desk.open("frmMessage"));
-    };
-    const auto turnAndClose = [&desk] {
+        QVERIFY(first->hasFocus());
+        portReturns();
+        alarm();
+        // There and back again: the frame shows who has the keyboard.
+        QTest::keyClick(desk.window.windowHandle(), Qt::Key_Tab, Qt::ControlModifier);
+        QCOMPARE(desk.open("frmMessage")->parentWidget()->windowState(), Qt::WindowActive);
+        first->setFocus();
+        QCOMPARE(desk.open("frmMessage")->parentWidget()->windowState(), Qt::WindowNoState);
         QTest::keyClick(desk.window.windowHandle(), Qt::Key_Tab, Qt::ControlModifier);
         desk.type("\r");
         QTRY_VERIFY(!desk.open("frmMessage"));
-    };
-    // With nothing else open a stray key closes nothing; an interface that answers again does.
-    alarm();
-    desk.type(" \r");
-    QVERIFY(desk.open("frmMessage"));
-    portReturns();
+        QTRY_VERIFY(first->hasFocus());
+        // The window that was in front before comes back, not the one that was opened before.
+        desk.entry("mnuAbout")->trigger();
+        desk.entry("mnuAttPass")->trigger();
+        desk.open("frmInsPass")->unload();
+        QTRY_COMPARE(desk.window.findChild<QMdiArea *>()->activeSubWindow()->widget(), desk.open("frmInfo"));
+    }
 
-    desk.entry("mnuAttPass")->trigger();
-    auto *first = desk.open("frmInsPass")->findChild<QLineEdit *>(u"txtPass"_s);
-    desk.entry("mnuImpContKor")->trigger();
-    desk.entry("mnuAttPass")->trigger();
-    QTRY_VERIFY(first->hasFocus());
-    desk.type("De");
-    alarm();
-    desk.type(" An");
-    QVERIFY(QMetaObject::invokeMethod(desk.window.findChild<QTimer *>(u"tmrFlash"_s), "timeout"));
-    desk.type("gelis");
-    QCOMPARE(first->text(), u"De Angelis"_s);
-    const ChildWindow *message = desk.open("frmMessage");
-    QVERIFY(message);
-    const QWidget *frame = message->parentWidget();
-    QVERIFY(message->isAncestorOf(desk.window.childAt(frame->geometry().center())));
-    // A click closes it and leaves the keyboard where it was; by keys it comes back there.
-    desk.click(desk.open("frmMessage"), "cmdOk");
-    QTRY_VERIFY(!desk.open("frmMessage"));
-    QVERIFY(first->hasFocus());
-    portReturns();
-    alarm();
-    // There and back again: the frame shows who has the keyboard.
-    QTest::keyClick(desk.window.windowHandle(), Qt::Key_Tab, Qt::ControlModifier);
-    QCOMPARE(desk.open("frmMessage")->parentWidget()->windowState(), Qt::WindowActive);
-    first->setFocus();
-    QCOMPARE(desk.open("frmMessage")->parentWidget()->windowState(), Qt::WindowNoState);
-    turnAndClose();
-    QTRY_VERIFY(first->hasFocus());
-    // The window that was in front before comes back, not the one that was opened before.
-    desk.entry("mnuAbout")->trigger();
-    desk.entry("mnuAttPass")->trigger();
-    desk.open("frmInsPass")->unload();
-    QTRY_COMPARE(desk.window.findChild<QMdiArea *>()->activeSubWindow()->widget(), desk.open("frmInfo"));
-}
-
-/// From the line to the grid, with the name, while the view is open.
-void TestWatch::liveView()
-{
-    Desk desk("COM=7\r\nLINGUA=2\r\nNUMEVOD=25\r\n");
-    desk.comeToLife();
-    QTRY_COMPARE(desk.panel(5), QString::fromLatin1(onLine));
-    QVERIFY(desk.entry("mnuNumEvOdVis")->text().endsWith(u" (25)"_s));
-    desk.entry("mnuEventiOdierni")->trigger();
-    ChildWindow *view = desk.open("frmEventiOdierni");
-    const auto *grid = view->findChild<QTableView *>(u"flxgrdEventi"_s);
-    QTRY_COMPARE(grid->model()->rowCount(), 25);
-    desk.interface.write("R/A-000000001X..\r\n");
-    view->findChild<QTimer *>(u"tmrRefresh"_s)->setInterval(50);
-    QTRY_COMPARE(grid->model()->index(0, 2).data().toString(), u"Rossi"_s);
-    desk.close();
-}
-
-/// Nobody is decided about by the users of before; the events wait until the register can be read.
-void TestWatch::savedRegisterThatCannotBeRead()
-{
-    Desk desk;
-    desk.comeToLife();
-    QTRY_COMPARE(desk.panel(5), QString::fromLatin1(onLine));
-    desk.test.addUsers({{u"22"_s, u"TX"_s, u"Verdi"_s, u"Bea"_s}});
-    Result<Database> other = desk.test.archives.open(ArchiveName::Users, Database::Use::Safe);
-    QVERIFY(other && other.value().execute("BEGIN EXCLUSIVE; UPDATE Utenti SET Note='x'"));
-    desk.program.reloadUsers();
-    desk.interface.write("R/A-000000022X..\r\n");
-    QTRY_COMPARE(desk.program.road().undecided(), 1);
-    QVERIFY(other.value().execute("ROLLBACK"));
-    desk.program.tmrRefresh.start(0);
-    QTRY_COMPARE(desk.test.rows(ArchiveName::events(DataFile(desk.clock.date())), u"SELECT Codice FROM Eventi"_s),
-                 QStringList{u"22"_s});
-    QTRY_COMPARE(desk.messages.shown.size(), 1);
-    QVERIFY(desk.messages.take().first().startsWith(u"Critical: The users register"_s));
-}
-
-void TestWatch::eventsThatWait_data()
-{
-    const Rows<bool, QStringList> row("bySystem", "told");
-    const QString question = u"Question: Events that cannot be stored and will be lost: 2. Close the program?"_s;
-    row("the operator ends the program", false, {question, question, u"Critical: Events lost: 2"_s});
-    row("the system ends it", true, {u"Critical: Events lost: 2"_s});
-}
-
-/// What only memory holds is not given up unasked, and what is lost is told while there is somebody to read it.
-void TestWatch::eventsThatWait()
-{
-    QFETCH(bool, bySystem);
-    RecordingVfs vfs;
-    Desk desk;
-    desk.comeToLife();
-    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
-    if (!bySystem)
-        desk.program.link().suspend();
-    const auto *remark = desk.window.findChild<QLabel *>(u"StatusBar1.Remark"_s);
-    const auto comes = [&desk] { return desk.program.road().RegistraEvento("R/A-000000001X..\r"); };
-    QVERIFY(comes() && !remark->isVisible());
+    /// Nobody is decided about by the users of before; the events wait until the register can be read.
+    void savedRegisterThatCannotBeRead()
     {
-        Result<Database> other =
-            desk.test.archives.open(ArchiveName::events(DataFile(desk.clock.date())), Database::Use::Safe);
-        QVERIFY(other && other.value().execute("BEGIN IMMEDIATE"));
-        QVERIFY(!comes() && remark->isVisible());
-        QCOMPARE(remark->accessibleName(), u"Events waiting on disk: 1"_s);
+        Desk desk;
+        desk.goOnLine();
+        desk.test.addUsers({{u"22"_s, u"TX"_s, u"Verdi"_s, u"Bea"_s}});
+        Database other = desk.test.hold(ArchiveName::Users, "BEGIN EXCLUSIVE; UPDATE Utenti SET Note='x'");
+        desk.program.reloadUsers();
+        desk.interface.write("R/A-000000022X..\r\n");
+        QTRY_COMPARE(desk.program.road().undecided(), 1);
+        QVERIFY(other.execute("ROLLBACK"));
+        desk.program.tmrRefresh.start(0);
+        QTRY_COMPARE(desk.test.rows(ArchiveName::events(u"05-03-2004"_s), u"SELECT Codice FROM Eventi"_s),
+                     QStringList{u"22"_s});
+        QTRY_COMPARE(desk.messages.shown.size(), 1);
+        QVERIFY(desk.messages.take().first().startsWith(u"Critical: The users register"_s));
     }
-    QTRY_VERIFY(!remark->isVisible());
-    QTRY_COMPARE(desk.messages.shown.size(), 2);
-    desk.messages.take();
-    vfs.refusal = SQLITE_FULL;
-    QVERIFY(!comes() && !comes());
-    QCOMPARE(remark->text(), u"Nothing is stored: events wait in memory (2)"_s);
-    QTRY_COMPARE(desk.messages.shown.size(), 1);
-    desk.messages.take();
 
-    QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
-    if (bySystem) {
-        desk.window.end();
-    } else {
-        desk.messages.answers = {Messages::Answer::No, Messages::Answer::Yes};
-        QVERIFY(!desk.window.close());
-        QTRY_COMPARE(desk.messages.answers.size(), 1);
-        QTest::qWait(20);
-        QVERIFY(desk.window.isVisible() && !desk.window.close());
+    void eventsThatWait_data()
+    {
+        const Rows<bool, QStringList> row("bySystem", "told");
+        const QString question = u"Question: Events that cannot be stored and will be lost: 2. Close the program?"_s;
+        row("the operator ends the program", false, {question, question, u"Critical: Events lost: 2"_s});
+        row("the system ends it", true, {u"Critical: Events lost: 2"_s});
     }
-    QTRY_COMPARE(unloaded.size(), 1);
-    QTEST(desk.messages.take(), "told");
-    // No light was green beside that.
-    QCOMPARE(desk.panel(5) + desk.led(), u"Led_G.bmp"_s);
-    vfs.refusal = 0;
-}
+    /// What only memory holds is not given up unasked, and what is lost is told while there is somebody to read it.
+    void eventsThatWait()
+    {
+        QFETCH(bool, bySystem);
+        RecordingVfs vfs;
+        Desk desk;
+        desk.goOnLine();
+        if (!bySystem)
+            desk.program.link().suspend();
+        const auto *remark = desk.window.findChild<QLabel *>(u"StatusBar1.Remark"_s);
+        const auto comes = [&desk] { return desk.program.road().RegistraEvento("R/A-000000001X..\r"); };
+        QVERIFY(comes() && !remark->isVisible());
+        {
+            const Database other = desk.test.hold(ArchiveName::events(u"05-03-2004"_s));
+            QVERIFY(!comes() && remark->isVisible());
+            QCOMPARE(remark->accessibleName(), u"Events waiting on disk: 1"_s);
+        }
+        QTRY_VERIFY(!remark->isVisible());
+        QTRY_COMPARE(desk.messages.shown.size(), 2);
+        desk.messages.take();
+        vfs.refusal = SQLITE_FULL;
+        QVERIFY(!comes() && !comes());
+        QCOMPARE(remark->text(), u"Nothing is stored: events wait in memory (2)"_s);
+        QTRY_COMPARE(desk.messages.shown.size(), 1);
+        desk.messages.take();
 
-void TestWatch::editorsHoldTheProgramme()
-{
-    Desk desk;
-    desk.comeToLife();
-    QTRY_COMPARE(desk.panel(5), QLatin1String(onLine));
-    QCOMPARE(desk.label(3)->property("file").toString(), u"Time_Dis.bmp"_s);
-    const auto told = [&desk] { return std::exchange(desk.line->rtsTold, {}); };
-    QCOMPARE(told(), QStringList{u"asserted"_s});
-    // A band for this Friday: it counts as soon as its editor closes, and not before.
-    desk.entry("mnuFascieOr")->trigger();
-    desk.entry("mnuFascieOr")->trigger();
-    QCOMPARE(desk.window.findChildren<ChildWindow *>(u"frmSettimana"_s).size(), 1);
-    QCOMPARE(desk.open("frmSettimana")->focusWidget()->objectName(), u"dbgrdSettimana"_s);
-    desk.open("frmSettimana")->findChild<QLineEdit *>(u"txtOraIn"_s)->setText(u"07:00"_s);
-    desk.open("frmSettimana")->findChild<QLineEdit *>(u"txtOraFine"_s)->setText(u"07:45"_s);
-    desk.click(desk.open("frmSettimana"), "cmdAggiungi");
-    QVERIFY(QMetaObject::invokeMethod(&desk.program.tmrRefresh, "timeout"));
-    QCOMPARE(told(), QStringList());
-    desk.click(desk.open("frmSettimana"), "cmdOk");
-    QTRY_VERIFY(!desk.open("frmSettimana"));
-    QCOMPARE(told(), QStringList{u"released"_s});
-    QCOMPARE(desk.label(3)->property("file").toString(), u"Time_En.bmp"_s);
-    // The band ends with the tick after its last minute.
-    desk.clock.moment = desk.clock.moment.addSecs(59);
-    QVERIFY(QMetaObject::invokeMethod(&desk.program.tmrRefresh, "timeout"));
-    desk.clock.moment = desk.clock.moment.addSecs(1);
-    QVERIFY(QMetaObject::invokeMethod(&desk.program.tmrRefresh, "timeout"));
-    QCOMPARE(told(), QStringList({u"released"_s, u"asserted"_s}));
-    // Closing the program asks for the changes, after the end of supervision; No keeps it open, Yes lets it close.
-    desk.entry("mnuProgFerie")->trigger();
-    desk.open("frmFerie")->findChild<QLineEdit *>(u"txtDalGiorno"_s)->setText(u"05/03/2004"_s);
-    desk.click(desk.open("frmFerie"), "cmdAggiungi");
-    QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
-    desk.messages.answers = {Messages::Answer::Yes, Messages::Answer::No, Messages::Answer::Yes, Messages::Answer::Yes};
-    for (int asked = 1; asked <= 2; ++asked) {
-        QVERIFY(!desk.window.close());
-        QTRY_COMPARE(int(desk.messages.shown.size()), 2 * asked);
-        QTest::qWait(20);
-        QCOMPARE(desk.window.isVisible(), asked == 1);
+        QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
+        if (bySystem) {
+            desk.window.end();
+        } else {
+            desk.messages.answers = {Messages::Answer::No, Messages::Answer::Yes};
+            QVERIFY(!desk.window.close());
+            QTRY_VERIFY(desk.messages.answers.size() == 1 && desk.messages.standing == 0);
+            QVERIFY(desk.window.isVisible() && !desk.window.close());
+        }
+        QTRY_COMPARE(unloaded.size(), 1);
+        QTEST(desk.messages.take(), "told");
+        // No light was green beside that.
+        QCOMPARE(desk.panel(5) + desk.led(), u"Led_G.bmp"_s);
+        vfs.refusal = 0;
     }
-    QTRY_COMPARE(unloaded.size(), 1);
-    QCOMPARE(desk.messages.most, 1);
-    QVERIFY(desk.messages.take().constLast().startsWith(u"Question: Attention: all changes will be cancelled!"_s));
-    // An archive that cannot be opened is told, and its window goes.
-    Desk damaged;
-    damaged.comeToLife();
-    damaged.test.write(u"Archivi/Fascie.zeb"_s, "damaged");
-    damaged.entry("mnuFascieOr")->trigger();
-    QTRY_VERIFY(!damaged.open("frmSettimana"));
-    QTRY_VERIFY(damaged.messages.shown.size() >= 2);
-    QVERIFY(damaged.messages.take().constFirst().contains(u"Fascie.zeb"_s));
-}
+
+    void editorsHoldTheProgramme()
+    {
+        Desk desk;
+        desk.goOnLine();
+        QCOMPARE(desk.label(3)->property("file").toString(), u"Time_Dis.bmp"_s);
+        const auto told = [&desk] { return std::exchange(desk.line->rtsTold, {}); };
+        QCOMPARE(told(), QStringList{u"asserted"_s});
+        // A band for this Friday: it counts as soon as its editor closes, and not before.
+        desk.entry("mnuFascieOr")->trigger();
+        desk.entry("mnuFascieOr")->trigger();
+        QCOMPARE(desk.window.findChildren<ChildWindow *>(u"frmSettimana"_s).size(), 1);
+        QCOMPARE(desk.open("frmSettimana")->focusWidget()->objectName(), u"dbgrdSettimana"_s);
+        desk.open("frmSettimana")->findChild<QLineEdit *>(u"txtOraIn"_s)->setText(u"07:00"_s);
+        desk.open("frmSettimana")->findChild<QLineEdit *>(u"txtOraFine"_s)->setText(u"07:45"_s);
+        desk.click(desk.open("frmSettimana"), "cmdAggiungi");
+        QVERIFY(QMetaObject::invokeMethod(&desk.program.tmrRefresh, "timeout"));
+        QCOMPARE(told(), QStringList());
+        desk.click(desk.open("frmSettimana"), "cmdOk");
+        QTRY_VERIFY(!desk.open("frmSettimana"));
+        QCOMPARE(told(), QStringList{u"released"_s});
+        QCOMPARE(desk.label(3)->property("file").toString(), u"Time_En.bmp"_s);
+        // Closing the program asks for the changes, after the end of supervision; No keeps it open, Yes lets it close.
+        desk.entry("mnuProgFerie")->trigger();
+        desk.open("frmFerie")->findChild<QLineEdit *>(u"txtDalGiorno"_s)->setText(u"05/03/2004"_s);
+        desk.click(desk.open("frmFerie"), "cmdAggiungi");
+        QSignalSpy unloaded(&desk.window, &MDIForm1::unloaded);
+        desk.messages.answers = {Messages::Answer::Yes, Messages::Answer::No, Messages::Answer::Yes,
+                                 Messages::Answer::Yes};
+        for (int asked = 1; asked <= 2; ++asked) {
+            QVERIFY(!desk.window.close());
+            QTRY_COMPARE(int(desk.messages.shown.size()), 2 * asked);
+            QTRY_COMPARE(desk.messages.standing, 0);
+            QTRY_COMPARE(desk.window.isVisible(), asked == 1);
+        }
+        QTRY_COMPARE(unloaded.size(), 1);
+        QCOMPARE(desk.messages.most, 1);
+        QVERIFY(desk.messages.take().constLast().startsWith(u"Question: Attention: all changes will be cancelled!"_s));
+    }
+};
 
 QTEST_MAIN(TestWatch)
 #include "tst_gui_watch.moc"

@@ -55,9 +55,7 @@ struct Site : TestFolder {
     {
         QByteArray journal;
         {
-            Result<Database> writer = archives.open(users, Database::Use::Safe);
-            if (!writer.value().execute("PRAGMA cache_size = 1; BEGIN; UPDATE Utenti SET Note='changed'"))
-                qFatal("nothing is changed");
+            const Database writer = hold(users, "PRAGMA cache_size = 1; BEGIN; UPDATE Utenti SET Note='changed'");
             journal = read(users + u"-journal"_s);
         }
         write(users, read(QStringView(ArchiveName::UsersTemplate).toString()));

@@ -55,7 +55,7 @@ private Q_SLOTS:
         TestFolder test;
         if (!sql.isEmpty()) {
             QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users).ok());
-            QVERIFY(test.archives.open(ArchiveName::Users, Database::Use::Safe).value().execute(sql).ok());
+            test.execute(ArchiveName::Users, sql);
         }
         Passwords passwords(test.archives);
         QTEST(passwords.load(), "fault");
@@ -65,14 +65,13 @@ private Q_SLOTS:
     {
         TestFolder test;
         QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users).ok());
-        Result<Database> other = test.archives.open(ArchiveName::Users, Database::Use::Safe);
-        QVERIFY(other.value().execute("BEGIN EXCLUSIVE").ok());
+        Database other = test.hold(ArchiveName::Users);
         Passwords passwords(test.archives);
         QCOMPARE(passwords.load(), Passwords::Fault::Unreadable);
         QCOMPARE(passwords.reason().code, FaultCode::Locked);
         QCOMPARE(passwords.set(Passwords::Type::Main, u"x"_s), Passwords::Fault::Unreadable);
         QVERIFY(!passwords.isSet(Passwords::Type::Main));
-        QVERIFY(other.value().execute("COMMIT").ok());
+        QVERIFY(other.execute("COMMIT").ok());
         QCOMPARE(passwords.load(), Passwords::Fault::None);
     }
 };

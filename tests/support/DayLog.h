@@ -46,9 +46,7 @@ struct Day {
     /// Another program's hold on the archive of a day, as long as the result lives.
     std::optional<Database> lock(const QString &day = today)
     {
-        std::optional<Database> other(
-            std::move(test.archives.open(ArchiveName::events(day), Database::Use::Safe).value()));
-        return other->execute("BEGIN IMMEDIATE") ? std::move(other) : std::nullopt;
+        return test.hold(ArchiveName::events(day), "BEGIN IMMEDIATE");
     }
     QStringList rows(const QString &day = today) { return test.rows(ArchiveName::events(day), statement); }
 

@@ -3,14 +3,14 @@
 #include "mainwindow/MDIForm1.h"
 #include "platform/PseudoTerminal.h"
 #include "platform/SerialTransport.h"
-#include "support/FakeMessages.h"
-#include "support/Fixtures.h"
+#include "support/Windows.h"
 
-#include <QAbstractButton>
 #include <QAction>
-#include <QLabel>
 
 inline const QByteArray answer = interfaceBanner() + "\rRS_C CH:1 ENABLE\rVERSIONE 1.4\r";
+
+inline const QString onLine = u"MULTIPROTOCOL INTERFACE ON LINE"_s, offLine = u"MULTIPROTOCOL INTERFACE NOT ON LINE"_s;
+inline const QString noPort = u"THE CONFIGURED SERIAL PORT IS NOT AVAILABLE"_s;
 
 /// Notes what the device is told about its RTS line.
 struct NotingLine : SerialTransport {
@@ -52,6 +52,11 @@ struct Desk {
     {
         window.findChild<QTimer *>(u"tmrShow"_s)->start(0);
         QTRY_VERIFY(window.isEnabled());
+    }
+    void goOnLine()
+    {
+        comeToLife();
+        QTRY_COMPARE(panel(5), onLine);
     }
     void pass(int seconds)
     {
@@ -103,7 +108,3 @@ struct Desk {
                     }};
     MDIForm1 window{program, used};
 };
-
-const char *const onLine = "MULTIPROTOCOL INTERFACE ON LINE";
-const char *const offLine = "MULTIPROTOCOL INTERFACE NOT ON LINE";
-const char *const noPort = "THE CONFIGURED SERIAL PORT IS NOT AVAILABLE";

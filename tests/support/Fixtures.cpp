@@ -88,6 +88,14 @@ void TestFolder::addEvents(const QString &day, const QList<QStringList> &events)
         events);
 }
 
+Database TestFolder::hold(QStringView archive, const QByteArray &sql)
+{
+    Result<Database> database = archives.open(archive, Database::Use::Safe);
+    if (!database || !database.value().execute(sql))
+        qFatal("%s", sql.constData());
+    return std::move(database.value());
+}
+
 QStringList TestFolder::rows(QStringView archive, const QString &statement)
 {
     const auto fault = [](const Fault &f) { return QStringList{u"FAULT %1"_s.arg(int(f.code))}; };

@@ -156,6 +156,10 @@ public:
     /// Puts events "Codice Tipo Canale AbCh KorDis Ora" into the archive of a day, which is made when it is not there.
     /// @param day  "dd-mm-yyyy"
     void addEvents(const QString &day, const QList<QStringList> &events);
+    /// Changes an archive, as another program would.
+    void execute(QStringView archive, const QByteArray &sql) { (void)hold(archive, sql); }
+    /// The same with what stays open, and keeps others out, as long as the result lives.
+    Database hold(QStringView archive, const QByteArray &sql = "BEGIN EXCLUSIVE");
     /// All rows of a statement on one archive, fields joined by "|"; a fault reads as "FAULT <code>".
     QStringList rows(QStringView archive, const QString &statement);
 };

@@ -9,16 +9,12 @@
 #include <thread>
 #include <unistd.h>
 
-/// Something else in the place of one of the standard files, for as long as this lives.
+/// Another file in the place of one of the standard files, for as long as this lives.
 class Redirected
 {
 public:
     Redirected(int file, int by) : m_file(file), m_before(::dup(file)) { ::dup2(by, file); }
-    ~Redirected()
-    {
-        ::dup2(m_before, m_file);
-        ::close(m_before);
-    }
+    ~Redirected() { ::close((::dup2(m_before, m_file), m_before)); }
     Redirected(const Redirected &) = delete;
     Redirected &operator=(const Redirected &) = delete;
 
@@ -31,15 +27,13 @@ private:
 class Typist
 {
 public:
-    Typist(const QByteArray &first, const QByteArray &second)
-        : m_input(STDIN_FILENO, m_keyboard), m_person([this, first, second] {
-              for (QByteArray line = first; !m_end;) {
-                  if (!echoes() && ::write(m_terminal, line.constData(), std::size_t(line.size())) > 0)
-                      line = second;
-                  std::this_thread::sleep_for(std::chrono::milliseconds(20));
-              }
-          })
+    Typist(const QByteArray &first, const QByteArray &second) : m_input(STDIN_FILENO, m_keyboard)
     {
+        m_person = std::thread([this, first, second] {
+            for (QByteArray line = first; !m_end; std::this_thread::sleep_for(std::chrono::milliseconds(20)))
+                if (!echoes() && ::write(m_terminal, line.constData(), std::size_t(line.size())) > 0)
+                    line = second;
+        });
     }
     ~Typist()
     {
@@ -49,14 +43,7 @@ public:
         ::close(m_terminal);
     }
 
-    /// What the terminal has shown.
-    QByteArray seen() const
-    {
-        QByteArray shown(4096, '\0');
-        ::fcntl(m_terminal, F_SETFL, O_NONBLOCK);
-        shown.truncate(qMax<qsizetype>(0, ::read(m_terminal, shown.data(), std::size_t(shown.size()))));
-        return shown;
-    }
+    int terminal() const { return m_terminal; }
     bool echoes() const
     {
         termios state{};

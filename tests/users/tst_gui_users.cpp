@@ -1,15 +1,8 @@
 #include "archives/Tables.h"
-#include "support/FakeMessages.h"
-#include "support/Fixtures.h"
 #include "support/RecordingVfs.h"
+#include "support/Windows.h"
 #include "users/frmLstUtenti.h"
 #include "widgets/UserCombo.h"
-
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTableView>
 
 #include <sqlite3.h>
 
@@ -19,12 +12,11 @@ const QString lost = u"Question: Attention: all changes will be cancelled!\r\nCo
 const QString toSave = u"Question: Save the changes  to the user list?"_s;
 
 /// The register of three users, two of whom have the same code, with English texts.
-struct Desk {
+struct Desk : Office {
     explicit Desk(int protocol = 3, const QList<QStringList> &users = {{u"5"_s, u"TX"_s, u"Rossi"_s, u"Ada"_s},
                                                                        {u"5"_s, u"DKS"_s, u"Neri"_s},
                                                                        {u"70005"_s, u"TX"_s, u"Verdi"_s, u"Bea"_s}})
     {
-        texts.fill(2);
         test.addUsers(users);
         open(protocol);
         if (!QTest::qWaitFor([this] { return window->isEnabled(); }))
@@ -116,9 +108,6 @@ struct Desk {
         return test.rows(archive, u"SELECT Codice, Tipo, Cognome FROM Utenti ORDER BY Codice"_s).join(u',');
     }
 
-    TestFolder test;
-    Texts texts;
-    FakeMessages messages;
     EventRoad::ReceivedCode received;
     QString closed;
     QPointer<frmLstUtenti> window;

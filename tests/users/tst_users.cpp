@@ -6,8 +6,6 @@
 #include "users/RunEntry.h"
 #include "users/UserRegister.h"
 
-#include <QRandomGenerator>
-
 namespace {
 
 constexpr auto TX = CodeType::Transmitter;
@@ -75,7 +73,6 @@ private Q_SLOTS:
     void typing();
     void passwordsSurvive();
     void duplicates();
-    void stopped();
 };
 
 /// With the same code as a transmitter and as a keypad code, each change acts on its own row.
@@ -187,50 +184,32 @@ void TestUsers::passwordsSurvive()
             passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
     // Those that cannot be read are not put back to what they were: nothing is saved, and the work stays.
     QVERIFY(desk.edited.add(u"6"_s, TX).ok());
-    const auto execute = [&desk](const char *sql) {
-        return desk.test.archives.open(ArchiveName::Users, Database::Use::Safe).value().execute(sql).ok();
-    };
-    QVERIFY(execute("CREATE TABLE Aside AS SELECT * FROM Password; DELETE FROM Password"));
+    desk.test.execute(ArchiveName::Users, "CREATE TABLE Aside AS SELECT * FROM Password; DELETE FROM Password");
     const Result<void> refused = desk.edited.save();
     QVERIFY(!refused && refused.fault().code == FaultCode::Damaged && desk.edited.isChanged());
     QCOMPARE(desk.stored().size(), 1);
-    QVERIFY(execute("INSERT INTO Password SELECT * FROM Aside; DROP TABLE Aside") && desk.edited.save().ok());
+    desk.test.execute(ArchiveName::Users, "INSERT INTO Password SELECT * FROM Aside; DROP TABLE Aside");
+    QVERIFY(desk.edited.save().ok());
     QVERIFY(passwords.load() == Passwords::Fault::None && passwords.matches(Passwords::Type::Main, u"apriti"_s));
     QCOMPARE(desk.stored().size(), 2);
 }
 
-/// Random registers against a plain grouping; the whole file byte for byte.
+/// The whole file byte for byte; without duplicates there is none, and one that was there goes.
 void TestUsers::duplicates()
 {
-    QRandomGenerator random(7);
-    for (int round = 0; round < 25; ++round) {
-        Desk desk({});
-        QMap<QString, QStringList> groups;
-        Result<Database> database = desk.test.archives.open(ArchiveName::Users, Database::Use::ThrowAway);
-        for (quint32 i = random.bounded(30U); i > 0; --i) {
-            const QString code = QString::number(random.bounded(1, 40));
-            const QString truncated =
-                code.toInt() % 5 == 0 ? QString() : QString::number(code.toInt() % 17).rightJustified(5, u'0');
-            QVERIFY(database.value()
-                        .execute("INSERT INTO Utenti (Codice, CodTronc) VALUES ('" + code.toUtf8() + "','" +
-                                 truncated.toUtf8() + "')")
-                        .ok());
-            if (!truncated.isEmpty())
-                groups[truncated].append(code);
-        }
-        QByteArray expected;
-        for (auto [truncated, codes] = std::pair(groups.keyBegin(), groups.begin()); codes != groups.end();
-             ++truncated, ++codes) {
-            codes->sort();
-            for (const QString &code : codes->size() > 1 ? *codes : QStringList())
-                expected +=
-                    code.rightJustified(20).toLatin1() + " |" + truncated->rightJustified(20).toLatin1() + "\r\n";
-        }
-        if (!expected.isEmpty())
-            expected = "  TATS\xC4"
-                       "CHLICHER CODE |     CODICE TRONCATO\r\n" +
-                       QByteArray(42, '\xAD') + "\r\n" + expected;
-        QVERIFY(desk.edited.open().ok());
+    const QByteArray heading = "  TATS\xC4"
+                               "CHLICHER CODE |     CODICE TRONCATO\r\n" +
+                               QByteArray(42, '\xAD') + "\r\n";
+    QByteArray found = heading;
+    for (const auto &[code, truncated] :
+         {std::pair("1048585", "00009"), {"9", "00009"}, {"10", "0000A"}, {"1048586", "0000A"}, {"2097162", "0000A"}})
+        found += QByteArray(code).rightJustified(20) + " |" + QByteArray(truncated).rightJustified(20) + "\r\n";
+    for (const auto &[users, expected] : {std::pair(u"9 TX,2097162 TX,7 DKS"_s, QByteArray()),
+                                          {u"1048586 TX,9 TX,2097162 TX,7 DKS,10 DKS,1048585 TX"_s, found}}) {
+        Desk desk(users, 15);
+        const auto run = desk.edited.truncatedCodes();
+        runThrough(*run);
+        desk.edited.truncatedCodesEnded(*run);
         desk.test.write(u"RepDoppioni.txt"_s, "of an earlier run");
         DuplicateReport report(desk.edited.all(), desk.test.folder, u"Tats\u00E4chlicher Code"_s, u"Codice Troncato"_s);
         QCOMPARE(runThrough(report), qMax<qint64>(1, report.progress().count));
@@ -244,34 +223,6 @@ void TestUsers::duplicates()
         QVERIFY(!stopped.step(QDeadlineTimer(QDeadlineTimer::Forever)).ok());
         QCOMPARE(desk.test.read(u"RepDoppioni.txt"_s), expected);
     }
-}
-
-/// At each step of a second save in turn the power is cut, or only the disk fails: the register is the old or the new
-/// one, the backup the first or the second, and a program that lives on still has the work.
-void TestUsers::stopped()
-{
-    const QStringList first = {u"1|TX|||"_s}, second = {u"1|TX|Neri||"_s}, third = {u"1|TX|Verdi||"_s};
-    int steps = 0;
-    for (bool isWhole = false; !isWhole; ++steps) {
-        Desk desk(u"1 TX"_s);
-        QVERIFY(desk.edited.setText(0, u"Cognome"_s, u"Neri"_s).ok() && desk.edited.save().ok());
-        QCOMPARE(desk.stored(ArchiveName::UsersBackup), first);
-        QVERIFY(desk.edited.open().ok() && desk.edited.setText(0, u"Cognome"_s, u"Verdi"_s).ok());
-        desk.test.disk.steps.clear();
-        desk.test.disk.stopAt = steps;
-        const Result<void> saved = desk.edited.save();
-        isWhole = desk.test.disk.steps.size() < steps;
-        const QStringList &made = desk.test.disk.steps;
-        QCOMPARE(desk.stored(), made.contains(u"rename Anagrafico.zeb"_s) ? third : second);
-        QCOMPARE(desk.stored(ArchiveName::UsersBackup), made.contains(u"rename AnaBack.zeb"_s) ? second : first);
-        QVERIFY(saved.ok() || desk.edited.isChanged());
-        desk.test.disk.stopAt = -1;
-        if (!saved)
-            QVERIFY(desk.shown() == u"[1 TX Verdi]"_s && desk.edited.save().ok());
-        QCOMPARE(desk.stored(), third);
-        QCOMPARE(desk.test.files(u"Archivi"_s).filter(QRegularExpression(u"part|-"_s)), QStringList());
-    }
-    QVERIFY(steps >= 10);
 }
 
 QTEST_GUILESS_MAIN(TestUsers)
