@@ -114,7 +114,7 @@ private Q_SLOTS:
     {
         TestFolder test;
         test.addUsers({listOf("1,TX"), listOf("2,TX"), listOf("3,TX")});
-        Database database = std::move(test.archives.open(ArchiveName::Users, Database::Use::Safe).value());
+        Database database = test.hold(ArchiveName::Users, "SELECT 1");
         const QString sql = u"SELECT Codice FROM Utenti WHERE Codice <> ? AND rowid < ? ORDER BY rowid"_s;
         QStringList seen;
         const auto see = [&seen](const Statement &row) { seen.append(row.text(0)); };
@@ -130,10 +130,9 @@ private Q_SLOTS:
             return Fault{FaultCode::TooLarge, row.text(0)};
         };
         QCOMPARE(database.each(sql, {QString(), qint64{9}}, refuse).fault().subject, u"1"_s);
-        Database other = std::move(test.archives.open(ArchiveName::Users, Database::Use::Safe).value());
         QVERIFY(database.execute(u"UPDATE Utenti SET Nome = ? WHERE rowid = ?"_s, {u"O'Hara"_s, qint64{3}}).ok());
         QCOMPARE(test.rows(ArchiveName::Users, u"SELECT Nome FROM Utenti"_s).join(u','), u",,O'Hara"_s);
-        QVERIFY(other.execute("BEGIN EXCLUSIVE").ok());
+        const Database other = test.hold(ArchiveName::Users);
         QCOMPARE(database.each(sql, {QString(), qint64{9}}, see).fault().code, FaultCode::Locked);
     }
 

@@ -48,27 +48,6 @@ private Q_SLOTS:
             QCOMPARE(truncatedCode(u"251658239"_s, carriesAll), QString());
     }
 
-    void protocols_data()
-    {
-        const Rows<QList<int>> row("expected"); // site code and channel information 00, 01, 10, 11
-        row("WIEGAND 26 BIT", {1, 1, 4, 3});
-        row("WIEGAND 37 BIT HID", {5, 6, 8, 7});
-        row("WIEGAND 37 BIT HID D10302", {9, 10, 9, 10});
-        row("WIEGAND 50 BIT", {11, 12, 11, 12});
-        row("TOLMAR", {13, 13, 13, 13});
-        row("ISO2", {14, 14, 14, 14});
-        row("RS_C", {15, 15, 15, 15});
-        row("wiegand 26 bit", {0, 0, 0, 0});
-        row("ISO2 ", {0, 0, 0, 0});
-    }
-    void protocols()
-    {
-        const QString name = tag();
-        const QList<int> codes = {protocolCode(name, 0, 0), protocolCode(name, 0, 1), protocolCode(name, 1, 0),
-                                  protocolCode(name, 1, 1)};
-        QTEST(codes, "expected");
-    }
-
     void entries_data()
     {
         const Rows<CodeType, EntryFault, QString> row("type", "fault", "code");

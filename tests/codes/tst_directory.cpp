@@ -41,86 +41,83 @@ class TestDirectory : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void lookUp();
-    void faults_data();
-    void faults();
-};
-
-/// The same whether it is read at once or in turns of one user each.
-void TestDirectory::lookUp()
-{
-    TestFolder test;
-    fill(test);
-    for (const bool inTurns : {false, true}) {
-        QVERIFY(!test.archives.exists(copyName));
-        UserDirectory users(test.archives, copyName,
-                            inTurns ? UserDirectory::Copy::Kept : UserDirectory::Copy::Removed);
-        if (inTurns) {
-            QVERIFY(users.begin().ok());
-            int turns = 1;
-            for (; !users.step(QDeadlineTimer(0)).value(); ++turns)
-                QVERIFY(!users.isKnown() && !users.contains(u"5"_s));
-            QVERIFY(turns >= users.users().size());
-        } else {
-            QVERIFY(users.open().ok());
+    /// The same whether it is read at once or in turns of one user each.
+    void lookUp()
+    {
+        TestFolder test;
+        fill(test);
+        for (const bool inTurns : {false, true}) {
+            QVERIFY(!test.archives.exists(copyName));
+            UserDirectory users(test.archives, copyName,
+                                inTurns ? UserDirectory::Copy::Kept : UserDirectory::Copy::Removed);
+            if (inTurns) {
+                QVERIFY(users.begin().ok());
+                int turns = 1;
+                for (; !users.step(QDeadlineTimer(0)).value(); ++turns)
+                    QVERIFY(!users.isKnown() && !users.contains(u"5"_s));
+                QVERIFY(turns >= users.users().size());
+            } else {
+                QVERIFY(users.open().ok());
+            }
+            QVERIFY(users.isKnown() && test.archives.exists(copyName));
+            QCOMPARE(nameOf(users.find(u"7"_s, u"TX"_s)) + nameOf(users.find(u"7"_s, u"DKS"_s)),
+                     u"rossi/BeaRossi/Ada"_s);
+            QCOMPARE(nameOf(users.find(u"5"_s, u"TX"_s)) + nameOf(users.find(u"5"_s, {})), u"/Ada-"_s);
+            QCOMPARE(nameOf(users.findCode(u"7"_s)) + nameOf(users.findCode(u"5"_s)), u"rossi/BeaNeri/Ada"_s);
+            QCOMPARE(users.nearest(u"5"_s, u"??"_s).Cognome + users.nearest(u"7"_s, u"DKS"_s).Cognome, u"NeriRossi"_s);
+            QVERIFY(!users.findCode(u"6"_s) && !users.contains(u"6"_s) &&
+                    users.nearest(u"6"_s, u"TX"_s).Nome.isEmpty());
+            QCOMPARE(names(users, &User::Cognome), listOf("5 DKS,7 TX,7 DKS"));
+            QCOMPARE(names(users, &User::Nome), listOf("5 DKS,5 TX,7 DKS,7 TX"));
+            users.forget();
+            QVERIFY(!users.isKnown() && users.contains(u"5"_s));
         }
-        QVERIFY(users.isKnown() && test.archives.exists(copyName));
-        QCOMPARE(nameOf(users.find(u"7"_s, u"TX"_s)) + nameOf(users.find(u"7"_s, u"DKS"_s)), u"rossi/BeaRossi/Ada"_s);
-        QCOMPARE(nameOf(users.find(u"5"_s, u"TX"_s)) + nameOf(users.find(u"5"_s, {})), u"/Ada-"_s);
-        QCOMPARE(nameOf(users.findCode(u"7"_s)) + nameOf(users.findCode(u"5"_s)), u"rossi/BeaNeri/Ada"_s);
-        QCOMPARE(users.nearest(u"5"_s, u"??"_s).Cognome + users.nearest(u"7"_s, u"DKS"_s).Cognome, u"NeriRossi"_s);
-        QVERIFY(!users.findCode(u"6"_s) && !users.contains(u"6"_s) && users.nearest(u"6"_s, u"TX"_s).Nome.isEmpty());
-        QCOMPARE(names(users, &User::Cognome), listOf("5 DKS,7 TX,7 DKS"));
-        QCOMPARE(names(users, &User::Nome), listOf("5 DKS,5 TX,7 DKS,7 TX"));
-        users.forget();
-        QVERIFY(!users.isKnown() && users.contains(u"5"_s));
+        QVERIFY(test.archives.exists(copyName));
     }
-    QVERIFY(test.archives.exists(copyName));
-}
 
-void TestDirectory::faults_data()
-{
-    const Rows<QString, int, int> row("what", "fault", "users");
-    row("no room for a copy", u"disk"_s, -1, 4);
-    row("the copy is damaged", u"copy"_s, -1, 4);
-    row("the register is", u"register"_s, static_cast<int>(FaultCode::Damaged), 1);
-    row("there is none", u"missing"_s, static_cast<int>(FaultCode::NotFound), 1);
-    row("another program changes it", u"locked"_s, static_cast<int>(FaultCode::Locked), 1);
-}
-
-/// The users known before stay, and what is told is the fault of the register, not of its copy.
-void TestDirectory::faults()
-{
-    QFETCH(QString, what);
-    TestFolder test;
-    test.addUsers({listOf("1,TX,Verdi")});
-    UserDirectory users(test.archives, copyName);
-    QVERIFY(users.open().ok());
-    QVERIFY(test.archives.remove(ArchiveName::Users).ok());
-    fill(test);
-    Result<Database> other = test.archives.open(ArchiveName::Users, Database::Use::Safe);
-    if (what == u"disk")
-        test.disk.stopAt = 0;
-    else if (what == u"register")
-        test.write(u"Archivi/Anagrafico.zeb"_s, QByteArray(8192, 'x'));
-    else if (what == u"missing")
+    void faults_data()
+    {
+        const Rows<QString, int, int> row("what", "fault", "users");
+        row("no room for a copy", u"disk"_s, -1, 4);
+        row("the copy is damaged", u"copy"_s, -1, 4);
+        row("the register is", u"register"_s, static_cast<int>(FaultCode::Damaged), 1);
+        row("there is none", u"missing"_s, static_cast<int>(FaultCode::NotFound), 1);
+        row("another program changes it", u"locked"_s, static_cast<int>(FaultCode::Locked), 1);
+    }
+    /// The users known before stay, and what is told is the fault of the register, not of its copy.
+    void faults()
+    {
+        QFETCH(QString, what);
+        TestFolder test;
+        test.addUsers({listOf("1,TX,Verdi")});
+        UserDirectory users(test.archives, copyName);
+        QVERIFY(users.open().ok());
         QVERIFY(test.archives.remove(ArchiveName::Users).ok());
-    else if (what == u"locked")
-        QVERIFY(other.value().execute("BEGIN EXCLUSIVE; DELETE FROM Utenti").ok());
-    Result<void> read = users.begin();
-    if (what == u"copy") {
-        Result<Database> copy = test.archives.open(copyName, Database::Use::ThrowAway);
-        QVERIFY(copy.value().execute("DROP TABLE Utenti").ok());
+        fill(test);
+        Result<Database> other = test.archives.open(ArchiveName::Users, Database::Use::Safe);
+        if (what == u"disk")
+            test.disk.stopAt = 0;
+        else if (what == u"register")
+            test.write(u"Archivi/Anagrafico.zeb"_s, QByteArray(8192, 'x'));
+        else if (what == u"missing")
+            QVERIFY(test.archives.remove(ArchiveName::Users).ok());
+        else if (what == u"locked")
+            QVERIFY(other.value().execute("BEGIN EXCLUSIVE; DELETE FROM Utenti").ok());
+        Result<void> read = users.begin();
+        if (what == u"copy") {
+            Result<Database> copy = test.archives.open(copyName, Database::Use::ThrowAway);
+            QVERIFY(copy.value().execute("DROP TABLE Utenti").ok());
+        }
+        Result<bool> isRead = read ? Result<bool>(false) : Result<bool>(read.fault());
+        while (isRead && !isRead.value())
+            isRead = users.step(QDeadlineTimer(0));
+        QTEST(isRead ? -1 : static_cast<int>(isRead.fault().code), "fault");
+        if (!isRead)
+            QCOMPARE(isRead.fault().subject, test.folder.path(u"Archivi/Anagrafico.zeb"_s));
+        QTEST(static_cast<int>(users.users().size()), "users");
+        QVERIFY(users.isKnown() && users.step(QDeadlineTimer(0)).fault().code == FaultCode::NotOpen);
     }
-    Result<bool> isRead = read ? Result<bool>(false) : Result<bool>(read.fault());
-    while (isRead && !isRead.value())
-        isRead = users.step(QDeadlineTimer(0));
-    QTEST(isRead ? -1 : static_cast<int>(isRead.fault().code), "fault");
-    if (!isRead)
-        QCOMPARE(isRead.fault().subject, test.folder.path(u"Archivi/Anagrafico.zeb"_s));
-    QTEST(static_cast<int>(users.users().size()), "users");
-    QVERIFY(users.isKnown() && users.step(QDeadlineTimer(0)).fault().code == FaultCode::NotOpen);
-}
+};
 
 QTEST_GUILESS_MAIN(TestDirectory)
 #include "tst_directory.moc"

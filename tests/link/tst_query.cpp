@@ -95,7 +95,6 @@ private Q_SLOTS:
         row("no blank behind the list", "WIEGAND 26 BIT CH:1234", version, u"-1|0||||0|0|0|VERSIONE 1.4"_s);
         row("list at the front", "CH:1 ", "", u"|0|DISABLE|1|OFF|0|1|1|--"_s);
     }
-
     void replies()
     {
         QFETCH(QByteArray, second);
@@ -122,7 +121,6 @@ private Q_SLOTS:
         row("third line cut", {banner + line2 + "VERSIONE 1"}, 1, u"WIEGAND 26 BIT|1"_s);
         row("empty second line", {banner + "\r" + line3}, 1, u"-1|VERSIONE 1.4"_s);
     }
-
     void attempts()
     {
         QFETCH(QList<QByteArray>, attempts);
@@ -152,7 +150,6 @@ private Q_SLOTS:
         row("late after silence", {}, {{}, {}, {}}, answer + one, one);
         row("half an answer", "xyz", {answer}, one, one);
     }
-
     void recordsAmongTheReply()
     {
         QFETCH(QByteArray, before);
@@ -225,23 +222,6 @@ private Q_SLOTS:
         line.serial.receive("\r\n" + one + two);
         line.pass(1000, 3);
         QTRY_COMPARE(stored.size(), 2);
-    }
-
-    void pulledOutPort()
-    {
-        TestLine line;
-        QSignalSpy lost(&line.link, &LinkMonitor::portLost);
-        QSignalSpy ended(&line.link, &LinkMonitor::queryEnded);
-        QSignalSpy stored(&line.log, &EventLog::stored);
-        line.link.ApriCollegamento();
-        line.interface.write(one + two.left(8));
-        QTRY_COMPARE(line.received, QByteArray("&IC"));
-        line.interface.close();
-        QTRY_COMPARE(lost.size(), 1);
-        QVERIFY(!line.serial.portOpen());
-        QCOMPARE(line.link.link(), LinkMonitor::Link::PortNotAvailable);
-        QCOMPARE(ended.size(), 1);
-        QCOMPARE(stored.size(), 1);
     }
 };
 

@@ -74,19 +74,14 @@ private Q_SLOTS:
             QFile::link(share.folder.path(u"kept"_s), share.folder.path(planted));
         QDir(test.directory.path()).mkdir(u"folder"_s);
         QCOMPARE(::mkfifo(QFile::encodeName(test.directory.filePath(u"pipe"_s)).constData(), 0600), 0);
-        const auto says = [&](const char *name) {
-            return fault(save(test, test.directory.filePath(QString::fromLatin1(name))));
-        };
-        QCOMPARE(says("file"), -1);
-        QCOMPARE(says("link"), -1);
+        QList<int> says;
+        for (const QString &name : listOf("file,link,lost,pipe,folder,none/file"))
+            says.append(fault(save(test, test.directory.filePath(name))));
+        const int none = int(FaultCode::NotFound), noFile = int(FaultCode::NotRegularFile);
+        QCOMPARE(says, QList({-1, -1, none, noFile, noFile, none}));
         QVERIFY(QFileInfo(test.folder.path(u"link"_s)).isSymLink());
-        QCOMPARE(share.read(u"far"_s), "new");
-        QCOMPARE(share.read(u"kept"_s), "kept");
-        QCOMPARE(says("lost"), int(FaultCode::NotFound));
+        QCOMPARE(share.read(u"far"_s) + share.read(u"kept"_s), "newkept");
         QCOMPARE(test.folder.lostTarget(u"lost"_s), share.folder.path(u"none"_s));
-        QCOMPARE(says("pipe"), int(FaultCode::NotRegularFile));
-        QCOMPARE(says("folder"), int(FaultCode::NotRegularFile));
-        QCOMPARE(says("none/file"), int(FaultCode::NotFound));
         QVERIFY(test.folder.fileToOpen(u"pipe"_s).isEmpty() && test.folder.fileToOpen(u"folder"_s).isEmpty());
     }
 
@@ -107,8 +102,7 @@ private Q_SLOTS:
         QVERIFY(file.create().ok() && file.write(QByteArray(3 << 20, 'x')) > 0 && file.seek(1) && file.write("y") == 1);
         while (!file.settle()) {
         }
-        QVERIFY(file.commit().ok());
-        QCOMPARE(test.read(u"target"_s), "xy" + QByteArray((3 << 20) - 2, 'x'));
+        QVERIFY(file.commit().ok() && test.read(u"target"_s) == "xy" + QByteArray((3 << 20) - 2, 'x'));
         struct stat status = {};
         QCOMPARE(::stat(QFile::encodeName(path).constData(), &status), 0);
         QCOMPARE(status.st_mode & ALLPERMS, 0640U);
@@ -132,17 +126,16 @@ private Q_SLOTS:
     void oneProgramHoldsAFolder()
     {
         const BareFolder test, other;
-        QVERIFY(QFile::link(test.directory.path(), other.folder.path(u"link"_s)));
+        const QString link = other.folder.path(u"link"_s);
+        QVERIFY(QFile::link(test.directory.path(), link));
         FolderLock second;
         {
             FolderLock first;
-            QCOMPARE(fault(first.take(test.directory.path())), -1);
-            QCOMPARE(fault(first.take(other.directory.path())), -1);
-            QCOMPARE(fault(second.take(other.folder.path(u"link"_s))), int(FaultCode::AlreadyInUse));
+            QVERIFY(first.take(test.directory.path()) && first.take(other.directory.path()));
+            QCOMPARE(fault(second.take(link)), int(FaultCode::AlreadyInUse));
         }
-        QCOMPARE(fault(second.take(other.folder.path(u"link"_s))), -1);
+        QCOMPARE(fault(second.take(link)), -1);
         QCOMPARE(fault(second.take(other.folder.path(u"none"_s))), int(FaultCode::NotFound));
-        QCOMPARE(test.files() + other.files(), listOf("link").mid(1)); // nothing is left in them
     }
 };
 

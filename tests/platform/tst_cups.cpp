@@ -1,12 +1,7 @@
-#include "events/TextReport.h"
-#include "startup/CurrentPrinter.h"
-#include "support/FakeMessages.h"
+#include "platform/Printers.h"
 #include "support/Fixtures.h"
-#include "widgets/ChildWindow.h"
-#include "widgets/Printing.h"
 
-#include <QPdfDocument>
-#include <QPdfSelection>
+#include <QDir>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -30,8 +25,8 @@ constexpr auto driver = R"PPD(*PPD-Adobe: "4.3"
 
 } // namespace
 
-/// Prints through a print system of its own, whose printer keeps what it is sent in a file.
-class TestGuiCups : public QObject
+/// A print system of its own, whose printer keeps what it is sent in a file.
+class TestCups : public QObject
 {
     Q_OBJECT
 
@@ -42,7 +37,7 @@ private Q_SLOTS:
         const QString helper = u"/usr/lib/cups/daemon/cups-exec"_s;
         if (cupsd.isEmpty() || !QFile::exists(helper))
             QSKIP("the print system (package cups-daemon) is not installed");
-        TestFolder test;
+        const BareFolder test;
         const QString here = test.directory.path(), paper = here + u"/paper.pdf"_s;
         const QByteArray folder = QFile::encodeName(here);
         // The scheduler gives root's rights up for its filters, and wants to be told for whom.
@@ -80,48 +75,29 @@ private Q_SLOTS:
             QFAIL(scheduler.readAll());
         QCOMPARE(printers.listAtOnce().names, listOf("closed,paper"));
 
-        Settings settings(test.folder, printers);
-        Notices notices;
-        CurrentPrinter printer(settings, printers, notices);
-        QVERIFY(settings.CreaImpostazioni(2).ok());
-        Texts texts;
-        texts.fill(2);
-        FakeMessages messages;
-        ChildWindow window(u"window"_s);
-        window.setAttribute(Qt::WA_DeleteOnClose, false);
-        Printing printing(&window, printer, texts, messages);
-        const auto print = [&](int index) {
-            bool hasEnded = false;
-            const auto ended = [&] { hasEnded = true; };
-            if (!printer.choose(index))
-                return;
-            printing.findPrinter(
-                [&] { printing.print(std::make_unique<TextReport>(QStringList{u"Perch\u00E9"_s}), u"title"_s, ended); },
-                ended);
-            QTRY_VERIFY(hasEnded);
+        const PrintSystem &system = *printers.system();
+        test.write(u"document"_s, "%PDF-1.4 Perch\xE9");
+        const auto send = [&](const QString &printer) {
+            const Result<void> sent = system.send(printer, test.folder.path(u"document"_s), u"title"_s);
+            return sent ? -1 : int(sent.fault().code);
         };
-        print(1);
-        QPdfDocument document;
-        QTRY_COMPARE(document.load(paper), QPdfDocument::Error::None);
-        QCOMPARE(document.getAllText(0).text().trimmed(), u"Perch\u00E9"_s);
+        QCOMPARE(send(u"paper"_s), -1);
+        QTRY_COMPARE(test.read(u"paper.pdf"_s), test.read(u"document"_s));
         // The paper of the printer and its margins, which the driver tells in points.
-        QCOMPARE(document.pagePointSize(0).toSize(), QSize(420, 595));
         const auto points = [](double millimetres) { return qRound(millimetres / 25.4 * 72); };
-        const QMarginsF margins = printers.system()->paper(u"paper"_s).value().margins;
-        QCOMPARE(
-            QMargins(points(margins.left()), points(margins.top()), points(margins.right()), points(margins.bottom())),
-            QMargins(20, 40, 10, 30));
-        QCOMPARE(printers.system()->paper(u"closed"_s).value().size, QSizeF(210, 297));
-        print(0);
-        QTRY_VERIFY(!notices.isEmpty());
-        QCOMPARE(takeNotices(notices), QStringList{u"Printing on 'closed' is not possible: access denied"_s});
+        const Paper a5 = system.paper(u"paper"_s).value();
+        QCOMPARE(QSize(points(a5.size.width()), points(a5.size.height())), QSize(420, 595));
+        QCOMPARE(QMargins(points(a5.margins.left()), points(a5.margins.top()), points(a5.margins.right()),
+                          points(a5.margins.bottom())),
+                 QMargins(20, 40, 10, 30));
+        QCOMPARE(system.paper(u"closed"_s).value().size, QSizeF(210, 297));
+        QCOMPARE(send(u"closed"_s), int(FaultCode::AccessDenied));
+        QCOMPARE(send(u"none"_s), int(FaultCode::NotFound));
         scheduler.terminate();
         QVERIFY(scheduler.waitForFinished());
-        print(0);
-        QVERIFY(!printers.system()->send(u"paper"_s, paper, {}).ok());
-        QCOMPARE(messages.take(), QStringList{u"Information: No Printer installed"_s});
+        QVERIFY(printers.listAtOnce().names.isEmpty() && send(u"paper"_s) >= 0);
     }
 };
 
-QTEST_MAIN(TestGuiCups)
-#include "tst_gui_cups.moc"
+QTEST_GUILESS_MAIN(TestCups)
+#include "tst_cups.moc"
