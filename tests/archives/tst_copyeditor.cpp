@@ -1,5 +1,4 @@
 #include "archives/CopyEditor.h"
-#include "archives/Tables.h"
 #include "support/Fixtures.h"
 
 namespace {
@@ -39,43 +38,22 @@ class TestCopyEditor : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void rows()
-    {
-        Desk desk;
-        desk.editor.set().moveTo(1);
-        QVERIFY(desk.editor.contains({{u"Codice"_s, u"3"_s}}) && !desk.editor.contains({{u"Codice"_s, u"4"_s}}));
-        QCOMPARE(desk.editor.set().position(), 1);
-        QVERIFY(!desk.editor.isChanged() && desk.editor.edit({{u"Note"_s, u"x"_s}}).ok() && desk.editor.isChanged());
-        QVERIFY(desk.editor.set().findFirst({{u"Codice"_s, u"3"_s}}) && desk.editor.remove().ok());
-        QVERIFY(desk.editor.add({{u"Codice"_s, u"0"_s}}).ok() && desk.editor.requery().ok());
-        QCOMPARE(desk.editor.set().value(u"Codice"_s), u"0"_s);
-        QCOMPARE(desk.stored(), old);
-        QVERIFY(desk.editor.save().ok());
-        QCOMPARE(desk.stored(), (QStringList{u"0|"_s, u"1|"_s, u"2|x"_s}));
-        QCOMPARE(desk.copies(), QStringList());
-        QCOMPARE(fault(desk.editor.save()), int(FaultCode::NotOpen));
-    }
-
     /// A copy that was left is no obstacle; the archive can be one, and stays as it is.
     void opened()
     {
-        const QList<std::pair<QString, int>> cases = {
-            {{}, -1},
-            {u"missing"_s, int(FaultCode::NotFound)},
-            {u"damaged"_s, int(FaultCode::Damaged)},
-            {u"another's"_s, int(FaultCode::Damaged)},
-            {u"locked"_s, int(FaultCode::Locked)},
-            {u"disk"_s, int(FaultCode::InputOutput)},
-        };
-        for (const auto &[what, code] : cases) {
+        for (const auto &[what, code] : {std::pair(QString(), -1),
+                                         {u"missing"_s, int(FaultCode::NotFound)},
+                                         {u"damaged"_s, int(FaultCode::Damaged)},
+                                         {u"another's"_s, int(FaultCode::Damaged)},
+                                         {u"locked"_s, int(FaultCode::Locked)},
+                                         {u"disk"_s, int(FaultCode::InputOutput)}}) {
             Desk desk;
             desk.editor.discard();
             for (const char *side : {"", "-wal", "-journal", "-shm"})
                 desk.test.write(u"Archivi/Anatmp.$$$"_s + QLatin1String(side), "left by a program that was cut off");
-            Result<Database> other = desk.test.archives.open(ArchiveName::Users, Database::Use::Safe);
-            if (what == u"locked")
-                QVERIFY(other.value().execute("BEGIN EXCLUSIVE").ok());
-            else if (what == u"missing")
+            const Database other =
+                desk.test.hold(ArchiveName::Users, what == u"locked" ? "BEGIN EXCLUSIVE" : "SELECT 1");
+            if (what == u"missing")
                 QVERIFY(desk.test.archives.remove(ArchiveName::Users).ok());
             else if (what == u"damaged")
                 desk.test.write(u"Archivi/Anagrafico.zeb"_s, QByteArray(8192, 'x'));
@@ -111,7 +89,7 @@ private Q_SLOTS:
             const Result<void> saved = desk.editor.save();
             isWhole = desk.test.disk.steps.size() < steps;
             const bool isReplaced = desk.test.disk.steps.contains(u"rename Anagrafico.zeb"_s);
-            QCOMPARE(desk.stored(), isReplaced ? (QStringList{u"1|"_s, u"2|"_s, u"3|x"_s}) : old);
+            QCOMPARE(desk.stored(), isReplaced ? (listOf("1|,2|,3|x")) : old);
             const bool isBackedUp = desk.test.disk.steps.contains(u"rename AnaBack.zeb"_s);
             QCOMPARE(desk.stored(ArchiveName::UsersBackup), isBackedUp ? old : QStringList());
             QVERIFY(isReplaced ? isBackedUp : !saved);

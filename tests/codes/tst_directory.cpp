@@ -1,4 +1,3 @@
-#include "archives/Tables.h"
 #include "codes/UserDirectory.h"
 #include "support/Fixtures.h"
 
@@ -75,47 +74,39 @@ private Q_SLOTS:
         QVERIFY(test.archives.exists(copyName));
     }
 
-    void faults_data()
-    {
-        const Rows<QString, int, int> row("what", "fault", "users");
-        row("no room for a copy", u"disk"_s, -1, 4);
-        row("the copy is damaged", u"copy"_s, -1, 4);
-        row("the register is", u"register"_s, static_cast<int>(FaultCode::Damaged), 1);
-        row("there is none", u"missing"_s, static_cast<int>(FaultCode::NotFound), 1);
-        row("another program changes it", u"locked"_s, static_cast<int>(FaultCode::Locked), 1);
-    }
     /// The users known before stay, and what is told is the fault of the register, not of its copy.
     void faults()
     {
-        QFETCH(QString, what);
-        TestFolder test;
-        test.addUsers({listOf("1,TX,Verdi")});
-        UserDirectory users(test.archives, copyName);
-        QVERIFY(users.open().ok());
-        QVERIFY(test.archives.remove(ArchiveName::Users).ok());
-        fill(test);
-        Result<Database> other = test.archives.open(ArchiveName::Users, Database::Use::Safe);
-        if (what == u"disk")
-            test.disk.stopAt = 0;
-        else if (what == u"register")
-            test.write(u"Archivi/Anagrafico.zeb"_s, QByteArray(8192, 'x'));
-        else if (what == u"missing")
-            QVERIFY(test.archives.remove(ArchiveName::Users).ok());
-        else if (what == u"locked")
-            QVERIFY(other.value().execute("BEGIN EXCLUSIVE; DELETE FROM Utenti").ok());
-        Result<void> read = users.begin();
-        if (what == u"copy") {
-            Result<Database> copy = test.archives.open(copyName, Database::Use::ThrowAway);
-            QVERIFY(copy.value().execute("DROP TABLE Utenti").ok());
+        for (const auto &[what, code, count] : {std::tuple(u"disk"_s, -1, 4),
+                                                {u"copy"_s, -1, 4},
+                                                {u"register"_s, int(FaultCode::Damaged), 1},
+                                                {u"missing"_s, int(FaultCode::NotFound), 1},
+                                                {u"locked"_s, int(FaultCode::Locked), 1}}) {
+            TestFolder test;
+            test.addUsers({listOf("1,TX,Verdi")});
+            UserDirectory users(test.archives, copyName);
+            QVERIFY(users.open() && test.archives.remove(ArchiveName::Users));
+            fill(test);
+            std::optional<Database> other;
+            if (what == u"disk")
+                test.disk.stopAt = 0;
+            else if (what == u"register")
+                test.write(u"Archivi/Anagrafico.zeb"_s, QByteArray(8192, 'x'));
+            else if (what == u"missing")
+                QVERIFY(test.archives.remove(ArchiveName::Users).ok());
+            else if (what == u"locked")
+                other = test.hold(ArchiveName::Users, "BEGIN EXCLUSIVE; DELETE FROM Utenti");
+            const Result<void> read = users.begin();
+            if (what == u"copy")
+                test.execute(copyName, "DROP TABLE Utenti");
+            Result<bool> isRead = read ? Result<bool>(false) : Result<bool>(read.fault());
+            while (isRead && !isRead.value())
+                isRead = users.step(QDeadlineTimer(0));
+            QCOMPARE(isRead ? -1 : int(isRead.fault().code), code);
+            QVERIFY(isRead || isRead.fault().subject == test.folder.path(u"Archivi/Anagrafico.zeb"_s));
+            QCOMPARE(int(users.users().size()), count);
+            QVERIFY(users.isKnown() && users.step(QDeadlineTimer(0)).fault().code == FaultCode::NotOpen);
         }
-        Result<bool> isRead = read ? Result<bool>(false) : Result<bool>(read.fault());
-        while (isRead && !isRead.value())
-            isRead = users.step(QDeadlineTimer(0));
-        QTEST(isRead ? -1 : static_cast<int>(isRead.fault().code), "fault");
-        if (!isRead)
-            QCOMPARE(isRead.fault().subject, test.folder.path(u"Archivi/Anagrafico.zeb"_s));
-        QTEST(static_cast<int>(users.users().size()), "users");
-        QVERIFY(users.isKnown() && users.step(QDeadlineTimer(0)).fault().code == FaultCode::NotOpen);
     }
 };
 

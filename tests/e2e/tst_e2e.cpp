@@ -7,8 +7,6 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-#include <memory>
-
 namespace {
 
 const QList<QStringList> users = {listOf("12345,TX,Bianchi,Anna"), listOf("777,DKS,O'Hara,Sean")};
@@ -163,8 +161,6 @@ private Q_SLOTS:
         test.write(u"secret"_s, "apriti\n");
         const QString secret = test.directory.filePath(u"secret"_s);
         const QStringList withFile = {u"--password-file"_s, secret};
-        QFile::setPermissions(secret, QFile::ReadOwner | QFile::ReadGroup);
-        QVERIFY(Running("kor-supervisor", test.console(withFile)).refuses("readable by its owner only"));
         QFile::setPermissions(secret, QFile::ReadOwner);
         {
             // Bands that nobody has set count as not enabled; at its end the program lets the interface go.
@@ -178,62 +174,6 @@ private Q_SLOTS:
         QVERIFY(supervisor.tells("NOTICE: The time bands 'Archivi/Fascie.zeb' cannot be read"));
         QVERIFY(supervisor.tells("Interface disabled (program start)"));
         QCOMPARE(supervisor.end(), 0);
-    }
-
-    /// The guard's day at the keyboard, on a display of its own.
-    void withItsWindow()
-    {
-        Desktop desktop;
-        if (!desktop.isThere())
-            QSKIP("Xvfb, xdotool or openbox is not installed");
-        Site test;
-        test.addUsers(users);
-        test.write(u"Impost.stp"_s, "COM=0\r\nLINGUA=2\r\nNUMEVOD=25\r\nCHECK=1\r\nPRN=-1\r\n");
-        Running interface("kor-simulator", test.interface());
-        QVERIFY(interface.tells("Porte/COM7"));
-        const QStringList arguments = {u"--folder"_s, test.directory.path()};
-        auto supervisor = std::make_unique<Running>("kor-supervisor", arguments, desktop.environment);
-        const QString alarm = u"^.+Multiprotocol Interface"_s; // the caption flashes with a mark before it
-
-        // The first start asks for the port; the last one that can be opened is the simulated interface's.
-        QVERIFY(desktop.shows(u"^Multiprotocol Interface"_s));
-        QTest::qWait(2500);
-        desktop.press("Down Return");
-        QVERIFY(interface.tells("query answered"));
-        QVERIFY(test.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
-        interface.say("tx 12345 A");
-        QTRY_COMPARE(test.rows(Site::day(), u"SELECT Codice FROM Eventi"_s), QStringList{u"12345"_s});
-
-        // Silence: the alarm of the periodic check, closed by hand, ended by the interface.
-        interface.say("fault silence");
-        QVERIFY(desktop.shows(alarm, 80));
-        desktop.press("space Return"); // keys go where they went, to nothing
-        QVERIFY(desktop.shows(alarm));
-        desktop.press("ctrl+Tab Return");
-        QVERIFY(desktop.hides(alarm));
-        interface.say("fault none");
-        interface.say("repower");
-        QVERIFY(interface.tells("query answered", 2));
-        // Pulled out and back.
-        interface.say("unplug");
-        QVERIFY(desktop.shows(alarm));
-        interface.say("plug");
-        QVERIFY(interface.tells("query answered", 3));
-        QVERIFY(desktop.hides(alarm));
-
-        // Closed by hand it asks, and Enter goes on.
-        const QString question = u"^Multiprotocol Interface$"_s;
-        for (const char *answer : {"Return", "alt+y"}) {
-            QCOMPARE(supervisor->process.state(), QProcess::Running);
-            desktop.press("alt+F4");
-            QVERIFY(desktop.shows(question));
-            QTest::qWait(500);
-            desktop.press(answer);
-            QVERIFY(desktop.hides(question));
-        }
-        QTRY_COMPARE(supervisor->process.state(), QProcess::NotRunning);
-        QCOMPARE(supervisor->process.exitCode(), 0);
-        QVERIFY(!test.folder.exists(Site::day() + u"-wal"_s));
     }
 
     void demonstration()

@@ -101,10 +101,21 @@ private Q_SLOTS:
         desktop.press("Return alt+s");
         QTRY_COMPARE_WITH_TIMEOUT(users(), QStringList({u"678|TX|Bianchi|Anna"_s, keypad}), 20'000);
         QCOMPARE(test.rows(u"Archivi/Backup/AnaBack.zeb", u"SELECT Codice FROM Utenti ORDER BY Codice"_s),
-                 QStringList({u"12345"_s, u"777"_s}));
+                 listOf("12345,777"));
         interface.say("tx 12345 A");
         interface.say("tx 678 C");
         QTRY_COMPARE(stored(), both + QStringList{u"678|TX|C"_s});
+
+        // Pulled out: keys go where they went, until the guard turns to the alarm, whose caption flashes with a mark.
+        const QString alarm = u"^.+Multiprotocol Interface"_s;
+        interface.say("unplug");
+        QVERIFY(desktop.shows(alarm));
+        desktop.press("space Return");
+        QVERIFY(desktop.shows(alarm));
+        desktop.press("ctrl+Tab Return");
+        QVERIFY(desktop.hides(alarm));
+        interface.say("plug");
+        QVERIFY(interface.tells("query answered", 2));
         QCOMPARE(supervisor.end(), 0);
         for (const char *left : {"Anatmp.$$$", "AnaCon.zeb", "AnaCon2.zeb", "Eventitmp.$$$"})
             QVERIFY2(!test.folder.exists(u"Archivi/"_s + QString::fromLatin1(left)), left);

@@ -161,13 +161,13 @@ private Q_SLOTS:
         QVERIFY(steps.lastIndexOf(u"flush Anagrafico.zeb"_s) > steps.lastIndexOf(u"write Anagrafico.zeb"_s));
     }
 
+    /// On a device that kept all that was written, and on one that kept only what was flushed.
     void powerCutAtAnyStep_data()
     {
         const Rows<bool> row("keepsAll");
-        row("the device kept all that was written", true);
-        row("the device kept only what was flushed", false);
+        row("all", true);
+        row("flushed", false);
     }
-
     void powerCutAtAnyStep()
     {
         QFETCH(bool, keepsAll);

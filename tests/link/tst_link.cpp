@@ -169,10 +169,8 @@ private Q_SLOTS:
         QFETCH(bool, pulledOut);
         QFETCH(bool, portWindow);
         TestLine line("COM=7\r\nLINGUA=2\r\nCHECK=1\r\n");
-        QSignalSpy notAvailable(&line.link, &LinkMonitor::portNotAvailable);
-        QSignalSpy lost(&line.link, &LinkMonitor::portLost);
-        QSignalSpy back(&line.link, &LinkMonitor::portBack);
-        QSignalSpy alarm(&line.link, &LinkMonitor::alarmRaised);
+        QSignalSpy notAvailable(&line.link, &LinkMonitor::portNotAvailable), lost(&line.link, &LinkMonitor::portLost);
+        QSignalSpy back(&line.link, &LinkMonitor::portBack), alarm(&line.link, &LinkMonitor::alarmRaised);
         QStringList shown;
         const auto show = [&] {
             static const QStringList lights = {u"grey"_s, u"green"_s, u"red"_s};
@@ -209,19 +207,17 @@ private Q_SLOTS:
             line.link.objImpCom_Chiudi(0, 2);
         }
         line.pass(1000, 60);
-        QCOMPARE(line.link.link(), LinkMonitor::Link::PortNotAvailable);
         QTEST(int(notAvailable.size()), "told");
         QCOMPARE(lost.size() + alarm.size(), pulledOut ? 2 : 0);
-        QCOMPARE(back.size(), 0);
+        QVERIFY(line.link.link() == LinkMonitor::Link::PortNotAvailable && back.isEmpty());
 
         // Plugged in again it opens within five seconds, and the interface is asked as after a re-power.
         QVERIFY(line.interface.open().ok());
         line.received.clear();
         shown.clear();
         line.pass(1000, 5);
-        QCOMPARE(back.size(), 1);
         answers();
-        QVERIFY(line.link.checksRun());
+        QVERIFY(back.size() == 1 && line.link.checksRun());
         QCOMPARE(shown, listOf("red in linea no,green in linea"));
     }
 };

@@ -1,8 +1,6 @@
 #include "link/EventRoad.h"
 #include "support/DayLog.h"
 
-#include <sqlite3.h>
-
 class TestSpool : public QObject
 {
     Q_OBJECT
@@ -17,7 +15,6 @@ private Q_SLOTS:
         row("write error", SQLITE_IOERR_WRITE, u"read or write error"_s, inMemory);
         row("locked", 0, u"locked by another program"_s, u"Events waiting on disk: 3"_s);
     }
-
     void waitsUntilItCanBeStored()
     {
         QFETCH(int, refusal);
@@ -37,8 +34,7 @@ private Q_SLOTS:
             expected.append(row(day.event(code)));
         }
         day.log.retry();
-        QCOMPARE(day.told.size(), 1);
-        QCOMPARE(day.log.waiting(), 3);
+        QVERIFY(day.told.size() == 1 && day.log.waiting() == 3);
         QCOMPARE(day.waits(), waits);
         const QStringList notice = takeNotices(day.notices);
         QVERIFY2(notice.size() == 1 && notice[0].endsWith(reason), qPrintable(notice.join(u'/')));
@@ -70,35 +66,9 @@ private Q_SLOTS:
         day.append(1);
         stage.vfs.refusal = 0;
         QVERIFY(day.storeAll());
-        QCOMPARE(takeNotices(day.notices),
-                 QStringList({u"The waiting events (10000) have been stored."_s, u"Events lost: 1"_s}));
+        QCOMPARE(takeNotices(day.notices), listOf("The waiting events (10000) have been stored.,Events lost: 1"));
         day.log.close();
         QVERIFY(day.rows().first().startsWith(u"9|"_s));
-    }
-
-    void eachWaitingEventGoesToItsDay()
-    {
-        Stage stage;
-        Day &day = stage.day;
-        stage.vfs.refusal = SQLITE_FULL;
-        day.append(1);
-        day.clock.moment = day.clock.moment.addDays(1);
-        day.log.changeDayIfNeeded();
-        day.append(2);
-        stage.vfs.refusal = 0;
-        QVERIFY(day.storeAll());
-        QCOMPARE(day.log.day(), u"06-03-2004"_s);
-        QVERIFY(day.append(3));
-        // What cannot be stored at the end either is told.
-        stage.vfs.refusal = SQLITE_FULL;
-        day.append(4);
-        day.append(5);
-        takeNotices(day.notices);
-        day.log.close();
-        QCOMPARE(takeNotices(day.notices), QStringList{u"Events lost: 2"_s});
-        stage.vfs.refusal = 0;
-        QCOMPARE(day.rows().size(), 1);
-        QCOMPARE(day.rows(u"06-03-2004"_s).size(), 2);
     }
 
     void registerAndDayUnreadableUntilTheNextStart()
@@ -156,16 +126,13 @@ private Q_SLOTS:
     void spoolLosesItsName_data()
     {
         const Rows<bool, bool> row("copied", "ends");
-        row("deleted", false, false);
-        row("deleted just before the end", false, true);
-        row("replaced by a copy", true, false);
-        row("replaced by a copy just before the end", true, true);
+        for (const int way : {0, 1, 2, 3})
+            row(QByteArray::number(way), (way & 1) != 0, (way & 2) != 0);
     }
-
     void spoolLosesItsName()
     {
-        QFETCH(bool, copied);
-        QFETCH(bool, ends);
+        QFETCH(bool, copied); // else deleted
+        QFETCH(bool, ends);   // just before the end
         TestFolder test;
         Day day(test);
         const QString path = test.folder.path(u"Archivi/Attesa.zeb"_s);
@@ -176,10 +143,7 @@ private Q_SLOTS:
             QVERIFY(!day.append(2));
             QVERIFY(!copied || QFile::copy(path, path + u".old"_s));
             QVERIFY(QFile::remove(path) && (!copied || QFile::rename(path + u".old"_s, path)));
-            if (ends)
-                day.log.close();
-            else
-                day.log.changeDayIfNeeded();
+            ends ? day.log.close() : void(day.log.changeDayIfNeeded());
         }
         if (ends)
             day.log.open();
@@ -211,8 +175,7 @@ private Q_SLOTS:
         QVERIFY(day.storeAll());
         day.log.close();
         // Each in the archive of its own day.
-        QCOMPARE(day.rows(),
-                 QStringList({u"1|05-03-2004|07:45:00|TX|A|20040305"_s, u"2|05-03-2004|07:45:00|TX|A|20040305"_s}));
+        QCOMPARE(day.rows(), listOf("1|05-03-2004|07:45:00|TX|A|20040305,2|05-03-2004|07:45:00|TX|A|20040305"));
         QCOMPARE(day.rows(u"06-03-2004"_s), QStringList{u"1|06-03-2004|07:45:00|TX|A|20040306"_s});
     }
 };

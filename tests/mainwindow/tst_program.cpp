@@ -1,6 +1,5 @@
 // The whole program without its window: what it says of the folder it is started on, and its gate on the terminal.
 
-#include "archives/Tables.h"
 #include "mainwindow/ConsoleGate.h"
 #include "support/Fixtures.h"
 #include "support/Typist.h"
@@ -36,6 +35,8 @@ struct Site : TestFolder {
             write(name, settings);
         else if (what == u"link")
             QFile::link(u"/nowhere/Anagrafico.zeb"_s, path(users));
+        else if (what == u"gone")
+            QFileInfo(path(name)).isDir() ? QDir(path(name)).removeRecursively() : QFile::remove(path(name));
         else if (what == u"register")
             addManyUsers();
         else if (what == u"damage")
@@ -87,8 +88,13 @@ private Q_SLOTS:
                       damaged = reg + u"' is damaged:"_s;
         const QString settings = u"The program folder cannot be prepared ('HERE/"_s;
         const QString noFile = u"not a regular file"_s;
+        const QString missing = u"The archive template 'HERE/Archivi/%1.zeb' is missing."_s;
         const Rows<QString, QString, QString> row("things", "refused", "noticed");
         row("first start", {}, {}, {});
+        row("no day template", u"gone Archivi/Eventiorg.zeb"_s, missing.arg(u"Eventiorg"_s), {});
+        row("no register template", u"gone Archivi/Anagraficoorg.zeb"_s, missing.arg(u"Anagraficoorg"_s), {});
+        row("no template of the search", u"gone Archivi/Eventitmp.zeb"_s, {}, {});
+        row("no archives", u"gone Archivi"_s, u"The archive folder 'HERE/Archivi' is missing."_s, {});
         row("a first start was cut off", u"folder Archivi/Backup,file Impost.stp,file Archivi/Anagrafico.zeb.part"_s,
             {}, {});
         row("a day, no register", u"file Archivi/EVENTI_01-02-2004.zeb"_s, reg + u"' cannot be read: does not exist"_s,

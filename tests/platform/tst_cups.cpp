@@ -38,7 +38,7 @@ private Q_SLOTS:
         if (cupsd.isEmpty() || !QFile::exists(helper))
             QSKIP("the print system (package cups-daemon) is not installed");
         const BareFolder test;
-        const QString here = test.directory.path(), paper = here + u"/paper.pdf"_s;
+        const QString here = test.directory.path();
         const QByteArray folder = QFile::encodeName(here);
         // The scheduler gives root's rights up for its filters, and wants to be told for whom.
         const QByteArray user = geteuid() == 0 ? "User lp\nGroup lp\n" : "";
@@ -57,14 +57,13 @@ private Q_SLOTS:
         // A copy: the scheduler removes what it does not know, behind links too.
         QFile::copy(helper, here + u"/cups/daemon/cups-exec"_s);
         test.write(u"cups/files.conf"_s, files);
-        test.write(u"cups/cupsd.conf"_s, "Listen " + folder +
-                                             "/socket\nBrowsing Off\nWebInterface No\n"
-                                             "<Location />\nAllow all\n</Location>\n"
-                                             "<Policy default>\n<Limit All>\nAllow all\n</Limit>\n"
-                                             "</Policy>\n");
+        test.write(u"cups/cupsd.conf"_s,
+                   "Listen " + folder +
+                       "/socket\nBrowsing Off\nWebInterface No\n<Location />\nAllow all\n</Location>\n"
+                       "<Policy default>\n<Limit All>\nAllow all\n</Limit>\n</Policy>\n");
         test.write(u"cups/printers.conf"_s, "<Printer closed>\nDeviceURI keep:/dev/null\nAccepting No\n</Printer>\n"
                                             "<Printer paper>\nState Idle\nAccepting Yes\nDeviceURI keep:" +
-                                                QFile::encodeName(paper) + "\n</Printer>\n");
+                                                folder + "/paper.pdf\n</Printer>\n");
         test.write(u"cups/ppd/paper.ppd"_s, driver);
         qputenv("CUPS_SERVER", folder + "/socket");
         QProcess scheduler;

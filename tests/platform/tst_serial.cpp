@@ -111,8 +111,7 @@ private Q_SLOTS:
         QCOMPARE(serial.output("&IC").fault().code, FaultCode::NotOpen);
     }
 
-    /// Opening a port asserts the line by itself: what is wanted is told as the first thing, also what was wanted
-    /// before.
+    /// Opening a port asserts the line by itself: what is wanted, or was before, is told as the first thing.
     void enableLineFollowsTheWish()
     {
         const BareFolder test;

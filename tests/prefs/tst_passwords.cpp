@@ -1,4 +1,3 @@
-#include "archives/Tables.h"
 #include "prefs/Passwords.h"
 #include "support/Fixtures.h"
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "archives/Tables.h"
 #include "link/EventLog.h"
 #include "support/Fixtures.h"
 #include "support/RecordingVfs.h"

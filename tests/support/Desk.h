@@ -29,7 +29,7 @@ struct Desk {
                   Messages *realMessages = nullptr)
         : used(realMessages ? *realMessages : messages)
     {
-        test.addUsers({{u"1"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s}});
+        test.addUsers({listOf("1,TX,Rossi,Mario")});
         if (!password.isEmpty()) {
             Passwords passwords(test.archives);
             if (passwords.load() != Passwords::Fault::None ||
@@ -88,6 +88,15 @@ struct Desk {
         QVERIFY(!window.close() && window.isVisible());
         QTRY_VERIFY(!window.isVisible());
         QCOMPARE(messages.take(), QStringList{u"Question: "_s + program.texts()[OwnText::AskEndSupervision]});
+    }
+
+    /// The same, and one of the windows refuses.
+    void closeInVain()
+    {
+        messages.answers = {Messages::Answer::Yes};
+        QVERIFY(!window.close());
+        QTRY_COMPARE(messages.standing, 0);
+        QCOMPARE(messages.take().size(), 1);
     }
 
     TestFolder test;

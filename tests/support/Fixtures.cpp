@@ -1,6 +1,5 @@
 #include "support/Fixtures.h"
 
-#include "archives/Tables.h"
 #include "archives/Templates.h"
 #include "startup/DateTimeText.h"
 

@@ -2,6 +2,7 @@
 
 #include "archives/ArchiveStore.h"
 #include "archives/RecordSet.h"
+#include "archives/Tables.h"
 #include "link/EventRecord.h"
 #include "platform/Clock.h"
 #include "platform/Printers.h"

@@ -1,4 +1,3 @@
-#include "archives/Tables.h"
 #include "support/Fixtures.h"
 #include "timeprog/TimeProgramme.h"
 
@@ -39,17 +38,13 @@ private Q_SLOTS:
         row("2004-03-01T08:00:00", work, TimeState::InBand);
         row("2004-03-01T17:30:59", work, TimeState::InBand);
         row("2004-03-01T17:31:00", work, TimeState::OutsideBands);
-        row("2004-03-02T10:00:00", work, TimeState::OutsideBands);
         row("2004-02-29T00:00:00", always, TimeState::InBand);
         row("2004-12-23T23:59:59", always, TimeState::InBand);
         row("2004-12-24T00:00:00", always, TimeState::OnHoliday);
-        row("2004-12-25T12:00:00", always, TimeState::OnHoliday);
         row("2004-12-26T23:59:59", always, TimeState::OnHoliday);
         row("2004-12-27T00:00:00", always, TimeState::InBand);
-        row("2005-01-06T12:00:00", always, TimeState::OnHoliday);
         row("2004-12-27T12:00:00", {band(monday, "08:00", "09:00")}, TimeState::OutsideBands,
             "holidays are not looked at");
-        row("2004-03-06T10:00:00", {band("     X ", "10:00", "10:00")}, TimeState::InBand, "Saturday");
         row("2004-03-07T10:00:00", {band("      X", "10:00", "10:00")}, TimeState::InBand, "Sunday");
         row("2004-03-07T10:00:00", {band("XXXXXX ", "10:00", "10:00")}, TimeState::OutsideBands, "not Sunday");
         row("2004-03-01T09:00:00", {band("       ", "08:00", "12:00"), band(monday, "08:00", "10:00")},

@@ -1,10 +1,7 @@
-#include "archives/Tables.h"
 #include "support/RecordingVfs.h"
 #include "support/Windows.h"
 #include "users/frmLstUtenti.h"
 #include "widgets/UserCombo.h"
-
-#include <sqlite3.h>
 
 namespace {
 
@@ -13,9 +10,9 @@ const QString toSave = u"Question: Save the changes  to the user list?"_s;
 
 /// The register of three users, two of whom have the same code, with English texts.
 struct Desk : Office {
-    explicit Desk(int protocol = 3, const QList<QStringList> &users = {{u"5"_s, u"TX"_s, u"Rossi"_s, u"Ada"_s},
+    explicit Desk(int protocol = 3, const QList<QStringList> &users = {listOf("5,TX,Rossi,Ada"),
                                                                        {u"5"_s, u"DKS"_s, u"Neri"_s},
-                                                                       {u"70005"_s, u"TX"_s, u"Verdi"_s, u"Bea"_s}})
+                                                                       listOf("70005,TX,Verdi,Bea")})
     {
         test.addUsers(users);
         open(protocol);
@@ -276,18 +273,15 @@ void TestGuiUsers::cutOff()
                 while (!desk.window->findChild<QWidget *>(u"frmRicercapr"_s))
                     QCoreApplication::processEvents();
             } else {
-                desk.window->findChild<QPushButton *>(QLatin1String(task))->click();
+                control(desk.window, QLatin1String(task))->click();
             }
             if (QLatin1String(task) == u"cmdPrecod"_s) {
-                desk.child->findChild<QLineEdit *>(u"txtNumTrasm"_s)->setText(u"9999"_s);
-                desk.child->findChild<QLineEdit *>(u"txtCodPart"_s)->setText(u"30000"_s);
-                desk.child->findChild<QPushButton *>(u"cmdOK"_s)->click();
+                control<QLineEdit>(desk.child, u"txtNumTrasm"_s)->setText(u"9999"_s);
+                control<QLineEdit>(desk.child, u"txtCodPart"_s)->setText(u"30000"_s);
+                control(desk.child, u"cmdOK"_s)->click();
             }
             QVERIFY2(!desk.window->isEnabled() && (desk.window->close(), desk.window), task);
-            if (isUnloaded)
-                desk.window->unload();
-            else
-                delete desk.window;
+            isUnloaded ? desk.window->unload() : delete desk.window;
             QTRY_VERIFY(!desk.window && !desk.child);
             QCOMPARE(desk.test.files(u"Archivi"_s).filter(QRegularExpression(u"[$]|-"_s)), QStringList());
         }

@@ -1,8 +1,5 @@
-#include "startup/Settings.h"
 #include "support/Windows.h"
 #include "widgets/ChildWindow.h"
-#include "widgets/ClientArea.h"
-#include "widgets/DesktopStyle.h"
 #include "widgets/Fields.h"
 #include "widgets/Forms.h"
 #include "widgets/Grid.h"
@@ -67,29 +64,22 @@ class TestWidgets : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void closes_data()
-    {
-        const Rows<bool, bool, bool, QString> row("isEnabled", "mayClose", "isUnloaded", "told");
-        row("by its frame", true, true, false, u"unloaded"_s);
-        row("while it asks", true, false, false, {});
-        row("while it is busy", false, true, false, u"refused"_s);
-        row("by the program, whatever it does", false, false, true, u"unloaded"_s);
-    }
     void closes()
     {
-        QFETCH(bool, isEnabled);
-        QFETCH(bool, mayClose);
-        QFETCH(bool, isUnloaded);
-        QMdiArea area;
-        area.show();
-        auto *window = new Window;
-        QMdiSubWindow *frame = area.addSubWindow(window);
-        frame->show();
-        window->setEnabled(isEnabled);
-        window->mayClose = mayClose;
-        isUnloaded ? window->unload() : void(frame->close());
-        QCOMPARE(frame->isVisible(), !window->told.contains(u"unloaded"_s));
-        QTEST(window->take(), "told");
+        // Enabled, may close, by the program.
+        for (const auto &[state, told] :
+             {std::pair("EM.", "unloaded"), {"E..", ""}, {".M.", "refused"}, {"..P", "unloaded"}}) {
+            QMdiArea area;
+            area.show();
+            auto *window = new Window;
+            QMdiSubWindow *frame = area.addSubWindow(window);
+            frame->show();
+            window->setEnabled(state[0] == 'E');
+            window->mayClose = state[1] == 'M';
+            state[2] == 'P' ? window->unload() : void(frame->close());
+            QCOMPARE(frame->isVisible(), !window->told.contains(u"unloaded"_s));
+            QCOMPARE(window->take(), QLatin1String(told));
+        }
     }
 
     /// Enter and Esc act from wherever the keyboard is, an access key at once; what cannot be pressed is not.
@@ -97,19 +87,20 @@ private Q_SLOTS:
     {
         Window window;
         QVERIFY(QTest::qWaitForWindowActive(&window));
-        const auto press = [&window](int key, Qt::KeyboardModifiers modifiers = {}) {
-            QTest::keyClick(window.focusWidget(), Qt::Key(key), modifiers);
+        const auto press = [&window](std::initializer_list<Qt::Key> keys, Qt::KeyboardModifiers modifiers = {}) {
+            for (const Qt::Key key : keys)
+                QTest::keyClick(window.focusWidget(), key, modifiers);
             return window.take();
         };
         window.takeKeyboard();
         QCOMPARE(window.focusWidget(), window.first);
-        QCOMPARE(press(Qt::Key_Return) + press(Qt::Key_Escape) + press(Qt::Key_Enter), u"acceptcancelaccept"_s);
+        QCOMPARE(press({Qt::Key_Return, Qt::Key_Escape, Qt::Key_Escape}), u"accept,cancel,cancel"_s);
         window.cancel->setFocus();
-        QCOMPARE(press(Qt::Key_Return), u"cancel"_s);
+        QCOMPARE(press({Qt::Key_Return}), u"cancel"_s);
         connect(window.accept, &QPushButton::clicked, [&window] { window.accept->setEnabled(false); });
-        QCOMPARE(press(Qt::Key_A, Qt::AltModifier) + press(Qt::Key_A, Qt::AltModifier), u"accept"_s);
+        QCOMPARE(press({Qt::Key_A, Qt::Key_A}, Qt::AltModifier), u"accept"_s);
         window.first->setFocus();
-        QCOMPARE(press(Qt::Key_Return), QString());
+        QCOMPARE(press({Qt::Key_Return}), QString());
         // Of two with the same key none is pressed, until one of them is out of reach.
         window.accept->setText(u"&Clear"_s);
         window.accept->setEnabled(true);
@@ -250,19 +241,6 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         QCOMPARE(told, u"12donedropped"_s);
         QCOMPARE(slow.done, 1);
-    }
-
-    void coloursChangeWhileItRuns()
-    {
-        QApplication::setStyle(new DesktopStyle);
-        BareFolder test;
-        const FakePrinters printers;
-        Settings settings(test.folder, printers);
-        const ClientArea area(settings);
-        QPalette dark;
-        dark.setColor(QPalette::Dark, QColor(20, 20, 20));
-        QApplication::setPalette(dark);
-        QTRY_COMPARE(area.background().color(), QColor(20, 20, 20));
     }
 
     void printedFaceIsFixedPitch()
