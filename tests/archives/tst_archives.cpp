@@ -50,8 +50,7 @@ private Q_SLOTS:
             return all.count(' ' + QByteArray::number(QCoreApplication::applicationPid()) + ' ');
         };
         const qsizetype before = locks();
-        QVERIFY(before > 0);
-        QVERIFY(test.archives.open(name, Database::Use::Safe));
+        QVERIFY(before > 0 && test.archives.open(name, Database::Use::Safe));
         QCOMPARE(locks(), before);
     }
 
@@ -88,12 +87,9 @@ private Q_SLOTS:
         const auto see = [&seen](const Statement &row) { seen.append(row.text(0)); };
         QVERIFY(database.each(sql, {u"2' OR 'a'='a"_s, qint64{3}}, see).ok());
         QCOMPARE(seen, listOf("1,2"));
-        const auto seeOne = [&](const Statement &row) {
-            see(row);
-            return row.text(0) != u"2"_s;
-        };
-        QVERIFY(database.each(sql, {QString(), qint64{9}}, seeOne).ok());
-        QCOMPARE(seen, listOf("1,2,1,2"));
+        const auto first = [&](const Statement &row) { return see(row), false; };
+        QVERIFY(database.each(sql, {QString(), qint64{9}}, first).ok());
+        QCOMPARE(seen, listOf("1,2,1"));
         const auto refuse = [](const Statement &row) -> Result<void> {
             return Fault{FaultCode::TooLarge, row.text(0)};
         };

@@ -58,8 +58,7 @@ private Q_SLOTS:
         interface.say("fault none");
         QVERIFY(supervisor.tells("THE CONFIGURED SERIAL PORT IS NOT AVAILABLE"));
         interface.say("plug");
-        QVERIFY(supervisor.tells("COM7 is available again"));
-        QVERIFY(supervisor.tells("ON LINE", 4));
+        QVERIFY(supervisor.tells("COM7 is available again") && supervisor.tells("ON LINE", 4));
         QCOMPARE(supervisor.end(), 0);
         QCOMPARE(interface.end(), 0);
         QVERIFY(!QFileInfo(test.directory.filePath(u"Porte/COM7"_s)).isSymLink());
@@ -179,8 +178,7 @@ private Q_SLOTS:
     void demonstration()
     {
         Running demo("kor-supervisor", {u"--console"_s, u"--demo"_s});
-        QVERIFY(demo.tells("ON LINE"));
-        QVERIFY(demo.tells("  TX  ", 1));
+        QVERIFY(demo.tells("ON LINE") && demo.tells("  TX  ", 1));
         const qsizetype at = demo.output.indexOf("Folder: ") + 8;
         const QString folder = QString::fromUtf8(demo.output.sliced(at, demo.output.indexOf(" - ", at) - at));
         QVERIFY(QFileInfo(folder).isDir());

@@ -184,19 +184,6 @@ private Q_SLOTS:
         QCOMPARE(control<QLabel>(desk.form, u"lblTrovati"_s)->text(), QString());
     }
 
-    void windowGoesInTheMiddle()
-    {
-        SearchDesk desk;
-        desk.test.addEvents(u"05-03-2004"_s,
-                            QList<QStringList>(3000, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}));
-        desk.press("cmdRicerca");
-        QVERIFY(desk.form->findChild<frmRicercapr *>());
-        desk.form->close();
-        QTRY_VERIFY(!desk.form);
-        const QStringList left = desk.test.files(u"Archivi"_s);
-        QVERIFY(!left.contains(u"AnaCon.zeb"_s) && !left.contains(u"Eventitmp.$$$"_s));
-    }
-
     void exportAsksOnce()
     {
         SearchDesk desk;
@@ -231,8 +218,6 @@ private Q_SLOTS:
         choose(file + u"2.xls"_s);
         QTRY_COMPARE(desk.messages.shown.size(), 1);
         QVERIFY(desk.messages.take().first().startsWith(u"Exclamation: Cannot create the 'Excel' file"_s));
-        desk.test.disk.stopAt = -1;
-        QTRY_VERIFY(control(desk.form, u"cmdToExcel"_s)->isEnabled());
     }
 
     void doesNotOpenHalfFilled()

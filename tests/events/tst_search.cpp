@@ -62,19 +62,13 @@ private Q_SLOTS:
     void faults_data()
     {
         const Rows<EventQuery, QueryFault> row("wanted", "fault");
-        const auto timed = [](const QString &from, const QString &to) {
-            EventQuery made = query(u"A"_s, u"TX"_s);
-            made.from = from;
-            made.to = to;
-            return made;
-        };
+        EventQuery noTime = query(u"A"_s, u"TX"_s);
+        noTime.from = u"24:00:00"_s;
         row("no date", range(u"3/3/2004"_s, u"xx"_s), QueryFault::FirstDay);
-        row("no last date", range(u"03/03/2004"_s, u"00/03/2004"_s), QueryFault::LastDay);
         row("a blank for a digit", range(u" 1/02/2027"_s, u"xx"_s), QueryFault::FirstDay);
         row("a digit of another script", range(u"03/03/2004"_s, u"1\u0663/03/2004"_s), QueryFault::LastDay);
-        row("no time", timed(u"24:00:00"_s, u"xx"_s), QueryFault::From);
+        row("no time", noTime, QueryFault::From);
         row("days the wrong way round", range(u"01/04/2004"_s, u"31/03/2004"_s), QueryFault::Order);
-        row("equal days", range(u"31/03/2004"_s, u"31/03/2004"_s), QueryFault::None);
         row("no channel", query({}, {}), QueryFault::NoChannel);
         row("no type", query(u"D"_s, {}, {}, {}, u"?"_s), QueryFault::NoType);
         row("nobody's name", query(u"A"_s, u"DKS"_s, {}, {}, u"?"_s), QueryFault::UnknownPerson);
@@ -97,7 +91,6 @@ private Q_SLOTS:
         const QString all = u"ABCD"_s;
         row("a day without an archive between two", range(u"03/03/2004"_s, u"05/03/2004"_s), u"1,2,3,4,5,6"_s);
         row("over the end of a month that has fewer days", range(u"29/02/2004"_s, u"31/02/2004"_s), u"0"_s);
-        row("from a day that no month has", range(u"31/02/2004"_s, u"03/03/2004"_s), u"1,2,3,4"_s);
         row("to the last year that can be written", range(u"30/12/9999"_s, u"31/12/9999"_s), u"9"_s);
         row("channels", query(u"BC"_s, u"TX,DKS"_s), u"2,3"_s);
         row("enabled", query(all, u"TX,DKS"_s, EventQuery::State::OnlyEnabled), u"1,3,5"_s);
@@ -237,8 +230,9 @@ private Q_SLOTS:
             test.write(u"Archivi/"_s + QString::fromLatin1(name), "set aside");
         const DayFiles files = filesOfDays(test.folder)[u"05-03-2004"_s];
         QCOMPARE(files.archive, u"Archivi/Eventi_05-03-2004.zeb"_s);
-        QCOMPARE(files.setAside, listOf("Archivi/EVENTI_05-03-2004.zeb.Guasto,Archivi/"
-                                        "Eventi_05-03-2004.zeb.guasto2,Archivi/Eventi_05-03-2004.zeb.guasto10"));
+        QCOMPARE(files.setAside,
+                 QStringList({u"Archivi/EVENTI_05-03-2004.zeb.Guasto"_s, u"Archivi/Eventi_05-03-2004.zeb.guasto2"_s,
+                              u"Archivi/Eventi_05-03-2004.zeb.guasto10"_s}));
         // Nor is a day all there while events wait for it.
         QVERIFY(test.archives.create(ArchiveName::Waiting, TableLayout::Waiting, ArchiveName::EventsTemplate));
         test.execute(ArchiveName::Waiting, "INSERT INTO Attesa (Giorno) VALUES ('02-03-2004'), ('02-03-2004')");

@@ -102,8 +102,7 @@ private Q_SLOTS:
         }
         QTRY_VERIFY(!day.notices.isEmpty() || !main);
         QTRY_COMPARE(day.log.day(), today);
-        QVERIFY(day.storeAll());
-        QVERIFY(day.append(3));
+        QVERIFY(day.storeAll() && day.append(3));
         QTEST(takeNotices(day.notices), "told");
         // They were told before.
         QCOMPARE(day.told, QStringList{row(day.event(3))});
@@ -174,8 +173,7 @@ private Q_SLOTS:
         TestFolder test;
         bool ranThrough = false;
         for (int stop = 0; !ranThrough; ++stop) {
-            QVERIFY(stop < 200);
-            QVERIFY(test.archives.remove(ArchiveName::events(today)).ok());
+            QVERIFY(stop < 200 && test.archives.remove(ArchiveName::events(today)).ok());
             QStringList told;
             QStringList kept; // on disk, in the day or waiting for it
             {

@@ -53,7 +53,6 @@ private Q_SLOTS:
     {
         const Rows<QByteArray, int, int> row("check", "minutes", "queries");
         row("off", "0", 200, 0);
-        row("negative", "-5", 200, 0);
         row("every second minute", "2", 10, 5);
         row("every hour", "60", 185, 3);
     }
@@ -90,8 +89,7 @@ private Q_SLOTS:
         watched.link.objMessage_Chiudi();
         QCOMPARE(watched.takeTold(), listOf("1"));
         watched.link.objMessage_Chiudi();
-        QCOMPARE(watched.takeTold(), listOf(""));
-        QVERIFY(!watched.link.checksRun());
+        QVERIFY(watched.takeTold().isEmpty() && !watched.link.checksRun());
     }
 
     /// Whatever the line says meanwhile, a check that nobody answers ends as one, and records are stored as they come.

@@ -76,12 +76,12 @@ private Q_SLOTS:
         // The register was saved with another code: the next event counts by the new one.
         test.addUsers({listOf("12346,TX")});
         test.write(u"Archivi/Anagrafica.evn"_s, "left over");
-        QVERIFY(users.open().ok());
-        QVERIFY(road.RegistraEvento("R/A-000012346X..\r"));
+        QVERIFY(users.open() && road.RegistraEvento("R/A-000012346X..\r"));
         log.close();
         QCOMPARE(test.rows(ArchiveName::events(u"05-03-2004"_s), u"SELECT * FROM Eventi"_s),
-                 listOf("1|12345|05-03-2004|07:45:00|TX|A|||20040305||,2|12345|05-03-2004|07:45:00|DKS|B|X|X|20040305||"
-                        ",3|12346|05-03-2004|07:45:00|TX|A|||20040305||"));
+                 QStringList({u"1|12345|05-03-2004|07:45:00|TX|A|||20040305||"_s,
+                              u"2|12345|05-03-2004|07:45:00|DKS|B|X|X|20040305||"_s,
+                              u"3|12346|05-03-2004|07:45:00|TX|A|||20040305||"_s}));
         QVERIFY(test.notices.isEmpty());
     }
 
@@ -98,28 +98,22 @@ private Q_SLOTS:
         QVERIFY(!log.changeDayIfNeeded());
 
         // What the clock does, whether the tick of ten seconds comes before the event, and where the row goes.
-        const struct {
-            const char *what;
-            qint64 seconds;
-            bool tick;
-            const char *archive;
-            const char *row;
-        } table[] = {
-            {"nothing", 0, true, "05-03-2004", "05-03-2004|07:45:00"},
-            {"an hour back", -3600, true, "05-03-2004", "05-03-2004|06:45:00"},
-            {"past midnight, before the tick", 64'000, false, "05-03-2004", "06-03-2004|00:31:40"},
-            {"after the tick", 10, true, "06-03-2004", "06-03-2004|00:31:50"},
-            {"a day forward", 86'400, true, "07-03-2004", "07-03-2004|00:31:50"},
-            {"a day back", -86'400, true, "06-03-2004", "06-03-2004|00:31:50"},
-            {"two days forward, before the tick", 172'800, false, "06-03-2004", "08-03-2004|00:31:50"},
-            {"after the tick", 1, true, "08-03-2004", "08-03-2004|00:31:51"},
-        };
-        for (const auto &step : table) {
-            clock.moment = clock.moment.addSecs(step.seconds);
-            if (step.tick)
+        using Step = std::tuple<const char *, qint64, bool, const char *, const char *>;
+        for (const auto &[what, seconds, tick, archive, row] : std::initializer_list<Step>{
+                 {"nothing", 0, true, "05-03-2004", "05-03-2004|07:45:00"},
+                 {"an hour back", -3600, true, "05-03-2004", "05-03-2004|06:45:00"},
+                 {"past midnight, before the tick", 64'000, false, "05-03-2004", "06-03-2004|00:31:40"},
+                 {"after the tick", 10, true, "06-03-2004", "06-03-2004|00:31:50"},
+                 {"a day forward", 86'400, true, "07-03-2004", "07-03-2004|00:31:50"},
+                 {"a day back", -86'400, true, "06-03-2004", "06-03-2004|00:31:50"},
+                 {"two days forward, before the tick", 172'800, false, "06-03-2004", "08-03-2004|00:31:50"},
+                 {"after the tick", 1, true, "08-03-2004", "08-03-2004|00:31:51"},
+             }) {
+            clock.moment = clock.moment.addSecs(seconds);
+            if (tick)
                 log.changeDayIfNeeded();
-            QVERIFY2(append(), step.what);
-            QCOMPARE(rows(step.archive).last(), QLatin1String(step.row));
+            QVERIFY2(append(), what);
+            QCOMPARE(rows(archive).last(), QLatin1String(row));
         }
         // The hour that comes twice when summer time ends: the rows keep the order in which they came.
         const QTimeZone rome("Europe/Rome");

