@@ -176,7 +176,7 @@ private Q_SLOTS:
         line.interface.write(QByteArray(2, '\0') + "R/A-00\x80" + one.mid(6));
         QTRY_COMPARE(stored.size(), 2);
         line.pass(1999);
-        QTest::qWait(20);
+        QCoreApplication::processEvents();
         QCOMPARE(line.received, QByteArray("&IC"));
         line.pass(1);
         answer(2);

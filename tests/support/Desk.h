@@ -63,7 +63,7 @@ struct Desk {
         for (int i = 0; i < seconds; ++i) {
             clock.milliseconds += 1000;
             program.link().wake();
-            QTest::qWait(1);
+            QCoreApplication::processEvents();
         }
     }
     QAction *entry(const char *name) { return window.findChild<QAction *>(QString::fromLatin1(name)); }
