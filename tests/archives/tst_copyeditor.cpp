@@ -74,35 +74,37 @@ private Q_SLOTS:
     /// new ones, the backup first, and a program that lives on goes on with the same row.
     void stopped()
     {
-        int steps = 0;
-        for (bool isWhole = false; !isWhole; ++steps) {
-            Desk desk;
-            desk.editor.set().moveTo(2);
-            QVERIFY(desk.editor.edit({{u"Note"_s, u"x"_s}}).ok());
-            QVERIFY(desk.test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::UsersBackup).ok());
-            if (steps == 0) {
-                const Database other = desk.test.hold(ArchiveName::Users);
-                QCOMPARE(fault(desk.editor.save()), int(FaultCode::Locked));
+        for (const bool goesOn : {false, true}) {
+            int steps = 0;
+            for (bool isWhole = false; !isWhole; ++steps) {
+                Desk desk;
+                desk.test.disk.goesOn = goesOn;
+                desk.editor.set().moveTo(2);
+                QVERIFY(desk.editor.edit({{u"Note"_s, u"x"_s}}).ok());
+                QVERIFY(desk.test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::UsersBackup).ok());
+                if (steps == 0) {
+                    const Database other = desk.test.hold(ArchiveName::Users);
+                    QCOMPARE(fault(desk.editor.save()), int(FaultCode::Locked));
+                }
+                desk.test.disk.steps.clear();
+                desk.test.disk.stopAt = steps;
+                const Result<void> saved = desk.editor.save();
+                isWhole = desk.test.disk.steps.size() < steps;
+                const bool isReplaced = desk.test.disk.steps.contains(u"rename Anagrafico.zeb"_s);
+                QCOMPARE(desk.stored(), isReplaced ? listOf("1|,2|,3|x") : old);
+                const bool isBackedUp = desk.test.disk.steps.contains(u"rename AnaBack.zeb"_s);
+                QCOMPARE(desk.stored(ArchiveName::UsersBackup), isBackedUp ? old : QStringList());
+                QVERIFY(isReplaced ? isBackedUp : !saved);
+                desk.test.disk.stopAt = -1;
+                if (saved)
+                    continue;
+                QVERIFY(desk.editor.isChanged() && desk.editor.set().position() == 2);
+                QVERIFY(desk.editor.edit({{u"Note"_s, u"y"_s}}).ok() && desk.editor.save().ok());
+                QCOMPARE(desk.stored().constLast(), u"3|y"_s);
+                QCOMPARE(desk.copies(), QStringList());
             }
-            desk.test.disk.steps.clear();
-            desk.test.disk.stopAt = steps;
-            const Result<void> saved = desk.editor.save();
-            isWhole = desk.test.disk.steps.size() < steps;
-            const bool isReplaced = desk.test.disk.steps.contains(u"rename Anagrafico.zeb"_s);
-            QCOMPARE(desk.stored(), isReplaced ? (listOf("1|,2|,3|x")) : old);
-            const bool isBackedUp = desk.test.disk.steps.contains(u"rename AnaBack.zeb"_s);
-            QCOMPARE(desk.stored(ArchiveName::UsersBackup), isBackedUp ? old : QStringList());
-            QVERIFY(isReplaced ? isBackedUp : !saved);
-            desk.test.disk.stopAt = -1;
-            if (saved)
-                continue;
-            QVERIFY(desk.editor.isChanged());
-            QCOMPARE(desk.editor.set().position(), 2);
-            QVERIFY(desk.editor.edit({{u"Note"_s, u"y"_s}}).ok() && desk.editor.save().ok());
-            QCOMPARE(desk.stored().constLast(), u"3|y"_s);
-            QCOMPARE(desk.copies(), QStringList());
+            QVERIFY2(steps >= 10, "write, flush, rename, flush the folder, twice, and remove");
         }
-        QVERIFY2(steps >= 10, "write, flush, rename, flush the folder, twice, and remove");
     }
 
     /// What was damaged on the disk takes nothing's place, though the program still has the good page in memory.

@@ -114,6 +114,7 @@ private Q_SLOTS:
         for (int stop = 0; !isDone && (diskFails || stop == 0); ++stop) {
             FakeDisk disk;
             disk.stopAt = diskFails ? stop : -1;
+            disk.goesOn = true;
             {
                 const auto rows = [&](qsizetype index) -> Result<QStringList> {
                     return index == faultyRow ? Result<QStringList>(Fault{FaultCode::Locked, {}}) : QStringList{u"x"_s};
@@ -124,6 +125,7 @@ private Q_SLOTS:
                     done = work.step(QDeadlineTimer(0));
                     isDone = done && done.value();
                 }
+                QVERIFY(!isDone || disk.failed == 0);
                 if (!done)
                     QCOMPARE(done.fault().code, diskFails ? FaultCode::InputOutput : FaultCode::Locked);
             }

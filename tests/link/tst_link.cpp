@@ -54,7 +54,6 @@ private Q_SLOTS:
         const Rows<QByteArray, int, int> row("check", "minutes", "queries");
         row("off", "0", 200, 0);
         row("every second minute", "2", 10, 5);
-        row("every hour", "60", 185, 3);
     }
     void periodicCheck()
     {

@@ -51,6 +51,7 @@ private Q_SLOTS:
             BareFolder test;
             test.write(u"target"_s, "old");
             test.disk.stopAt = stop;
+            test.disk.goesOn = true;
             QCOMPARE(fault(save(test, test.folder.path(u"target"_s))), stop < 4 ? int(FaultCode::InputOutput) : -1);
             QCOMPARE(test.read(u"target"_s), stop < 3 ? "old" : "new");
             QCOMPARE(test.files(), listOf("target"));

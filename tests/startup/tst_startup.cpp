@@ -133,7 +133,6 @@ private Q_SLOTS:
         row("all", u"--console|--folder=/x|--password-file|/y|--port|8"_s, {});
         row("unknown", u"--nonsense"_s, u"Unbekannte Option: '--nonsense'."_s);
         row("no value", u"--console|--port"_s, u"Der Wert der Option '--port N' fehlt."_s);
-        row("stray word", u"now"_s, u"Unerwartetes Argument: 'now'."_s);
         row("port 0", u"--port|0"_s, u"--port erwartet eine Zahl von 1 bis 8, nicht '0'."_s);
         row("demo in a folder", u"--demo|--folder|/x"_s,
             u"--demo arbeitet in einem eigenen Ordner und an einem eigenen Anschluss: --folder und --port weglassen."_s);

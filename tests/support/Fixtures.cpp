@@ -10,8 +10,8 @@
 bool FakeDisk::before(Step step, const QString &path)
 {
     static const QStringList names = {u"write"_s, u"flush"_s, u"rename"_s, u"flush folder"_s, u"remove"_s, u"make"_s};
-    if (stopAt >= 0 && steps.size() >= stopAt)
-        return false;
+    if (stopAt >= 0 && steps.size() >= stopAt && (!goesOn || failed == 0))
+        return (++failed, false);
     steps.append(names[static_cast<int>(step)] + QLatin1Char(' ') + QFileInfo(path).fileName());
     return true;
 }

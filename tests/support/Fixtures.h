@@ -122,8 +122,10 @@ private:
 class FakeDisk : public Disk
 {
 public:
-    QStringList steps; ///< "write Setup.tmp"
-    int stopAt = -1;   ///< number of steps that are still carried out, -1 = all
+    QStringList steps;   ///< "write Setup.tmp"
+    int stopAt = -1;     ///< number of steps that are still carried out, -1 = all
+    bool goesOn = false; ///< after the one step that fails, as a disk that was full
+    int failed = 0;      ///< steps that were not carried out
 
 protected:
     bool before(Step step, const QString &path) override;

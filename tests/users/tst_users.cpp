@@ -178,16 +178,19 @@ void TestUsers::passwordsSurvive()
 /// The whole file byte for byte; without duplicates there is none, and one that was there goes.
 void TestUsers::duplicates()
 {
-    const QByteArray heading = "  TATS\xC4"
-                               "CHLICHER CODE |     CODICE TRONCATO\r\n" +
-                               QByteArray(42, '\xAD') + "\r\n";
-    QByteArray found = heading;
-    for (const auto &[code, truncated] :
-         {std::pair("1048585", "00009"), {"9", "00009"}, {"10", "0000A"}, {"1048586", "0000A"}, {"2097162", "0000A"}})
-        found += QByteArray(code).rightJustified(20) + " |" + QByteArray(truncated).rightJustified(20) + "\r\n";
-    for (const auto &[users, expected] : {std::pair(u"9 TX,2097162 TX,7 DKS"_s, QByteArray()),
-                                          {u"1048586 TX,9 TX,2097162 TX,7 DKS,10 DKS,1048585 TX"_s, found}}) {
-        Desk desk(users, 15);
+    QByteArray found = "  TATS\xC4"
+                       "CHLICHER CODE |     CODICE TRONCATO\r\n" +
+                       QByteArray(42, '\xAD') + "\r\n";
+    // Twenty that differ above their last five hexadecimal digits, in the order of their texts.
+    QStringList codes;
+    for (int i = 0; i < 20; ++i)
+        codes.append(QString::number(9 + (i << 20)));
+    const QString users = u"7 DKS,10 DKS,"_s + codes.join(u" TX,"_s) + u" TX"_s;
+    codes.sort();
+    for (const QString &code : std::as_const(codes))
+        found += code.toLatin1().rightJustified(20) + " |" + QByteArray("00009").rightJustified(20) + "\r\n";
+    for (const auto &[all, expected] : {std::pair(u"9 TX,2097162 TX,7 DKS"_s, QByteArray()), {users, found}}) {
+        Desk desk(all, 15);
         const auto run = desk.edited.truncatedCodes();
         runThrough(*run);
         desk.edited.truncatedCodesEnded(*run);
