@@ -166,6 +166,14 @@ private Q_SLOTS:
         }
         QVERIFY(unloaded.size() == 1 && desk.messages.most == 1);
         QVERIFY(desk.messages.take().constLast().startsWith(u"Question: Attention: all changes will be cancelled!"_s));
+        // An archive that cannot be opened is told, and its window is not seen.
+        Desk damaged;
+        damaged.comeToLife();
+        damaged.test.write(u"Archivi/Fascie.zeb"_s, "damaged");
+        damaged.entry("mnuFascieOr")->trigger();
+        QVERIFY(!damaged.open("frmSettimana"));
+        QTRY_VERIFY(damaged.messages.shown.size() >= 2);
+        QVERIFY(damaged.messages.take().constFirst().contains(u"Fascie.zeb"_s));
     }
 };
 
