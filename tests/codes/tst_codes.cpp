@@ -1,10 +1,40 @@
 #include "codes/CodeRules.h"
-#include "startup/Numbers.h"
-#include "startup/PlainText.h"
+#include "codes/UserDirectory.h"
+#include "platform/FreedInTurns.h"
+#include "platform/SortInTurns.h"
 #include "support/Fixtures.h"
-#include "texts/DateTimeText.h"
 
 namespace {
+
+constexpr auto copyName = u"Archivi/AnaCon.zeb";
+
+/// Users in an order that is neither that of their codes nor of their names.
+void fill(TestFolder &test)
+{
+    test.addUsers({listOf("7,TX,rossi,Bea"),
+                   listOf("5,DKS,Neri,Ada"),
+                   listOf("7,DKS,Rossi,Ada"),
+                   {u"5"_s, u"TX"_s, {}, u"Ada"_s}});
+}
+
+QStringList names(const UserDirectory &users, QString User::*name)
+{
+    NameSort sort = users.names(name);
+    while (!sort.step(QDeadlineTimer(0)).value()) {
+    }
+    QStringList names;
+    const QList<NameEntry> entries = sort.take();
+    for (const NameEntry &entry : entries) {
+        const User &user = users.users()[entry.id];
+        names.append(user.Codice + u' ' + user.Tipo);
+    }
+    return names;
+}
+
+QString nameOf(const User *user)
+{
+    return user ? user->Cognome + u'/' + user->Nome : u"-"_s;
+}
 
 /// The name of the row, which is what is tested.
 QString tag()
@@ -19,6 +49,75 @@ class TestCodes : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    /// The same whether it is read at once or in turns of one user each.
+    void lookUp()
+    {
+        TestFolder test;
+        fill(test);
+        for (const bool inTurns : {false, true}) {
+            QVERIFY(!test.archives.exists(copyName));
+            UserDirectory users(test.archives, copyName,
+                                inTurns ? UserDirectory::Copy::Kept : UserDirectory::Copy::Removed);
+            if (inTurns) {
+                QVERIFY(users.begin().ok());
+                int turns = 1;
+                for (; !users.step(QDeadlineTimer(0)).value(); ++turns)
+                    QVERIFY(!users.isKnown() && !users.contains(u"5"_s));
+                QVERIFY(turns >= users.users().size());
+            } else {
+                QVERIFY(users.open().ok());
+            }
+            QVERIFY(users.isKnown() && test.archives.exists(copyName));
+            QCOMPARE(nameOf(users.find(u"7"_s, u"TX"_s)) + nameOf(users.find(u"7"_s, u"DKS"_s)),
+                     u"rossi/BeaRossi/Ada"_s);
+            QCOMPARE(nameOf(users.find(u"5"_s, u"TX"_s)) + nameOf(users.find(u"5"_s, {})), u"/Ada-"_s);
+            QCOMPARE(nameOf(users.findCode(u"7"_s)) + nameOf(users.findCode(u"5"_s)), u"rossi/BeaNeri/Ada"_s);
+            QCOMPARE(users.nearest(u"5"_s, u"??"_s).Cognome + users.nearest(u"7"_s, u"DKS"_s).Cognome, u"NeriRossi"_s);
+            QVERIFY(!users.findCode(u"6"_s) && !users.contains(u"6"_s) &&
+                    users.nearest(u"6"_s, u"TX"_s).Nome.isEmpty());
+            QCOMPARE(names(users, &User::Cognome), listOf("5 DKS,7 TX,7 DKS"));
+            QCOMPARE(names(users, &User::Nome), listOf("5 DKS,5 TX,7 DKS,7 TX"));
+            users.forget();
+            QVERIFY(!users.isKnown() && users.contains(u"5"_s));
+        }
+        QVERIFY(test.archives.exists(copyName));
+    }
+
+    /// The users known before stay, and what is told is the fault of the register, not of its copy.
+    void faults()
+    {
+        for (const auto &[what, code, count] : {std::tuple(u"disk"_s, -1, 4),
+                                                {u"copy"_s, -1, 4},
+                                                {u"register"_s, int(FaultCode::Damaged), 1},
+                                                {u"missing"_s, int(FaultCode::NotFound), 1},
+                                                {u"locked"_s, int(FaultCode::Locked), 1}}) {
+            TestFolder test;
+            test.addUsers({listOf("1,TX,Verdi")});
+            UserDirectory users(test.archives, copyName);
+            QVERIFY(users.open() && test.archives.remove(ArchiveName::Users));
+            fill(test);
+            std::optional<Database> other;
+            if (what == u"disk")
+                test.disk.stopAt = 0;
+            else if (what == u"register")
+                test.write(u"Archivi/Anagrafico.zeb"_s, QByteArray(8192, 'x'));
+            else if (what == u"missing")
+                QVERIFY(test.archives.remove(ArchiveName::Users).ok());
+            else if (what == u"locked")
+                other = test.hold(ArchiveName::Users, "BEGIN EXCLUSIVE; DELETE FROM Utenti");
+            const Result<void> read = users.begin();
+            if (what == u"copy")
+                test.execute(copyName, "DROP TABLE Utenti");
+            Result<bool> isRead = read ? Result<bool>(false) : Result<bool>(read.fault());
+            while (isRead && !isRead.value())
+                isRead = users.step(QDeadlineTimer(0));
+            QCOMPARE(isRead ? -1 : int(isRead.fault().code), code);
+            QVERIFY(isRead || isRead.fault().subject == test.folder.path(u"Archivi/Anagrafico.zeb"_s));
+            QCOMPARE(int(users.users().size()), count);
+            QVERIFY(users.isKnown() && users.step(QDeadlineTimer(0)).fault().code == FaultCode::NotOpen);
+        }
+    }
+
     void truncated_data()
     {
         const Rows<int, QString> row("protocol", "expected");
@@ -31,11 +130,8 @@ private Q_SLOTS:
         row("123456", 4, u"23456"_s);
         row("524288", 7, u"24288"_s);
         row("1524287", 8, u"524287"_s);
-        row("99999999", 10, {});
         row("100000000", 10, u"00000000"_s);
         row("", 15, u"00000"_s);
-        row("1", 15, u"00001"_s);
-        row("255", 15, u"000FF"_s);
         row("1234567", 15, u"2D687"_s);
         row("1048576", 15, u"00000"_s);
     }
@@ -48,122 +144,37 @@ private Q_SLOTS:
             QCOMPARE(truncatedCode(u"251658239"_s, Protocol{carriesAll}), QString());
     }
 
-    void protocols_data()
+    /// However many there are, in steps as short as can be; equals stay in their order.
+    void manyNames()
     {
-        const Rows<QList<int>> row("expected"); // site code and channel information 00, 01, 10, 11
-        row("WIEGAND 26 BIT", {1, 1, 4, 3});
-        row("WIEGAND 37 BIT HID", {5, 6, 8, 7});
-        row("WIEGAND 37 BIT HID D10302", {9, 10, 9, 10});
-        row("WIEGAND 50 BIT", {11, 12, 11, 12});
-        row("TOLMAR", {13, 13, 13, 13});
-        row("ISO2", {14, 14, 14, 14});
-        row("RS_C", {15, 15, 15, 15});
-        row("wiegand 26 bit", {0, 0, 0, 0});
-        row("ISO2 ", {0, 0, 0, 0});
-    }
-    void protocols()
-    {
-        const QString name = tag();
-        QList<int> codes;
-        for (const bool site : {false, true}) {
-            for (const bool channels : {false, true})
-                codes.append(static_cast<int>(protocolCode(name, site, channels)));
-        }
-        QTEST(codes, "expected");
-    }
-
-    void entries_data()
-    {
-        const Rows<CodeType, EntryFault, QString> row("type", "fault", "code");
-        row("00123", CodeType::Transmitter, EntryFault::None, u"123"_s);
-        row("000", CodeType::Keypad, EntryFault::NotAboveZero, {});
-        row("", CodeType::Transmitter, EntryFault::NotAboveZero, {});
-        row("251658239", CodeType::Transmitter, EntryFault::None, u"251658239"_s);
-        row("251658240", CodeType::Transmitter, EntryFault::AboveTransmitterMaximum, {});
-        row("999999", CodeType::Keypad, EntryFault::None, u"999999"_s);
-        row("1000000", CodeType::Keypad, EntryFault::AboveKeypadMaximum, {});
-    }
-    void entries()
-    {
-        QFETCH(CodeType, type);
-        const EntryCheck check = checkEntry(tag(), type);
-        QTEST(check.fault, "fault");
-        QTEST(check.code, "code");
-    }
-
-    void numbers_data()
-    {
-        const Rows<int, int> row("lenient", "whole"); // 99 = none
-        row("", 0, 99);
-        row(" 30 ", 30, 30);
-        row("12 min", 12, 99);
-        row("-1", -1, -1);
-        row("+7", 7, 7);
-        row("2.6", 3, 99);
-        row(".6", 1, 99);
-        row("nan", 0, 99);
-        row("-inf", 0, 99);
-        row("40000", 32767, 32767);
-        row("-40000", -32768, -32768);
-        row("99999999999999999999999", 32767, 32767);
-        row("1e999", 32767, 99);
-        row("-", 0, 99);
-    }
-    void numbers()
-    {
-        QTEST(toSixteenBits(leadingNumber(tag())), "lenient");
-        QTEST(wholeNumber(tag()).value_or(99), "whole");
-    }
-
-    void validity()
-    {
-        // Which days a month has is not looked at.
-        const QString date = u"31/02/2004"_s, time = u"23:59:59"_s, shortTime = u"23:59"_s;
-        const QStringList none = listOf("1/2/2004,00/02/2004,32/02/2004,01/13/2004,01-12-2004,01/12/0000, "
-                                        "1/02/2004,01/2 /2004,01/02/2e10,24:00:00,12:60:00,12:00:60,12:00.00,"
-                                        "1a:00:00,12:00:5 ,24:00,12:60,7:30,07.30,0a:30");
-        for (const QString &text : none + QStringList{date, time, shortTime, QString()}) {
-            QVERIFY2(DataValida(text) == (text == date), qPrintable(text));
-            QVERIFY2(OraValida(text) == (text == time), qPrintable(text));
-            QVERIFY2(OraBreveValida(text) == (text == shortTime), qPrintable(text));
+        const auto less = [](const std::pair<int, int> &a, const std::pair<int, int> &b) { return a.first < b.first; };
+        for (const int count : {0, 1, 512, 513, 1024, 1500, 4100}) {
+            SortInTurns<std::pair<int, int>, decltype(less)> sort(less);
+            std::vector<std::pair<int, int>> expected;
+            for (int i = 0; i < count; ++i) {
+                expected.emplace_back(i * 7919 % 997, i);
+                sort.add(expected.back());
+            }
+            std::stable_sort(expected.begin(), expected.end(), less);
+            int steps = 1;
+            for (; !sort.step(QDeadlineTimer(0)); ++steps) {
+            }
+            QVERIFY(steps >= count / 512 && sort.take() == expected);
         }
     }
 
-    void conversions()
+    /// What others still have stays; what nobody has goes when the event loop has time for it.
+    void freed()
     {
-        QCOMPARE(SoloCifre(u"1\u06622x3"_s), u"123"_s);
-        QCOMPARE(TogliAnd(u"A&GG&&"_s), u"AGG"_s);
-        QCOMPARE(Centra(u"TX"_s, 5), u" TX  "_s);
-        Texts texts;
-        texts.fill(2);
-        QCOMPARE(DataEstesa(QDate(2004, 3, 7), texts), u"Sunday, 07 March 2004"_s);
-    }
-
-    void dates_data()
-    {
-        const Rows<QString, QString> row("first", "last"); // a range's, as their keys
-        row("05/03/2004", u"20040305"_s, u"20040305"_s);
-        row("29/02/2004", u"20040229"_s, u"20040229"_s);
-        row("29/02/1900", u"19000301"_s, u"19000228"_s);
-        row("31/02/2000", u"20000301"_s, u"20000229"_s);
-        row("31/04/2004", u"20040501"_s, u"20040430"_s);
-        row("31/12/0099", u"00991231"_s, u"00991231"_s);
-        row("32/12/2004", {}, {});
-        row("5/3/2004", {}, {});
-        row("", {}, {});
-    }
-    void dates()
-    {
-        QFETCH(QString, first);
-        QFETCH(QString, last);
-        const QString typed = tag(), key = DataOrdinabile(typed);
-        QCOMPARE(DataOrdinabile(rangeDay(typed, End::First)), first);
-        QCOMPARE(rangeDayOfKey(key, End::Last), rangeDay(typed, End::Last));
-        const QDate day = rangeDay(typed, End::Last);
-        QCOMPARE(DataOrdinabile(day), last);
-        QCOMPARE(dayOfFile(DataFile(day)), day);
-        if (!last.isEmpty() && first == last)
-            QCOMPARE(DataBarre(day), typed);
+        const auto value = std::make_shared<int>(0);
+        FreedInTurns<QList<std::shared_ptr<int>>> mine(QList<std::shared_ptr<int>>(5'000, value));
+        {
+            const FreedInTurns<QList<std::shared_ptr<int>>> shared = mine;
+            mine = {};
+            QCOMPARE(value.use_count(), 5'001);
+        }
+        QCOMPARE(value.use_count(), 5'001);
+        QTRY_COMPARE(value.use_count(), 1);
     }
 };
 

@@ -2,7 +2,6 @@
 
 // The built programs, started and used as a user would.
 
-#include "archives/Tables.h"
 #include "support/Fixtures.h"
 
 #include <QDeadlineTimer>
@@ -91,7 +90,7 @@ class Desktop
 public:
     Desktop()
     {
-        server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1024x768x24"_s});
+        server.start(u"Xvfb"_s, listOf("-displayfd,1,-screen,0,1024x768x24"));
         if (!server.waitForReadyRead())
             return;
         environment = {u"QT_QPA_PLATFORM=xcb"_s, u"DISPLAY=:"_s + QString::fromLatin1(server.readLine().trimmed())};

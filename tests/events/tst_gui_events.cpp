@@ -1,64 +1,22 @@
-#include "archives/Tables.h"
 #include "events/frmEventi.h"
 #include "events/frmEventiOdierni.h"
 #include "events/frmNumEvOd.h"
-#include "startup/CurrentPrinter.h"
-#include "support/FakeMessages.h"
-#include "support/Fixtures.h"
+#include "support/Windows.h"
 #include "widgets/UserCombo.h"
 #include "widgets/frmRicercapr.h"
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QFile>
 #include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTableView>
-#include <QTest>
 
 namespace {
 
 /// Two who share a surname, one without a surname, one without a first name.
-const QList<QStringList> people = {{u"1"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s},
-                                   {u"2"_s, u"TX"_s, u"Rossi"_s, u"Anna"_s},
+const QList<QStringList> people = {listOf("1,TX,Rossi,Mario"),
+                                   listOf("2,TX,Rossi,Anna"),
                                    {u"3"_s, u"DKS"_s, {}, u"Zo\u00EB"_s},
                                    {u"4"_s, u"TX"_s, u"\u00C4del"_s, {}}};
 
-struct Base {
-    Base() { texts.fill(2); }
-
-    TestFolder test;
-    FakeClock clock;
-    FakeMessages messages;
-    Texts texts;
-    FakePrinters printers;
-    Settings settings{test.folder, printers};
-    Notices notices;
-    CurrentPrinter printer{settings, printers, notices};
-};
-
-template<class Control>
-Control *find(QWidget &window, const char *name)
-{
-    auto *found = window.findChild<Control *>(QString::fromLatin1(name));
-    if (!found)
-        qFatal("no %s", name);
-    return found;
-}
-
-QString cells(QTableView *grid, int row)
-{
-    QStringList texts;
-    for (int column = 0; column < grid->model()->columnCount(); ++column)
-        texts.append(grid->model()->index(row, column).data().toString());
-    return texts.join(u'|');
-}
-
-struct SearchDesk : Base {
+struct SearchDesk : Office {
     SearchDesk()
     {
         test.addUsers(people);
@@ -71,16 +29,17 @@ struct SearchDesk : Base {
     }
     ~SearchDesk() { delete form; }
 
-    QLineEdit *edit(const char *name) { return find<QLineEdit>(*form, name); }
-    UserCombo *surname() { return find<UserCombo>(*form, "dbcmbCognome"); }
-    UserCombo *firstName() { return find<UserCombo>(*form, "dbcmbNome"); }
-    QTableView *grid() { return find<QTableView>(*form, "dbgrdDati"); }
-    void press(const char *button) { find<QPushButton>(*form, button)->click(); }
+    QLineEdit *edit(const char *name) { return control<QLineEdit>(form, QString::fromLatin1(name)); }
+    UserCombo *surname() { return control<UserCombo>(form, u"dbcmbCognome"_s); }
+    UserCombo *firstName() { return control<UserCombo>(form, u"dbcmbNome"_s); }
+    QTableView *grid() { return control<QTableView>(form, u"dbgrdDati"_s); }
+    void press(const char *button) { control(form, QString::fromLatin1(button))->click(); }
     void search()
     {
         press("cmdRicerca");
-        QTRY_VERIFY(find<QPushButton>(*form, "cmdRicerca")->isEnabled());
+        QTRY_VERIFY(canSearch());
     }
+    bool canSearch() const { return control(form, u"cmdRicerca"_s)->isEnabled(); }
 
     QPointer<frmEventi> form;
 };
@@ -99,286 +58,246 @@ class TestEvents : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void refusals_data();
-    void refusals();
-    void combosFollowEachOther();
-    void searchAndStop();
-    void unreadDayIsTold();
-    void windowGoesInTheMiddle();
-    void exportAsksOnce();
-    void doesNotOpenHalfFilled();
-    void liveView();
-    void numberOfEvents();
-};
-
-void TestEvents::refusals_data()
-{
-    const Rows<QByteArray, QString, QString, QByteArray> row("box", "text", "message", "focus");
-    row("date", "txtDataOrig", u"1/3/2004"_s, u"Incorrect date format! (dd/mm/yyyy)"_s, "txtDataOrig");
-    row("last date", "txtDataFine", u"32/03/2004"_s, u"Incorrect date format! (dd/mm/yyyy)"_s, "txtDataFine");
-    row("time", "txtOraIn", u"24:00:00"_s, u" Incorrect time format! (hh:mm:ss)"_s, "txtOraIn");
-    row("order", "txtDataFine", u"04/03/2004"_s, u"The starting date must come before the finishing date!"_s,
-        "txtDataOrig");
-    row("nobody's name", "dbcmbCognome", u"Verdi"_s, u"Code or name is not in the data file!"_s, "");
-    row("no surname", "dbcmbNome", u"Zo\u00EB"_s, u"Code or name is not in the data file!"_s, "");
-}
-
-void TestEvents::refusals()
-{
-    QFETCH(QByteArray, box);
-    QFETCH(QString, text);
-    QFETCH(QString, message);
-    QFETCH(QByteArray, focus);
-    SearchDesk desk;
-    if (auto *combo = desk.form->findChild<UserCombo *>(QString::fromLatin1(box)))
-        type(combo, text);
-    else
-        desk.edit(box.constData())->setText(text);
-    desk.press("cmdRicerca");
-    QCOMPARE(desk.messages.take(), QStringList{u"Exclamation: "_s + message});
-    if (!focus.isEmpty()) {
-        QCOMPARE(desk.form->focusWidget(), desk.edit(focus.constData()));
-        QCOMPARE(desk.edit(focus.constData())->selectedText(), desk.edit(focus.constData())->text());
+    /// The box that is wrong gets the keyboard, with all its text; which rules there are is tested with the search.
+    void refusals()
+    {
+        SearchDesk desk;
+        const auto press = [&desk] {
+            desk.press("cmdRicerca");
+            return desk.messages.take().join(u'|');
+        };
+        desk.edit("txtDataFine")->setText(u"04/03/2004"_s);
+        QCOMPARE(press(), u"Exclamation: The starting date must come before the finishing date!"_s);
+        QCOMPARE(desk.form->focusWidget(), desk.edit("txtDataOrig"));
+        QCOMPARE(desk.edit("txtDataOrig")->selectedText(), u"05/03/2004"_s);
+        desk.edit("txtOraIn")->setText(u"24:00:00"_s);
+        QCOMPARE(press(), u"Exclamation:  Incorrect time format! (hh:mm:ss)"_s);
+        QCOMPARE(desk.form->focusWidget(), desk.edit("txtOraIn"));
+        desk.edit("txtDataFine")->setText(u"05/03/2004"_s);
+        desk.edit("txtOraIn")->setText(u"00:00:00"_s);
+        for (UserCombo *combo : {desk.surname(), desk.firstName()}) {
+            type(combo, combo == desk.surname() ? u"Verdi"_s : u"Zo\u00EB"_s);
+            QCOMPARE(press(), u"Exclamation: Code or name is not in the data file!"_s);
+        }
+        QVERIFY(!desk.form->findChild<frmRicercapr *>());
     }
-    QVERIFY(!desk.form->findChild<frmRicercapr *>());
-}
 
-void TestEvents::combosFollowEachOther()
-{
-    SearchDesk desk;
-    QStringList listed;
-    for (int i = 0; i < desk.surname()->count(); ++i)
-        listed.append(desk.surname()->itemText(i));
-    QCOMPARE(listed, QStringList({u"\u00C4del"_s, u"Rossi"_s, u"Rossi"_s}));
-    desk.edit("txtCodice")->setText(u"1x2"_s);
-    QCOMPARE(desk.edit("txtCodice")->text(), u"12"_s);
-    // The second of the two, from the list.
-    desk.surname()->setFocus();
-    for (int i = 0; i < 3; ++i)
+    void combosFollowEachOther()
+    {
+        SearchDesk desk;
+        const auto shown = [&desk] { return desk.surname()->currentText() + u'/' + desk.firstName()->currentText(); };
+        QStringList listed;
+        for (int i = 0; i < desk.surname()->count(); ++i)
+            listed.append(desk.surname()->itemText(i));
+        QCOMPARE(listed, QStringList({u"\u00C4del"_s, u"Rossi"_s, u"Rossi"_s}));
+        desk.edit("txtCodice")->setText(u"1x2"_s);
+        QCOMPARE(desk.edit("txtCodice")->text(), u"12"_s);
+        // The second of the two, from the list.
+        desk.surname()->setFocus();
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(desk.surname(), Qt::Key_Down);
+        QCOMPARE(shown() + desk.edit("txtCodice")->text(), u"Rossi/Anna"_s);
+        QTest::keyClick(desk.surname(), Qt::Key_Return); // searches, and leaves the person as he is
+        QTRY_COMPARE(desk.messages.shown.size(), 1);
+        QCOMPARE(desk.messages.take(), QStringList(u"Information: No events found!"_s));
+        desk.edit("txtOraIn")->setFocus();
+        QCOMPARE(shown(), u"Rossi/Anna"_s);
+        QTest::keyClick(desk.surname(), Qt::Key_Up);
+        QCOMPARE(shown(), u"Rossi/Mario"_s);
+        // Typed without the accent, and a person who has no first name.
+        type(desk.surname(), u"adel"_s);
+        QVERIFY(desk.firstName()->currentText().isEmpty() && desk.surname()->shown() == std::optional<qint64>(3));
+        type(desk.firstName(), u"Anna"_s);
+        QVERIFY(shown() == u"Rossi/Anna" && desk.surname()->shown() == std::optional<qint64>(1));
+        // Who has no surname leaves none of somebody else's.
+        QTest::keyClicks(desk.firstName(), u"zo"_s);
+        QCOMPARE(desk.surname()->currentText(), QString());
+        desk.edit("txtCodice")->setText(u"7"_s);
+        QCOMPARE(shown(), u"/"_s);
+    }
+
+    void searchAndStop()
+    {
+        SearchDesk desk;
+        desk.search();
+        QCOMPARE(desk.messages.take(), QStringList(u"Information: No events found!"_s));
+        QList<QStringList> events(3000, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s});
+        events.prepend({u"2"_s, u"TX"_s, u"B"_s, u"X"_s, {}, u"09:00:00"_s});
+        desk.test.addEvents(u"05-03-2004"_s, events);
+        type(desk.surname(), u"Rossi"_s);
+        desk.surname()->setFocus();
         QTest::keyClick(desk.surname(), Qt::Key_Down);
-    QCOMPARE(desk.surname()->currentText() + desk.firstName()->currentText(), u"RossiAnna"_s);
-    QVERIFY(desk.edit("txtCodice")->text().isEmpty());
-    QTest::keyClick(desk.surname(), Qt::Key_Return); // searches, and leaves the person as he is
-    QTRY_COMPARE(desk.messages.shown.size(), 1);
-    QCOMPARE(desk.messages.take(), QStringList(u"Information: No events found!"_s));
-    desk.edit("txtOraIn")->setFocus();
-    QCOMPARE(desk.firstName()->currentText(), u"Anna"_s);
-    QTest::keyClick(desk.surname(), Qt::Key_Up);
-    QCOMPARE(desk.firstName()->currentText(), u"Mario"_s);
-    // Typed without the accent, and a person who has no first name.
-    type(desk.surname(), u"adel"_s);
-    QVERIFY(desk.firstName()->currentText().isEmpty());
-    QCOMPARE(desk.surname()->shown(), std::optional<qint64>(3));
-    type(desk.firstName(), u"Anna"_s);
-    QCOMPARE(desk.surname()->currentText(), u"Rossi"_s);
-    QCOMPARE(desk.surname()->shown(), std::optional<qint64>(1));
-    // Who has no surname leaves none of somebody else's.
-    QTest::keyClicks(desk.firstName(), u"zo"_s);
-    QCOMPARE(desk.surname()->currentText(), QString());
-    desk.edit("txtCodice")->setText(u"7"_s);
-    QCOMPARE(desk.surname()->currentText() + desk.firstName()->currentText(), QString());
-}
+        desk.search();
+        QCOMPARE(desk.grid()->model()->rowCount(), 1);
+        QCOMPARE(cells(desk.grid(), 0), u"Rossi|Anna|TX|B|X|05-03-2004|09:00:00|"_s);
+        const auto spoken = [&](int column) {
+            return desk.grid()->model()->index(0, column).data(Qt::AccessibleTextRole).toString();
+        };
+        QCOMPARE(spoken(4) + spoken(7), desk.texts[OwnText::Marked] + desk.texts[OwnText::NotMarked]);
+        QVERIFY(desk.grid()->currentIndex().isValid());
+        const auto *found = control<QLabel>(desk.form, u"lblTrovati"_s);
+        QCOMPARE(found->text() + u'|' + desk.grid()->accessibleDescription(), u"Events found: 1|Events found: 1"_s);
 
-void TestEvents::searchAndStop()
-{
-    SearchDesk desk;
-    desk.search();
-    QCOMPARE(desk.messages.take(), QStringList(u"Information: No events found!"_s));
-    QList<QStringList> events(3000, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s});
-    events.prepend({u"2"_s, u"TX"_s, u"B"_s, u"X"_s, {}, u"09:00:00"_s});
-    desk.test.addEvents(u"05-03-2004"_s, events);
-    type(desk.surname(), u"Rossi"_s);
-    desk.surname()->setFocus();
-    QTest::keyClick(desk.surname(), Qt::Key_Down);
-    desk.search();
-    QCOMPARE(desk.grid()->model()->rowCount(), 1);
-    QCOMPARE(cells(desk.grid(), 0), u"Rossi|Anna|TX|B|X|05-03-2004|09:00:00|"_s);
-    QVERIFY(desk.grid()->currentIndex().isValid());
-    const auto *found = find<QLabel>(*desk.form, "lblTrovati");
-    QCOMPARE(found->text() + u'|' + desk.grid()->accessibleDescription(), u"Events found: 1|Events found: 1"_s);
-
-    desk.edit("txtCodice")->setText(u"1"_s);
-    // Enter, and a click before its animation has ended.
-    QTest::keyClick(desk.edit("txtCodice"), Qt::Key_Return);
-    desk.press("cmdRicerca");
-    QTest::qWait(200);
-    QVERIFY(desk.form->findChildren<frmRicercapr *>().size() < 2);
-    QTRY_VERIFY(find<QPushButton>(*desk.form, "cmdRicerca")->isEnabled());
-    desk.press("cmdRicerca");
-    auto *progress = find<frmRicercapr>(*desk.form, "frmRicercapr");
-    QCOMPARE(find<QLabel>(*progress, "lblGiorno")->text(), u"Day: 05/03/2004"_s);
-    QVERIFY(!find<QPushButton>(*desk.form, "cmdRicerca")->isEnabled());
-    QTest::keyClick(progress, Qt::Key_Return); // one too many
-    QVERIFY(!find<QPushButton>(*desk.form, "cmdRicerca")->isEnabled());
-    QTest::keyClick(progress, Qt::Key_Escape);
-    QTRY_VERIFY(find<QPushButton>(*desk.form, "cmdRicerca")->isEnabled());
-    QTRY_VERIFY(!desk.form->findChild<frmRicercapr *>());
-    const int before = desk.grid()->model()->rowCount();
-    QVERIFY(before < 3000);
-    // Stopped before the first: nobody knows whether there is one.
-    QCOMPARE(found->text(), before > 0 ? u"Events found: %1"_s.arg(before) : QString());
-    // A refused search leaves the results alone.
-    desk.search();
-    QCOMPARE(desk.grid()->model()->rowCount(), 3000);
-    find<QCheckBox>(*desk.form, "chkTipo(0)")->setChecked(false);
-    find<QCheckBox>(*desk.form, "chkTipo(1)")->setChecked(false);
-    desk.press("cmdRicerca");
-    QCOMPARE(desk.messages.take(), QStringList(u"Exclamation: Choose at least one type (TX or DKS)!"_s));
-    QCOMPARE(desk.grid()->model()->rowCount(), 3000);
-}
-
-void TestEvents::unreadDayIsTold()
-{
-    SearchDesk desk;
-    desk.test.write(u"Archivi/Eventi_05-03-2004.zeb"_s, "no archive");
-    desk.test.write(u"Archivi/Eventi_04-03-2004.zeb.guasto"_s, "set aside");
-    desk.edit("txtDataOrig")->setText(u"04/03/2004"_s);
-    desk.search();
-    QCoreApplication::processEvents(); // nothing follows
-    QCOMPARE(desk.messages.take(), QStringList{u"Exclamation: The archives of these days cannot be read: 05/03/2004\n"
-                                               "The events of these days are incomplete: 04/03/2004"_s});
-    QCOMPARE(find<QLabel>(*desk.form, "lblTrovati")->text(), QString());
-}
-
-void TestEvents::windowGoesInTheMiddle()
-{
-    SearchDesk desk;
-    desk.test.addEvents(u"05-03-2004"_s, QList<QStringList>(3000, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}));
-    desk.press("cmdRicerca");
-    QVERIFY(desk.form->findChild<frmRicercapr *>());
-    desk.form->close();
-    QTRY_VERIFY(!desk.form);
-    const QStringList left = desk.test.files(u"Archivi"_s);
-    QVERIFY(!left.contains(u"AnaCon.zeb"_s) && !left.contains(u"Eventitmp.$$$"_s));
-}
-
-void TestEvents::exportAsksOnce()
-{
-    SearchDesk desk;
-    desk.press("cmdToExcel");
-    QCOMPARE(desk.messages.take(), QStringList(u"Information: No events available!"_s));
-    desk.test.addEvents(u"05-03-2004"_s, {{u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}});
-    desk.search();
-    const auto choose = [&desk](const QString &file) {
-        desk.press("cmdToExcel");
-        auto *dialog = find<QFileDialog>(*desk.form, "ComDial");
-        QVERIFY(find<QLineEdit>(*dialog, "fileNameEdit")->text().isEmpty());
-        find<QLineEdit>(*dialog, "fileNameEdit")->setText(file);
-        QTest::keyClick(find<QLineEdit>(*dialog, "fileNameEdit"), Qt::Key_Return);
-        QTRY_VERIFY(!desk.form->findChild<QFileDialog *>());
+        desk.edit("txtCodice")->setText(u"1"_s);
+        // Enter, and a click before its animation has ended.
+        QTest::keyClick(desk.edit("txtCodice"), Qt::Key_Return);
+        desk.press("cmdRicerca");
+        bool isTwice = false;
+        QVERIFY(QTest::qWaitFor([&] {
+            isTwice |= desk.form->findChildren<frmRicercapr *>().size() > 1;
+            return desk.canSearch();
+        }));
+        QVERIFY(!isTwice);
+        desk.press("cmdRicerca");
+        auto *progress = control<frmRicercapr>(desk.form, u"frmRicercapr"_s);
+        QCOMPARE(control<QLabel>(progress, u"lblGiorno"_s)->text(), u"Day: 05/03/2004"_s);
+        QTest::keyClick(progress, Qt::Key_Return); // one too many
+        QVERIFY(!desk.canSearch());
+        QTest::keyClick(progress, Qt::Key_Escape);
+        QTRY_VERIFY(desk.canSearch());
         QTRY_VERIFY(!desk.form->findChild<frmRicercapr *>());
-    };
-    const QString file = desk.test.directory.filePath(u"out"_s);
-    choose(file);
-    QVERIFY(desk.test.read(u"out.xls"_s).startsWith("\xD0\xCF\x11\xE0"));
-    desk.test.write(u"out.xls"_s, "old");
-    choose(file + u" 31.12"_s);
-    QVERIFY(desk.test.files().contains(u"out 31.12.xls"_s));
-    choose(file + u".xls"_s);
-    const QStringList question = {u"Question: The file '"_s + file + u".xls' already exists!\r\nOverwrite ?"_s};
-    QCOMPARE(desk.messages.take(), question);
-    QCOMPARE(desk.test.read(u"out.xls"_s), "old");
-    desk.messages.answers = {Messages::Answer::Yes};
-    choose(file + u".xls"_s);
-    QTRY_VERIFY(desk.test.read(u"out.xls"_s) != "old");
-    QCOMPARE(desk.messages.take(), question);
-    desk.test.disk.stopAt = int(desk.test.disk.steps.size());
-    choose(file + u"2.xls"_s);
-    QTRY_COMPARE(desk.messages.shown.size(), 1);
-    QVERIFY(desk.messages.take().first().startsWith(u"Exclamation: Cannot create the 'Excel' file"_s));
-    desk.test.disk.stopAt = -1;
-    QTRY_VERIFY(find<QPushButton>(*desk.form, "cmdToExcel")->isEnabled());
-}
+        const int before = desk.grid()->model()->rowCount();
+        QVERIFY(before < 3000);
+        // Stopped before the first: nobody knows whether there is one.
+        QCOMPARE(found->text(), before > 0 ? u"Events found: %1"_s.arg(before) : QString());
+        // A refused search leaves the results alone.
+        desk.search();
+        QCOMPARE(desk.grid()->model()->rowCount(), 3000);
+        control<QCheckBox>(desk.form, u"chkTipo(0)"_s)->setChecked(false);
+        control<QCheckBox>(desk.form, u"chkTipo(1)"_s)->setChecked(false);
+        desk.press("cmdRicerca");
+        QCOMPARE(desk.messages.take(), QStringList(u"Exclamation: Choose at least one type (TX or DKS)!"_s));
+        QCOMPARE(desk.grid()->model()->rowCount(), 3000);
+    }
 
-void TestEvents::doesNotOpenHalfFilled()
-{
-    Base base; // without a register
-    frmEventi search(base.texts, base.messages, base.test.archives, base.clock, base.printer);
-    QVERIFY(!search.open());
-    frmEventiOdierni view(base.texts, base.messages, base.test.archives, base.clock, base.printer);
-    QVERIFY(!view.open());
-    QCOMPARE(base.messages.take().size(), 2);
-}
+    void unreadDayIsTold()
+    {
+        SearchDesk desk;
+        desk.test.write(u"Archivi/Eventi_05-03-2004.zeb"_s, "no archive");
+        desk.test.write(u"Archivi/Eventi_04-03-2004.zeb.guasto"_s, "set aside");
+        desk.edit("txtDataOrig")->setText(u"04/03/2004"_s);
+        desk.search();
+        QCoreApplication::processEvents(); // nothing follows
+        QCOMPARE(desk.messages.take(),
+                 QStringList{u"Exclamation: The archives of these days cannot be read: 05/03/2004\n"
+                             "The events of these days are incomplete: 04/03/2004"_s});
+        QCOMPARE(control<QLabel>(desk.form, u"lblTrovati"_s)->text(), QString());
+    }
 
-void TestEvents::liveView()
-{
-    Base base;
-    base.test.addUsers(people);
-    base.test.addEvents(u"05-03-2004"_s, {{u"2"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s},
-                                          {u"2"_s, u"DKS"_s, u"B"_s, {}, u"X"_s, u"10:00:01"_s}});
-    frmEventiOdierni view(base.texts, base.messages, base.test.archives, base.clock, base.printer);
-    QVERIFY(view.open());
-    view.setNumEv(3);
-    view.show();
-    auto *grid = find<QTableView>(view, "flxgrdEventi");
-    auto *load = find<QTimer>(view, "tmrLoad");
-    auto *refresh = find<QTimer>(view, "tmrRefresh");
-    QCOMPARE(load->interval(), 500);
-    load->start(0);
-    QTRY_VERIFY(refresh->isActive());
-    QCOMPARE(refresh->interval(), 2000);
-    QCOMPARE(grid->model()->rowCount(), 3);
-    QCOMPARE(cells(grid, 0), u"1|TX|Rossi|Anna|A||05-03-2004|10:00:00|"_s);
-    QCOMPARE(cells(grid, 1), u"2|DKS|||B||05-03-2004|10:00:01|X"_s);
-    QCOMPARE(cells(grid, 2), u"||||||||"_s);
-    for (int i = 0; i < 2; ++i)
-        base.test.addEvents(u"05-03-2004"_s, {{u"9"_s, u"TX"_s, u"C"_s, u"X"_s, {}, u"10:00:02"_s}});
-    refresh->start(0);
-    QTRY_COMPARE(refresh->interval(), 500);
-    QCOMPARE(cells(grid, 2), u"4|TX|||C|X|05-03-2004|10:00:02|"_s);
-    QCOMPARE(grid->currentIndex().row(), 2);
-    find<QPushButton>(view, "cmdStampa")->click();
-    QTRY_COMPARE(base.messages.shown, QStringList(u"Information: No Printer installed"_s));
-    base.messages.take();
-    QTRY_VERIFY(refresh->isActive());
-    // Below the newest event there are blank rows: who goes there has not gone back to older ones.
-    view.setNumEv(200);
-    load->start(0);
-    QTRY_COMPARE(grid->model()->rowCount(), 200);
-    grid->setCurrentIndex(grid->model()->index(0, 0));
-    QTest::keyClick(grid, Qt::Key_End, Qt::ControlModifier);
-    QCOMPARE(grid->currentIndex().row(), 199);
-    base.test.addEvents(u"05-03-2004"_s, {{u"9"_s, u"TX"_s, u"D"_s, {}, {}, u"10:00:03"_s}});
-    refresh->start(0);
-    QTRY_COMPARE(grid->currentIndex().row(), 4);
-    QVERIFY(grid->viewport()->rect().contains(grid->visualRect(grid->currentIndex())));
-    // A day that cannot be read for a while is told once, and what was there stays.
-    QFile::remove(base.test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
-    for (int i = 0; i < 8; ++i) {
-        QCOMPARE(base.messages.shown.size(), i < 4 ? 0 : 1);
+    void exportAsksOnce()
+    {
+        SearchDesk desk;
+        desk.press("cmdToExcel");
+        QCOMPARE(desk.messages.take(), QStringList(u"Information: No events available!"_s));
+        desk.test.addEvents(u"05-03-2004"_s, {{u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}});
+        desk.search();
+        const auto choose = [&desk](const QString &file) {
+            desk.press("cmdToExcel");
+            auto *name = control<QLineEdit>(control<QFileDialog>(desk.form, u"ComDial"_s), u"fileNameEdit"_s);
+            QVERIFY(name->text().isEmpty());
+            name->setText(file);
+            QTest::keyClick(name, Qt::Key_Return);
+            QTRY_VERIFY(!desk.form->findChild<QFileDialog *>());
+            QTRY_VERIFY(!desk.form->findChild<frmRicercapr *>());
+        };
+        const QString file = desk.test.directory.filePath(u"out"_s);
+        choose(file);
+        QVERIFY(desk.test.read(u"out.xls"_s).startsWith("\xD0\xCF\x11\xE0"));
+        desk.test.write(u"out.xls"_s, "old");
+        choose(file + u" 31.12"_s);
+        QVERIFY(desk.test.files().contains(u"out 31.12.xls"_s));
+        choose(file + u".xls"_s);
+        const QStringList question = {u"Question: The file '"_s + file + u".xls' already exists!\r\nOverwrite ?"_s};
+        QCOMPARE(desk.messages.take(), question);
+        QCOMPARE(desk.test.read(u"out.xls"_s), "old");
+        desk.messages.answers = {Messages::Answer::Yes};
+        choose(file + u".xls"_s);
+        QTRY_VERIFY(desk.test.read(u"out.xls"_s) != "old");
+        QCOMPARE(desk.messages.take(), question);
+        desk.test.disk.stopAt = int(desk.test.disk.steps.size());
+        choose(file + u"2.xls"_s);
+        QTRY_COMPARE(desk.messages.shown.size(), 1);
+        QVERIFY(desk.messages.take().first().startsWith(u"Exclamation: Cannot create the 'Excel' file"_s));
+    }
+
+    void doesNotOpenHalfFilled()
+    {
+        Office base; // without a register
+        frmEventi search(base.texts, base.messages, base.test.archives, base.clock, base.printer);
+        QVERIFY(!search.open());
+        frmEventiOdierni view(base.texts, base.messages, base.test.archives, base.clock, base.printer);
+        QVERIFY(!view.open());
+        QCOMPARE(base.messages.take().size(), 2);
+    }
+
+    void liveView()
+    {
+        Office base;
+        base.test.addUsers(people);
+        base.test.addEvents(u"05-03-2004"_s, {{u"2"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s},
+                                              {u"2"_s, u"DKS"_s, u"B"_s, {}, u"X"_s, u"10:00:01"_s}});
+        frmEventiOdierni view(base.texts, base.messages, base.test.archives, base.clock, base.printer);
+        QVERIFY(view.open());
+        view.setNumEv(3);
+        view.show();
+        auto *grid = control<QTableView>(&view, u"flxgrdEventi"_s);
+        auto *load = control<QTimer>(&view, u"tmrLoad"_s);
+        auto *refresh = control<QTimer>(&view, u"tmrRefresh"_s);
+        load->start(0);
+        QTRY_VERIFY(refresh->isActive());
+        QCOMPARE(grid->model()->rowCount(), 3);
+        QCOMPARE(cells(grid, 0), u"1|TX|Rossi|Anna|A||05-03-2004|10:00:00|"_s);
+        QCOMPARE(cells(grid, 1), u"2|DKS|||B||05-03-2004|10:00:01|X"_s);
+        QCOMPARE(cells(grid, 2), u"||||||||"_s);
+        for (int i = 0; i < 2; ++i)
+            base.test.addEvents(u"05-03-2004"_s, {{u"9"_s, u"TX"_s, u"C"_s, u"X"_s, {}, u"10:00:02"_s}});
         refresh->start(0);
         QTRY_COMPARE(refresh->interval(), 500);
+        QCOMPARE(cells(grid, 2), u"4|TX|||C|X|05-03-2004|10:00:02|"_s);
+        QCOMPARE(grid->currentIndex().row(), 2);
+        // Below the newest event there are blank rows: who goes there has not gone back to older ones.
+        view.setNumEv(200);
+        load->start(0);
+        QTRY_COMPARE(grid->model()->rowCount(), 200);
+        grid->setCurrentIndex(grid->model()->index(0, 0));
+        QTest::keyClick(grid, Qt::Key_End, Qt::ControlModifier);
+        QCOMPARE(grid->currentIndex().row(), 199);
+        base.test.addEvents(u"05-03-2004"_s, {{u"9"_s, u"TX"_s, u"D"_s, {}, {}, u"10:00:03"_s}});
+        refresh->start(0);
+        QTRY_COMPARE(grid->currentIndex().row(), 4);
+        QVERIFY(grid->viewport()->rect().contains(grid->visualRect(grid->currentIndex())));
+        // A day that cannot be read for a while is told once, and what was there stays.
+        QFile::remove(base.test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
+        for (int i = 0; i < 8; ++i) {
+            QCOMPARE(base.messages.shown.size(), i < 4 ? 0 : 1);
+            refresh->start(0);
+            QTRY_COMPARE(refresh->interval(), 500);
+        }
+        QCOMPARE(base.messages.take().size(), 1);
+        QCOMPARE(cells(grid, 4), u"5|TX|||D||05-03-2004|10:00:03|"_s);
     }
-    QCOMPARE(base.messages.take().size(), 1);
-    QCOMPARE(cells(grid, 4), u"5|TX|||D||05-03-2004|10:00:03|"_s);
-}
 
-void TestEvents::numberOfEvents()
-{
-    Base base;
-    base.settings.NumEvOd = 25;
-    frmNumEvOd form(base.texts, base.settings, base.messages);
-    form.setAttribute(Qt::WA_DeleteOnClose, false);
-    form.show();
-    const QSignalSpy changed(&form, &frmNumEvOd::NumeroCambiato);
-    auto *box = find<QLineEdit>(form, "txtNumEv");
-    QCOMPARE(box->text(), u"25"_s);
-    for (const auto &[typed, accepted] : {std::pair("12a3", "123"), {"2000", "1000"}, {"0", "0"}, {"", ""}}) {
-        box->clear();
-        QTest::keyClicks(box, QString::fromLatin1(typed));
-        QCOMPARE(box->text(), QString::fromLatin1(accepted));
+    void numberOfEvents()
+    {
+        Office office;
+        frmNumEvOd form(office.texts, office.settings, office.messages);
+        form.setAttribute(Qt::WA_DeleteOnClose, false);
+        form.show();
+        auto *box = control<QLineEdit>(&form, u"txtNumEv"_s);
+        for (const auto &[typed, accepted] :
+             {std::pair(u"12a3"_s, u"123"_s), {u"2000"_s, u"1000"_s}, {u"0"_s, u"0"_s}}) {
+            box->clear();
+            QTest::keyClicks(box, typed);
+            QCOMPARE(box->text(), accepted);
+        }
+        control(&form, u"cmdOk"_s)->click();
+        QVERIFY(form.isVisible() && office.messages.take().first().startsWith(u"Exclamation: The number of events"_s));
+        box->setText(u"40"_s);
+        control(&form, u"cmdOk"_s)->click();
+        QVERIFY(!form.isVisible() && office.settings.NumEvOd == 40);
+        QCOMPARE(office.settings.LeggiImpostazione(u"NUMEVOD"_s), u"40"_s);
     }
-    find<QPushButton>(form, "cmdOk")->click();
-    QCOMPARE(base.messages.take(),
-             QStringList(u"Exclamation: The number of events must be greater than 0 but not exceed 1000!"_s));
-    QVERIFY(form.isVisible() && changed.isEmpty());
-    QTest::keyClicks(box, u"40"_s);
-    find<QPushButton>(form, "cmdOk")->click();
-    QVERIFY(!form.isVisible());
-    QCOMPARE(base.settings.NumEvOd, 40);
-    QCOMPARE(base.settings.LeggiImpostazione(u"NUMEVOD"_s), u"40"_s);
-    QCOMPARE(changed.size(), 1);
-}
+};
 
 QTEST_MAIN(TestEvents)
 #include "tst_gui_events.moc"

@@ -43,15 +43,6 @@ std::unique_ptr<TableReport> users(const Texts &texts, const TableReport::Rows &
 }
 
 // clang-format off
-const Look lastEvents = {
-    events<Table::LastEvents>,
-    listOf("12345678,DKS,ABCDEFGHIJKLMNOPQ,Al\xAD" "ba,A,X,05-03-2004,07:45:00"), u"ULTIMI EVENTI"_s,
-    {u"   N\u00B0    Tipo      Cognome            Nome       CH   CH      Data      Ora     KOR "_s,
-     u"                    Utente           Utente           DIS                       DIS "_s},
-    u" 2345678  DKS  ABCDEFGHIJKLMNOP Al-ba             A    X   05-03-2004 07:45:00      "_s,
-    420, 1396, 300, 220, 28, 31,
-    {420, 1410, 2130, 4170, 6210, 6690, 7410, 8730, 9810, 10530}, 10530, 10530,
-};
 const Look search = {
     events<Table::Search>,
     u"Rossi,Anna,LONGTYPE,B,,05-03-2004,07:45:00,X"_s.split(u','), u"RICERCA EVENTI"_s,
@@ -93,11 +84,9 @@ private Q_SLOTS:
     void pages_data()
     {
         const Rows<const Look *, int, int> row("look", "count", "pages");
-        for (const auto &[tag, look] : {std::pair("last events: %d", &lastEvents), std::pair("search: %d", &search)}) {
-            // A full page is followed by one that holds the headings alone.
-            for (const auto &[count, pages] : {std::pair(0, 1), {1, 1}, {3, 1}, {25, 1}, {28, 2}, {500, 17}})
-                row(qPrintable(QString::asprintf(tag, count)), look, count, pages);
-        }
+        // A full page is followed by one that holds the headings alone.
+        for (const auto &[count, pages] : {std::pair(0, 1), {1, 1}, {3, 1}, {25, 1}, {28, 2}, {500, 17}})
+            row(qPrintable(QString::asprintf("search: %d", count)), &search, count, pages);
         row("one user", &userList, 1, 1);
         row("60 users", &userList, 60, 3);
     }

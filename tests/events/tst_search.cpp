@@ -1,16 +1,9 @@
-#include "archives/Tables.h"
-#include "events/DayView.h"
 #include "events/EventSearch.h"
 #include "support/Fixtures.h"
 #include "support/RecordingVfs.h"
 #include "texts/DateTimeText.h"
-#include "texts/NameKey.h"
 
-#include <QFile>
 #include <QRandomGenerator>
-#include <QTest>
-
-#include <sqlite3.h>
 
 namespace {
 
@@ -67,451 +60,250 @@ class TestSearch : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void sortKeys_data();
-    void sortKeys();
-    void faults_data();
-    void faults();
-    void statements_data();
-    void statements();
-    void walk_data();
-    void walk();
-    void unreadDays();
-    void damagedPages();
-    void daysSetAside();
-    void stopAndLeftovers();
-    void resultsThatCannotBeKept();
-    void agreesWithAPlainLoop();
-    void dayGrows();
-    void dayChanges();
-};
-
-void TestSearch::sortKeys_data()
-{
-    const Rows<QString, QString> row("before", "after");
-    row("case", u"rossi"_s, u"ROSSINI"_s);
-    row("accent", u"Österle"_s, u"Ostermann"_s);
-    row("ligature", u"Æbelø"_s, u"Afzal"_s);
-    row("sharp s", u"Straße"_s, u"Strasser"_s);
-    row("apostrophe stands before letters", u"D'Angelo"_s, u"Dangelo"_s);
-    row("two accents", u"\u1EA4n"_s, u"Anna"_s);
-}
-
-void TestSearch::sortKeys()
-{
-    QFETCH(QString, before);
-    QFETCH(QString, after);
-    QVERIFY2(nameKey(before) < nameKey(after), qPrintable(nameKey(before) + u" / "_s + nameKey(after)));
-}
-
-void TestSearch::faults_data()
-{
-    const Rows<TypedQuery, QueryFault> row("wanted", "fault");
-    const auto timed = [](const QString &from, const QString &to) {
-        TypedQuery made = query(u"A"_s, u"TX"_s);
-        made.from = from;
-        made.to = to;
-        return made;
-    };
-    row("no date", range(u"3/3/2004"_s, u"xx"_s), QueryFault::FirstDay);
-    row("no last date", range(u"03/03/2004"_s, u"00/03/2004"_s), QueryFault::LastDay);
-    row("a blank for a digit", range(u" 1/02/2027"_s, u"xx"_s), QueryFault::FirstDay);
-    row("a digit of another script", range(u"03/03/2004"_s, u"1\u0663/03/2004"_s), QueryFault::LastDay);
-    row("no time", timed(u"24:00:00"_s, u"xx"_s), QueryFault::From);
-    row("no last time", timed(u"00:00:00"_s, u"23:59"_s), QueryFault::To);
-    row("days the wrong way round", range(u"01/04/2004"_s, u"31/03/2004"_s), QueryFault::Order);
-    row("equal days", range(u"31/03/2004"_s, u"31/03/2004"_s), QueryFault::None);
-    row("no channel", query({}, {}), QueryFault::NoChannel);
-    row("no type", query(u"D"_s, {}, {}, {}, u"?"_s), QueryFault::NoType);
-    row("nobody's name", query(u"A"_s, u"DKS"_s, {}, {}, u"?"_s), QueryFault::UnknownPerson);
-    row("a person's code", query(u"A"_s, u"DKS"_s, {}, {}, u"12"_s), QueryFault::None);
-}
-
-void TestSearch::faults()
-{
-    QFETCH(TypedQuery, wanted);
-    QFETCH(QueryFault, fault);
-    TestFolder test;
-    test.addUsers({{u"12"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s}});
-    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
-    QVERIFY(users.open());
-    QCOMPARE(checkQuery(wanted, users), fault);
-}
-
-void TestSearch::statements_data()
-{
-    const Rows<TypedQuery, QString> row("wanted", "condition");
-    const QString day = u"Ora>='00:00:00' AND Ora<='23:59:59' AND "_s;
-    row("defaults", range({}, {}),
-        day + u"(Canale='A' OR Canale='B' OR Canale='C' OR Canale='D') AND (Tipo='TX'OR Tipo='DKS')"_s);
-    row("one of each", query(u"C"_s, u"DKS"_s), day + u"(Canale='C') AND (Tipo='DKS')"_s);
-    row("disabled", query(u"AB"_s, u"TX"_s, EventQuery::State::OnlyDisabled, u"123"_s),
-        u"Codice='123' AND "_s + day + u"(AbCh='X' OR KorDis='X') AND (Canale='A' OR Canale='B') AND (Tipo='TX')"_s);
-    row("enabled, a person's code before a typed one",
-        query(u"D"_s, u"TX"_s, EventQuery::State::OnlyEnabled, u"1"_s, u"2'"_s),
-        u"Codice='2''' AND "_s + day + u"AbCh<>'X' AND KorDis<>'X' AND (Canale='D') AND (Tipo='TX')"_s);
-    row("zeros in front", query(u"A"_s, u"TX"_s, {}, u"0050"_s),
-        u"Codice='50' AND "_s + day + u"(Canale='A') AND (Tipo='TX')"_s);
-    row("zeros alone are not any code", query(u"A"_s, u"TX"_s, {}, u"000"_s),
-        u"Codice='' AND "_s + day + u"(Canale='A') AND (Tipo='TX')"_s);
-}
-
-void TestSearch::statements()
-{
-    QFETCH(TypedQuery, wanted);
-    QFETCH(QString, condition);
-    DayCondition built = dayCondition(eventQuery(wanted));
-    for (qsizetype i = built.values.size(); i > 0; --i) {
-        const QString value = std::get<QString>(built.values[i - 1]).replace(u"'"_s, u"''"_s);
-        built.where.replace(u"?%1"_s.arg(i), u'\'' + value + u'\'');
-    }
-    QCOMPARE(built.where, condition);
-}
-
-void TestSearch::walk_data()
-{
-    const Rows<TypedQuery, QString> row("wanted", "found");
-    const QString all = u"ABCD"_s;
-    row("a day without an archive between two", range(u"03/03/2004"_s, u"05/03/2004"_s), u"1,2,3,4,5,6"_s);
-    row("one day", range(u"05/03/2004"_s, u"05/03/2004"_s), u"5,6"_s);
-    row("over the end of a month that has fewer days", range(u"29/02/2004"_s, u"31/02/2004"_s), u"0"_s);
-    row("from a day that no month has", range(u"31/02/2004"_s, u"03/03/2004"_s), u"1,2,3,4"_s);
-    row("to the last year that can be written", range(u"30/12/9999"_s, u"31/12/9999"_s), u"9"_s);
-    row("channels", query(u"BC"_s, u"TX,DKS"_s), u"2,3"_s);
-    row("type", query(all, u"DKS"_s), u"3,4"_s);
-    row("enabled", query(all, u"TX,DKS"_s, EventQuery::State::OnlyEnabled), u"1,3,5"_s);
-    row("disabled", query(all, u"TX,DKS"_s, EventQuery::State::OnlyDisabled), u"2,4,6"_s);
-    row("code", query(all, u"TX,DKS"_s, {}, u"7"_s), u"2,3,5"_s);
-    TypedQuery window = range(u"03/03/2004"_s, u"05/03/2004"_s);
-    window.from = window.to = u"12:00:00"_s;
-    row("the time of day counts on each day", window, u"3,6"_s);
-}
-
-void TestSearch::walk()
-{
-    QFETCH(TypedQuery, wanted);
-    QFETCH(QString, found);
-    TestFolder test;
-    // No user at all of some codes, one without a surname, and one who has the code with another type.
-    test.addUsers({{u"7"_s, u"DKS"_s, u"O'Neil <b>"_s, u"Ann"_s}, {u"7"_s, u"TX"_s, {}, u"Zo\u00EB"_s}});
-    test.addEvents(u"29-02-2004"_s, {{u"0"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}});
-    test.addEvents(u"31-02-2004"_s, {{u"8"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}});
-    test.addEvents(u"31-12-9999"_s, {{u"9"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}});
-    test.addEvents(u"03-03-2004"_s, {{u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"09:00:00"_s},
-                                     {u"7"_s, u"TX"_s, u"B"_s, u"X"_s, {}, u"11:59:59"_s},
-                                     {u"7"_s, u"DKS"_s, u"C"_s, {}, {}, u"12:00:00"_s},
-                                     {u"4"_s, u"DKS"_s, u"D"_s, {}, u"X"_s, u"12:00:01"_s}});
-    test.addEvents(u"05-03-2004"_s, {{u"7"_s, u"TX"_s, u"A"_s, {}, {}, u"08:00:00"_s},
-                                     {u"6"_s, u"TX"_s, u"D"_s, u"X"_s, u"X"_s, u"12:00:00"_s}});
-    const QStringList rows = {u"||TX|A||29-02-2004|10:00:00|"_s,
-                              u"||TX|A||03-03-2004|09:00:00|"_s,
-                              u"|Zo\u00EB|TX|B|X|03-03-2004|11:59:59|"_s,
-                              u"O'Neil <b>|Ann|DKS|C||03-03-2004|12:00:00|"_s,
-                              u"||DKS|D||03-03-2004|12:00:01|X"_s,
-                              u"|Zo\u00EB|TX|A||05-03-2004|08:00:00|"_s,
-                              u"||TX|D|X|05-03-2004|12:00:00|X"_s,
-                              {},
-                              {},
-                              u"||TX|A||31-12-9999|10:00:00|"_s};
-    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
-    QVERIFY(users.open());
-    EventSearch search(test.archives, users);
-    run(search, wanted);
-    QStringList expected;
-    for (const QString &number : found.split(u','))
-        expected.append(rows[number.toInt()]);
-    QCOMPARE(allRows(search.results()), expected);
-    QVERIFY(search.isComplete());
-}
-
-void TestSearch::unreadDays()
-{
-    TestFolder test;
-    test.addUsers({});
-    const QStringList one = {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s};
-    for (const char *day : {"01-03-2004", "02-03-2004", "03-03-2004", "04-03-2004"})
-        test.addEvents(QString::fromLatin1(day), QList<QStringList>(500, one));
-    test.write(u"Archivi/Eventi_02-03-2004.zeb"_s, QByteArray(8192, 'x'));
-    test.write(u"Archivi/Eventi_03-03-2004.zeb"_s, {});
-    QFile::copy(test.folder.path(u"Archivi/Fascieorg.zeb"_s), test.folder.path(u"Archivi/Eventi_05-03-2004.zeb"_s));
-    Result<Database> locked = test.archives.open(ArchiveName::events(u"04-03-2004"_s), Database::Use::Safe);
-    QVERIFY(locked && locked.value().execute("BEGIN EXCLUSIVE"));
-
-    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
-    QVERIFY(users.open());
-    EventSearch search(test.archives, users);
-    run(search, range(u"01/03/2004"_s, u"06/03/2004"_s));
-    QCOMPARE(search.unreadDays(), QList<QDate>({{2004, 3, 2}, {2004, 3, 3}, {2004, 3, 4}, {2004, 3, 5}}));
-    QVERIFY(search.step(QDeadlineTimer(0)).ok() && search.incompleteDays().isEmpty() && !search.isComplete());
-    QCOMPARE(search.results().count(), 500);
-    // What was unread is forgotten by the next search.
-    run(search, range(u"01/03/2004"_s, u"01/03/2004"_s));
-    QVERIFY(search.isComplete());
-    QCOMPARE(search.results().count(), 500);
-}
-
-/// Pages at random, and what a look at each row by its number still reads.
-void TestSearch::damagedPages()
-{
-    QRandomGenerator random(11);
-    TestFolder test;
-    test.addUsers({});
-    const QString name = ArchiveName::events(u"05-03-2004"_s);
-    QList<QStringList> events;
-    for (int i = 0; i < 2000; ++i) {
-        const QString time = QTime(0, 0).addSecs(i).toString(u"HH:mm:ss"_s);
-        events.append({QString::number(i), u"TX"_s, QString(QChar(u'A' + i % 4)), {}, {}, time});
-    }
-    test.addEvents(u"05-03-2004"_s, events);
-    const QByteArray sound = test.read(name);
-    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
-    QVERIFY(users.open());
-    EventSearch search(test.archives, users);
-    QMap<int, int> kinds; // of day: whole, incomplete, unread
-    for (int round = 0; round < 12; ++round) {
-        QByteArray torn = sound;
-        // The root of the table, the index that no row needs, then any page but that with the names of the tables.
-        for (int pages = round < 2 ? 1 : random.bounded(1, 12); pages > 0; --pages)
-            torn[round < 2 ? (1 + round) * 4096 : random.bounded(qsizetype{4096}, torn.size())] ^= 1;
-        test.write(name, torn);
-        const QString channels = round % 2 == 0 ? u"ABCD"_s : u"BD"_s;
-        QStringList expected;
-        int readable = 0;
-        {
-            Result<Database> database = test.archives.open(name, Database::Use::Safe);
-            Result<Statement> row = database.value().prepare(u"SELECT Canale, Ora FROM Eventi WHERE ProgEv = ?"_s);
-            for (qint64 number = 1; number <= events.size(); ++number, row.value().reset()) {
-                row.value().bind(1, number);
-                const bool isRead = row.value().step().ok();
-                readable += isRead ? 1 : 0;
-                if (isRead && channels.contains(row.value().text(0)))
-                    expected.append(row.value().text(1));
-            }
-        }
-        TypedQuery wanted = query(channels, u"TX,DKS"_s);
-        wanted.firstDay = wanted.lastDay = u"05/03/2004"_s;
-        run(search, wanted);
-        QStringList found;
-        for (qsizetype i = 0; i < search.results().count(); ++i)
-            found.append(OraTesto(search.results().row(i).value().event.Ora));
-        QCOMPARE(found, expected);
-        const int kind = readable == events.size() ? 0 : readable > 0 ? 1 : 2;
-        ++kinds[kind];
-        QCOMPARE(search.isComplete(), kind == 0);
-        QCOMPARE(search.incompleteDays().size(), kind == 1 ? 1 : 0);
-        QCOMPARE(search.unreadDays().size(), kind == 2 ? 1 : 0);
-    }
-    QCOMPARE(kinds.size(), 3);
-}
-
-void TestSearch::daysSetAside()
-{
-    TestFolder test;
-    test.addUsers({});
-    test.addEvents(u"05-03-2004"_s, {{u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}});
-    for (const char *name :
-         {"Eventi_05-03-2004.zeb.guasto10", "EVENTI_05-03-2004.zeb.Guasto", "Eventi_05-03-2004.zeb.guasto2",
-          "Eventi_05-03-2004.zeb.guasto2-wal", "Eventi_04-03-2004.zeb.guasto", "Eventi_07-03-2004.zeb.guasto"})
-        test.write(u"Archivi/"_s + QString::fromLatin1(name), "set aside");
-    const DayFiles files = filesOfDays(test.folder)[QDate(2004, 3, 5)];
-    QCOMPARE(files.archive, u"Archivi/Eventi_05-03-2004.zeb"_s);
-    QCOMPARE(files.setAside,
-             QStringList({u"Archivi/EVENTI_05-03-2004.zeb.Guasto"_s, u"Archivi/Eventi_05-03-2004.zeb.guasto2"_s,
-                          u"Archivi/Eventi_05-03-2004.zeb.guasto10"_s}));
-    // Nor is a day all there while events wait for it.
-    QVERIFY(test.archives.create(ArchiveName::Waiting, TableLayout::Waiting, ArchiveName::EventsTemplate));
-    QVERIFY(test.archives.open(ArchiveName::Waiting, Database::Use::Safe)
-                .value()
-                .execute("INSERT INTO Attesa (Giorno) VALUES ('02-03-2004'), ('02-03-2004')"));
-    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
-    QVERIFY(users.open());
-    EventSearch search(test.archives, users);
-    run(search, range(u"01/03/2004"_s, u"06/03/2004"_s));
-    QCOMPARE(search.incompleteDays(), QList<QDate>({{2004, 3, 2}, {2004, 3, 4}, {2004, 3, 5}}));
-    QVERIFY(search.unreadDays().isEmpty() && !search.isComplete());
-    QCOMPARE(search.results().count(), 1);
-}
-
-void TestSearch::stopAndLeftovers()
-{
-    TestFolder test;
-    test.addUsers({});
-    test.addEvents(u"05-03-2004"_s, QList<QStringList>(50, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}));
-    for (const char *left : {"AnaCon.zeb", "Eventitmp.$$$", "Eventitmp.$$$-journal", "Eventitmp.$$$-wal"})
-        test.write(u"Archivi/"_s + QString::fromLatin1(left), "left over");
-    const QStringList before = test.files(u"Archivi"_s);
+    void faults_data()
     {
+        const Rows<TypedQuery, QueryFault> row("wanted", "fault");
+        TypedQuery noTime = query(u"A"_s, u"TX"_s);
+        noTime.from = u"24:00:00"_s;
+        row("no date", range(u"3/3/2004"_s, u"xx"_s), QueryFault::FirstDay);
+        row("a digit of another script", range(u"03/03/2004"_s, u"1\u0663/03/2004"_s), QueryFault::LastDay);
+        row("no time", noTime, QueryFault::From);
+        row("days the wrong way round", range(u"01/04/2004"_s, u"31/03/2004"_s), QueryFault::Order);
+        row("no channel", query({}, {}), QueryFault::NoChannel);
+        row("no type", query(u"D"_s, {}, {}, {}, u"?"_s), QueryFault::NoType);
+        row("nobody's name", query(u"A"_s, u"DKS"_s, {}, {}, u"?"_s), QueryFault::UnknownPerson);
+        row("a person's code", query(u"A"_s, u"DKS"_s, {}, {}, u"12"_s), QueryFault::None);
+    }
+    void faults()
+    {
+        QFETCH(TypedQuery, wanted);
+        QFETCH(QueryFault, fault);
+        TestFolder test;
+        test.addUsers({listOf("12,TX,Rossi,Mario")});
+        UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
+        QVERIFY(users.open());
+        QCOMPARE(checkQuery(wanted, users), fault);
+    }
+
+    void walk_data()
+    {
+        const Rows<TypedQuery, QString> row("wanted", "found");
+        const QString all = u"ABCD"_s;
+        row("a day without an archive between two", range(u"03/03/2004"_s, u"05/03/2004"_s), u"1,2,3,4,5,6"_s);
+        row("over the end of a month that has fewer days", range(u"29/02/2004"_s, u"31/02/2004"_s), u"0"_s);
+        row("to the last year that can be written", range(u"30/12/9999"_s, u"31/12/9999"_s), u"9"_s);
+        row("channels", query(u"BC"_s, u"TX,DKS"_s), u"2,3"_s);
+        row("enabled", query(all, u"TX,DKS"_s, EventQuery::State::OnlyEnabled), u"1,3,5"_s);
+        row("disabled", query(all, u"TX,DKS"_s, EventQuery::State::OnlyDisabled), u"2,4,6"_s);
+        row("code", query(all, u"TX,DKS"_s, {}, u"7"_s), u"2,3,5"_s);
+        TypedQuery window = range(u"03/03/2004"_s, u"05/03/2004"_s);
+        window.from = window.to = u"12:00:00"_s;
+        row("the time of day counts on each day", window, u"3,6"_s);
+        row("zeros in front", query(all, u"TX"_s, {}, u"007"_s), u"2,5"_s);
+        row("zeros alone are not any code", query(all, u"TX"_s, {}, u"000"_s), {});
+        row("a person's code before a typed one", query(all, u"TX,DKS"_s, {}, u"1"_s, u"4"_s), u"4"_s);
+        row("all together", query(u"AB"_s, u"TX"_s, EventQuery::State::OnlyEnabled, u"7"_s), u"5"_s);
+        row("a name is no statement", query(all, u"TX"_s, {}, {}, u"' OR 'a'='a"_s), {});
+    }
+    void walk()
+    {
+        QFETCH(TypedQuery, wanted);
+        QFETCH(QString, found);
+        TestFolder test;
+        // No user at all of some codes, one without a surname, and one who has the code with another type.
+        test.addUsers({listOf("7,DKS,O'Neil <b>,Ann"), {u"7"_s, u"TX"_s, {}, u"Zo\u00EB"_s}});
+        test.addEvents(u"29-02-2004"_s, {{u"0"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}});
+        test.addEvents(u"31-02-2004"_s, {{u"8"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}});
+        test.addEvents(u"31-12-9999"_s, {{u"9"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}});
+        test.addEvents(u"03-03-2004"_s, {{u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"09:00:00"_s},
+                                         {u"7"_s, u"TX"_s, u"B"_s, u"X"_s, {}, u"11:59:59"_s},
+                                         {u"7"_s, u"DKS"_s, u"C"_s, {}, {}, u"12:00:00"_s},
+                                         {u"4"_s, u"DKS"_s, u"D"_s, {}, u"X"_s, u"12:00:01"_s}});
+        test.addEvents(u"05-03-2004"_s,
+                       {{u"7"_s, u"TX"_s, u"A"_s, {}, {}, u"08:00:00"_s}, listOf("6,TX,D,X,X,12:00:00")});
+        const QStringList rows = {u"||TX|A||29-02-2004|10:00:00|"_s,
+                                  u"||TX|A||03-03-2004|09:00:00|"_s,
+                                  u"|Zo\u00EB|TX|B|X|03-03-2004|11:59:59|"_s,
+                                  u"O'Neil <b>|Ann|DKS|C||03-03-2004|12:00:00|"_s,
+                                  u"||DKS|D||03-03-2004|12:00:01|X"_s,
+                                  u"|Zo\u00EB|TX|A||05-03-2004|08:00:00|"_s,
+                                  u"||TX|D|X|05-03-2004|12:00:00|X"_s,
+                                  {},
+                                  {},
+                                  u"||TX|A||31-12-9999|10:00:00|"_s};
         UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
         QVERIFY(users.open());
         EventSearch search(test.archives, users);
-        QVERIFY(search.start(eventQuery(range(u"05/03/2004"_s, u"06/03/2004"_s))));
-        for (int i = 0; i < 21; ++i)
-            QVERIFY(goesOn(search));
-        QCOMPARE(search.progress().done, 20);
-        QCOMPARE(search.progress().count, 50);
-        search.stop();
-        QVERIFY(!goesOn(search) && !search.isComplete());
-        QCOMPARE(search.results().count(), 20);
-        QCOMPARE(allRows(search.results()).last(), u"||TX|A||05-03-2004|10:00:00|"_s);
-    }
-    for (const QString &name : test.files(u"Archivi"_s))
-        QVERIFY2(!name.startsWith(u"Eventitmp.$$$"_s) && name != u"AnaCon.zeb"_s, qPrintable(name));
-    QCOMPARE(test.files(u"Archivi"_s).size(), before.size() - 4);
-}
-
-void TestSearch::resultsThatCannotBeKept()
-{
-    RecordingVfs vfs;
-    TestFolder test;
-    test.addUsers({});
-    test.addEvents(u"05-03-2004"_s, QList<QStringList>(5000, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}));
-    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
-    QVERIFY(users.open());
-    EventSearch search(test.archives, users);
-    // The disk is full after some events, and what was found before is there.
-    QVERIFY(search.start(eventQuery(range(u"05/03/2004"_s, u"06/03/2004"_s))));
-    while (search.progress().done < 3000)
-        QVERIFY(goesOn(search));
-    vfs.refusal = SQLITE_FULL;
-    while (goesOn(search)) {
-    }
-    QVERIFY(search.step(QDeadlineTimer(0)).fault().code == FaultCode::DiskFull && !search.isComplete());
-    QCOMPARE(search.results().count(), 2000);
-    QVERIFY(search.results().row(1999).ok());
-    vfs.refusal = 0;
-    // Few events need no disk.
-    QVERIFY(search.start(eventQuery(range(u"05/03/2004"_s, u"06/03/2004"_s))));
-    vfs.refusal = SQLITE_FULL;
-    while (search.progress().done < 1500)
-        QVERIFY(goesOn(search));
-    search.stop();
-    QVERIFY(search.step(QDeadlineTimer(0)).ok() && search.results().row(1499).ok());
-    vfs.refusal = 0;
-    QFile::remove(test.folder.path(u"Archivi/Eventitmp.zeb"_s));
-    const Result<void> started = search.start(eventQuery(range(u"05/03/2004"_s, u"06/03/2004"_s)));
-    QVERIFY(!started && started.fault().code == FaultCode::NotFound);
-    QVERIFY(!goesOn(search));
-    QCOMPARE(search.results().count(), 0);
-}
-
-void TestSearch::agreesWithAPlainLoop()
-{
-    QRandomGenerator random(7);
-    const auto any = [&random](const QStringList &of) { return of[random.bounded(of.size())]; };
-    TestFolder test;
-    const QStringList codes = {u"1"_s, u"2"_s, u"3"_s, u"20"_s};
-    test.addUsers({{u"1"_s, u"TX"_s, u"Uno"_s, {}}, {u"2"_s, u"DKS"_s, u"Due"_s, u"B"_s}, {u"20"_s, u"TX"_s, {}, {}}});
-    QList<QStringList> events; // with the day in front
-    for (const QString &day : {u"28-02-2004"_s, u"29-02-2004"_s, u"02-03-2004"_s}) {
-        QList<QStringList> ofDay;
-        for (int i = 0; i < 60; ++i) {
-            ofDay.append({any(codes), any({u"TX"_s, u"DKS"_s}), any({u"A"_s, u"B"_s, u"C"_s, u"D"_s}),
-                          any({u""_s, u""_s, u"X"_s}), any({u""_s, u"X"_s}),
-                          QTime(0, 0).addSecs(random.bounded(86400)).toString(u"HH:mm:ss"_s)});
-            events.append(QStringList{day} + ofDay.last());
-        }
-        test.addEvents(day, ofDay);
-    }
-    UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
-    QVERIFY(users.open());
-    EventSearch search(test.archives, users);
-    int found = 0;
-    for (int round = 0; round < 200; ++round) {
-        TypedQuery wanted = query(any({u"AB"_s, u"BCD"_s, u"ABCD"_s, u"D"_s}), any({u"TX"_s, u"DKS"_s, u"TX,DKS"_s}),
-                                  static_cast<EventQuery::State>(random.bounded(3)),
-                                  any({u""_s, u""_s, u"1"_s, u"20"_s, u"77"_s}), any({u""_s, u""_s, u"2"_s}));
-        wanted.firstDay = any({u"28/02/2004"_s, u"29/02/2004"_s, u"01/03/2004"_s});
-        wanted.lastDay = any({u"01/03/2004"_s, u"02/03/2004"_s, u"31/03/2004"_s});
-        wanted.from = any({u"00:00:00"_s, u"08:30:00"_s});
-        wanted.to = any({u"12:00:00"_s, u"23:59:59"_s});
-        const auto sortable = [](const QString &day) { return day.right(4) + day.mid(3, 2) + day.left(2); };
-        QStringList expected;
-        for (const QStringList &event : std::as_const(events)) {
-            const QString code = wanted.person ? wanted.person->code : wanted.code;
-            const bool disabled = event[4] == u"X"_s || event[5] == u"X"_s;
-            if (sortable(event[0]) < sortable(wanted.firstDay) || sortable(event[0]) > sortable(wanted.lastDay) ||
-                event[6] < wanted.from || event[6] > wanted.to || (!code.isEmpty() && event[1] != code) ||
-                !wanted.channels[std::size_t(event[3][0].unicode() - u'A')] ||
-                (event[2] == u"TX"_s ? !wanted.transmitters : !wanted.keypads) ||
-                (wanted.state == EventQuery::State::OnlyEnabled && disabled) ||
-                (wanted.state == EventQuery::State::OnlyDisabled && !disabled))
-                continue;
-            const QString names = event[1] + event[2] == u"1TX"_s    ? u"Uno|"_s
-                                  : event[1] + event[2] == u"2DKS"_s ? u"Due|B"_s
-                                                                     : u"|"_s;
-            expected.append(QStringList{names, event[2], event[3], event[4], event[0], event[6], event[5]}.join(u'|'));
-        }
         run(search, wanted);
+        QStringList expected;
+        for (const QString &number : found.split(u',', Qt::SkipEmptyParts))
+            expected.append(rows[number.toInt()]);
         QCOMPARE(allRows(search.results()), expected);
-        found += int(expected.size());
+        QVERIFY(search.isComplete());
     }
-    QVERIFY(found > 1000);
-}
 
-void TestSearch::dayGrows()
-{
-    TestFolder test;
-    FakeClock clock;
-    test.addUsers({{u"5"_s, u"TX"_s, u"Rossi"_s, u"Mario"_s}});
-    DayView view(test.archives, clock);
-    QVERIFY(view.open() && view.users().step(QDeadlineTimer(QDeadlineTimer::Forever)).value() && !view.hasArchive());
-    const auto add = [&](int from, int to) {
-        for (int i = from; i <= to; ++i)
-            test.addEvents(u"05-03-2004"_s, {{QString::number(i), u"TX"_s, u"A"_s, {}, {}, u"10:0%1:00"_s.arg(i)}});
-    };
-    const auto numbers = [&view] {
-        QStringList shown;
-        for (const ListedEvent &row : view.rows())
-            shown.append(QString::number(row.ProgEv));
-        return shown.join(u',');
-    };
-    const auto refresh = [&view] {
-        const Result<bool> changed = view.refresh(5);
-        return changed ? changed.value() ? u"changed"_s : u"same"_s : u"fault"_s;
-    };
-    add(1, 3);
-    QCOMPARE(refresh(), u"changed"_s);
-    QCOMPARE(numbers(), u"1,2,3"_s);
-    QCOMPARE(refresh(), u"same"_s);
-    add(4, 7);
-    QCOMPARE(refresh(), u"changed"_s);
-    QCOMPARE(numbers(), u"3,4,5,6,7"_s);
-    // Stored late, after the clock's change, and still an event of its own time.
-    test.addEvents(u"05-03-2004"_s, {{u"8"_s, u"TX"_s, u"A"_s, {}, {}, u"10:06:30"_s}});
-    QCOMPARE(refresh(), u"changed"_s);
-    QCOMPARE(numbers(), u"4,5,6,8,7"_s);
-    QFile::remove(test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
-    add(1, 7);
-    QCOMPARE(refresh(), u"changed"_s);
-    QCOMPARE(textsOf(EventColumns::last, view.rows()[2]).join(u'|'), u"5|TX|Rossi|Mario|A||05-03-2004|10:05:00|"_s);
-    // Set aside and made anew: what is shown is what is there.
-    QFile::remove(test.folder.path(ArchiveName::events(u"05-03-2004"_s)));
-    QCOMPARE(refresh(), u"fault"_s);
-    QCOMPARE(numbers(), u"3,4,5,6,7"_s);
-    add(1, 1);
-    QCOMPARE(refresh(), u"changed"_s);
-    QCOMPARE(numbers(), u"1"_s);
-}
+    void unreadDays()
+    {
+        TestFolder test;
+        test.addUsers({});
+        const QStringList one = {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s};
+        for (const char *day : {"01-03-2004", "02-03-2004", "03-03-2004", "04-03-2004"})
+            test.addEvents(QString::fromLatin1(day), QList<QStringList>(500, one));
+        test.write(u"Archivi/Eventi_02-03-2004.zeb"_s, QByteArray(8192, 'x'));
+        test.write(u"Archivi/Eventi_03-03-2004.zeb"_s, {});
+        QFile::copy(test.folder.path(u"Archivi/Fascieorg.zeb"_s), test.folder.path(u"Archivi/Eventi_05-03-2004.zeb"_s));
+        const Database locked = test.hold(ArchiveName::events(u"04-03-2004"_s));
 
-void TestSearch::dayChanges()
-{
-    TestFolder test;
-    FakeClock clock;
-    test.addUsers({});
-    const QStringList event = {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s};
-    test.addEvents(u"05-03-2004"_s, {event});
-    DayView view(test.archives, clock);
-    QVERIFY(view.open() && view.users().step(QDeadlineTimer(QDeadlineTimer::Forever)).value() && view.refresh(5));
-    clock.moment = clock.moment.addDays(1);
-    test.addEvents(u"05-03-2004"_s, {event});
-    // A late event of the old day, and no archive of the new one yet.
-    Result<bool> changed = view.refresh(5);
-    QVERIFY(changed && changed.value());
-    QCOMPARE(view.rows().size(), 2);
-    test.addEvents(u"06-03-2004"_s, {});
-    changed = view.refresh(5);
-    QVERIFY(changed && changed.value());
-    QVERIFY(view.rows().isEmpty());
-}
+        UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
+        QVERIFY(users.open());
+        EventSearch search(test.archives, users);
+        run(search, range(u"01/03/2004"_s, u"06/03/2004"_s));
+        QCOMPARE(search.unreadDays(), QList<QDate>({{2004, 3, 2}, {2004, 3, 3}, {2004, 3, 4}, {2004, 3, 5}}));
+        QVERIFY(search.step(QDeadlineTimer(0)).ok() && search.incompleteDays().isEmpty() && !search.isComplete());
+        QCOMPARE(search.results().count(), 500);
+        // What was unread is forgotten by the next search.
+        run(search, range(u"01/03/2004"_s, u"01/03/2004"_s));
+        QVERIFY(search.isComplete());
+        QCOMPARE(search.results().count(), 500);
+    }
+
+    /// Pages at random, and what a look at each row by its number still reads.
+    void damagedPages()
+    {
+        QRandomGenerator random(11);
+        TestFolder test;
+        test.addUsers({});
+        const QString name = ArchiveName::events(u"05-03-2004"_s);
+        QList<QStringList> events;
+        for (int i = 0; i < 2000; ++i) {
+            const QString time = QTime(0, 0).addSecs(i).toString(u"HH:mm:ss"_s);
+            events.append({QString::number(i), u"TX"_s, QString(QChar(u'A' + i % 4)), {}, {}, time});
+        }
+        test.addEvents(u"05-03-2004"_s, events);
+        const QByteArray sound = test.read(name);
+        UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
+        QVERIFY(users.open());
+        EventSearch search(test.archives, users);
+        QSet<int> kinds; // of day: whole, incomplete, unread
+        for (int round = 0; round < 12; ++round) {
+            QByteArray torn = sound;
+            // The root of the table, the index that no row needs, then any page but that with the names of the tables.
+            for (int pages = round < 2 ? 1 : random.bounded(1, 12); pages > 0; --pages)
+                torn[round < 2 ? (1 + round) * 4096 : random.bounded(qsizetype{4096}, torn.size())] ^= 1;
+            test.write(name, torn);
+            const QString channels = round % 2 == 0 ? u"ABCD"_s : u"BD"_s;
+            QStringList expected, found;
+            int readable = 0;
+            {
+                Database database = test.hold(name, "SELECT 1");
+                Result<Statement> row = database.prepare(u"SELECT Canale, Ora FROM Eventi WHERE ProgEv = ?"_s);
+                for (qint64 number = 1; number <= events.size(); ++number, row.value().reset()) {
+                    row.value().bind(1, number);
+                    const bool isRead = row.value().step().ok();
+                    readable += isRead ? 1 : 0;
+                    if (isRead && channels.contains(row.value().text(0)))
+                        expected.append(row.value().text(1));
+                }
+            }
+            TypedQuery wanted = query(channels, u"TX,DKS"_s);
+            wanted.firstDay = wanted.lastDay = u"05/03/2004"_s;
+            run(search, wanted);
+            for (qsizetype i = 0; i < search.results().count(); ++i)
+                found.append(OraTesto(search.results().row(i).value().event.Ora));
+            QCOMPARE(found, expected);
+            const int kind = readable == events.size() ? 0 : readable > 0 ? 1 : 2;
+            kinds.insert(kind);
+            QVERIFY(search.isComplete() == (kind == 0) && search.incompleteDays().size() == (kind == 1 ? 1 : 0) &&
+                    search.unreadDays().size() == (kind == 2 ? 1 : 0));
+        }
+        QCOMPARE(kinds.size(), 3);
+    }
+
+    void daysSetAside()
+    {
+        TestFolder test;
+        test.addUsers({});
+        test.addEvents(u"05-03-2004"_s, {{u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}});
+        for (const char *name :
+             {"Eventi_05-03-2004.zeb.guasto10", "EVENTI_05-03-2004.zeb.Guasto", "Eventi_05-03-2004.zeb.guasto2",
+              "Eventi_05-03-2004.zeb.guasto2-wal", "Eventi_04-03-2004.zeb.guasto", "Eventi_07-03-2004.zeb.guasto"})
+            test.write(u"Archivi/"_s + QString::fromLatin1(name), "set aside");
+        const DayFiles files = filesOfDays(test.folder)[QDate(2004, 3, 5)];
+        QCOMPARE(files.archive, u"Archivi/Eventi_05-03-2004.zeb"_s);
+        QCOMPARE(files.setAside,
+                 QStringList({u"Archivi/EVENTI_05-03-2004.zeb.Guasto"_s, u"Archivi/Eventi_05-03-2004.zeb.guasto2"_s,
+                              u"Archivi/Eventi_05-03-2004.zeb.guasto10"_s}));
+        // Nor is a day all there while events wait for it.
+        QVERIFY(test.archives.create(ArchiveName::Waiting, TableLayout::Waiting, ArchiveName::EventsTemplate));
+        test.execute(ArchiveName::Waiting, "INSERT INTO Attesa (Giorno) VALUES ('02-03-2004'), ('02-03-2004')");
+        UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
+        QVERIFY(users.open());
+        EventSearch search(test.archives, users);
+        run(search, range(u"01/03/2004"_s, u"06/03/2004"_s));
+        QCOMPARE(search.incompleteDays(), QList<QDate>({{2004, 3, 2}, {2004, 3, 4}, {2004, 3, 5}}));
+        QVERIFY(search.unreadDays().isEmpty() && !search.isComplete());
+        QCOMPARE(search.results().count(), 1);
+    }
+
+    void stopAndLeftovers()
+    {
+        TestFolder test;
+        test.addUsers({});
+        test.addEvents(u"05-03-2004"_s, QList<QStringList>(50, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}));
+        for (const char *left : {"AnaCon.zeb", "Eventitmp.$$$", "Eventitmp.$$$-journal", "Eventitmp.$$$-wal"})
+            test.write(u"Archivi/"_s + QString::fromLatin1(left), "left over");
+        const QStringList before = test.files(u"Archivi"_s);
+        {
+            UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
+            QVERIFY(users.open());
+            EventSearch search(test.archives, users);
+            QVERIFY(search.start(eventQuery(range(u"05/03/2004"_s, u"06/03/2004"_s))));
+            for (int i = 0; i < 21; ++i)
+                QVERIFY(goesOn(search));
+            QVERIFY(search.progress().done == 20 && search.progress().count == 50);
+            search.stop();
+            QVERIFY(!goesOn(search) && !search.isComplete());
+            QCOMPARE(search.results().count(), 20);
+            QCOMPARE(allRows(search.results()).last(), u"||TX|A||05-03-2004|10:00:00|"_s);
+        }
+        for (const QString &name : test.files(u"Archivi"_s))
+            QVERIFY2(!name.startsWith(u"Eventitmp.$$$"_s) && name != u"AnaCon.zeb"_s, qPrintable(name));
+        QCOMPARE(test.files(u"Archivi"_s).size(), before.size() - 4);
+    }
+
+    void resultsThatCannotBeKept()
+    {
+        RecordingVfs vfs;
+        TestFolder test;
+        test.addUsers({});
+        test.addEvents(u"05-03-2004"_s, QList<QStringList>(5000, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s}));
+        UserDirectory users(test.archives, u"Archivi/AnaCon.zeb"_s);
+        QVERIFY(users.open());
+        EventSearch search(test.archives, users);
+        // The disk is full after some events, and what was found before is there.
+        QVERIFY(search.start(eventQuery(range(u"05/03/2004"_s, u"06/03/2004"_s))));
+        while (search.progress().done < 3000)
+            QVERIFY(goesOn(search));
+        vfs.refusal = SQLITE_FULL;
+        while (goesOn(search)) {
+        }
+        QVERIFY(search.step(QDeadlineTimer(0)).fault().code == FaultCode::DiskFull && !search.isComplete());
+        QCOMPARE(search.results().count(), 2000);
+        QVERIFY(search.results().row(1999).ok());
+        vfs.refusal = 0;
+        // Few events need no disk.
+        QVERIFY(search.start(eventQuery(range(u"05/03/2004"_s, u"06/03/2004"_s))));
+        vfs.refusal = SQLITE_FULL;
+        while (search.progress().done < 1500)
+            QVERIFY(goesOn(search));
+        search.stop();
+        QVERIFY(search.step(QDeadlineTimer(0)).ok() && search.results().row(1499).ok());
+        vfs.refusal = 0;
+        QFile::remove(test.folder.path(u"Archivi/Eventitmp.zeb"_s));
+        QCOMPARE(search.start(eventQuery(range(u"05/03/2004"_s, u"06/03/2004"_s))).fault().code, FaultCode::NotFound);
+        QVERIFY(!goesOn(search) && search.results().count() == 0);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestSearch)
 #include "tst_search.moc"

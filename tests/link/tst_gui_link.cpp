@@ -1,24 +1,16 @@
-#include "link/ConfigFields.h"
 #include "link/frmConfInt.h"
 #include "link/frmImpCom.h"
-#include "link/frmUtility.h"
 #include "platform/PseudoTerminal.h"
 #include "platform/SerialTransport.h"
-#include "support/FakeMessages.h"
-#include "support/Fixtures.h"
+#include "support/Windows.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QSignalSpy>
 
 #include <map>
 
 namespace {
 
 using Replies = QList<QByteArrayList>;
-using Told = QList<QVariantList>;
 
 /// May not assert the line that disables the interface.
 struct ProbingLine : SerialTransport {
@@ -28,15 +20,6 @@ struct ProbingLine : SerialTransport {
             qFatal("RTS is asserted on a port that is only looked at");
     }
 };
-
-template<class Widget = QPushButton>
-Widget *control(QWidget *window, const QString &name)
-{
-    auto *widget = window->findChild<Widget *>(name);
-    if (!widget)
-        qFatal("no control %s", qPrintable(name));
-    return widget;
-}
 
 /// A computer with some of the eight ports, and the port window.
 struct Computer : TestFolder {
@@ -69,13 +52,7 @@ struct Computer : TestFolder {
         QTRY_VERIFY(window->isEnabled());
     }
     QRadioButton *com(int port) const { return control<QRadioButton>(window, u"Com(%1)"_s.arg(port - 1)); }
-    QPushButton *button(const char *name) const { return control(window, QLatin1String(name)); }
-    /// Waits for a message that says just @p text.
-    void awaitMessage(const char *icon, Text text)
-    {
-        QTRY_VERIFY(!messages.shown.isEmpty());
-        QCOMPARE(messages.take(), QStringList{QLatin1String(icon) + u": "_s + texts[text]});
-    }
+    QAbstractButton *button(const char *name) const { return control(window, QLatin1String(name)); }
 
     SerialPorts ports{folder, {directory.filePath(u"dev"_s), directory.filePath(u"sys"_s)}};
     FakeClock clock;
@@ -115,9 +92,8 @@ private Q_SLOTS:
         QVERIFY(holder.setPortOpen(true).ok());
         computer.open(false, 0);
         for (int port = 1; port <= PortTest::Ports; ++port) {
-            const bool available = port == 5 || port == 8;
-            QCOMPARE(computer.com(port)->isEnabled(), available);
-            QCOMPARE(computer.isFree(port), available);
+            QCOMPARE(computer.com(port)->isEnabled(), port == 5 || port == 8);
+            QCOMPARE(computer.isFree(port), port == 5 || port == 8);
         }
         computer.lines[6]->write("R/A");
         QByteArray received;
@@ -202,36 +178,33 @@ private Q_SLOTS:
             computer.clock.milliseconds += 1;
             computer.portTest.wake();
         }
-        computer.awaitMessage(found ? "Information" : "Exclamation",
-                              found ? Text::ConnessioneEffettuata : Text::ImpossibileStabilireCollegamento);
+        QTRY_VERIFY(!computer.messages.shown.isEmpty());
+        QCOMPARE(computer.messages.take().join(u'|'),
+                 found ? u"Information: "_s + computer.texts[Text::ConnessioneEffettuata]
+                       : u"Exclamation: "_s + computer.texts[Text::ImpossibileStabilireCollegamento]);
         QVERIFY(computer.isFree(7) && computer.button("cmdOk")->isEnabled() && lblProva->text().isEmpty());
         QCOMPARE(received.size(), 3 * asked);
     }
 
+    /// Asked at once and again by the button; what was read stays when nobody answers.
     void reading()
     {
         Texts texts;
         FakeMessages messages;
         QPointer<frmConfInt> window = new frmConfInt(texts, messages);
-        auto *cmdLeggi = control(window, u"cmdLeggi"_s);
         QSignalSpy wanted(window, &frmConfInt::Leggi);
         window->show();
         QTRY_COMPARE(wanted.size(), 1);
-        QVERIFY(!cmdLeggi->isEnabled());
         window->configurationRead(parseReply("RS_C CH:1 ENABLE", ""));
         const QString before = shown(window, configuration);
-
-        cmdLeggi->click();
-        QCOMPARE(wanted.size(), 2);
-        QVERIFY(!cmdLeggi->isEnabled());
+        control(window, u"cmdLeggi"_s)->click();
+        QVERIFY(wanted.size() == 2 && !control(window, u"cmdLeggi"_s)->isEnabled());
         window->configurationRead({});
-        QCOMPARE(messages.take(), QStringList(u"Critical: CONNESSIONE IMPOSSIBILE!"_s));
-        QCOMPARE(shown(window, configuration), before);
-        QVERIFY(cmdLeggi->isEnabled());
-
+        QVERIFY(shown(window, configuration) == before && control(window, u"cmdLeggi"_s)->isEnabled());
         window->notOnLine();
         QCOMPARE(messages.take(),
-                 QStringList(u"Critical: Interfaccia multiprotocollo non in linea\r\nCONNESSIONE IMPOSSIBILE!"_s));
+                 (QStringList{u"Critical: CONNESSIONE IMPOSSIBILE!"_s,
+                              u"Critical: Interfaccia multiprotocollo non in linea\r\nCONNESSIONE IMPOSSIBILE!"_s}));
         QVERIFY(window->isVisible()); // until the operator has read it
         QTRY_VERIFY(!window);
     }

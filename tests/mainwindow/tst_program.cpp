@@ -1,20 +1,16 @@
 // The whole program without its window: what it says of the folder it is started on, and its gate on the terminal.
 
-#include "archives/Tables.h"
 #include "mainwindow/ConsoleGate.h"
-#include "platform/CoreDump.h"
+#include "mainwindow/MenuState.h"
 #include "platform/PseudoTerminal.h"
 #include "support/Fixtures.h"
+#include "support/Typist.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QSignalSpy>
 
-#include <pty.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <termios.h>
 
 namespace {
 
@@ -42,6 +38,8 @@ struct Site : TestFolder {
             write(name, settings);
         else if (what == u"link")
             QFile::link(u"/nowhere/Anagrafico.zeb"_s, path(users));
+        else if (what == u"gone")
+            QFileInfo(path(name)).isDir() ? QDir(path(name)).removeRecursively() : QFile::remove(path(name));
         else if (what == u"register")
             addManyUsers();
         else if (what == u"damage")
@@ -61,9 +59,7 @@ struct Site : TestFolder {
     {
         QByteArray journal;
         {
-            Result<Database> writer = archives.open(users, Database::Use::Safe);
-            if (!writer.value().execute("PRAGMA cache_size = 1; BEGIN; UPDATE Utenti SET Note='changed'"))
-                qFatal("nothing is changed");
+            const Database writer = hold(users, "PRAGMA cache_size = 1; BEGIN; UPDATE Utenti SET Note='changed'");
             journal = read(users + u"-journal"_s);
         }
         write(users, read(QStringView(ArchiveName::UsersTemplate).toString()));
@@ -80,14 +76,6 @@ struct Site : TestFolder {
     FakePrinters printers;
     mutable Program program{{directory.path()}, clock, printers};
 };
-
-/// Whether somebody waits for what is typed on the terminal, and does not show it.
-bool isListenedTo(int terminal)
-{
-    termios state{};
-    ::tcgetattr(terminal, &state);
-    return (state.c_lflag & ECHO) == 0;
-}
 
 /// Notes what a start wants of its gate.
 struct NotingGate : Gate {
@@ -114,8 +102,13 @@ private Q_SLOTS:
                       damaged = reg + u"' is damaged:"_s;
         const QString settings = u"The program folder cannot be prepared ('HERE/"_s;
         const QString noFile = u"not a regular file"_s;
+        const QString missing = u"The archive template 'HERE/Archivi/%1.zeb' is missing."_s;
         const Rows<QString, QString, QString> row("things", "refused", "noticed");
         row("first start", {}, {}, {});
+        row("no day template", u"gone Archivi/Eventiorg.zeb"_s, missing.arg(u"Eventiorg"_s), {});
+        row("no register template", u"gone Archivi/Anagraficoorg.zeb"_s, missing.arg(u"Anagraficoorg"_s), {});
+        row("no template of the search", u"gone Archivi/Eventitmp.zeb"_s, {}, {});
+        row("no archives", u"gone Archivi"_s, u"The archive folder 'HERE/Archivi' is missing."_s, {});
         row("a first start was cut off", u"folder Archivi/Backup,file Impost.stp,file Archivi/Anagrafico.zeb.part"_s,
             {}, {});
         row("a day, no register", u"file Archivi/EVENTI_01-02-2004.zeb"_s, reg + u"' cannot be read: does not exist"_s,
@@ -189,7 +182,7 @@ private Q_SLOTS:
             site.program.reloadUsers();
             for (const char *record : {"R/A-000000601X..\r", "R/A-000000602X..\r", "R/A-000000603X..\r"})
                 QVERIFY(!site.program.road().RegistraEvento(record) && !site.program.users().isKnown());
-            QVERIFY(site.archives.open(users, Database::Use::Safe).value().execute("DELETE FROM Utenti"));
+            site.execute(users, "DELETE FROM Utenti");
         }
         QTRY_VERIFY(site.program.users().isKnown());
         QTRY_COMPARE(site.program.road().undecided(), 0);
@@ -202,8 +195,7 @@ private Q_SLOTS:
     {
         Site first(u"register"_s), second;
         QVERIFY(QDir(second.path(u"Archivi"_s)).removeRecursively());
-        QVERIFY(QFile::link(first.path(u"Archivi"_s), second.path(u"Archivi"_s)));
-        QVERIFY(!first.start());
+        QVERIFY(QFile::link(first.path(u"Archivi"_s), second.path(u"Archivi"_s)) && !first.start());
         QCOMPARE(second.inWords(second.start()),
                  u"The folder '%1' is already used by another supervising program."_s.arg(second.path(u"Archivi"_s)));
     }
@@ -230,31 +222,18 @@ private Q_SLOTS:
         QVERIFY(time.restart() >= 1000);
         QCOMPARE(site.read(u"Impost.stp"_s), settings);
 
-        int terminal = -1, keyboard = -1;
-        QCOMPARE(::openpty(&terminal, &keyboard, nullptr, nullptr, nullptr), 0);
-        const int input = ::dup(STDIN_FILENO);
-        ::dup2(keyboard, STDIN_FILENO);
+        Typist typist("sesamo\n", "apriti\n");
         ConsoleGate gate(site.program, {});
         QSignalSpy refused(&gate, &ConsoleGate::refused);
-        QTimer person;
-        const char *line = "sesamo\n";
         QByteArray settingsBefore;
-        connect(&person, &QTimer::timeout, this, [&] {
-            settingsBefore = site.read(u"Impost.stp"_s);
-            if (isListenedTo(terminal) && ::write(terminal, line, qstrlen(line)) > 0)
-                line = "apriti\n";
+        typist.callOnTimeout([&] {
+            if (!typist.echoes())
+                settingsBefore = site.read(u"Impost.stp"_s);
         });
-        person.start(50);
         gate.run();
         QTRY_VERIFY(site.read(u"Impost.stp"_s).startsWith("COM=7\r\n"));
-        person.stop();
         QCOMPARE(settingsBefore, settings);
-        QCOMPARE(refused.size(), 0);
-        QVERIFY(time.elapsed() >= 1000);
-        QVERIFY(!isListenedTo(terminal));
-        ::dup2(input, STDIN_FILENO);
-        for (const int file : {terminal, keyboard, input})
-            ::close(file);
+        QVERIFY(refused.isEmpty() && time.elapsed() >= 1000 && typist.echoes());
     }
 
     void registerLockedAtTheStart_data()
@@ -276,8 +255,7 @@ private Q_SLOTS:
                 passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
         PseudoTerminal interface(site.path(u"Porte/COM7"_s));
         QVERIFY(interface.open().ok());
-        std::optional<Result<Database>> other = site.archives.open(users, Database::Use::Safe);
-        QVERIFY(other->value().execute("BEGIN EXCLUSIVE; UPDATE Utenti SET Note='x'"));
+        std::optional<Database> other = site.hold(users, "BEGIN EXCLUSIVE; UPDATE Utenti SET Note='x'");
         QVERIFY(!site.start(7));
         NotingGate gate;
         StartSequence start(site.program, gate);
@@ -304,12 +282,47 @@ private Q_SLOTS:
         }
     }
 
-    void coreDumpsAreOff()
+    void menuStates_data()
     {
-        forbidCoreDumps();
-        rlimit limit{1, 1};
-        QVERIFY(::getrlimit(RLIMIT_CORE, &limit) == 0 && limit.rlim_max == 0);
-        QCOMPARE(::prctl(PR_GET_DUMPABLE), 0);
+        using Entries = QList<Entry>;
+        // Menus: File, Anagrafica, Consult, Strumenti, Help.
+        const Rows<MenuInput, QByteArray, Entries, Entries> row("input", "menus", "closed", "open");
+        const Entries passwords = {Entry::AttPass, Entry::AttPassUte, Entry::AttPassUty};
+        const Entries some = {Entry::Exit, Entry::ImpCom, Entry::Utility, Entry::About};
+        const auto with = [](std::initializer_list<bool MenuInput::*> flags) {
+            MenuInput input;
+            for (bool MenuInput::*flag : flags)
+                input.*flag = true;
+            return input;
+        };
+        constexpr auto gate = &MenuInput::gateIsClosed, noPort = &MenuInput::portIsMissing,
+                       asks = &MenuInput::passwordWindowIsOpen, diagnostics = &MenuInput::diagnosticsAreAsked;
+        row("nothing special", {}, "xxxxx", {}, some + passwords);
+        row("gate", with({gate}), ".....", some + passwords, {});
+        row("gate, its window open", with({gate, asks}), ".....", some, {});
+        row("no port", with({noPort}), ".....", some + passwords, {});
+        row("gate and no port", with({gate, noPort}), ".....", some, {});
+        row("password window", with({asks}), "x.xxx", {}, some + passwords);
+        row("diagnostics asked", with({asks, diagnostics}), "x.xxx", {Entry::Utility}, passwords);
+        row("register open", with({&MenuInput::registerIsOpen}), "xxxxx", passwords + Entries{Entry::RestoreUsers},
+            some + Entries{Entry::Utenti});
+        row("users asked", with({&MenuInput::usersAreAsked}), "xxxxx", {Entry::Utenti, Entry::RestoreUsers}, some);
+    }
+    void menuStates()
+    {
+        QFETCH(MenuInput, input);
+        QFETCH(QList<Entry>, closed);
+        QFETCH(QList<Entry>, open);
+        const MenuState state = menuState(input);
+        QByteArray menus;
+        for (const bool enabled : state.menus)
+            menus += enabled ? 'x' : '.';
+        QTEST(menus, "menus");
+        for (const Entry entry : closed + open)
+            QCOMPARE(state[entry], open.contains(entry));
+        // Below a disabled menu nothing can be reached by other ways.
+        for (int entry = 0; entry < EntryCount; ++entry)
+            QVERIFY(state[menuOf(Entry(entry))] || !state[Entry(entry)]);
     }
 
     /// That events wait, and have been stored, stands in the journal; so does that the programme disables.

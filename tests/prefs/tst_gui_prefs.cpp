@@ -1,22 +1,8 @@
-#include "archives/Tables.h"
-#include "prefs/CheckInterval.h"
-#include "prefs/frmInfo.h"
 #include "prefs/frmInsPass.h"
 #include "prefs/frmLingua.h"
-#include "prefs/frmMessage.h"
 #include "prefs/frmPassProg.h"
 #include "prefs/frmTempochk.h"
-#include "startup/Settings.h"
-#include "support/FakeMessages.h"
-#include "support/Fixtures.h"
-
-#include <QAbstractButton>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QRegularExpression>
-#include <QSignalSpy>
+#include "support/Windows.h"
 
 namespace {
 
@@ -24,10 +10,9 @@ constexpr auto Users = Passwords::Type::Users;
 const QString perche = u"perch\u00E9"_s;
 
 /// What the windows stand on: settings with CHECK=60 and LINGUA=2, a register with a users password, English texts.
-struct Desk {
+struct Desk : Office {
     Desk()
     {
-        texts.fill(2);
         if (!settings.CreaImpostazioni(2) || !settings.read(2, notices) ||
             !test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users) ||
             passwords.load() != Passwords::Fault::None || passwords.set(Users, perche) != Passwords::Fault::None)
@@ -70,13 +55,7 @@ struct Desk {
         return listen(window, &frmPassProg::Chiudi, "closed");
     }
 
-    TestFolder test;
-    FakePrinters printers;
-    Notices notices;
-    Texts texts;
-    Settings settings{test.folder, printers};
     Passwords passwords{test.archives};
-    FakeMessages messages;
     QString heard;
 };
 
@@ -114,15 +93,6 @@ class TestGuiPrefs : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void minutes()
-    {
-        QCOMPARE(acceptedMinutes(QString(400, u'9')), u"1440"_s);
-        QCOMPARE(acceptedMinutes(u"-1x,5\u0661"_s), u"15"_s);
-        QCOMPARE(checkInterval(true, u"1440"_s), std::optional<int>(1440));
-        QVERIFY(!checkInterval(true, u"00"_s) && !checkInterval(true, {}));
-        QCOMPARE(checkInterval(false, u"5"_s), std::optional<int>(0));
-    }
-
     void outcomes_data()
     {
         const QString check = u"frmTempochk"_s, lingua = u"frmLingua"_s, ask = u"frmPassProg"_s, set = u"frmInsPass"_s;
@@ -151,13 +121,10 @@ private Q_SLOTS:
             {"language not saved", lingua, {u"optLingua(0)"_s}, ok, u"Lingua"_s, italian, same, perche, false},
             {"right", ask, right, ok, u"closed 2 1"_s},
             {"what cannot be stored is not typed", ask, {u"txtPass=\u0436"_s + perche}, ok, u"closed 2 1"_s},
-            {"asking cancelled", ask, right, esc, u"closed 2 2"_s},
             {"right, to remove it", askToRemove, right, ok, u"closed 2 3"_s},
-            {"kept after all", askToRemove, {}, esc, u"closed 2 4"_s},
             {"without its accent", ask, {u"txtPass=perche"_s}, ok, {}, wrong},
             {"nothing", askToRemove, {u"txtPass="_s}, ok, {}, wrong},
             {"set", set, twice(u"\u00E0 b"_s, u"\u00E0 b"_s), ok, u"set 2"_s, {}, same, u"\u00E0 b"_s},
-            {"its first ten", set, twice(digits + u'A', digits + u'A'), ok, u"set 2"_s, {}, same, digits},
             {"none", set, twice({}, {}), ok, u"set 2"_s, {}, same, QString()},
             {"not the same past ten", set, twice(digits + u'A', digits + u'B'), ok, {}, typing},
             {"setting cancelled", set, twice(u"a"_s, u"a"_s), esc},
@@ -203,10 +170,9 @@ private Q_SLOTS:
         enter(window.get(), u"txtPass=abc"_s);
         enter(window.get(), u"txtConfPass=abc"_s);
         {
-            Result<Database> other = desk.test.archives.open(ArchiveName::Users, Database::Use::Safe);
-            QVERIFY(other.value().execute("BEGIN EXCLUSIVE").ok());
+            Database other = desk.test.hold(ArchiveName::Users);
             enter(window.get(), u"cmdOk"_s);
-            QVERIFY(other.value().execute("DELETE FROM Password").ok() && other.value().execute("COMMIT").ok());
+            QVERIFY(other.execute("DELETE FROM Password").ok() && other.execute("COMMIT").ok());
         }
         enter(window.get(), u"cmdOk"_s);
         QVERIFY(QFile::remove(desk.test.folder.path(QStringView(ArchiveName::Users).toString())));
@@ -218,47 +184,6 @@ private Q_SLOTS:
                               u"Critical: "_s + desk.texts[Text::FileMancanteODanneggiato]}));
         QVERIFY(desk.heard.isEmpty() && window->isVisible() && desk.passwords.matches(Users, perche));
         QCOMPARE(window->findChild<QLineEdit *>(u"txtConfPass"_s)->text(), u"abc"_s);
-    }
-
-    /// In the main window too the first control of each window has the keyboard, and Esc closes it.
-    void keyboardInTheFrame()
-    {
-        Desk desk;
-        // The one that asks for a password has no close box.
-        std::unique_ptr<ChildWindow> asking(desk.open(u"frmPassProg"_s));
-        QSignalSpy refused(asking.get(), &ChildWindow::closeRefused);
-        asking->show();
-        QVERIFY(!asking->close() && asking->isVisible() && desk.heard.isEmpty());
-        QCOMPARE(refused.count(), 1);
-        asking.reset();
-        QMdiArea area;
-        area.show();
-        QVERIFY(QTest::qWaitForWindowActive(&area));
-        const QList<std::pair<ChildWindow *, QString>> windows = {
-            {desk.open(u"frmTempochk"_s), u"chkAutomatico"_s}, {desk.open(u"frmLingua"_s), u"optLingua(1)"_s},
-            {desk.open(u"frmInsPass"_s), u"txtPass"_s},        {new frmInfo(desk.texts, {}, {}), u"cmdOk"_s},
-            {new frmMessage(desk.texts, {}), u"cmdOk"_s},
-        };
-        for (const auto &[window, first] : windows) {
-            area.addSubWindow(window)->show();
-            QTRY_VERIFY(QApplication::focusWidget() && window->isAncestorOf(QApplication::focusWidget()));
-            QCOMPARE(QApplication::focusWidget()->objectName(), first);
-            QSignalSpy unloaded(window, &ChildWindow::unloaded);
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-            QTRY_COMPARE(unloaded.count(), 1);
-        }
-    }
-
-    /// For whoever asks for help: what is really loaded, and where the data are.
-    void about()
-    {
-        const Desk desk;
-        const frmInfo window(desk.texts, {}, u"/home/guard/kor"_s);
-        static const QRegularExpression versions(
-            u"^Qt 6\\.\\d.*, SQLCipher \\d+\\.\\d.*, OpenSSL \\d.*, CUPS, libgsf 1\\.\\d+\\.\\d+$"_s);
-        const QString told = window.findChild<QLabel *>(u"lblTestoLibrerie"_s)->text().replace(QChar::Nbsp, u' ');
-        QVERIFY2(versions.match(told).hasMatch(), qPrintable(told));
-        QCOMPARE(window.findChild<QLineEdit *>(u"txtDati"_s)->text(), u"/home/guard/kor"_s);
     }
 };
 

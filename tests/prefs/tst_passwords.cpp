@@ -1,4 +1,3 @@
-#include "archives/Tables.h"
 #include "prefs/Passwords.h"
 #include "support/Fixtures.h"
 
@@ -40,39 +39,31 @@ private Q_SLOTS:
         QCOMPARE(Passwords::accepted(u"a\u20ACb\u4E16\u0153\u0101"_s), u"a\u20ACb\u0153"_s);
     }
 
-    void faults_data()
-    {
-        const Rows<QByteArray, Passwords::Fault> row("sql", "fault");
-        row("no row", "DELETE FROM Password", Passwords::Fault::Corrupt);
-        row("no scrambled text", "UPDATE Password SET PassUtility='short'", Passwords::Fault::Corrupt);
-        row("empty means none", "UPDATE Password SET PassProg='', PassUte=''", Passwords::Fault::None);
-        row("no table", "DROP TABLE Password", Passwords::Fault::RegisterUnusable);
-        row("no register", {}, Passwords::Fault::RegisterUnusable);
-    }
     void faults()
     {
-        QFETCH(QByteArray, sql);
-        TestFolder test;
-        if (!sql.isEmpty()) {
-            QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users).ok());
-            QVERIFY(test.archives.open(ArchiveName::Users, Database::Use::Safe).value().execute(sql).ok());
+        using Told = Passwords::Fault;
+        for (const auto &[sql, fault] : {std::pair("DELETE FROM Password", Told::Corrupt),
+                                         {"UPDATE Password SET PassUtility='short'", Told::Corrupt},
+                                         {"UPDATE Password SET PassProg='', PassUte=''", Told::None},
+                                         {"DROP TABLE Password", Told::RegisterUnusable},
+                                         {"", Told::RegisterUnusable}}) {
+            TestFolder test;
+            if (*sql && test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users))
+                test.execute(ArchiveName::Users, sql);
+            QVERIFY2(Passwords(test.archives).load() == fault, sql);
         }
-        Passwords passwords(test.archives);
-        QTEST(passwords.load(), "fault");
     }
 
     void lockedRegister()
     {
         TestFolder test;
         QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users).ok());
-        Result<Database> other = test.archives.open(ArchiveName::Users, Database::Use::Safe);
-        QVERIFY(other.value().execute("BEGIN EXCLUSIVE").ok());
+        Database other = test.hold(ArchiveName::Users);
         Passwords passwords(test.archives);
         QCOMPARE(passwords.load(), Passwords::Fault::Unreadable);
         QCOMPARE(passwords.reason().code, FaultCode::Locked);
         QCOMPARE(passwords.set(Passwords::Type::Main, u"x"_s), Passwords::Fault::Unreadable);
-        QVERIFY(!passwords.isSet(Passwords::Type::Main));
-        QVERIFY(other.value().execute("COMMIT").ok());
+        QVERIFY(other.execute("COMMIT").ok());
         QCOMPARE(passwords.load(), Passwords::Fault::None);
     }
 };

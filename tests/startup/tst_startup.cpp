@@ -1,7 +1,7 @@
-#include "archives/Tables.h"
 #include "startup/CommandLine.h"
 #include "startup/ProgramPlaces.h"
 #include "startup/Startup.h"
+#include "startup/WindowPlace.h"
 #include "support/Fixtures.h"
 
 #include <QDir>
@@ -65,7 +65,6 @@ private Q_SLOTS:
         const Rows<QByteArray, QString> row("content", "expected");
         row("first wins", "COM=0\r\nCHECK=1\r\nCHECK=2\r\n", u"1"_s);
         row("inside another word", "XCHECK=5\r\n", u"5"_s);
-        row("blanks", "CHECK= 30 \r\n", u"30"_s);
         row("case counts", "check=5\r\n", {});
         row("first equals sign of the line", "A=B CHECK=5\r\n", u"B CHECK=5"_s);
         row("no line end", "COM=1\nCHECK=7", u"7"_s);
@@ -92,19 +91,6 @@ private Q_SLOTS:
         QVERIFY(start.settings.save(u"CHECK"_s, 15).ok());
         QTEST(start.read(file), "expected");
         QCOMPARE(start.files(), QStringList{file});
-    }
-
-    void powerCutLeavesOldOrNew()
-    {
-        const QByteArray before = "COM=0\r\nLINGUA=2\r\n", after = "COM=3\r\nLINGUA=2\r\n";
-        const QStringList wholeRoad = listOf("write Setup.tmp,flush Setup.tmp,rename Impost.stp");
-        for (int stop = 0; stop <= 4; ++stop) {
-            Start start(before);
-            start.disk.stopAt = stop;
-            QCOMPARE(start.settings.save(u"COM"_s, 3).ok(), stop == 4);
-            QCOMPARE(start.read(file), stop < 3 ? before : after);
-            QCOMPARE(start.disk.steps.mid(0, 3), wholeRoad.mid(0, stop));
-        }
     }
 
     void unusableSettings_data()
@@ -153,53 +139,23 @@ private Q_SLOTS:
             start.disk.steps.clear();
             return !prepareProgramFolder(start.archives, start.settings, language, start.notices);
         };
-        QVERIFY(!checkProgramFolder(start.folder));
-        QVERIFY(prepare(2));
+        QVERIFY(!checkProgramFolder(start.folder) && prepare(2));
         QCOMPARE(start.read(file), QByteArray("COM=0\r\nLINGUA=2\r\nNUMEVOD=25\r\nCHECK=60\r\nPRN=1\r\n"));
         QVERIFY(start.folder.isFolder(u"Archivi/BackUp"_s));
         for (const QString &name : listOf("Anagrafico,Fascie,Ferie")) {
-            const QByteArray content = start.read(u"Archivi/%1.zeb"_s.arg(name));
-            QVERIFY(!content.isEmpty());
-            QCOMPARE(content, start.read(u"Archivi/%1org.zeb"_s.arg(name)));
+            QVERIFY(start.folder.exists(u"Archivi/%1.zeb"_s.arg(name)));
+            QCOMPARE(start.read(u"Archivi/%1.zeb"_s.arg(name)), start.read(u"Archivi/%1org.zeb"_s.arg(name)));
         }
 
         // What is there stays, what has gone missing is made anew.
         start.addUsers({listOf("1,TX")});
         const QByteArray users = start.read(u"Archivi/Anagrafico.zeb"_s), bands = start.read(u"Archivi/Fascie.zeb"_s);
-        QVERIFY(start.folder.remove(u"Archivi/Fascie.zeb"_s).ok());
-        QVERIFY(prepare(4));
+        QVERIFY(start.folder.remove(u"Archivi/Fascie.zeb"_s).ok() && prepare(4));
         QCOMPARE(start.read(u"Archivi/Anagrafico.zeb"_s), users);
         QCOMPARE(start.read(u"Archivi/Fascie.zeb"_s), bands);
-        QVERIFY(!start.disk.steps.contains(u"rename Impost.stp"_s));
-        QCOMPARE(start.settings.Lingua, 2);
-        QVERIFY(prepare(4));
+        QVERIFY(!start.disk.steps.contains(u"rename Impost.stp"_s) && start.settings.Lingua == 2 && prepare(4));
         QCOMPARE(start.disk.steps, QStringList());
         QVERIFY(start.notices.isEmpty());
-    }
-
-    void missingParts_data()
-    {
-        const Rows<QString, QString> row("removed", "told");
-        row("register template", u"Archivi/Anagraficoorg.zeb"_s, u"Anagraficoorg.zeb' is missing"_s);
-        row("day template", u"Archivi/Eventiorg.zeb"_s, u"Eventiorg.zeb' is missing"_s);
-        row("template of the search", u"Archivi/Eventitmp.zeb"_s, {});
-        row("archive folder", u"Archivi"_s, u"Archivi' is missing"_s);
-    }
-    void missingParts()
-    {
-        QFETCH(QString, removed);
-        QFETCH(QString, told);
-        TestFolder test;
-        const QString path = test.folder.path(removed);
-        QVERIFY(QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path));
-        const std::optional<StartFault> fault = checkProgramFolder(test.folder);
-        Texts texts;
-        texts.fill(2);
-        QCOMPARE(fault.has_value(), !told.isEmpty());
-        if (fault)
-            QVERIFY2(texts.sentence(fault->message).contains(told), qPrintable(texts.sentence(fault->message)));
-        QCOMPARE(test.disk.steps, QStringList());
-        QCOMPARE(test.files(), QStringList());
     }
 
     void places_data()
@@ -283,31 +239,13 @@ private Q_SLOTS:
         QCOMPARE(places.fileToOpen(u"Immagini/Splash.bmp"_s), installation.folder.path(u"Immagini/SPLASH.bmp"_s));
     }
 
-    void namesWithoutRegardToCase()
-    {
-        TestFolder test;
-        const QString name = u"Archivi/Eventi_05-03-2004.zeb"_s;
-        test.write(u"Archivi/EVENTI_05-03-2004.ZEB"_s, "x");
-        QVERIFY(test.folder.exists(name.toLower()));
-        // Removed and made again by another program: the kept listing must notice.
-        QVERIFY(QFile::remove(test.folder.path(name)));
-        QVERIFY(!test.folder.exists(name));
-        test.write(u"Archivi/eventi_05-03-2004.ZEB"_s, "x");
-        QVERIFY(test.folder.path(name).endsWith(u"/eventi_05-03-2004.ZEB"_s));
-    }
-
     void commandLine_data()
     {
         const Rows<QString, QString> row("arguments", "wrong");
         row("all", u"--console|--folder=/x|--password-file|/y|--port|8"_s, {});
         row("unknown", u"--nonsense"_s, u"Unbekannte Option: '--nonsense'."_s);
-        row("letter", u"-x"_s, u"Unbekannte Option: '-x'."_s);
         row("no value", u"--console|--port"_s, u"Der Wert der Option '--port N' fehlt."_s);
-        row("empty value", u"--folder="_s, u"Der Wert der Option '--folder DIR' fehlt."_s);
-        row("value too many", u"--demo=yes"_s, u"Unerwartetes Argument: '--demo=yes'."_s);
-        row("stray word", u"now"_s, u"Unerwartetes Argument: 'now'."_s);
         row("port 0", u"--port|0"_s, u"--port erwartet eine Zahl von 1 bis 8, nicht '0'."_s);
-        row("port x", u"--port|1x"_s, u"--port erwartet eine Zahl von 1 bis 8, nicht '1x'."_s);
         row("demo in a folder", u"--demo|--folder|/x"_s,
             u"--demo arbeitet in einem eigenen Ordner und an einem eigenen Anschluss: --folder und --port weglassen."_s);
     }
@@ -324,6 +262,17 @@ private Q_SLOTS:
             QCOMPARE(line.folder + line.passwordFile, u"/x/y"_s);
             QCOMPARE(line.port, 8);
         }
+    }
+
+    /// A window's place that is none, or would leave the area of 1000 by 700, is not used.
+    void windowPlaces()
+    {
+        const QString good = u"0,0,800,600,0"_s;
+        QCOMPARE(placeText(placeFrom(good, {1000, 700}).value()), good);
+        for (const QString &bad :
+             {QString(), u"a,b,c,d,e"_s, u"0,0,800,600"_s, u"900,0,200,200,0"_s, u"-5,0,200,200,0"_s, u"0,0,9,9,0"_s,
+              u"0,0,800,600,2"_s, u"32767,32767,32767,32767,1"_s})
+            QVERIFY2(!placeFrom(bad, {1000, 700}), qPrintable(bad));
     }
 };
 

@@ -1,6 +1,5 @@
 #include "support/Fixtures.h"
 
-#include "archives/Tables.h"
 #include "archives/Templates.h"
 #include "texts/DateTimeText.h"
 
@@ -12,13 +11,13 @@ bool FakeDisk::before(Step step, const QString &path)
 {
     static const QStringList names = {u"write"_s,  u"flush"_s, u"rename"_s, u"flush folder"_s,
                                       u"remove"_s, u"make"_s,  u"link"_s};
-    if (stopAt >= 0 && steps.size() >= stopAt)
-        return false;
+    if (stopAt >= 0 && steps.size() >= stopAt && (!goesOn || failed == 0))
+        return (++failed, false);
     steps.append(names[static_cast<int>(step)] + QLatin1Char(' ') + QFileInfo(path).fileName());
     return true;
 }
 
-TestFolder::TestFolder() : folder(directory.path(), disk), archives(folder)
+TestFolder::TestFolder()
 {
     QDir(directory.path()).mkdir(u"Archivi"_s);
     if (!makeTemplates(archives))
@@ -26,13 +25,13 @@ TestFolder::TestFolder() : folder(directory.path(), disk), archives(folder)
     disk.steps.clear();
 }
 
-QByteArray TestFolder::read(const QString &name) const
+QByteArray BareFolder::read(const QString &name) const
 {
     QFile file(folder.path(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void TestFolder::write(const QString &name, const QByteArray &content) const
+void BareFolder::write(const QString &name, const QByteArray &content) const
 {
     QFile file(folder.path(name));
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
@@ -46,7 +45,7 @@ void TestFolder::damage(const QString &name) const
     write(name, content.chopped(page) + QByteArray(page, '\0'));
 }
 
-QStringList TestFolder::files(const QString &name) const
+QStringList BareFolder::files(const QString &name) const
 {
     return QDir(folder.path(name)).entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }
@@ -89,6 +88,14 @@ void TestFolder::addEvents(const QString &day, const QList<QStringList> &events)
         events);
 }
 
+Database TestFolder::hold(QStringView archive, const QByteArray &sql)
+{
+    Result<Database> database = archives.open(archive, Database::Use::Safe);
+    if (!database || !database.value().execute(sql))
+        qFatal("%s", sql.constData());
+    return std::move(database.value());
+}
+
 QStringList TestFolder::rows(QStringView archive, const QString &statement)
 {
     const auto fault = [](const Fault &f) { return QStringList{u"FAULT %1"_s.arg(int(f.code))}; };
@@ -125,12 +132,17 @@ qint64 residentPages()
     return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() : -1;
 }
 
-QStringList takeNotices(Notices &notices)
+QString english(const Message &message)
 {
     Texts texts;
     texts.fill(2);
+    return texts.sentence(message);
+}
+
+QStringList takeNotices(Notices &notices)
+{
     QStringList sentences;
     while (!notices.isEmpty())
-        sentences.append(texts.sentence(notices.take().message));
+        sentences.append(english(notices.take().message));
     return sentences;
 }

@@ -134,34 +134,47 @@ private:
 class FakeDisk : public Disk
 {
 public:
-    QStringList steps; ///< "write Setup.tmp"
-    int stopAt = -1;   ///< number of steps that are still carried out, -1 = all
+    QStringList steps;   ///< "write Setup.tmp"
+    int stopAt = -1;     ///< number of steps that are still carried out, -1 = all
+    bool goesOn = false; ///< after the one step that fails, as a disk that was full
+    int failed = 0;      ///< steps that were not carried out
 
 protected:
     bool before(Step step, const QString &path) override;
 };
 
-/// A program folder with the five templates, removed at the end.
-class TestFolder
+/// A program folder with nothing in it, removed at the end.
+class BareFolder
+{
+public:
+    FakeDisk disk;
+    QTemporaryDir directory;
+    ProgramFolder folder{directory.path(), disk};
+
+    QByteArray read(const QString &name) const;
+    void write(const QString &name, const QByteArray &content) const;
+    QStringList files(const QString &name = {}) const;
+};
+
+/// The same with the five templates.
+class TestFolder : public BareFolder
 {
 public:
     TestFolder();
 
-    FakeDisk disk;
-    QTemporaryDir directory;
-    ProgramFolder folder;
-    ArchiveStore archives;
+    ArchiveStore archives{folder};
 
-    QByteArray read(const QString &name) const;
-    void write(const QString &name, const QByteArray &content) const;
     /// Zeroes the last page of an archive.
     void damage(const QString &name) const;
-    QStringList files(const QString &name = {}) const;
     /// Puts users "code type surname name" into the register, which is made when it is not there.
     void addUsers(const QList<QStringList> &users);
     /// Puts events "Codice Tipo Canale AbCh KorDis Ora" into the archive of a day, which is made when it is not there.
     /// @param day  "dd-mm-yyyy"
     void addEvents(const QString &day, const QList<QStringList> &events);
+    /// Changes an archive, as another program would.
+    void execute(QStringView archive, const QByteArray &sql) { (void)hold(archive, sql); }
+    /// The same with what stays open, and keeps others out, as long as the result lives.
+    Database hold(QStringView archive, const QByteArray &sql = "BEGIN EXCLUSIVE");
     /// All rows of a statement on one archive, fields joined by "|"; a fault reads as "FAULT <code>".
     QStringList rows(QStringView archive, const QString &statement);
 };
@@ -177,6 +190,8 @@ QString asText(const Event &event);
 
 /// Memory of this process that is resident, in pages.
 qint64 residentPages();
+
+QString english(const Message &message);
 
 /// Texts of the notices that wait, in English, which are taken.
 QStringList takeNotices(Notices &notices);

@@ -18,14 +18,10 @@ public:
         bool operator==(const Mark &) const = default;
         QString asText() const
         {
-            return QStringLiteral("page %1 '%2' at %3,%4 to %5,%6 %7 points")
-                .arg(page)
-                .arg(text)
-                .arg(x)
-                .arg(y)
-                .arg(x2)
-                .arg(y2)
-                .arg(points);
+            QString all = QStringLiteral("page %1 '%2' at").arg(page).arg(text);
+            for (const double part : {x, y, x2, y2, double(points)})
+                all += QLatin1Char(' ') + QString::number(part);
+            return all;
         }
     };
     QList<Mark> marks;

@@ -3,8 +3,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <sqlite3.h>
-
 #include <cerrno>
 #include <cstring>
 
@@ -44,18 +42,12 @@ int closeFile(sqlite3_file *file)
     return code;
 }
 
-int writeFile(sqlite3_file *file, const void *bytes, int count, sqlite3_int64 offset)
+/// The same as a step that is noted, and may be refused.
+template<auto Method, class... Arguments>
+int change(sqlite3_file *file, Arguments... arguments)
 {
-    if (const int refused = recorder->step("write", *ours(file)->path))
-        return refused;
-    return methodsBelow(file)->xWrite(&ours(file)->real, bytes, count, offset);
-}
-
-int truncateFile(sqlite3_file *file, sqlite3_int64 size)
-{
-    if (const int refused = recorder->step("write", *ours(file)->path))
-        return refused;
-    return methodsBelow(file)->xTruncate(&ours(file)->real, size);
+    const int refused = recorder->step("write", *ours(file)->path);
+    return refused != 0 ? refused : handOn<Method>(file, arguments...);
 }
 
 int syncFile(sqlite3_file *file, int flags)
@@ -70,7 +62,7 @@ int syncFile(sqlite3_file *file, int flags)
 int mapSharedMemory(sqlite3_file *file, int region, int size, int extend, volatile void **memory)
 {
     if (recorder->sharedMemoryError == 0)
-        return methodsBelow(file)->xShmMap(&ours(file)->real, region, size, extend, memory);
+        return handOn<&sqlite3_io_methods::xShmMap>(file, region, size, extend, memory);
     errno = recorder->sharedMemoryError;
     return SQLITE_IOERR_SHMSIZE;
 }
@@ -84,8 +76,8 @@ using Methods = sqlite3_io_methods;
 const Methods methods = {2,
                          closeFile,
                          handOn<&Methods::xRead, void *, int, sqlite3_int64>,
-                         writeFile,
-                         truncateFile,
+                         change<&Methods::xWrite, const void *, int, sqlite3_int64>,
+                         change<&Methods::xTruncate, sqlite3_int64>,
                          syncFile,
                          handOn<&Methods::xFileSize, sqlite3_int64 *>,
                          handOn<&Methods::xLock, int>,

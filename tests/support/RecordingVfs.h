@@ -4,6 +4,8 @@
 #include <QHash>
 #include <QStringList>
 
+#include <sqlite3.h>
+
 /// A layer under every database that is opened while it lives: notes what reaches the disk and in which order, can stop
 /// at the n-th step as a power cut does, and can refuse to write.
 class RecordingVfs

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "archives/Tables.h"
 #include "link/LineReader.h"
 #include "platform/PseudoTerminal.h"
 #include "support/Fixtures.h"

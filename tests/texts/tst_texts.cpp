@@ -1,22 +1,7 @@
 #include "support/Fixtures.h"
+#include "texts/DateTimeText.h"
+#include "texts/NameKey.h"
 #include "texts/OwnTextTable.h"
-
-#include <QSet>
-
-namespace {
-
-QStringList languages(Text text)
-{
-    QStringList all;
-    for (int language = 1; language <= 4; ++language) {
-        Texts texts;
-        texts.fill(language);
-        all.append(texts[text]);
-    }
-    return all;
-}
-
-} // namespace
 
 class TestTexts : public QObject
 {
@@ -41,49 +26,43 @@ private Q_SLOTS:
             check(row);
     }
 
-    void printedHeadersFitTheirColumns()
+    /// Case, accent, ligature, sharp s, two accents; an apostrophe stands before letters.
+    void sortKeys()
     {
-        // In two lines, divided at the first blank.
-        const auto fit = [](int width, const QList<Text> &captions) {
-            for (Text caption : captions) {
-                for (const QString &text : languages(caption))
-                    QVERIFY2(text.section(u' ', 0, 0).size() <= width && text.section(u' ', 1).size() <= width,
-                             qPrintable(text));
-            }
-        };
-        fit(5, {Text::ChDis, Text::KorDis, Text::Tipo});
-        fit(8, {Text::Ora});
-        fit(9, {Text::CodiceTroncatoColonna});
-        fit(10, {Text::CodiceColonna, Text::Data});
-        fit(15, {Text::CognomeUtente, Text::NomeUtente, Text::InformazioniAggiuntive});
+        for (const auto &[before, after] : {std::pair(u"rossi"_s, u"ROSSINI"_s),
+                                            {u"Österle"_s, u"Ostermann"_s},
+                                            {u"Æbelø"_s, u"Afzal"_s},
+                                            {u"Straße"_s, u"Strasser"_s},
+                                            {u"\u1EA4n"_s, u"Anna"_s},
+                                            {u"D'Angelo"_s, u"Dangelo"_s}})
+            QVERIFY2(nameKey(before) < nameKey(after), qPrintable(nameKey(before) + u" / "_s + nameKey(after)));
     }
 
-    void accessKeysAreUnique()
+    void dates_data()
     {
-        const QList<QList<Text>> together = {
-            {Text::MnuFile, Text::MnuAnagrafica, Text::MnuConsultazioni, Text::MnuStrumenti, Text::MnuAiuto},
-            {Text::MnuImpostaStampante, Text::MnuEsci},
-            {Text::MnuListaUtenti, Text::MnuProgrammazioneSettimanale, Text::MnuProgrammazioneFerie},
-            {Text::MnuRicercaEventi, Text::MnuUltimiEventi, Text::MnuStampaUltimiEventi, Text::MnuNumeroEventiOdierni},
-            {Text::CmdRicerca, Text::CmdStampa, Text::CmdEsportaInExcel, Text::CmdChiudi},
-            {Text::CmdOk, Text::CmdAnnulla, Text::CmdProvaConnessione},
-            {Text::CmdRileggi, Text::CmdOk},
-            {Text::MnuImpostazionePortaSeriale, Text::MnuLetturaConfigurazioneInterfaccia, Text::MnuDiagnostica,
-             Text::MnuImpostazioniDiControlloKor, Text::MnuLingua, Text::MnuAbilitazionePasswordPrincipale,
-             Text::MnuAbilitazionePasswordUtenti, Text::MnuAbilitazionePasswordDiagnostica}};
-        for (const QList<Text> &captions : together) {
-            // In Italian the tools have had the same letters always.
-            const int first = captions.contains(Text::MnuLingua) ? 1 : 0;
-            QSet<QString> keys;
-            for (Text caption : captions) {
-                for (int language = first; language < 4; ++language) {
-                    const QString text = languages(caption)[language];
-                    const QString key = text.section(u'&', 1).left(1).toUpper() + QString::number(language);
-                    QVERIFY2(!text.contains(u'&') || !keys.contains(key), qPrintable(text));
-                    keys.insert(key);
-                }
-            }
-        }
+        const Rows<QString, QString> row("first", "last"); // a range's, as their keys
+        row("05/03/2004", u"20040305"_s, u"20040305"_s);
+        row("29/02/2004", u"20040229"_s, u"20040229"_s);
+        row("29/02/1900", u"19000301"_s, u"19000228"_s);
+        row("31/02/2000", u"20000301"_s, u"20000229"_s);
+        row("31/04/2004", u"20040501"_s, u"20040430"_s);
+        row("31/12/0099", u"00991231"_s, u"00991231"_s);
+        row("32/12/2004", {}, {});
+        row("5/3/2004", {}, {});
+        row("", {}, {});
+    }
+    void dates()
+    {
+        QFETCH(QString, first);
+        QFETCH(QString, last);
+        const QString typed = QString::fromLatin1(QTest::currentDataTag()), key = DataOrdinabile(typed);
+        QCOMPARE(DataOrdinabile(rangeDay(typed, End::First)), first);
+        QCOMPARE(rangeDayOfKey(key, End::Last), rangeDay(typed, End::Last));
+        const QDate day = rangeDay(typed, End::Last);
+        QCOMPARE(DataOrdinabile(day), last);
+        QCOMPARE(dayOfFile(DataFile(day)), day);
+        if (!last.isEmpty() && first == last)
+            QCOMPARE(DataBarre(day), typed);
     }
 };
 
