@@ -79,7 +79,8 @@ void DailyBackup::end(const Result<void> &result)
     if (result) {
         // What was changed while it ran may not be in it.
         m_plan.lastSuccess = m_lastTrial;
-        if (const Result<void> stored = m_plan.store(m_settings); !stored)
+        const Result<void> stored = m_plan.store(m_settings);
+        if (!stored)
             Q_EMIT toTell({OwnText::SettingNotSaved, {stored.fault().subject}, stored.fault()});
     } else if (m_isDaily) {
         tellOnceADay(messageOf(result.fault(), true));

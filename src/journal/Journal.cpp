@@ -137,7 +137,7 @@ Result<void> Journal::write()
     qint64 number = m_next + m_lost;
     for (JournalRow &row : rows)
         row.number = number++;
-    const Result<void> written = m_file->write(rows, now);
+    Result<void> written = m_file->write(rows, now);
     if (!written) {
         m_isDamaged = written.fault().code == FaultCode::Damaged;
         m_file.reset();

@@ -6,7 +6,7 @@
 namespace {
 
 /// Rows that are stored with one flush: a few milliseconds.
-constexpr qsizetype pieceRows = 100;
+constexpr qsizetype rescuedAtOnce = 100;
 
 const QString gatheringName = QStringLiteral("Archivi/Recupero.$$$");
 
@@ -163,8 +163,8 @@ Result<void> DayRescue::bring(const QDeadlineTimer &until)
 /// @return false when there are no more
 Result<bool> DayRescue::readPiece()
 {
-    while (m_rows && m_piece.size() < pieceRows) {
-        const Result<bool> stepped = m_rows->step();
+    while (m_rows && m_piece.size() < rescuedAtOnce) {
+        Result<bool> stepped = m_rows->step();
         if (!stepped)
             return stepped;
         if (!stepped.value()) {
