@@ -116,7 +116,7 @@ struct Desk {
         test.directory.filePath(u"Porte/COM7"_s)
     };
     QByteArray asked;
-    Program program{test.directory.path(), clock, printers};
+    Program program{{test.directory.path()}, clock, printers};
     MDIForm1 window{program, messages};
 };
 
@@ -169,7 +169,7 @@ int main(int argumentCount, char *arguments[])
 {
     const QApplication application(argumentCount, arguments);
     Desk desk;
-    if (!QTest::qWaitFor([&desk] { return desk.window.isEnabled() && desk.program.settings().CodProtocollo == 15; }))
+    if (!QTest::qWaitFor([&desk] { return desk.window.isEnabled() && desk.program.settings().CodProtocollo == Protocol::RsC; }))
         qFatal("the program does not come to life");
     work(desk);
     desk.window.end();

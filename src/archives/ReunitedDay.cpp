@@ -141,7 +141,7 @@ Result<void> ReunitedDay::take(const Statement &row)
     SqlValues values;
     for (const int column : m_reading->columns)
         values.append(row.text(column));
-    values.append(qint64{m_file});
+    values += SqlValues{qint64{m_file}};
     if (m_file > 0) {
         m_claim->bind(values);
         const Result<bool> claimed = m_claim->step();

@@ -33,6 +33,7 @@ MDIForm1::MDIForm1(Program &program, Messages &messages, QWidget *parent)
       m_display(program, *this),
       m_boxes(*this, {messages, program.notices(), program.texts()}),
       m_closing(program, m_boxes),
+      m_register(program, messages, m_windows, this),
       m_alarm(*this, *m_area)
 {
     setObjectName(QStringLiteral("MDIForm1"));
@@ -69,6 +70,8 @@ void MDIForm1::connectParts()
         if (std::exchange(m_closeAgain, false))
             QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
     });
+    connect(&m_register, &RegisterEntries::passwordWanted, this,
+            [this] { openPasswordWindow(Passwords::Type::Users, false); });
     connect(&m_closing, &ClosingQuestions::mayGoOn, this, &QWidget::close);
     connect(&m_closing, &ClosingQuestions::calledOff, this, &MDIForm1::closeRefused);
     connect(&m_display, &StatusDisplay::flashed, &m_alarm, &AlarmFrame::keepInSight);

@@ -5,16 +5,15 @@
 #include "mainwindow/BoxQueue.h"
 #include "mainwindow/ClosingQuestions.h"
 #include "mainwindow/MainMenu.h"
+#include "mainwindow/RegisterEntries.h"
 #include "mainwindow/StartSequence.h"
 #include "mainwindow/StatusDisplay.h"
 #include "mainwindow/WindowSet.h"
 #include "prefs/frmPassProg.h"
-#include "users/frmLstUtenti.h"
 #include "widgets/Translation.h"
 
 #include <QMainWindow>
 
-class Printing;
 class Splash;
 
 /// The frame window: opens the windows of the menu, one for each function, and connects them to the core.
@@ -71,10 +70,8 @@ private:
     void mnuImpPrn_Click();
     void mnuBackup_Click();
     void mnuExit_Click();
-    void mnuUtenti_Click();
     void mnuFascieOr_Click();
     void mnuProgFerie_Click();
-    void mnuRestoreUsers_Click();
     void mnuEventi_Click();
     void mnuEventiOdierni_Click();
     void mnuPrnLastEv_Click();
@@ -89,13 +86,6 @@ private:
     void mnuAbout_Click();
 
     // Windows, and what they report.
-    void askUsersPassword();
-    void usersPasswordGiven();
-    void chooseRegister();
-    void openRegister(const QString &restored = {});
-    void objLstUtenti_Chiudi(frmLstUtenti::Esito outcome);
-    void printRegister(frmLstUtenti *window, Printing *printing);
-    void printDuplicates(ChildWindow *window, const QString &report);
     template<class Editor>
     void openEditor(TimeProgramme::Part part);
     void openPortWindow(bool first);
@@ -117,11 +107,11 @@ private:
     StatusDisplay m_display;
     BoxQueue m_boxes;
     ClosingQuestions m_closing;
+    RegisterEntries m_register;
     AlarmFrame m_alarm;
     QPointer<Splash> m_splash;
     QTimer tmrShow;
-    bool m_ending = false;      ///< the close cannot be refused
-    bool m_isHeldUp = false;    ///< it comes from the system or the session, which wait for it
-    bool m_isToRestore = false; ///< the users password is asked to restore the register, not to open it
-    bool m_closeAgain = false;  ///< a close waits for a window to answer its question
+    bool m_ending = false;     ///< the close cannot be refused
+    bool m_isHeldUp = false;   ///< it comes from the system or the session, which wait for it
+    bool m_closeAgain = false; ///< a close waits for a window to answer its question
 };

@@ -44,14 +44,14 @@ void MDIForm1::buildMenu()
     m_menu.separate(TopMenu::File, "mnuLinea");
     add(Entry::Exit, "mnuExit", Text::MnuEsci, &MDIForm1::mnuExit_Click);
 
-    add(Entry::Utenti, "mnuUtenti", Text::MnuListaUtenti, &MDIForm1::mnuUtenti_Click);
+    m_menu.add(Entry::Utenti, "mnuUtenti", Text::MnuListaUtenti, [this] { m_register.open(); });
     add(Entry::FascieOr, "mnuFascieOr", Text::MnuProgrammazioneSettimanale, &MDIForm1::mnuFascieOr_Click);
     add(Entry::ProgFerie, "mnuProgFerie", Text::MnuProgrammazioneFerie, &MDIForm1::mnuProgFerie_Click);
 
     m_menu.separate(TopMenu::Anagrafica, "mnuLineaAna");
     m_menu.add(
         Entry::RestoreUsers, "mnuRestoreUsers", [this] { return m_program.texts()[OwnText::MnuRestoreUsers]; },
-        [this] { mnuRestoreUsers_Click(); });
+        [this] { m_register.restore(); });
 
     add(Entry::Eventi, "mnuEventi", Text::MnuRicercaEventi, &MDIForm1::mnuEventi_Click);
     add(Entry::EventiOdierni, "mnuEventiOdierni", Text::MnuUltimiEventi, &MDIForm1::mnuEventiOdierni_Click);
@@ -336,7 +336,7 @@ void MDIForm1::objPassProg_Chiudi(Passwords::Type type, frmPassProg::Codice code
     } else if (type == Passwords::Type::Diagnostics && code == Codice::Right) {
         openDiagnostics();
     } else if (type == Passwords::Type::Users && code == Codice::Right) {
-        usersPasswordGiven();
+        m_register.passwordGiven();
     }
 }
 

@@ -1,55 +1,58 @@
-#include "mainwindow/MDIForm1.h"
+#include "mainwindow/RegisterEntries.h"
+
 #include "reports/TextReport.h"
 #include "users/UserListReport.h"
-#include "users/frmLstUtenti.h"
 #include "users/frmRestore.h"
 #include "widgets/Printing.h"
 
-// The register of users: opened, restored, printed.
+RegisterEntries::RegisterEntries(Program &program, Messages &messages, WindowSet &windows, QWidget *over)
+    : m_program(program), m_messages(messages), m_windows(windows), m_over(over)
+{
+}
 
-void MDIForm1::mnuUtenti_Click()
+void RegisterEntries::open()
 {
     m_isToRestore = false;
     if (m_windows.find<frmLstUtenti>())
-        openRegister();
+        openWindow();
     else
-        askUsersPassword();
+        askPassword();
 }
 
-void MDIForm1::mnuRestoreUsers_Click()
+void RegisterEntries::restore()
 {
     m_isToRestore = true;
-    askUsersPassword();
+    askPassword();
 }
 
-void MDIForm1::askUsersPassword()
+void RegisterEntries::askPassword()
 {
     if (m_program.passwords().isSet(Passwords::Type::Users))
-        openPasswordWindow(Passwords::Type::Users, false);
+        Q_EMIT passwordWanted();
     else
-        usersPasswordGiven();
+        passwordGiven();
 }
 
-void MDIForm1::usersPasswordGiven()
+void RegisterEntries::passwordGiven()
 {
     if (std::exchange(m_isToRestore, false))
-        chooseRegister();
+        chooseFile();
     else
-        openRegister();
+        openWindow();
 }
 
-void MDIForm1::chooseRegister()
+void RegisterEntries::chooseFile()
 {
-    auto *choice = findChild<frmRestore *>();
+    auto *choice = m_over->findChild<frmRestore *>();
     if (!choice) {
-        choice = new frmRestore(m_program.texts(), m_program.folder(), this);
-        connect(choice, &frmRestore::fileSelected, this, &MDIForm1::openRegister);
+        choice = new frmRestore(m_program.texts(), m_program.folder(), m_over);
+        connect(choice, &frmRestore::fileSelected, this, &RegisterEntries::openWindow);
     }
     choice->open();
 }
 
 /// @param restored  file that the users come from; "" = the register itself
-void MDIForm1::openRegister(const QString &restored)
+void RegisterEntries::openWindow(const QString &restored)
 {
     m_windows.open<frmLstUtenti>([this, restored] {
         const frmLstUtenti::Interface interface = {[this] { return m_program.settings().CodProtocollo; },
@@ -64,33 +67,31 @@ void MDIForm1::openRegister(const QString &restored)
             m_windows.openBeside(child);
         });
         connect(window, &frmLstUtenti::Stampa, this,
-                [this, window, printing] { printing->findPrinter([=, this] { printRegister(window, printing); }); });
-        connect(window, &frmLstUtenti::StampaDoppioni, this, &MDIForm1::printDuplicates);
-        connect(window, &frmLstUtenti::Chiudi, this, &MDIForm1::objLstUtenti_Chiudi);
-        if (!restored.isEmpty()) {
-            connect(window, &frmLstUtenti::Chiudi, &m_program.keeper(), [this](frmLstUtenti::Esito outcome) {
-                if (outcome == frmLstUtenti::Esito::Saved)
-                    m_program.journal().note(JournalKind::Restored);
-            });
-        }
+                [this, window, printing] { printing->findPrinter([=, this] { print(window, printing); }); });
+        connect(window, &frmLstUtenti::StampaDoppioni, this, &RegisterEntries::printDuplicates);
+        connect(window, &frmLstUtenti::Chiudi, this,
+                [this, isRestored = !restored.isEmpty()](auto outcome) { closed(outcome, isRestored); });
         return window;
     });
 }
 
-void MDIForm1::objLstUtenti_Chiudi(frmLstUtenti::Esito outcome)
+void RegisterEntries::closed(frmLstUtenti::Esito outcome, bool isRestored)
 {
-    if (outcome == frmLstUtenti::Esito::Saved)
-        m_program.reloadUsers();
+    if (outcome != frmLstUtenti::Esito::Saved)
+        return;
+    if (isRestored)
+        m_program.journal().note(JournalKind::Restored);
+    m_program.reloadUsers();
 }
 
-void MDIForm1::printRegister(frmLstUtenti *window, Printing *printing)
+void RegisterEntries::print(frmLstUtenti *window, Printing *printing)
 {
     // As it stands now, whatever is changed while it is printed.
     printing->print(std::make_unique<UserListReport>(m_program.texts(), window->users()),
                     m_program.texts()[Text::ListaUtenti]);
 }
 
-void MDIForm1::printDuplicates(ChildWindow *window, const QString &report)
+void RegisterEntries::printDuplicates(ChildWindow *window, const QString &report)
 {
     auto *printing = window->findChild<Printing *>(QString(), Qt::FindDirectChildrenOnly);
     if (!printing)
