@@ -169,7 +169,8 @@ int main(int argumentCount, char *arguments[])
 {
     const QApplication application(argumentCount, arguments);
     Desk desk;
-    if (!QTest::qWaitFor([&desk] { return desk.window.isEnabled() && desk.program.settings().CodProtocollo == Protocol::RsC; }))
+    if (!QTest::qWaitFor(
+            [&desk] { return desk.window.isEnabled() && desk.program.settings().CodProtocollo == Protocol::RsC; }))
         qFatal("the program does not come to life");
     work(desk);
     desk.window.end();
