@@ -76,6 +76,12 @@ void DailyBackup::end(const Result<void> &result)
 {
     const int copied = m_backup ? m_backup->copied() : 0;
     stop();
+    noteOutcome(result);
+    Q_EMIT ended(result, copied);
+}
+
+void DailyBackup::noteOutcome(const Result<void> &result)
+{
     if (result) {
         // What was changed while it ran may not be in it.
         m_plan.lastSuccess = m_lastTrial;
@@ -85,7 +91,6 @@ void DailyBackup::end(const Result<void> &result)
     } else if (m_isDaily) {
         tellOnceADay(messageOf(result.fault(), true));
     }
-    Q_EMIT ended(result, copied);
 }
 
 void DailyBackup::stop()

@@ -59,6 +59,7 @@ private:
     Result<void> begin(bool isDaily);
     void turn();
     void end(const Result<void> &result);
+    void noteOutcome(const Result<void> &result);
     void tellOnceADay(const Message &message);
 
     ArchiveStore &m_archives;

@@ -116,7 +116,7 @@ public:
     {
         if (!m_fetch)
             return m_reading.step(until);
-        const Result<bool> fetched = m_fetch->step(until);
+        Result<bool> fetched = m_fetch->step(until);
         if (fetched && !fetched.value())
             return false;
         m_fetch.reset();
