@@ -282,8 +282,10 @@ std::unique_ptr<TruncatedCodes> UserRegister::truncatedCodes()
     return std::make_unique<TruncatedCodes>(*m_editor.database(), users(), m_protocol());
 }
 
-std::unique_ptr<CodeRun> UserRegister::codeRun(int first, int count)
+Result<std::unique_ptr<CodeRun>> UserRegister::codeRun(int first, int count)
 {
+    if (!m_editor.database())
+        return Fault{FaultCode::NotOpen, archive()};
     return std::make_unique<CodeRun>(*m_editor.database(), UserRows(users()), m_protocol(), first, count);
 }
 

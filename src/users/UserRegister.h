@@ -68,9 +68,10 @@ public:
     Result<void> setText(qsizetype row, const QString &field, const QString &text);
 
     // Work on all users, in steps. It must be gone before save() and discard(), and only one may be under way.
-    // Only when there is a working copy at hand.
+    /// Only when there is a working copy at hand, as after reading().
     std::unique_ptr<TruncatedCodes> truncatedCodes();
-    std::unique_ptr<CodeRun> codeRun(int first, int count);
+    /// @return NotOpen when there is no working copy at hand, as after a save that failed and left none
+    Result<std::unique_ptr<CodeRun>> codeRun(int first, int count);
     /// The first that was added, if any, becomes current.
     void codeRunEnded(const QList<CodeRun::Added> &added);
 

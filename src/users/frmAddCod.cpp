@@ -137,12 +137,15 @@ void frmAddCod::cmdOK_Click()
     case RunFault::None:
         break;
     }
+    Result<std::unique_ptr<CodeRun>> run = m_users.codeRun(check.first, check.count);
+    if (!run)
+        return tellFault(run.fault());
     // What has begun is not cancelled: the window refuses to close while it is disabled.
     setEnabled(false);
     Bar->setRange(0, check.count);
-    std::unique_ptr<CodeRun> run = m_users.codeRun(check.first, check.count);
-    const CodeRun &running = *run;
-    m_runner.run(std::move(run), {}, [this, &running](const Result<void> &result) { runEnded(running, result); });
+    const CodeRun &running = *run.value();
+    m_runner.run(std::move(run.value()), {},
+                 [this, &running](const Result<void> &result) { runEnded(running, result); });
 }
 
 void frmAddCod::runEnded(const CodeRun &run, const Result<void> &result)
@@ -150,14 +153,18 @@ void frmAddCod::runEnded(const CodeRun &run, const Result<void> &result)
     Bar->setValue(result ? Bar->maximum() : 0);
     if (!result) {
         setEnabled(true);
-        m_messages.show(this, Icon::Critical,
-                        m_texts.sentence({OwnText::ArchiveNotChanged, {m_users.archive()}, result.fault()}));
+        tellFault(result.fault());
     } else if (run.isIncomplete()) {
         m_messages.show(this, Icon::Exclamation, m_texts[Text::NonTuttiICodiciAggiunti],
                         [this, added = run.added()] { end(added); });
     } else {
         end(run.added());
     }
+}
+
+void frmAddCod::tellFault(const Fault &fault)
+{
+    m_messages.show(this, Icon::Critical, m_texts.sentence({OwnText::ArchiveNotChanged, {m_users.archive()}, fault}));
 }
 
 void frmAddCod::end(const QList<CodeRun::Added> &added)

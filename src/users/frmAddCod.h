@@ -38,6 +38,7 @@ private:
     void cmdOK_Click();
     void cmdAnnulla_Click();
     void runEnded(const CodeRun &run, const Result<void> &result);
+    void tellFault(const Fault &fault);
     void end(const QList<CodeRun::Added> &added);
     void require(QLineEdit *box, const QString &message);
     QString aboveMaximum() const;

@@ -118,10 +118,10 @@ void TestUsers::runs()
     desk.edited.users().moveTo(1);
     {
         // Cut off in the middle, nothing stays of it.
-        const auto cut = desk.edited.codeRun(500, 3);
+        const auto cut = std::move(desk.edited.codeRun(500, 3).value());
         QVERIFY(!cut->step(QDeadlineTimer(0)).value());
     }
-    const auto run = desk.edited.codeRun(first, count);
+    const auto run = std::move(desk.edited.codeRun(first, count).value());
     QCOMPARE(runThrough(*run), count);
     desk.edited.codeRunEnded(run->added());
     QVERIFY(desk.edited.isChanged());
@@ -131,6 +131,10 @@ void TestUsers::runs()
     QTEST(desk.shown(), "users");
     if (!firstAdded.isEmpty())
         QCOMPARE(desk.edited.users().value(u"CodTronc"_s), truncatedCode(firstAdded, Protocol::RsC));
+    Desk closed(u"99 TX"_s, 15);
+    closed.edited.discard();
+    const auto none = closed.edited.codeRun(first, count);
+    QVERIFY(!none && none.fault().code == FaultCode::NotOpen);
 }
 
 void TestUsers::typing()
