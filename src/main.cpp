@@ -93,8 +93,6 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argumentCount, char **arg
         std::any_of(named.begin(), named.end(), [](const char *name) { return !qEnvironmentVariableIsEmpty(name); });
     if (console || !display)
         return std::make_unique<QCoreApplication>(argumentCount, arguments);
-    // The window system's library has threads of its own.
-    holdEndSignals();
     auto application = std::make_unique<QApplication>(argumentCount, arguments);
     // Docks find the menu entry by it, with its name and icon.
     QApplication::setDesktopFileName(QStringLiteral("kor-supervisor"));
@@ -108,6 +106,8 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argumentCount, char **arg
 int main(int argumentCount, char *arguments[])
 {
     forbidCoreDumps();
+    // The libraries of window system and message bus start threads of their own.
+    holdEndSignals();
     const std::unique_ptr<QCoreApplication> application = makeApplication(argumentCount, arguments);
     QCoreApplication::setApplicationName(QStringLiteral("kor-supervisor"));
     QCoreApplication::setApplicationVersion(programVersion());

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/Result.h"
-#include "platform/Termination.h"
 
 #include <QObject>
 #include <QTimer>
@@ -38,8 +37,6 @@ public:
             m_limit.start(limit);
         try {
             std::thread([answered = m_answered, work = std::move(work)] {
-                // A signal that ends the program is the main thread's affair.
-                holdEndSignals();
                 answered->lay(work());
             }).detach();
         } catch (const std::system_error &) {
