@@ -9,6 +9,7 @@
 #include "startup/CommandLine.h"
 #include "startup/ProgramPlaces.h"
 #include "startup/Version.h"
+#include "texts/OwnText.h"
 #include "widgets/Accessibility.h"
 #include "widgets/DesktopStyle.h"
 

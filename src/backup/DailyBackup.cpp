@@ -1,6 +1,7 @@
 #include "backup/DailyBackup.h"
 
 #include "startup/Settings.h"
+#include "texts/OwnText.h"
 
 namespace {
 

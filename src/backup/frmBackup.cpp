@@ -3,6 +3,7 @@
 #include "backup/DailyBackup.h"
 #include "startup/PlainText.h"
 #include "texts/DateTimeText.h"
+#include "texts/OwnText.h"
 #include "texts/Texts.h"
 #include "widgets/Forms.h"
 #include "widgets/Messages.h"

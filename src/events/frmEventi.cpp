@@ -3,6 +3,7 @@
 #include "archives/Tables.h"
 #include "events/EventGrid.h"
 #include "startup/PlainText.h"
+#include "texts/OwnText.h"
 #include "texts/Texts.h"
 #include "widgets/Accessibility.h"
 #include "widgets/Fields.h"

@@ -3,6 +3,7 @@
 #include "archives/Tables.h"
 #include "events/EventGrid.h"
 #include "events/EventReport.h"
+#include "texts/OwnText.h"
 #include "texts/Texts.h"
 #include "widgets/Forms.h"
 #include "widgets/Grid.h"

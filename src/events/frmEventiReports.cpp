@@ -2,6 +2,7 @@
 #include "events/EventReport.h"
 #include "events/frmEventi.h"
 #include "startup/PlainText.h"
+#include "texts/OwnText.h"
 #include "texts/Texts.h"
 #include "widgets/Grid.h"
 #include "widgets/Messages.h"

@@ -6,6 +6,7 @@
 #include "link/EventLog.h"
 #include "startup/Numbers.h"
 #include "startup/PlainText.h"
+#include "texts/OwnText.h"
 #include "widgets/Filtering.h"
 #include "widgets/Forms.h"
 #include "widgets/Messages.h"

@@ -2,6 +2,7 @@
 
 #include "archives/Tables.h"
 #include "platform/Disk.h"
+#include "texts/OwnText.h"
 
 namespace {
 

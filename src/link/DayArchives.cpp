@@ -1,6 +1,7 @@
 #include "link/DayArchives.h"
 
 #include "archives/Tables.h"
+#include "texts/OwnText.h"
 
 #include <utility>
 

@@ -1,6 +1,7 @@
 #include "link/EventLog.h"
 
 #include "archives/Tables.h"
+#include "texts/OwnText.h"
 
 #include <QElapsedTimer>
 

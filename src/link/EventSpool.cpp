@@ -2,6 +2,7 @@
 
 #include "archives/Tables.h"
 #include "archives/Transaction.h"
+#include "texts/OwnText.h"
 
 #include <QHash>
 

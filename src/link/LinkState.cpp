@@ -1,5 +1,7 @@
 #include "link/LinkState.h"
 
+#include "texts/OwnText.h"
+
 LinkState::Light LinkState::light() const
 {
     switch (known) {

@@ -1,6 +1,7 @@
 #include "link/frmConfInt.h"
 
 #include "link/ConfigFields.h"
+#include "texts/OwnText.h"
 #include "widgets/ReadOnlyBox.h"
 #include "widgets/Twips.h"
 

@@ -1,5 +1,7 @@
 #include "link/frmImpCom.h"
 
+#include "texts/OwnText.h"
+
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>

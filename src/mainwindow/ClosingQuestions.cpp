@@ -1,5 +1,7 @@
 #include "mainwindow/ClosingQuestions.h"
 
+#include "texts/OwnText.h"
+
 #include <cstdio>
 
 namespace {

@@ -2,6 +2,7 @@
 
 #include "startup/Version.h"
 #include "texts/DateTimeText.h"
+#include "texts/OwnText.h"
 
 #include <array>
 

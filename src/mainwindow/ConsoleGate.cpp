@@ -1,5 +1,7 @@
 #include "mainwindow/ConsoleGate.h"
 
+#include "texts/OwnText.h"
+
 #include <QFile>
 
 #include <cstdio>

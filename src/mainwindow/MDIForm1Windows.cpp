@@ -16,6 +16,7 @@
 #include "prefs/frmLingua.h"
 #include "prefs/frmPassProg.h"
 #include "prefs/frmTempochk.h"
+#include "texts/OwnText.h"
 #include "timeprog/frmFerie.h"
 #include "timeprog/frmSettimana.h"
 #include "users/frmLstUtenti.h"

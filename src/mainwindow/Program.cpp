@@ -2,6 +2,7 @@
 
 #include "archives/Tables.h"
 #include "startup/Version.h"
+#include "texts/OwnText.h"
 
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include "archives/Tables.h"
 #include "prefs/PasswordFault.h"
+#include "texts/OwnText.h"
 
 namespace {
 

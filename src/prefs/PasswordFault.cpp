@@ -1,6 +1,7 @@
 #include "prefs/PasswordFault.h"
 
 #include "archives/Tables.h"
+#include "texts/OwnText.h"
 
 Message passwordMessage(Passwords::Fault fault, const Fault &reason)
 {

@@ -1,5 +1,6 @@
 #include "prefs/frmImpStampa.h"
 
+#include "texts/OwnText.h"
 #include "texts/Texts.h"
 #include "widgets/Forms.h"
 #include "widgets/Messages.h"

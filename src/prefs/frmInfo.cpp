@@ -2,6 +2,7 @@
 
 #include "platform/LibraryVersions.h"
 #include "startup/Version.h"
+#include "texts/OwnText.h"
 #include "texts/Texts.h"
 
 #include <QGridLayout>

@@ -2,6 +2,7 @@
 
 #include "startup/PlainText.h"
 #include "texts/LanguageName.h"
+#include "texts/OwnText.h"
 #include "widgets/Messages.h"
 #include "widgets/Twips.h"
 

@@ -1,5 +1,6 @@
 #include "prefs/frmMessage.h"
 
+#include "texts/OwnText.h"
 #include "texts/Texts.h"
 
 #include <QHBoxLayout>

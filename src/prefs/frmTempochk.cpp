@@ -2,6 +2,7 @@
 
 #include "prefs/CheckInterval.h"
 #include "startup/Settings.h"
+#include "texts/OwnText.h"
 #include "texts/Texts.h"
 #include "widgets/Filtering.h"
 #include "widgets/Forms.h"

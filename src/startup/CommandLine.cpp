@@ -1,5 +1,7 @@
 #include "startup/CommandLine.h"
 
+#include "texts/OwnText.h"
+
 #include <QCommandLineParser>
 
 #include <algorithm>

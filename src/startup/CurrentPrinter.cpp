@@ -1,5 +1,7 @@
 #include "startup/CurrentPrinter.h"
 
+#include "texts/OwnText.h"
+
 #include <QDeadlineTimer>
 
 CurrentPrinter::CurrentPrinter(Settings &settings, const Printers &printers, Notices &notices)

@@ -4,6 +4,7 @@
 #include "platform/Windows1252.h"
 #include "startup/Numbers.h"
 #include "texts/LanguageName.h"
+#include "texts/OwnText.h"
 
 #include <limits>
 

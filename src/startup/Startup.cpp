@@ -2,6 +2,7 @@
 
 #include "archives/Tables.h"
 #include "archives/Templates.h"
+#include "texts/OwnText.h"
 
 #include <QDir>
 

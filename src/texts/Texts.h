@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/Result.h"
-#include "texts/OwnText.h"
 #include "texts/Text.h"
 
 #include <QString>
@@ -9,6 +8,8 @@
 
 #include <optional>
 #include <variant>
+
+enum class OwnText : int;
 
 /// How grave a message is; a window shows it as the icon of its message box.
 enum class Icon { None, Information, Question, Exclamation, Critical };

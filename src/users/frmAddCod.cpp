@@ -1,5 +1,6 @@
 #include "users/frmAddCod.h"
 
+#include "texts/OwnText.h"
 #include "texts/Texts.h"
 #include "users/RunEntry.h"
 #include "widgets/Messages.h"

@@ -1,6 +1,7 @@
 #include "users/frmLstUtenti.h"
 
 #include "texts/DateTimeText.h"
+#include "texts/OwnText.h"
 #include "widgets/CellEditor.h"
 #include "widgets/Grid.h"
 #include "widgets/Messages.h"

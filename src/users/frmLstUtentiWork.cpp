@@ -1,3 +1,4 @@
+#include "texts/OwnText.h"
 #include "users/frmAddCod.h"
 #include "users/frmInsCodice.h"
 #include "users/frmLstUtenti.h"

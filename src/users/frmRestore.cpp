@@ -3,6 +3,7 @@
 #include "archives/Tables.h"
 #include "platform/ProgramFolder.h"
 #include "startup/PlainText.h"
+#include "texts/OwnText.h"
 #include "texts/Texts.h"
 
 #include <QFileInfo>

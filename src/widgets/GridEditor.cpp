@@ -1,6 +1,7 @@
 #include "widgets/GridEditor.h"
 
 #include "startup/PlainText.h"
+#include "texts/OwnText.h"
 #include "widgets/Grid.h"
 #include "widgets/Messages.h"
 #include "widgets/Twips.h"

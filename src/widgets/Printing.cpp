@@ -1,5 +1,6 @@
 #include "widgets/Printing.h"
 
+#include "texts/OwnText.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Messages.h"
 #include "widgets/PainterPage.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "texts/OwnText.h"
 #include "texts/Texts.h"
 
 #include <functional>

@@ -2,6 +2,7 @@
 #include "events/frmEventiOdierni.h"
 #include "events/frmNumEvOd.h"
 #include "support/Windows.h"
+#include "texts/OwnText.h"
 #include "widgets/UserCombo.h"
 #include "widgets/frmRicercapr.h"
 

@@ -278,4 +278,5 @@ private Q_SLOTS:
 };
 
 QTEST_MAIN(TestMainWindow)
+#include "texts/OwnText.h"
 #include "tst_gui_main.moc"

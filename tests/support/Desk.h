@@ -4,6 +4,7 @@
 #include "platform/PseudoTerminal.h"
 #include "platform/SerialTransport.h"
 #include "support/Windows.h"
+#include "texts/OwnText.h"
 
 #include <QAction>
 
