@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QByteArray>
+#include <QStringView>
+
+#include <utility>
+
+/// Lines of separated values after RFC 4180, in UTF-8: a field is quoted where it must be, a line ends with CR LF.
+class CsvWriter
+{
+public:
+    static constexpr const char *ByteOrderMark = "\xEF\xBB\xBF"; ///< tells spreadsheets that the file is UTF-8
+
+    /// @param separator  between two fields, an ASCII character
+    explicit CsvWriter(char separator) : m_separator(separator) {}
+
+    void field(QStringView text);
+    void endLine();
+
+    /// The bytes since they were last taken, to be written wherever they belong.
+    QByteArray take() { return std::exchange(m_bytes, {}); }
+    qsizetype size() const { return m_bytes.size(); } ///< of what can be taken, in bytes
+
+private:
+    QByteArray m_bytes;
+    char m_separator;
+    bool m_isLineBegun = false;
+};
