@@ -16,9 +16,20 @@ QString tail(const QString &code, double limit, int digits)
 
 } // namespace
 
-QString typeText(CodeType type)
+QString typeText(std::optional<CodeType> type)
 {
+    if (!type)
+        return {};
     return type == CodeType::Transmitter ? QStringLiteral("TX") : QStringLiteral("DKS");
+}
+
+std::optional<CodeType> typeOf(const QString &text)
+{
+    for (const CodeType type : {CodeType::Transmitter, CodeType::Keypad}) {
+        if (text == typeText(type))
+            return type;
+    }
+    return {};
 }
 
 EntryCheck checkEntry(const QString &typed, CodeType type)

@@ -4,11 +4,15 @@
 
 #include <QString>
 
+#include <optional>
+
 /// What a code comes from.
 enum class CodeType { Transmitter, Keypad };
 
-/// "TX" or "DKS", as stored and shown.
-QString typeText(CodeType type);
+/// "TX" or "DKS", as stored and shown; "" without a type.
+QString typeText(std::optional<CodeType> type);
+/// The type that is stored so; none for any other text.
+std::optional<CodeType> typeOf(const QString &text);
 
 enum class EntryFault { None, NotAboveZero, AboveTransmitterMaximum, AboveKeypadMaximum };
 

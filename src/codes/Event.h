@@ -5,8 +5,6 @@
 #include <QDate>
 #include <QString>
 
-#include <optional>
-
 /// An event as the archives hold it; the names are those of the fields. What an archive holds in another form reads as
 /// nothing: a day or time that is not valid, a type without a value.
 struct Event {
@@ -19,12 +17,6 @@ struct Event {
     bool KorDis = false; ///< the interface was disabled
     bool operator==(const Event &) const = default;
 };
-
-/// "TX" or "DKS"; "" without a type.
-inline QString typeText(std::optional<CodeType> type)
-{
-    return type ? typeText(*type) : QString();
-}
 
 /// "X" for what is marked, "" for what is not.
 inline QString markText(bool isMarked)

@@ -2,19 +2,6 @@
 
 #include "texts/DateTimeText.h"
 
-namespace {
-
-std::optional<CodeType> typeOf(const QString &text)
-{
-    for (const CodeType type : {CodeType::Transmitter, CodeType::Keypad}) {
-        if (text == typeText(type))
-            return type;
-    }
-    return {};
-}
-
-} // namespace
-
 SqlValues EventRow::values(const Event &event)
 {
     return {event.Codice, DataFile(event.Data), OraTesto(event.Ora),    typeText(event.Tipo),

@@ -95,7 +95,6 @@ Result<bool> UserDirectory::step(const QDeadlineTimer &until)
 
 Result<void> UserDirectory::readOn(const QDeadlineTimer &until)
 {
-    QString type; // nearly all have the same one: they share it
     do {
         const Result<bool> stepped = m_reading->rows->step();
         if (!stepped)
@@ -105,12 +104,7 @@ Result<void> UserDirectory::readOn(const QDeadlineTimer &until)
             return {};
         }
         const Statement &row = *m_reading->rows;
-        User user{row.text(0), row.text(1), row.text(2), row.text(3), {}, {}};
-        if (user.Tipo == type)
-            user.Tipo = type;
-        else
-            type = user.Tipo;
-        m_reading->users.append(std::move(user));
+        m_reading->users.append({row.text(0), typeOf(row.text(1)), row.text(2), row.text(3), {}, {}});
     } while (!until.hasExpired());
     return {};
 }
@@ -136,7 +130,7 @@ bool UserDirectory::index(const QDeadlineTimer &until)
     return true;
 }
 
-const User *UserDirectory::find(const QString &code, const QString &type) const
+const User *UserDirectory::find(const QString &code, std::optional<CodeType> type) const
 {
     for (int place = m_firstOfCode.value(code, -1); place >= 0; place = m_next[place]) {
         if (m_users[place].Tipo == type)
@@ -151,7 +145,7 @@ const User *UserDirectory::findCode(const QString &code) const
     return found == m_firstOfCode.constEnd() ? nullptr : &m_users[*found];
 }
 
-User UserDirectory::nearest(const QString &code, const QString &type) const
+User UserDirectory::nearest(const QString &code, std::optional<CodeType> type) const
 {
     const User *exact = find(code, type);
     const User *user = exact ? exact : findCode(code);

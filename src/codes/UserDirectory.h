@@ -49,11 +49,11 @@ public:
     /// True when a user has the code, whatever its type.
     bool contains(const QString &code) const { return m_firstOfCode.contains(code); }
     /// The user of exactly this code and type, null when there is none.
-    const User *find(const QString &code, const QString &type) const;
+    const User *find(const QString &code, std::optional<CodeType> type) const;
     /// The first user with this code, whatever its type, null when there is none.
     const User *findCode(const QString &code) const;
     /// The user with this code and type; else the first with the code alone; nobody's fields without one.
-    User nearest(const QString &code, const QString &type) const;
+    User nearest(const QString &code, std::optional<CodeType> type) const;
 
     /// Lists the users who are known by their surnames (or first names); an id is a place in users().
     NameSort names(QString User::*name) const;

@@ -69,7 +69,7 @@ Result<QList<ListedEvent>> DayView::read(Database &database, int limit) const
             .arg(QLatin1String(EventRow::Columns)),
         {qint64{limit}}, [&](const Statement &row) {
             const Event event = EventRow::read(row, 1);
-            const User *user = m_users.find(event.Codice, typeText(event.Tipo));
+            const User *user = m_users.find(event.Codice, event.Tipo);
             rows.append({row.integer(0), event, user ? user->Cognome : QString(), user ? user->Nome : QString()});
         });
     if (!done)

@@ -208,7 +208,7 @@ void EventSearch::copyRow()
         return;
     const Statement &row = m_open->row();
     const SearchResults::Columns &columns = m_open->columns;
-    const User *user = m_users.find(row.text(columns.Codice), row.text(columns.Tipo));
+    const User *user = m_users.find(row.text(columns.Codice), typeOf(row.text(columns.Tipo)));
     const Result<void> added =
         m_results.add(row, columns, user ? user->Cognome : QString(), user ? user->Nome : QString());
     if (!added)

@@ -79,7 +79,7 @@ void Console::tell(const QString &line)
 
 void Console::tellStored(const Event &event)
 {
-    const User user = m_program.users().nearest(event.Codice, typeText(event.Tipo));
+    const User user = m_program.users().nearest(event.Codice, event.Tipo);
     tell(row({DataBarre(event.Data), OraTesto(event.Ora), user.Cognome, user.Nome, event.Codice, typeText(event.Tipo),
               event.Canale, markText(event.AbCh), markText(event.KorDis)})
              .trimmed());

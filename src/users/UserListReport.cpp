@@ -21,7 +21,7 @@ QStringList fields(const User &user)
 {
     QStringList texts;
     for (const UserColumn &column : userColumns)
-        texts.append(user.*column.value);
+        texts.append(column.value.text(user));
     return texts;
 }
 

@@ -260,7 +260,7 @@ Result<void> UserRegister::setText(qsizetype row, const QString &field, const QS
     if (changed == userColumns.end())
         return Fault{FaultCode::NotFound, field};
     const QString limited = limitedText(text);
-    const QString before = UserRows(all)[row].*changed->value;
+    const QString before = changed->value.text(UserRows(all)[row]);
     if (limited == before)
         return {};
     const qsizetype current = all.position();
@@ -270,7 +270,7 @@ Result<void> UserRegister::setText(qsizetype row, const QString &field, const QS
     all.moveTo(current);
     if (stored) {
         for (NameList *names : {&m_surnames, &m_firstNames}) {
-            if (names->name() == changed->value)
+            if (names->name() == changed->value.member)
                 names->change(id, before, limited);
         }
     }

@@ -10,14 +10,14 @@ User UserRows::operator[](qsizetype row) const
 {
     User user;
     for (size_t i = 0; i < userColumns.size(); ++i)
-        user.*userColumns.at(i).value = m_users.value(row, m_columns.at(i));
+        userColumns.at(i).value.set(user, m_users.value(row, m_columns.at(i)));
     return user;
 }
 
 QString UserRows::text(qsizetype row, QString User::*field) const
 {
     size_t i = 0;
-    while (userColumns.at(i).value != field)
+    while (userColumns.at(i).value.member != field)
         ++i;
     return m_users.value(row, m_columns.at(i));
 }
@@ -26,6 +26,6 @@ User currentUser(const RecordSet &users)
 {
     User user;
     for (const UserColumn &column : userColumns)
-        user.*column.value = users.value(QString::fromLatin1(column.field));
+        column.value.set(user, users.value(QString::fromLatin1(column.field)));
     return user;
 }

@@ -26,7 +26,7 @@ QStringList names(const UserDirectory &users, QString User::*name)
     const QList<NameEntry> entries = sort.take();
     for (const NameEntry &entry : entries) {
         const User &user = users.users()[entry.id];
-        names.append(user.Codice + u' ' + user.Tipo);
+        names.append(user.Codice + u' ' + typeText(user.Tipo));
     }
     return names;
 }
@@ -68,13 +68,14 @@ private Q_SLOTS:
                 QVERIFY(users.open().ok());
             }
             QVERIFY(users.isKnown() && test.archives.exists(copyName));
-            QCOMPARE(nameOf(users.find(u"7"_s, u"TX"_s)) + nameOf(users.find(u"7"_s, u"DKS"_s)),
+            QCOMPARE(nameOf(users.find(u"7"_s, CodeType::Transmitter)) + nameOf(users.find(u"7"_s, CodeType::Keypad)),
                      u"rossi/BeaRossi/Ada"_s);
-            QCOMPARE(nameOf(users.find(u"5"_s, u"TX"_s)) + nameOf(users.find(u"5"_s, {})), u"/Ada-"_s);
+            QCOMPARE(nameOf(users.find(u"5"_s, CodeType::Transmitter)) + nameOf(users.find(u"5"_s, {})), u"/Ada-"_s);
             QCOMPARE(nameOf(users.findCode(u"7"_s)) + nameOf(users.findCode(u"5"_s)), u"rossi/BeaNeri/Ada"_s);
-            QCOMPARE(users.nearest(u"5"_s, u"??"_s).Cognome + users.nearest(u"7"_s, u"DKS"_s).Cognome, u"NeriRossi"_s);
+            QCOMPARE(users.nearest(u"5"_s, {}).Cognome + users.nearest(u"7"_s, CodeType::Keypad).Cognome,
+                     u"NeriRossi"_s);
             QVERIFY(!users.findCode(u"6"_s) && !users.contains(u"6"_s) &&
-                    users.nearest(u"6"_s, u"TX"_s).Nome.isEmpty());
+                    users.nearest(u"6"_s, CodeType::Transmitter).Nome.isEmpty());
             QCOMPARE(names(users, &User::Cognome), listOf("5 DKS,7 TX,7 DKS"));
             QCOMPARE(names(users, &User::Nome), listOf("5 DKS,5 TX,7 DKS,7 TX"));
             users.forget();

@@ -37,7 +37,7 @@ std::unique_ptr<TableReport> users(const Texts &texts, const TableReport::Rows &
     for (qsizetype row = 0; row < rows.count; ++row) {
         qsizetype field = 0;
         for (const UserColumn &column : userColumns)
-            all[row].*column.value = rows.fields(row).value().value(field++);
+            column.value.set(all[row], rows.fields(row).value().value(field++));
     }
     return std::make_unique<UserListReport>(texts, all);
 }
