@@ -187,7 +187,7 @@ void MDIForm1::mnuEventi_Click()
 {
     m_windows.open<frmEventi>([this] {
         return new frmEventi(m_program.texts(), m_messages, m_program.archives(), m_program.clock(),
-                             m_program.printer());
+                             m_program.printer(), m_program.journal());
     });
 }
 
