@@ -15,11 +15,9 @@ QString timesWords(const Missing::Times &times, OwnText text, const Texts &texts
     return texts.sentence({text, {count, durationWords(times.seconds, texts)}, {}});
 }
 
-QString momentWords(qint64 seconds, QDate day)
+QString timeWords(qint64 seconds)
 {
-    const QDateTime local = QDateTime::fromSecsSinceEpoch(seconds);
-    const QString time = OraTesto(local.time());
-    return local.date() == day ? time : DataBarre(local.date()) + QLatin1Char(' ') + time;
+    return OraTesto(QDateTime::fromSecsSinceEpoch(seconds).time());
 }
 
 } // namespace
@@ -68,8 +66,8 @@ QString listeningWords(Listening state, const Texts &texts)
     return texts[OwnText::Listened];
 }
 
-QString spanWords(const CoveredSpan &span, QDate day, const Texts &texts)
+QString spanWords(const CoveredSpan &span, const Texts &texts)
 {
-    return momentWords(span.from, day) + QStringLiteral(" - ") + momentWords(span.to - 1, day) + QStringLiteral(": ") +
+    return timeWords(span.from) + QStringLiteral(" - ") + timeWords(span.to - 1) + QStringLiteral(": ") +
            listeningWords(span.state, texts);
 }

@@ -13,6 +13,5 @@ QString coverageWords(const Missing &missing, const Texts &texts);
 /// Why the program did not listen, or that it did, as it goes on behind a colon.
 QString listeningWords(Listening state, const Texts &texts);
 
-/// "08:00:00 - 08:10:00: port lost": a span with its first and last second of local time, behind their days where it
-/// does not begin and end on @p day.
-QString spanWords(const CoveredSpan &span, QDate day, const Texts &texts);
+/// "08:00:00 - 08:09:59: serial port lost": the first and the last second of a span, in local time of one day.
+QString spanWords(const CoveredSpan &span, const Texts &texts);

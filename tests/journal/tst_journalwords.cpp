@@ -1,8 +1,10 @@
 // What the operator reads of the service journal.
 
 #include "journal/CoverageWords.h"
+#include "journal/JournalReport.h"
 #include "journal/JournalWords.h"
 #include "support/Fixtures.h"
+#include "support/RecordedPage.h"
 
 class TestJournalWords : public QObject
 {
@@ -112,6 +114,29 @@ private Q_SLOTS:
         Texts texts;
         texts.fill(language);
         QCOMPARE(coverageWords(missing, texts), words);
+    }
+
+    /// What a line does not hold stands in the other line of its row, at a place where words end.
+    void printed()
+    {
+        Texts texts;
+        texts.fill(2);
+        const JournalRow saved = {1, {}, JournalKind::BandsSaved, {}, {}};
+        const JournalRow searched = {
+            2, {}, JournalKind::Searched, u"25/10/2026 - 26/10/2026, 00:00:00 - 23:59:59"_s, u"123"_s};
+        JournalReport report(
+            texts, {2, [&](qsizetype row) { return JournalReport::fields(row == 0 ? saved : searched, texts); }},
+            u"note"_s);
+        RecordedPage page;
+        QCOMPARE(report.step(page, 1'000'000), Report::Progress::Finished);
+        QStringList lines;
+        for (const RecordedPage::Mark &mark : page.marks) {
+            if (mark.points == 10)
+                lines += QString::number(mark.y) + mark.text.mid(20).trimmed();
+        }
+        QCOMPARE(lines, (QStringList{u"2056Weekly programming saved"_s,
+                                     u"2276Events searched: 25/10/2026 - 26/10/2026, 00:00:00 - 23:59:59;"_s,
+                                     u"2496found: 123"_s, u"2936"_s}));
     }
 };
 
