@@ -53,9 +53,11 @@ Result<void> EventExport::takeRow()
     const Result<QStringList> row = m_events.row(m_position);
     if (!row)
         return row.fault();
-    if (++m_position == m_events.count)
-        m_stage = Stage::Write;
-    return m_workbook->addRow(row.value());
+    Result<void> added = m_workbook->addRow(row.value());
+    if (++m_position < m_events.count)
+        return added;
+    m_stage = Stage::Write;
+    return added && !m_events.note.isEmpty() ? m_workbook->addNote(m_events.note) : added;
 }
 
 Result<void> EventExport::writePiece()

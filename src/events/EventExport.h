@@ -14,6 +14,7 @@ struct ExportedEvents {
     qsizetype count = 0;  ///< of the rows
     /// Row @p index from 0. Each is asked for once, in order; a fault ends the export.
     std::function<Result<QStringList>(qsizetype index)> row;
+    QString note = {}; ///< stands in a row of its own behind them, "" = none does
 };
 
 /// Writes events into a spreadsheet file, at least one row in each step.

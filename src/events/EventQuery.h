@@ -1,6 +1,7 @@
 #pragma once
 
 #include "codes/UserDirectory.h"
+#include "journal/CoverageReading.h"
 
 #include <QDate>
 
@@ -36,6 +37,8 @@ struct EventQuery : EventChoice {
     QDate lastDay;
     QTime from; ///< window of the time of day, on each day anew
     QTime to;
+
+    DailyHours hours() const { return {firstDay, lastDay, from, to}; }
 };
 
 enum class QueryFault { None, FirstDay, LastDay, From, To, Order, NoChannel, NoType, UnknownPerson };

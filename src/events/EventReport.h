@@ -1,11 +1,11 @@
 #pragma once
 
-#include "reports/TableReport.h"
+#include "reports/RuledReport.h"
 
 class Texts;
 
 /// The printed table of events.
-class EventReport : public TableReport
+class EventReport : public RuledReport
 {
 public:
     enum class Table {
@@ -14,12 +14,6 @@ public:
     };
 
     /// @param rows  with the fields of @p table
-    EventReport(Table table, const Texts &texts, Rows rows);
-
-private:
-    void printHeadings(Page &page) override;
-    void printRow(Page &page, const QString &text) override;
-    void closePage(Page &page) override;
-
-    double right() const { return m_left + span(characters()) + EdgeOverhang; }
+    /// @param note  to stand below them, "" = none
+    EventReport(Table table, const Texts &texts, Rows rows, const QString &note = {});
 };

@@ -40,9 +40,11 @@ public:
     const QList<QDate> &unreadDays() const { return m_unread; }
     /// Days of which events are missing: their archive could be read in part only, or one was set aside.
     const QList<QDate> &incompleteDays() const { return m_incomplete; }
+    /// Whether the search has come to its last day: neither stopped nor broken off.
+    bool isAtEnd() const { return m_isAtEnd && !m_fault; }
     /// Whether the search has come to its end and has read all there is: only then is nothing found when there is
     /// nothing.
-    bool isComplete() const { return m_isAtEnd && !m_fault && m_unread.isEmpty() && m_incomplete.isEmpty(); }
+    bool isComplete() const { return isAtEnd() && m_unread.isEmpty() && m_incomplete.isEmpty(); }
 
     const SearchResults &results() const { return m_results; }
     SearchResults &results() { return m_results; }

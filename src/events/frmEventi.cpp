@@ -1,6 +1,7 @@
 #include "events/frmEventi.h"
 
 #include "archives/Tables.h"
+#include "events/CoverageLine.h"
 #include "events/EventGrid.h"
 #include "startup/PlainText.h"
 #include "texts/OwnText.h"
@@ -27,10 +28,11 @@ constexpr double leastShare = 2.0 / 3; ///< of the main window's height
 } // namespace
 
 frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
-                     const CurrentPrinter &printer, QWidget *parent)
+                     const CurrentPrinter &printer, const Journal &journal, QWidget *parent)
     : ChildWindow(QStringLiteral("frmEventi"), parent),
       m_texts(texts),
       m_messages(messages),
+      m_clock(clock),
       m_disk(archives.folder().disk()),
       m_users(archives, ArchiveName::SearchUsers),
       m_surnames(m_users.names(&User::Cognome)),
@@ -39,7 +41,8 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
       m_search(archives, m_users),
       m_runner(this),
       m_printing(this, printer, texts, messages),
-      m_rows(new RowsModel(gridColumns(EventColumns::found, texts), this))
+      m_rows(new RowsModel(gridColumns(EventColumns::found, texts), this)),
+      m_coverage(new CoverageLine(texts, journal, this))
 {
     build();
     captions();
@@ -52,6 +55,7 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
     connect(txtCodice, &QLineEdit::textChanged, this, &frmEventi::txtCodice_Change);
     connect(dbcmbCognome, &UserCombo::edited, this, &frmEventi::dbcmbCognome_Change);
     connect(dbcmbNome, &UserCombo::edited, this, &frmEventi::dbcmbNome_Change);
+    connect(m_coverage, &CoverageLine::journalWanted, this, &frmEventi::journalWanted);
     connect(cmdRicerca, &QPushButton::clicked, this, &frmEventi::cmdRicerca_Click);
     connect(cmdStampa, &QPushButton::clicked, this, &frmEventi::cmdStampa_Click);
     connect(cmdToExcel, &QPushButton::clicked, this, &frmEventi::cmdToExcel_Click);
@@ -93,6 +97,7 @@ void frmEventi::build()
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(FrameRic);
     rows->addWidget(dbgrdDati, 1);
+    rows->addWidget(m_coverage, 0, Qt::AlignLeft);
     rows->addLayout(buttons);
 }
 
@@ -248,7 +253,12 @@ void frmEventi::cmdRicerca_Click()
         return refuse(fault);
     m_rows->setRows(0, {});
     showFound(false);
-    if (const Result<void> started = m_search.start(eventQuery(wanted)); !started) {
+    m_coverage->forget();
+    const EventQuery asked = eventQuery(wanted);
+    m_searched = asked.hours();
+    // What is searched later on can have been stored later on: it is not known to be all.
+    m_searchedAt = momentOf(m_clock.now());
+    if (const Result<void> started = m_search.start(asked); !started) {
         m_messages.show(this, Icon::Critical, m_texts.sentence({OwnText::SearchNotPossible, {}, started.fault()}));
         return;
     }
@@ -320,7 +330,6 @@ void frmEventi::refuse(QueryFault fault)
 
 void frmEventi::searchDone(const Result<void> &searched)
 {
-    setBusy(false);
     const SearchResults &results = m_search.results();
     m_rowFaultTold = false;
     m_rows->setRows(results.count(), [this](qsizetype row) { return shownRow(row); });
@@ -331,9 +340,19 @@ void frmEventi::searchDone(const Result<void> &searched)
         dbgrdDati->setCurrentIndex(m_rows->index(0, 0));
         dbgrdDati->setFocus();
     }
+    if (!m_search.isAtEnd())
+        return tellOutcome(searched);
+    m_coverage->find(m_searched, m_searchedAt, [this, searched] { tellOutcome(searched); });
+}
+
+/// When all there is to say stands in the window: whether nothing found means that nobody came, too.
+void frmEventi::tellOutcome(const Result<void> &searched)
+{
+    setBusy(false);
+    const bool isNone = m_search.results().count() == 0;
     if (const QString lacking = lacks(searched); !lacking.isEmpty())
         m_messages.show(this, searched ? Icon::Exclamation : Icon::Critical, lacking);
-    else if (isKnown && results.count() == 0)
+    else if (isNone && m_search.isComplete())
         m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoTrovato]);
 }
 

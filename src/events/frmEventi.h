@@ -8,8 +8,10 @@
 #include "widgets/Printing.h"
 #include "widgets/TaskRunner.h"
 
+class CoverageLine;
 class Fields;
 class Grid;
+class Journal;
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -26,11 +28,15 @@ class frmEventi : public ChildWindow
 public:
     /// All must outlive this window.
     frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
-              const CurrentPrinter &printer, QWidget *parent = nullptr);
+              const CurrentPrinter &printer, const Journal &journal, QWidget *parent = nullptr);
     ~frmEventi() override;
 
     /// Begins to read the users, whose names come a moment later when there are many.
     bool open() override;
+
+Q_SIGNALS:
+    /// The operator wants to see when the program listened on these days.
+    void journalWanted(QDate first, QDate last);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -53,6 +59,7 @@ private:
     void refuse(QueryFault fault);
     void showPartner(const UserCombo *chosen, UserCombo *other, QString User::*name);
     void searchDone(const Result<void> &searched);
+    void tellOutcome(const Result<void> &searched);
     QString lacks(const Result<void> &searched) const;
     void showFound(bool isKnown);
     Result<QStringList> foundRow(qsizetype row) const;
@@ -66,6 +73,7 @@ private:
 
     const Texts &m_texts;
     Messages &m_messages;
+    const Clock &m_clock;
     Disk &m_disk;
     UserDirectory m_users;
     NameSort m_surnames;
@@ -98,10 +106,13 @@ private:
     QComboBox *cmbCanali;
     Grid *dbgrdDati;
     RowsModel *m_rows;
+    CoverageLine *m_coverage;
     QLabel *lblTrovati;
     QPushButton *cmdRicerca;
     QPushButton *cmdStampa;
     QPushButton *cmdToExcel;
     QPushButton *cmdChiudi;
+    DailyHours m_searched; ///< by the last search
+    Moment m_searchedAt;   ///< when it began
     bool m_rowFaultTold = false;
 };

@@ -1,3 +1,4 @@
+#include "events/CoverageLine.h"
 #include "events/EventColumns.h"
 #include "events/EventReport.h"
 #include "events/frmEventi.h"
@@ -78,12 +79,12 @@ void frmEventi::printFound()
         return m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoDisponibile]);
     setBusy(true);
     const auto fields = [this, first](qsizetype index) { return foundRow(first + index); };
-    m_printing.print(
-        std::make_unique<EventReport>(EventReport::Table::Search, m_texts, TableReport::Rows{count, fields}),
-        m_texts[Text::RicercaEventi], [this] {
-            setBusy(false);
-            dbgrdDati->setCurrentIndex(m_rows->index(0, 0));
-        });
+    m_printing.print(std::make_unique<EventReport>(EventReport::Table::Search, m_texts,
+                                                   TableReport::Rows{count, fields}, m_coverage->missing()),
+                     m_texts[Text::RicercaEventi], [this] {
+                         setBusy(false);
+                         dbgrdDati->setCurrentIndex(m_rows->index(0, 0));
+                     });
 }
 
 void frmEventi::cmdToExcel_Click()
@@ -130,6 +131,7 @@ void frmEventi::exportTo(const QString &file)
         events.captions.append(m_texts[column.caption]);
     events.count = m_search.results().count();
     events.row = [this](qsizetype row) { return foundRow(row); };
+    events.note = m_coverage->missing();
     auto work = std::make_unique<EventExport>(m_disk, file, std::move(events));
     setBusy(true);
     const auto label = [this, task = work.get()] {

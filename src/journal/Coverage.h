@@ -1,29 +1,6 @@
 #pragma once
 
-#include "journal/JournalRow.h"
-
-#include <QList>
-
-#include <optional>
-
-/// Whether the program listened, and why not. Of two that hold for one moment the first in this list counts.
-enum class Listening {
-    NotRunning, ///< nor awake
-    PortNotOpen,
-    PortLost,
-    InterfaceSilent,
-    EventsNotStored,
-    NotKnown, ///< no rows: before the journal begins, where rows are missing, or a time that the clock passed over
-    Listened,
-};
-
-/// A part of a range of time, in seconds since 1970, UTC; @p to is not part of it.
-struct CoveredSpan {
-    qint64 from = 0;
-    qint64 to = 0;
-    Listening state = Listening::NotKnown;
-    bool operator==(const CoveredSpan &) const = default;
-};
+#include "journal/JournalWalk.h"
 
 /// What coverage() goes by.
 struct JournalContent {
@@ -41,13 +18,22 @@ struct JournalContent {
 /// known, and what stands then, until a row tells. Kinds that are not known change nothing.
 /// @return spans without gaps between them, none of them empty, neighbours different
 QList<CoveredSpan> coverage(const JournalContent &journal, qint64 from, qint64 to);
+/// The same of a journal that has been gone through; JournalWalk::end() was told @p to.
+QList<CoveredSpan> coverage(const JournalWalk &walk, qint64 from, qint64 to);
 
-/// How often, and for how many seconds in all, the program did not listen; spans that touch are one time.
+/// How often the program did not listen, and how often nobody knows. Spans that touch are one time.
 struct Missing {
-    int times = 0;
-    qint64 seconds = 0;
+    struct Times {
+        int count = 0;
+        qint64 seconds = 0; ///< in all
+        bool operator==(const Times &) const = default;
+    };
+    Times notListening; ///< for whatever reason
+    Times notKnown;
     bool operator==(const Missing &) const = default;
+    bool isNothing() const { return notListening.count == 0 && notKnown.count == 0; }
 };
+/// @param spans  in their order; there may be gaps between them, which do not count
 Missing missingOf(const QList<CoveredSpan> &spans);
 
 /// The seconds that a local range of time may mean, both ends included: where an hour comes twice, from its first

@@ -75,6 +75,13 @@ void Journal::end(qint64 millisecondsAgo)
     m_file.reset();
 }
 
+std::unique_ptr<CoverageReading> Journal::read(const DailyHours &hours, const Moment &until) const
+{
+    const bool isWritten = m_running && m_queue.isEmpty();
+    return std::make_unique<CoverageReading>(m_archives, hours, until.seconds,
+                                             isWritten ? std::optional(momentBefore(0)) : std::nullopt);
+}
+
 Moment Journal::momentBefore(qint64 millisecondsAgo) const
 {
     return momentOf(m_clock.now().addMSecs(-millisecondsAgo));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "journal/CoverageReading.h"
 #include "journal/JournalFile.h"
 #include "platform/Clock.h"
 #include "texts/Notices.h"
@@ -38,6 +39,10 @@ public:
     void noteLate(JournalKind kind, qint64 millisecondsAgo);
     /// Notes the end in order, which was @p millisecondsAgo, writes what waits and closes the file.
     void end(qint64 millisecondsAgo = 0);
+
+    /// Begins to find out whether this program and those before it listened. The one that runs is known to listen until
+    /// now when all its rows are on disk. @param until  as of CoverageReading
+    std::unique_ptr<CoverageReading> read(const DailyHours &hours, const Moment &until) const;
 
     /// The moment that lies @p millisecondsAgo.
     Moment momentBefore(qint64 millisecondsAgo) const;

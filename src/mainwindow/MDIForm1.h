@@ -76,6 +76,7 @@ private:
     void mnuEventiOdierni_Click();
     void mnuPrnLastEv_Click();
     void mnuNumEvOdVis_Click();
+    void mnuJournal_Click();
     void mnuImpCom_Click();
     void mnuLetConfInt_Click();
     void mnuUtility_Click();

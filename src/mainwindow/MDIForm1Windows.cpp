@@ -3,6 +3,7 @@
 #include "events/frmEventiOdierni.h"
 #include "events/frmNumEvOd.h"
 #include "events/frmPrnLastEv.h"
+#include "journal/frmJournal.h"
 #include "link/PortTest.h"
 #include "link/frmConfInt.h"
 #include "link/frmImpCom.h"
@@ -59,6 +60,10 @@ void MDIForm1::buildMenu()
     add(Entry::PrnLastEv, "mnuPrnLastEv", Text::MnuStampaUltimiEventi, &MDIForm1::mnuPrnLastEv_Click);
     m_menu.separate(TopMenu::Consult, "mnuLineaCons");
     m_menu.add(Entry::NumEvOdVis, "mnuNumEvOdVis", shownEventsCaption(), [this] { mnuNumEvOdVis_Click(); });
+    m_menu.separate(TopMenu::Consult, "mnuLineaJournal");
+    m_menu.add(
+        Entry::Journal, "mnuJournal", [this] { return m_program.texts()[OwnText::MnuJournal]; },
+        [this] { mnuJournal_Click(); });
 
     add(Entry::ImpCom, "mnuImpCom", Text::MnuImpostazionePortaSeriale, &MDIForm1::mnuImpCom_Click);
     add(Entry::LetConfInt, "mnuLetConfInt", Text::MnuLetturaConfigurazioneInterfaccia, &MDIForm1::mnuLetConfInt_Click);
@@ -186,8 +191,14 @@ void MDIForm1::mnuProgFerie_Click()
 void MDIForm1::mnuEventi_Click()
 {
     m_windows.open<frmEventi>([this] {
-        return new frmEventi(m_program.texts(), m_messages, m_program.archives(), m_program.clock(),
-                             m_program.printer());
+        auto *window = new frmEventi(m_program.texts(), m_messages, m_program.archives(), m_program.clock(),
+                                     m_program.printer(), m_program.journal());
+        connect(window, &frmEventi::journalWanted, this, [this](QDate first, QDate last) {
+            mnuJournal_Click();
+            if (auto *journal = m_windows.find<frmJournal>())
+                journal->show(first, last);
+        });
+        return window;
     });
 }
 
@@ -216,6 +227,12 @@ void MDIForm1::mnuNumEvOdVis_Click()
         connect(window, &frmNumEvOd::NumeroCambiato, this, &MDIForm1::applyTexts);
         return window;
     });
+}
+
+void MDIForm1::mnuJournal_Click()
+{
+    m_windows.open<frmJournal>(
+        [this] { return new frmJournal(m_program.texts(), m_messages, m_program.journal(), m_program.printer()); });
 }
 
 // The interface ------------------------------------------------------------------------------------------------------

@@ -29,7 +29,7 @@ TopMenu menuOf(Entry entry)
         return TopMenu::File;
     if (entry <= Entry::RestoreUsers)
         return TopMenu::Anagrafica;
-    if (entry <= Entry::NumEvOdVis)
+    if (entry <= Entry::Journal)
         return TopMenu::Consult;
     return entry <= Entry::AttPassUty ? TopMenu::Strumenti : TopMenu::Help;
 }

@@ -16,6 +16,7 @@ enum class Entry {
     EventiOdierni,
     PrnLastEv,
     NumEvOdVis,
+    Journal,
     ImpCom,
     LetConfInt,
     Utility,

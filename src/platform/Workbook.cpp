@@ -120,6 +120,14 @@ Result<void> Workbook::addRow(const QStringList &fields)
     return {};
 }
 
+Result<void> Workbook::addNote(const QString &text)
+{
+    const QList<qsizetype> widths = m_widths;
+    Result<void> added = addRow({text});
+    m_widths = widths;
+    return added;
+}
+
 WorkbookWriter::WorkbookWriter(const Workbook &workbook, QIODevice &device)
     : m_workbook(workbook), m_file(device, "Workbook"), m_pending(globals() + sheetHead(0))
 {

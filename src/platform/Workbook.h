@@ -25,6 +25,8 @@ public:
     /// @param fields  one for each column; "" leaves its cell empty
     /// @return        Damaged when a text is longer than a cell can hold: nothing is cut
     Result<void> addRow(const QStringList &fields);
+    /// Adds a row of one text, which runs over the columns beside it and makes none of them wider.
+    Result<void> addNote(const QString &text);
 
 private:
     friend class WorkbookWriter;

@@ -7,6 +7,15 @@ namespace {
 constexpr double topOfNextPages = 400;
 constexpr QChar softHyphen(0x00AD);
 
+/// Parts a text into its first @p width characters, at a blank where there is one, and the rest.
+std::pair<QString, QString> parted(const QString &text, int width)
+{
+    if (text.size() <= width)
+        return {text, {}};
+    const qsizetype blank = text.lastIndexOf(QLatin1Char(' '), width);
+    return blank > 0 ? std::pair(text.left(blank), text.mid(blank + 1)) : std::pair(text.left(width), text.mid(width));
+}
+
 } // namespace
 
 QString TableReport::fitted(const QString &text, int width, Fit fit)
@@ -46,8 +55,16 @@ QString TableReport::rowText(const QStringList &fields) const
 {
     QString text;
     qsizetype field = 0;
-    for (const Column &column : m_layout.columns)
-        text += QString(column.gap, QLatin1Char(' ')) + fitted(fields.value(field++), column.width, column.fit);
+    for (const Column &column : m_layout.columns) {
+        const QString value = fields.value(field++);
+        const QString before(column.gap, QLatin1Char(' '));
+        const auto [first, rest] = column.wraps ? parted(value, column.width) : std::pair(value, QString());
+        const qsizetype indent = text.size();
+        text += before + fitted(first, column.width, column.fit);
+        if (!rest.isEmpty())
+            text += QChar(QChar::LineFeed) + QString(indent, QLatin1Char(' ')) + before +
+                    fitted(rest, column.width, column.fit);
+    }
     // A printer's font would show nothing for it.
     return text.replace(softHyphen, QLatin1Char('-'));
 }
@@ -84,7 +101,20 @@ Report::Progress TableReport::step(Page &page, int milliseconds)
             return Progress::Running;
     }
     closePage(page);
+    printNote(page);
     return Progress::Finished;
+}
+
+/// There is room for another row below the last one.
+void TableReport::printNote(Page &page)
+{
+    if (m_layout.note.isEmpty())
+        return;
+    setTextFont(page);
+    const auto [first, rest] = parted(m_layout.note, characters());
+    page.text(m_left, m_rowBottom + m_line, first);
+    if (!rest.isEmpty())
+        page.text(m_left, m_rowBottom + 2 * m_line, rest);
 }
 
 void TableReport::begin(Page &page)

@@ -25,11 +25,15 @@ public:
         Fit fit;
         QString heading; ///< its first blank parts it into the two lines of the headings
         int gap = 1;     ///< blanks before it
+        /// What does not fit goes on in the other line of its row, behind a LineFeed. For the last column.
+        bool wraps = false;
     };
     struct Layout {
         QList<Column> columns;
         QString title;
         QString page; ///< word before the page number
+        /// Stands below the last row, in two lines at most; "" = nothing does.
+        QString note = {};
     };
 
     Progress step(Page &page, int milliseconds) override;
@@ -70,6 +74,7 @@ protected:
 
 private:
     void begin(Page &page);
+    void printNote(Page &page);
 
     const Layout m_layout;
     const Rows m_rows;

@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr int leastRows = 5;
 constexpr int leastCharacters = 30; ///< in sight, of all columns together
 constexpr int cellFrame = 2;
 
@@ -69,7 +68,7 @@ QSize Grid::sizeHint() const
 
 QSize Grid::minimumSizeHint() const
 {
-    return {qMin(widthOfColumns(), fontMetrics().averageCharWidth() * leastCharacters), heightOf(leastRows)};
+    return {qMin(widthOfColumns(), fontMetrics().averageCharWidth() * leastCharacters), heightOf(m_leastRows)};
 }
 
 void Grid::resizeEvent(QResizeEvent *event)

@@ -5,7 +5,7 @@
 /// A grid as every window shows it: what is marked is a whole row, headings are bold and stand over the text of their
 /// column, and the columns that stretch share what the grid is wider than its columns.
 ///
-/// Sizes are wishes: where there is less room the grid shows five rows at least, and scrolls in both directions.
+/// Sizes are wishes: where there is less room the grid shows some rows at least, and scrolls in both directions.
 class Grid : public QTableView
 {
     Q_OBJECT
@@ -25,6 +25,8 @@ public:
     /// Height that is wanted for headings and rows, in pixels.
     void setWantedHeight(int height) { m_wantedHeight = height; }
     void setWantedRows(int rows) { m_wantedHeight = heightOf(rows); }
+    /// Rows that are in sight however little room there is; five unless told.
+    void setLeastRows(int rows) { m_leastRows = rows; }
 
     /// In the row that is marked, one cell is: a key acts on it.
     void setMarksCell() { m_marksCell = true; }
@@ -43,5 +45,6 @@ private:
 
     QList<Column> m_columns;
     int m_wantedHeight = 0;
+    int m_leastRows = 5;
     bool m_marksCell = false;
 };

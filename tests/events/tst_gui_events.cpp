@@ -2,6 +2,7 @@
 #include "events/frmEventiOdierni.h"
 #include "events/frmNumEvOd.h"
 #include "support/Windows.h"
+#include "support/Workbooks.h"
 #include "texts/OwnText.h"
 #include "widgets/UserCombo.h"
 #include "widgets/frmRicercapr.h"
@@ -21,7 +22,7 @@ struct SearchDesk : Office {
     SearchDesk()
     {
         test.addUsers(people);
-        form = new frmEventi(texts, messages, test.archives, clock, printer);
+        form = new frmEventi(texts, messages, test.archives, clock, printer, journal);
         if (!form->open())
             qFatal("the window does not open");
         form->show();
@@ -185,6 +186,86 @@ private Q_SLOTS:
         QCOMPARE(control<QLabel>(desk.form, u"lblTrovati"_s)->text(), QString());
     }
 
+    /// Of the moments that were searched, and only when all of them were.
+    void saysWhetherItListened()
+    {
+        SearchDesk desk;
+        QSignalSpy wanted(desk.form, &frmEventi::journalWanted);
+        auto *line = control<QPushButton>(desk.form, u"cmdCoverage"_s);
+        const auto pass = [&desk](int minutes) {
+            desk.clock.milliseconds += minutes * 60'000;
+            desk.clock.moment = desk.clock.moment.addSecs(minutes * 60);
+        };
+        const auto note = [&desk](JournalKind kind) {
+            desk.journal.note(kind, u"7"_s);
+            desk.journal.wake();
+        };
+        const auto said = [&] {
+            desk.search();
+            desk.messages.take();
+            return line->isVisible() ? line->text() : QString();
+        };
+        const auto lastExported = [&desk] {
+            desk.press("cmdToExcel");
+            auto *name = control<QLineEdit>(control<QFileDialog>(desk.form, u"ComDial"_s), u"fileNameEdit"_s);
+            name->setText(desk.test.directory.filePath(u"out.xls"_s));
+            desk.messages.answers = {Messages::Answer::Yes};
+            QTest::keyClick(name, Qt::Key_Return);
+            [&desk] { QTRY_VERIFY(desk.canSearch()); }();
+            desk.messages.take();
+            QDir(desk.test.directory.path()).mkdir(u"books"_s);
+            QFile::remove(desk.test.directory.filePath(u"books/out.xls"_s));
+            QFile::copy(desk.test.directory.filePath(u"out.xls"_s), desk.test.directory.filePath(u"books/out.xls"_s));
+            const QJsonArray sheet = readWorkbooks(desk.test.directory.filePath(u"books"_s))[0][0].toArray();
+            return u"%1 %2"_s.arg(sheet[3].toInt()).arg(sheet[6][0].toString());
+        };
+        desk.test.addEvents(u"05-03-2004"_s, {{u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"07:00:00"_s}});
+        QVERIFY(!line->isVisible());
+        QCOMPARE(said(), u"Not known whether listening: once, 7 h 45 min in all"_s);
+        QCOMPARE(lastExported(), u"3 "_s + line->text());
+
+        pass(-24 * 60);
+        desk.journal.begin(u"1.03"_s);
+        note(JournalKind::PortOpened);
+        pass(24 * 60 - 30);
+        QCOMPARE(said(), u"The program listened throughout."_s);
+        QCOMPARE(lastExported(), u"2 Rossi"_s);
+        note(JournalKind::PortLost);
+        pass(10);
+        note(JournalKind::PortBack);
+        pass(20);
+        const QString gap = u"Not listening: once, 10 min 0 s in all"_s;
+        QCOMPARE(said(), gap);
+        QCOMPARE(lastExported(), u"3 "_s + gap);
+        // The hours that are searched, whatever their events.
+        desk.edit("txtOraFine")->setText(u"07:14:59"_s);
+        desk.edit("txtCodice")->setText(u"9"_s);
+        QCOMPARE(said(), u"The program listened throughout."_s);
+        desk.edit("txtOraIn")->setText(u"07:20:00"_s);
+        desk.edit("txtOraFine")->setText(u"23:59:59"_s);
+        desk.edit("txtDataFine")->setText(u"31/12/2099"_s);
+        QCOMPARE(said(), u"Not listening: once, 5 min 0 s in all"_s);
+        // What waits in memory may be that the port is lost.
+        desk.journal.spaceLeft = [] { return 0; };
+        desk.journal.note(JournalKind::InterfaceAnswers);
+        QVERIFY(said().contains(u"Not known"_s));
+
+        line->setFocus();
+        QTest::keyClick(line, Qt::Key_Return);
+        QTest::mouseClick(line, Qt::LeftButton);
+        QCOMPARE(wanted.size(), 2);
+        QCOMPARE(wanted[1], (QVariantList{QDate(2004, 3, 5), QDate(2099, 12, 31)}));
+
+        QList<QStringList> events(3000, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"10:00:00"_s});
+        desk.test.addEvents(u"05-03-2004"_s, events);
+        desk.edit("txtCodice")->clear();
+        desk.press("cmdRicerca");
+        QTest::keyClick(control<frmRicercapr>(desk.form, u"frmRicercapr"_s), Qt::Key_Escape);
+        QTRY_VERIFY(desk.canSearch());
+        QVERIFY(!line->isVisible());
+        desk.journal.end();
+    }
+
     void exportAsksOnce()
     {
         SearchDesk desk;
@@ -224,7 +305,7 @@ private Q_SLOTS:
     void doesNotOpenHalfFilled()
     {
         Office base; // without a register
-        frmEventi search(base.texts, base.messages, base.test.archives, base.clock, base.printer);
+        frmEventi search(base.texts, base.messages, base.test.archives, base.clock, base.printer, base.journal);
         QVERIFY(!search.open());
         frmEventiOdierni view(base.texts, base.messages, base.test.archives, base.clock, base.printer);
         QVERIFY(!view.open());

@@ -135,6 +135,24 @@ private Q_SLOTS:
         QCOMPARE(QStringList((expected - drawn).values()).join(u'/'), QString());
     }
 
+    /// Below the last row and nothing else, however little room is left.
+    void note()
+    {
+        const QString words =
+            u"Not known whether the program listened: 12 times, 1234567890 days 12 h in all, at most"_s;
+        for (const int rows : {1, 27, 28}) {
+            const TableReport::Rows data = {rows, [](qsizetype) { return search.fields; }};
+            EventReport with(Table::Search, Texts(), data, words), without(Table::Search, Texts(), data);
+            const QList<Mark> marks = recorded(with, unlimited).marks, plain = recorded(without, unlimited).marks;
+            QCOMPARE(marks.mid(0, plain.size()), plain);
+            const int page = rows == 28 ? 2 : 1;
+            const double bottom = page == 2 ? 300 + 440 : 1396 + (rows + 1) * 440;
+            QCOMPARE(marks.mid(plain.size()), (QList<Mark>{{page, 900, bottom + 220, words.left(73), 0, 0, 10},
+                                                           {page, 900, bottom + 440, words.mid(74), 0, 0, 10}}));
+            QVERIFY(bottom + 660 < 14680);
+        }
+    }
+
     void turns()
     {
         const TableReport::Rows rows = {40, [](qsizetype i) { return QStringList{QString::number(i)}; }};

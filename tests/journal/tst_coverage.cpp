@@ -1,6 +1,7 @@
 // What the rows of the service journal say about a range of time.
 
-#include "journal/Coverage.h"
+#include "journal/CoverageReading.h"
+#include "journal/JournalFile.h"
 #include "support/Fixtures.h"
 
 namespace {
@@ -134,7 +135,7 @@ private Q_SLOTS:
     void touchingGapsAreOneTime()
     {
         const JournalContent journal = content(u"0 start,0 open,40 end,50 start,52 open,70 lost,80 back"_s, 100);
-        QCOMPARE(missingOf(coverage(journal, base, base + 100 * minute)), (Missing{2, 22 * minute}));
+        QCOMPARE(missingOf(coverage(journal, base, base + 100 * minute)), (Missing{{2, 22 * minute}, {}}));
         QVERIFY(coverage(journal, base, base).isEmpty());
     }
 
@@ -159,6 +160,70 @@ private Q_SLOTS:
         QVERIFY(!momentOf(day, u"2:30"_s, 60) && !momentOf(u"31-02-2026"_s, time, 60) && !momentOf(day, time, 1500));
         zone.isNull() ? qunsetenv("TZ") : qputenv("TZ", zone);
         ::tzset();
+    }
+
+    void searched_data()
+    {
+        const Rows<QString, QString, QString, QString, QString> row("days", "from", "to", "until", "spans");
+        const QString first = u"00:00:00"_s, last = u"23:59:59"_s;
+        // The program listened from 12:00 of the 1st, but from 17:30 of the 2nd to 08:30 of the 3rd.
+        row("whole days are one range", u"1-3"_s, first, last, u"4 00:00"_s,
+            u"1 00:00-12:00 N,1 12:00-17:30 L,2 17:30-08:30 R,3 08:30-00:00 L"_s);
+        row("up to now", u"3-3"_s, first, last, u"3 08:40"_s, u"3 00:00-08:30 R,3 08:30-08:40 L"_s);
+        row("days ahead", u"3-9999"_s, first, last, u"3 08:31"_s, u"3 00:00-08:30 R,3 08:30-08:31 L"_s);
+        row("all ahead", u"5-6"_s, first, last, u"4 00:00"_s, {});
+        row("hours ahead", u"3-3"_s, u"10:00:00"_s, u"11:00:00"_s, u"3 09:00"_s, {});
+        row("hours of each day", u"1-3"_s, u"08:00:00"_s, u"17:59:59"_s, u"3 09:00"_s,
+            u"1 08:00-12:00 N,1 12:00-18:00 L,2 08:00-17:30 L,2 17:30-18:00 R,3 08:00-08:30 R,3 08:30-09:00 L"_s);
+        row("hours without the gap", u"2-2"_s, u"09:00:00"_s, u"09:59:59"_s, u"4 00:00"_s, u"2 09:00-10:00 L"_s);
+        row("hours the wrong way round", u"1-3"_s, u"10:00:00"_s, u"09:00:00"_s, u"4 00:00"_s, {});
+    }
+    void searched()
+    {
+        QFETCH(QString, days);
+        QFETCH(QString, from);
+        QFETCH(QString, to);
+        QFETCH(QString, until);
+        QFETCH(QString, spans);
+        const auto moment = [](int day, const QString &time) {
+            return momentOf(QDateTime(QDate(2026, 6, 1), QTime::fromString(time)).addDays(day - 1));
+        };
+        TestFolder test;
+        Result<std::unique_ptr<JournalFile>> file = JournalFile::open(test.archives, 2026);
+        const QList<JournalRow> rows = {{1, moment(1, u"12:00"_s), JournalKind::Started, {}, {}},
+                                        {2, moment(1, u"12:00"_s), JournalKind::PortOpened, {}, {}},
+                                        {3, moment(2, u"17:30"_s), JournalKind::Ended, {}, {}},
+                                        {4, moment(3, u"08:30"_s), JournalKind::Started, {}, {}},
+                                        {5, moment(3, u"08:30"_s), JournalKind::PortOpened, {}, {}}};
+        QVERIFY(file && file.value()->write(rows, moment(3, u"08:30"_s)).ok());
+        const QDate begin(2026, 6, days.section(u'-', 0, 0).toInt());
+        const DailyHours hours = {begin, QDate(2026, 5, 31).addDays(days.section(u'-', 1).toInt()),
+                                  QTime::fromString(from), QTime::fromString(to)};
+        CoverageReading reading(test.archives, hours,
+                                moment(until.section(u' ', 0, 0).toInt(), until.section(u' ', 1)).seconds,
+                                moment(4, u"00:00"_s));
+        int steps = 1;
+        while (!reading.step(QDeadlineTimer(0)).value())
+            ++steps;
+        QVERIFY(steps > 2 || spans.isEmpty());
+        QStringList told;
+        for (const CoveredSpan &span : reading.spans()) {
+            const QDateTime start = QDateTime::fromSecsSinceEpoch(span.from);
+            const QDateTime end = QDateTime::fromSecsSinceEpoch(span.to);
+            told += u"%1 %2-%3 %4"_s.arg(start.date().day())
+                        .arg(start.toString(u"HH:mm"_s), end.toString(u"HH:mm"_s))
+                        .arg(u"RPXSENL"_s[static_cast<int>(span.state)]);
+        }
+        QCOMPARE(told.join(u','), spans);
+        QCOMPARE(reading.rows().size(), rows.size());
+    }
+
+    void timesThatDoNotTouch()
+    {
+        using enum Listening;
+        const QList<CoveredSpan> spans = {{0, 10, NotRunning},  {10, 20, PortLost}, {20, 30, NotKnown},
+                                          {30, 40, NotRunning}, {90, 95, PortLost}, {95, 99, Listened}};
+        QCOMPARE(missingOf(spans), (Missing{{3, 35}, {1, 10}}));
     }
 };
 

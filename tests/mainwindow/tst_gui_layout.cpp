@@ -131,7 +131,7 @@ private Q_SLOTS:
             for (const char *entry :
                  {"mnuUtenti", "mnuFascieOr", "mnuProgFerie", "mnuEventi", "mnuEventiOdierni", "mnuPrnLastEv",
                   "mnuNumEvOdVis", "mnuImpCom", "mnuLetConfInt", "mnuUtility", "mnuImpContKor", "mnuLingua",
-                  "mnuAttPass", "mnuIstrSwKOR", "mnuAbout", "mnuImpPrn", "mnuBackup"}) {
+                  "mnuAttPass", "mnuIstrSwKOR", "mnuAbout", "mnuImpPrn", "mnuBackup", "mnuJournal"}) {
                 ChildWindow *opened = desk.choose(entry);
                 Faults faults;
                 faults.look(opened);

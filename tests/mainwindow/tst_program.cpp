@@ -288,7 +288,7 @@ private Q_SLOTS:
         // Menus: File, Anagrafica, Consult, Strumenti, Help.
         const Rows<MenuInput, QByteArray, Entries, Entries> row("input", "menus", "closed", "open");
         const Entries passwords = {Entry::AttPass, Entry::AttPassUte, Entry::AttPassUty};
-        const Entries some = {Entry::Exit, Entry::ImpCom, Entry::Utility, Entry::About};
+        const Entries some = {Entry::Exit, Entry::Journal, Entry::ImpCom, Entry::Utility, Entry::About};
         const auto with = [](std::initializer_list<bool MenuInput::*> flags) {
             MenuInput input;
             for (bool MenuInput::*flag : flags)

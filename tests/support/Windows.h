@@ -2,6 +2,7 @@
 
 // What the tests of windows have in common.
 
+#include "journal/Journal.h"
 #include "startup/CurrentPrinter.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"
@@ -48,4 +49,5 @@ struct Office {
     Settings settings{test.folder, printers};
     Notices notices;
     CurrentPrinter printer{settings, printers, notices};
+    Journal journal{test.archives, clock, notices};
 };
