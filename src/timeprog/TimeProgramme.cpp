@@ -3,7 +3,9 @@
 #include "archives/RecordSet.h"
 #include "archives/Tables.h"
 #include "texts/DateTimeText.h"
+#include "texts/OwnText.h"
 #include "timeprog/BandRules.h"
+#include "timeprog/NextChange.h"
 
 namespace {
 
@@ -12,40 +14,7 @@ unsigned bit(TimeProgramme::Part part)
     return part == TimeProgramme::Part::Bands ? 1U : 2U;
 }
 
-bool isInBand(const QList<Band> &bands, const QDateTime &moment)
-{
-    const QTime now(moment.time().hour(), moment.time().minute());
-    const auto weekday = static_cast<size_t>(moment.date().dayOfWeek() - 1);
-    for (const Band &band : bands) {
-        // Bands come in the order of their start: none that follows can hold this minute.
-        if (now < band.Da)
-            break;
-        if (now <= band.A && band.marks.at(weekday))
-            return true;
-    }
-    return false;
-}
-
-bool isHoliday(const QList<Holiday> &holidays, const QDateTime &moment)
-{
-    const QDate today = moment.date();
-    for (const Holiday &holiday : holidays) {
-        if (today < holiday.DalGiorno)
-            break;
-        if (today <= holiday.AlGiorno)
-            return true;
-    }
-    return false;
-}
-
 } // namespace
-
-TimeState evaluate(const QList<Band> &bands, const QList<Holiday> &holidays, const QDateTime &moment)
-{
-    if (!isInBand(bands, moment))
-        return TimeState::OutsideBands;
-    return isHoliday(holidays, moment) ? TimeState::OnHoliday : TimeState::InBand;
-}
 
 TimeProgramme::TimeProgramme(ArchiveStore &archives, const Clock &clock, QObject *parent)
     : QObject(parent), m_archives(archives), m_clock(clock)
@@ -105,6 +74,7 @@ Result<void> TimeProgramme::read(Part part)
 void TimeProgramme::suspend(Part part)
 {
     m_suspended |= bit(part);
+    Q_EMIT suspended();
 }
 
 void TimeProgramme::run()
@@ -114,6 +84,16 @@ void TimeProgramme::run()
     const bool byHoliday = m_state == TimeState::OnHoliday || before == TimeState::OnHoliday;
     const Cause cause = !m_started ? Cause::Start : byHoliday ? Cause::Holiday : Cause::Band;
     apply(m_state == TimeState::InBand, cause);
+}
+
+QString TimeProgramme::untilWhen(const Texts &texts) const
+{
+    if (!m_started)
+        return {};
+    if (isSuspended())
+        return texts[m_enabled ? OwnText::EnabledWhileEdited : OwnText::DisabledWhileEdited];
+    const QDateTime now = m_clock.now();
+    return untilSentence(m_enabled, nextChange(m_bands, m_holidays, now), now.date(), texts);
 }
 
 void TimeProgramme::end()
