@@ -103,8 +103,9 @@ QString untilSentence(bool enabled, const std::optional<NextChange> &next, QDate
 {
     if (!next)
         return texts[enabled ? OwnText::EnabledForAYear : OwnText::DisabledForAYear];
-    const QDate day = next->moment.date();
-    QString when = next->moment.toString(QStringLiteral("HH:mm"));
+    const QDateTime shown = enabled ? next->moment.addSecs(-minuteSeconds) : next->moment;
+    const QDate day = shown.date();
+    QString when = shown.toString(QStringLiteral("HH:mm"));
     if (day > today.addDays(daysWithNames))
         when = texts.sentence({OwnText::TimeOnDate, {DataBarre(day), when}, {}});
     else if (day != today)

@@ -20,6 +20,7 @@ struct NextChange {
 /// @param bands, @param holidays  as for evaluate(); @param moment  local time
 std::optional<NextChange> nextChange(const QList<Band> &bands, const QList<Holiday> &holidays, const QDateTime &moment);
 
-/// "Enabled until 18:00", "Disabled until Monday 07:30 (holiday)", "Enabled, no change in a year".
+/// "Enabled until 18:00", "Disabled until Monday 07:30 (holiday)", "Enabled, no change in a year". The times are those
+/// that stand in the list of bands: the last minute of one, or the first.
 /// @param today  a change of that day needs no name of a day, one that is not within six days behind it needs a date
 QString untilSentence(bool enabled, const std::optional<NextChange> &next, QDate today, const Texts &texts);

@@ -2,9 +2,9 @@
 
 #include "archives/RecordSet.h"
 #include "archives/Tables.h"
-#include "texts/DateTimeText.h"
 #include "texts/OwnText.h"
 #include "timeprog/BandRules.h"
+#include "timeprog/HolidayRules.h"
 #include "timeprog/NextChange.h"
 
 namespace {
@@ -55,19 +55,10 @@ Result<void> TimeProgramme::read(Part part)
     Result<RecordSet> opened = RecordSet::open(database.value(), statement, RecordSet::Kind::Snapshot);
     if (!opened)
         return opened.fault();
-    for (RecordSet &set = opened.value(); !set.isEof(); set.moveNext()) {
-        if (isBands) {
-            Band band;
-            for (int day = 0; day < Band::Days; ++day)
-                band.marks.at(static_cast<size_t>(day)) = isMarked(set.value(day));
-            band.Da = shortTimeOf(set.value(QStringLiteral("Da")));
-            band.A = shortTimeOf(set.value(QStringLiteral("A")));
-            m_bands.append(band);
-        } else {
-            m_holidays.append({rangeDayOfKey(set.value(QStringLiteral("DalGiornoOrd")), End::First),
-                               rangeDayOfKey(set.value(QStringLiteral("AlGiornoOrd")), End::Last)});
-        }
-    }
+    if (isBands)
+        m_bands = bandsOf(opened.value());
+    else
+        m_holidays = holidaysOf(opened.value());
     return {};
 }
 
