@@ -8,6 +8,7 @@
 #include "widgets/Printing.h"
 #include "widgets/TaskRunner.h"
 
+class EventHistogram;
 class Fields;
 class Grid;
 class QCheckBox;
@@ -98,6 +99,7 @@ private:
     QComboBox *cmbCanali;
     Grid *dbgrdDati;
     RowsModel *m_rows;
+    EventHistogram *m_histogram;
     QLabel *lblTrovati;
     QPushButton *cmdRicerca;
     QPushButton *cmdStampa;
