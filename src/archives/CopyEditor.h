@@ -59,6 +59,7 @@ public:
     /// The rows, to be read and moved in; valid after open(), and past the end of the work as they were then. Changes
     /// go through this object.
     RecordSet &set() { return *m_set; }
+    const RecordSet &set() const { return *m_set; }
 
     /// The working copy, for work on many rows at once; null when there is none at hand. It goes with save() and
     /// discard(), and what hangs on it must be gone before.

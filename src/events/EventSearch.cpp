@@ -2,6 +2,7 @@
 
 #include "archives/ReadableRows.h"
 #include "archives/Tables.h"
+#include "codes/Event.h"
 #include "texts/DateTimeText.h"
 
 #include <algorithm>
@@ -84,6 +85,7 @@ Result<void> EventSearch::start(const EventQuery &query)
     m_isIncomplete = false;
     if (Result<void> cleared = m_results.clear(); !cleared)
         return cleared;
+    m_counts.begin(query.firstDay, query.lastDay);
     m_condition = dayCondition(query);
     m_files = filesOfDays(m_archives.folder());
     m_waiting = daysThatWait(m_archives);
@@ -211,9 +213,20 @@ void EventSearch::copyRow()
     const User *user = m_users.find(row.text(columns.Codice), typeOf(row.text(columns.Tipo)));
     const Result<void> added =
         m_results.add(row, columns, user ? user->Cognome : QString(), user ? user->Nome : QString());
-    if (!added)
+    if (!added) {
+        m_counts.keepFirst(m_results.count());
         return fail(added.fault());
+    }
+    count(row);
     ++m_position;
+}
+
+void EventSearch::count(const Statement &row)
+{
+    const SearchResults::Columns &columns = m_open->columns;
+    const QString mark = markText(true);
+    const int hour = m_counts.isByHour() && columns.Ora >= 0 ? timeOf(row.text(columns.Ora)).hour() : 0;
+    m_counts.add(m_day, hour, row.text(columns.AbCh) != mark && row.text(columns.KorDis) != mark);
 }
 
 /// Notes what could not be read of the day.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archives/ReunitedDay.h"
+#include "events/EventCounts.h"
 #include "events/EventQuery.h"
 #include "events/SearchResults.h"
 #include "platform/Task.h"
@@ -48,6 +49,8 @@ public:
 
     const SearchResults &results() const { return m_results; }
     SearchResults &results() { return m_results; }
+    /// Of the events that have been found.
+    const EventCounts &counts() const { return m_counts; }
 
 private:
     struct OpenDay;
@@ -58,6 +61,7 @@ private:
     Result<std::unique_ptr<OpenDay>> openReunited();
     void fail(const Fault &fault);
     void copyRow();
+    void count(const Statement &row);
     void closeDay();
     void nextDay();
     void finish();
@@ -65,6 +69,7 @@ private:
     ArchiveStore &m_archives;
     const UserDirectory &m_users;
     SearchResults m_results;
+    EventCounts m_counts;
     DayCondition m_condition;
     QHash<QDate, DayFiles> m_files;
     QSet<QDate> m_waiting;

@@ -3,6 +3,7 @@
 #include "archives/Tables.h"
 #include "events/CoverageLine.h"
 #include "events/EventGrid.h"
+#include "events/EventHistogram.h"
 #include "startup/PlainText.h"
 #include "texts/OwnText.h"
 #include "texts/Texts.h"
@@ -56,6 +57,10 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
     connect(dbcmbCognome, &UserCombo::edited, this, &frmEventi::dbcmbCognome_Change);
     connect(dbcmbNome, &UserCombo::edited, this, &frmEventi::dbcmbNome_Change);
     connect(m_coverage, &CoverageLine::journalWanted, this, &frmEventi::journalWanted);
+    connect(m_histogram, &EventHistogram::rowChosen, this, [this](qsizetype row) {
+        dbgrdDati->setCurrentIndex(m_rows->index(static_cast<int>(row), 0));
+        dbgrdDati->scrollTo(dbgrdDati->currentIndex(), QTableView::PositionAtTop);
+    });
     connect(cmdRicerca, &QPushButton::clicked, this, &frmEventi::cmdRicerca_Click);
     connect(cmdStampa, &QPushButton::clicked, this, &frmEventi::cmdStampa_Click);
     connect(cmdToExcel, &QPushButton::clicked, this, &frmEventi::cmdToExcel_Click);
@@ -75,6 +80,7 @@ void frmEventi::build()
     dbgrdDati->setObjectName(QStringLiteral("dbgrdDati"));
     m_rows->bind(dbgrdDati);
     dbgrdDati->setWantedHeight(pixels(3600));
+    m_histogram = new EventHistogram(m_texts);
 
     const auto button = [](const char *name) {
         auto *made = new QPushButton;
@@ -98,6 +104,7 @@ void frmEventi::build()
     rows->addWidget(FrameRic);
     rows->addWidget(dbgrdDati, 1);
     rows->addWidget(m_coverage, 0, Qt::AlignLeft);
+    rows->addWidget(m_histogram);
     rows->addLayout(buttons);
 }
 

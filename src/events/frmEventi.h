@@ -9,6 +9,7 @@
 #include "widgets/TaskRunner.h"
 
 class CoverageLine;
+class EventHistogram;
 class Fields;
 class Grid;
 class Journal;
@@ -107,6 +108,7 @@ private:
     Grid *dbgrdDati;
     RowsModel *m_rows;
     CoverageLine *m_coverage;
+    EventHistogram *m_histogram;
     QLabel *lblTrovati;
     QPushButton *cmdRicerca;
     QPushButton *cmdStampa;

@@ -1,5 +1,6 @@
 #include "events/CoverageLine.h"
 #include "events/EventColumns.h"
+#include "events/EventHistogram.h"
 #include "events/EventReport.h"
 #include "events/frmEventi.h"
 #include "startup/PlainText.h"
@@ -50,6 +51,7 @@ void frmEventi::showFound(bool isKnown)
         isKnown ? m_texts.sentence({OwnText::EventsFound, {QString::number(m_search.results().count())}, {}})
                 : QString();
     lblTrovati->setText(found);
+    m_histogram->setCounts(isKnown ? m_search.counts() : EventCounts());
     // The keyboard goes to the grid, and so do readers.
     dbgrdDati->setAccessibleDescription(found);
 }

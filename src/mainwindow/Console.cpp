@@ -106,7 +106,10 @@ void Console::tellLine(bool asserted, TimeProgramme::Cause cause)
                                           OwnText::CauseEnd};
     const Texts &texts = m_program.texts();
     const QString reason = texts[causes.at(static_cast<size_t>(cause))];
-    tell(texts.sentence({asserted ? OwnText::LineAsserted : OwnText::LineReleased, {reason}, {}}));
+    QString line = texts.sentence({asserted ? OwnText::LineAsserted : OwnText::LineReleased, {reason}, {}});
+    if (cause != TimeProgramme::Cause::End)
+        line += QStringLiteral(". ") + m_program.timeProgramme().untilWhen(texts);
+    tell(line);
 }
 
 void Console::tellState(Text text)

@@ -166,7 +166,8 @@ void MDIForm1::openEditor(TimeProgramme::Part part)
     m_windows.open<Editor>([this, part] {
         // The archive is the editor's while it is open; the line keeps the state it was told last.
         m_program.timeProgramme().suspend(part);
-        auto *window = new Editor(m_program.texts(), m_messages, m_program.archives());
+        auto *window = new Editor(m_program.texts(), m_messages, m_program.archives(), m_program.clock());
+        connect(&m_program, &Program::refreshing, window, &GridEditor::showMoment);
         connect(window, &ChildWindow::unloaded, this, [this, part] { m_program.reloadTimeProgramme(part); });
         connect(window, &GridEditor::saved, &m_program.keeper(), [this, part] {
             m_program.journal().note(part == TimeProgramme::Part::Bands ? JournalKind::BandsSaved

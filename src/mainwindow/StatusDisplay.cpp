@@ -41,6 +41,8 @@ StatusDisplay::StatusDisplay(Program &program, QMainWindow &window)
     connect(tmrFlash, &QTimer::timeout, this, &StatusDisplay::tmrFlash_Timer);
     connect(&program, &Program::refreshing, this, &StatusDisplay::showClock);
     connect(&program.timeProgramme(), &TimeProgramme::applied, this, &StatusDisplay::showTime);
+    connect(&program.timeProgramme(), &TimeProgramme::suspended, this,
+            [this] { showTime(m_program.timeProgramme().isEnabled()); });
     connect(&program.log(), &EventLog::waitingChanged, this, &StatusDisplay::showWaiting);
     connect(&program.link(), &LinkMonitor::stateChanged, this, &StatusDisplay::showLink);
 }
@@ -73,8 +75,10 @@ void StatusDisplay::showTime(bool isEnabled)
     const OwnText line = !level ? OwnText::RtsNotKnown : *level ? OwnText::RtsAsserted : OwnText::RtsReleased;
     const QString state =
         texts[Text::Interfaccia] + QLatin1Char(' ') + texts[isEnabled ? Text::Abilitata : Text::Disabilitata].toLower();
+    const QString now = state + QStringLiteral(" (") + texts[line] + QLatin1Char(')');
+    const QString until = m_program.timeProgramme().untilWhen(texts);
     StatusBar1->showPicture(TimeProgrammePanel, m_program.picture(isEnabled ? "Time_En.bmp" : "Time_Dis.bmp"),
-                            state + QStringLiteral(" (") + texts[line] + QLatin1Char(')'), state);
+                            until.isEmpty() ? now : now + QStringLiteral(". ") + until, state);
 }
 
 void StatusDisplay::showLink()

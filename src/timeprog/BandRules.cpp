@@ -49,6 +49,22 @@ RecordSet::Values bandTimes(const QString &Da, const QString &A)
     return {{QStringLiteral("Da"), Da}, {QStringLiteral("A"), A}};
 }
 
+QList<Band> bandsOf(const RecordSet &set)
+{
+    const int Da = set.column(QStringLiteral("Da"));
+    const int A = set.column(QStringLiteral("A"));
+    QList<Band> bands;
+    for (qsizetype row = 0; row < set.recordCount(); ++row) {
+        Band band;
+        for (int day = 0; day < Band::Days; ++day)
+            band.marks.at(static_cast<size_t>(day)) = isMarked(set.value(row, day));
+        band.Da = shortTimeOf(set.value(row, Da));
+        band.A = shortTimeOf(set.value(row, A));
+        bands.append(band);
+    }
+    return bands;
+}
+
 bool isMarked(const QString &mark)
 {
     return mark == marked;

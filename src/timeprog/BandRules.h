@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archives/CopyEditor.h"
+#include "timeprog/TimeState.h"
 
 #include <QStringList>
 
@@ -24,6 +25,9 @@ BandFault checkBand(const QString &Da, const QString &A);
 RecordSet::Values newBand(const QString &Da, const QString &A);
 /// What a band becomes when other times are typed: its marks stay.
 RecordSet::Values bandTimes(const QString &Da, const QString &A);
+
+/// The bands of a set that has the columns of bandSource().
+QList<Band> bandsOf(const RecordSet &set);
 
 bool isMarked(const QString &mark);
 /// @param day   0 = Monday

@@ -29,3 +29,14 @@ RecordSet::Values holiday(const QString &DalGiorno, const QString &AlGiorno)
             {QStringLiteral("DalGiornoOrd"), DataOrdinabile(DalGiorno)},
             {QStringLiteral("AlGiornoOrd"), DataOrdinabile(AlGiorno)}};
 }
+
+QList<Holiday> holidaysOf(const RecordSet &set)
+{
+    const int first = set.column(QStringLiteral("DalGiornoOrd"));
+    const int last = set.column(QStringLiteral("AlGiornoOrd"));
+    QList<Holiday> holidays;
+    for (qsizetype row = 0; row < set.recordCount(); ++row)
+        holidays.append(
+            {rangeDayOfKey(set.value(row, first), End::First), rangeDayOfKey(set.value(row, last), End::Last)});
+    return holidays;
+}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archives/CopyEditor.h"
+#include "timeprog/TimeState.h"
 
 /// Why holidays are not stored.
 enum class HolidayFault {
@@ -19,3 +20,5 @@ CopyEditor::Source holidaySource();
 HolidayFault checkHoliday(const QString &DalGiorno, QString &AlGiorno);
 /// The row of an interval: its days as they were typed, and the keys that put them in the order of time.
 RecordSet::Values holiday(const QString &DalGiorno, const QString &AlGiorno);
+/// The holidays of a set that has the columns of holidaySource().
+QList<Holiday> holidaysOf(const RecordSet &set);

@@ -2,8 +2,10 @@
 
 #include "archives/RecordSet.h"
 #include "archives/Tables.h"
-#include "texts/DateTimeText.h"
+#include "texts/OwnText.h"
 #include "timeprog/BandRules.h"
+#include "timeprog/HolidayRules.h"
+#include "timeprog/NextChange.h"
 
 namespace {
 
@@ -12,40 +14,7 @@ unsigned bit(TimeProgramme::Part part)
     return part == TimeProgramme::Part::Bands ? 1U : 2U;
 }
 
-bool isInBand(const QList<Band> &bands, const QDateTime &moment)
-{
-    const QTime now(moment.time().hour(), moment.time().minute());
-    const auto weekday = static_cast<size_t>(moment.date().dayOfWeek() - 1);
-    for (const Band &band : bands) {
-        // Bands come in the order of their start: none that follows can hold this minute.
-        if (now < band.Da)
-            break;
-        if (now <= band.A && band.marks.at(weekday))
-            return true;
-    }
-    return false;
-}
-
-bool isHoliday(const QList<Holiday> &holidays, const QDateTime &moment)
-{
-    const QDate today = moment.date();
-    for (const Holiday &holiday : holidays) {
-        if (today < holiday.DalGiorno)
-            break;
-        if (today <= holiday.AlGiorno)
-            return true;
-    }
-    return false;
-}
-
 } // namespace
-
-TimeState evaluate(const QList<Band> &bands, const QList<Holiday> &holidays, const QDateTime &moment)
-{
-    if (!isInBand(bands, moment))
-        return TimeState::OutsideBands;
-    return isHoliday(holidays, moment) ? TimeState::OnHoliday : TimeState::InBand;
-}
 
 TimeProgramme::TimeProgramme(ArchiveStore &archives, const Clock &clock, QObject *parent)
     : QObject(parent), m_archives(archives), m_clock(clock)
@@ -86,25 +55,17 @@ Result<void> TimeProgramme::read(Part part)
     Result<RecordSet> opened = RecordSet::open(database.value(), statement, RecordSet::Kind::Snapshot);
     if (!opened)
         return opened.fault();
-    for (RecordSet &set = opened.value(); !set.isEof(); set.moveNext()) {
-        if (isBands) {
-            Band band;
-            for (int day = 0; day < Band::Days; ++day)
-                band.marks.at(static_cast<size_t>(day)) = isMarked(set.value(day));
-            band.Da = shortTimeOf(set.value(QStringLiteral("Da")));
-            band.A = shortTimeOf(set.value(QStringLiteral("A")));
-            m_bands.append(band);
-        } else {
-            m_holidays.append({rangeDayOfKey(set.value(QStringLiteral("DalGiornoOrd")), End::First),
-                               rangeDayOfKey(set.value(QStringLiteral("AlGiornoOrd")), End::Last)});
-        }
-    }
+    if (isBands)
+        m_bands = bandsOf(opened.value());
+    else
+        m_holidays = holidaysOf(opened.value());
     return {};
 }
 
 void TimeProgramme::suspend(Part part)
 {
     m_suspended |= bit(part);
+    Q_EMIT suspended();
 }
 
 void TimeProgramme::run()
@@ -114,6 +75,16 @@ void TimeProgramme::run()
     const bool byHoliday = m_state == TimeState::OnHoliday || before == TimeState::OnHoliday;
     const Cause cause = !m_started ? Cause::Start : byHoliday ? Cause::Holiday : Cause::Band;
     apply(m_state == TimeState::InBand, cause);
+}
+
+QString TimeProgramme::untilWhen(const Texts &texts) const
+{
+    if (!m_started)
+        return {};
+    if (isSuspended())
+        return texts[m_enabled ? OwnText::EnabledWhileEdited : OwnText::DisabledWhileEdited];
+    const QDateTime now = m_clock.now();
+    return untilSentence(m_enabled, nextChange(m_bands, m_holidays, now), now.date(), texts);
 }
 
 void TimeProgramme::end()

@@ -2,32 +2,11 @@
 
 #include "archives/ArchiveStore.h"
 #include "platform/Clock.h"
+#include "timeprog/TimeState.h"
 
-#include <QList>
 #include <QObject>
 
-#include <array>
-
-/// A time band: from its first to its last minute on the days that are marked.
-struct Band {
-    static constexpr int Days = 7;
-    std::array<bool, Days> marks{}; ///< Monday to Sunday: the band counts on this day
-    QTime Da;                       ///< first minute
-    QTime A;                        ///< last minute
-};
-
-/// Holidays from the first to the last day.
-struct Holiday {
-    QDate DalGiorno;
-    QDate AlGiorno;
-};
-
-/// Where a moment lies.
-enum class TimeState { InBand, OutsideBands, OnHoliday };
-
-/// @param bands     in the order of their start
-/// @param holidays  in the order of their first day
-TimeState evaluate(const QList<Band> &bands, const QList<Holiday> &holidays, const QDateTime &moment);
+class Texts;
 
 /// Decides from bands and holidays whether the interface is enabled now.
 class TimeProgramme : public QObject
@@ -57,11 +36,16 @@ public:
     void end();
     /// Applied last; false before the first run.
     bool isEnabled() const { return m_enabled; }
+    /// Until when that lasts, as a sentence: "Enabled until 18:00". While an editor is open nobody knows; "" before the
+    /// first run.
+    QString untilWhen(const Texts &texts) const;
 
 Q_SIGNALS:
     /// @param enabled  the interface is inside its enabled time; the RTS line is asserted when it is not
     void applied(bool enabled);
     void lineChanged(bool asserted, TimeProgramme::Cause cause);
+    /// An editor has an archive from now on.
+    void suspended();
 
 private:
     Result<void> read(Part part);

@@ -1,10 +1,22 @@
 #include "timeprog/frmFerie.h"
 
+#include "texts/OwnText.h"
 #include "timeprog/HolidayRules.h"
+#include "timeprog/StripPicture.h"
 
-frmFerie::frmFerie(const Texts &texts, Messages &messages, ArchiveStore &archives, QWidget *parent)
-    : GridEditor(form(texts), holidaySource(), texts, messages, archives, parent)
+frmFerie::frmFerie(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock, QWidget *parent)
+    : GridEditor(form(texts), holidaySource(), texts, messages, archives, parent),
+      m_texts(texts),
+      m_clock(clock),
+      m_picture(new StripPicture(QStringLiteral("HolidayPicture")))
 {
+    setPicture(m_picture);
+    m_picture->setAccessibleName(texts[OwnText::HolidayPicture]);
+    connect(m_picture, &StripPicture::clicked, this, [this](qsizetype strip, int place) {
+        if (const std::optional<qsizetype> row =
+                holidayAt(holidaysOf(rows()), markedRow(), m_clock.date(), strip, place))
+            markRow(*row);
+    });
 }
 
 GridEditor::Form frmFerie::form(const Texts &texts)
@@ -46,4 +58,9 @@ std::optional<GridEditor::Refusal> frmFerie::check(Entry &entry) const
 RecordSet::Values frmFerie::modified(const Entry &entry) const
 {
     return holiday(entry.first, entry.last);
+}
+
+void frmFerie::showPicture()
+{
+    m_picture->show(holidayStrips(holidaysOf(rows()), markedRow(), m_clock.date(), m_texts));
 }

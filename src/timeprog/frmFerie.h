@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/Clock.h"
 #include "widgets/GridEditor.h"
+
+class StripPicture;
 
 /// The holidays: intervals of days on which no time band counts.
 class frmFerie : public GridEditor
@@ -9,12 +12,18 @@ class frmFerie : public GridEditor
 
 public:
     /// All must outlive this window.
-    frmFerie(const Texts &texts, Messages &messages, ArchiveStore &archives, QWidget *parent = nullptr);
+    frmFerie(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
+             QWidget *parent = nullptr);
 
 protected:
     std::optional<Refusal> check(Entry &entry) const override;
     RecordSet::Values modified(const Entry &entry) const override;
+    void showPicture() override;
 
 private:
     static Form form(const Texts &texts);
+
+    const Texts &m_texts;
+    const Clock &m_clock;
+    StripPicture *m_picture;
 };

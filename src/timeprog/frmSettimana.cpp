@@ -1,7 +1,8 @@
 #include "timeprog/frmSettimana.h"
 
+#include "texts/OwnText.h"
 #include "timeprog/BandRules.h"
-#include "timeprog/TimeProgramme.h"
+#include "timeprog/StripPicture.h"
 #include "widgets/SpokenMark.h"
 
 namespace {
@@ -29,9 +30,19 @@ QList<RecordSetModel::Column> columns(const Texts &texts)
 
 } // namespace
 
-frmSettimana::frmSettimana(const Texts &texts, Messages &messages, ArchiveStore &archives, QWidget *parent)
-    : GridEditor(form(texts), bandSource(), texts, messages, archives, parent)
+frmSettimana::frmSettimana(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
+                           QWidget *parent)
+    : GridEditor(form(texts), bandSource(), texts, messages, archives, parent),
+      m_texts(texts),
+      m_clock(clock),
+      m_picture(new StripPicture(QStringLiteral("WeekPicture")))
 {
+    setPicture(m_picture);
+    m_picture->setAccessibleName(texts[OwnText::WeekPicture]);
+    connect(m_picture, &StripPicture::clicked, this, [this](qsizetype strip, int place) {
+        if (const std::optional<qsizetype> row = bandAt(bandsOf(rows()), markedRow(), strip, place))
+            markRow(*row);
+    });
 }
 
 GridEditor::Form frmSettimana::form(const Texts &texts)
@@ -82,4 +93,9 @@ void frmSettimana::cellPressed(int column)
 {
     if (column < Band::Days)
         storeInPlace(toggledDay(column, currentValue(column)));
+}
+
+void frmSettimana::showPicture()
+{
+    m_picture->show(weekStrips(bandsOf(rows()), markedRow(), m_clock.now(), m_texts));
 }

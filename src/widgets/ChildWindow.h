@@ -42,7 +42,7 @@ public:
     /// Whether the window can be maximised, and opens with the size and place that the operator left it with.
     bool keepsPlace() const { return m_keepsPlace; }
     /// Size that is wanted in a client area of that size; less where there is less room.
-    QSize wantedSize(QSize area) const;
+    virtual QSize wantedSize(QSize area) const;
     QSize sizeHint() const override;
     /// Gives the keyboard to the control that the window has chosen itself, else to its first.
     void takeKeyboard();

@@ -98,13 +98,22 @@ void GridEditor::build()
     ends->addWidget(cmdOk);
     ends->addWidget(cmdAnnulla);
 
-    auto *rows = new QGridLayout(this);
+    auto *rows = new QGridLayout;
     rows->addWidget(m_grid, 0, 0, 1, 2);
     rows->addWidget(m_frame, 1, 0);
     rows->addLayout(changes, 1, 1);
     rows->addLayout(ends, 2, 0, 1, 2);
     rows->setRowStretch(0, 1);
     rows->setColumnStretch(0, 1);
+    m_list = rows;
+    auto *all = new QHBoxLayout(this);
+    all->addLayout(rows, 1);
+}
+
+void GridEditor::setPicture(QWidget *picture)
+{
+    m_picture = picture;
+    static_cast<QHBoxLayout *>(layout())->addWidget(picture);
 }
 
 void GridEditor::captions()
@@ -143,8 +152,44 @@ bool GridEditor::open()
     m_model->setRecordSet(&m_editor.set());
     cmdModifica->setEnabled(m_model->rowCount() > 0);
     // From here on only: the first row is current by itself, and the boxes stay free for a new entry.
-    connect(m_grid->selectionModel(), &QItemSelectionModel::currentChanged, this, &GridEditor::grid_RowColChange);
+    connect(m_grid->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+        grid_RowColChange();
+        showPicture();
+    });
+    showPicture();
     return true;
+}
+
+void GridEditor::showMoment()
+{
+    // One that has closed has no rows any more.
+    if (isVisible())
+        showPicture();
+}
+
+void GridEditor::markRow(qsizetype row)
+{
+    m_grid->setCurrentIndex(m_model->index(static_cast<int>(row), qMax(0, m_grid->currentIndex().column())));
+}
+
+QSize GridEditor::wantedSize(QSize area) const
+{
+    makeRoom(area.width());
+    return ChildWindow::wantedSize(area);
+}
+
+void GridEditor::resizeEvent(QResizeEvent *event)
+{
+    ChildWindow::resizeEvent(event);
+    makeRoom(width());
+}
+
+void GridEditor::makeRoom(int width) const
+{
+    if (!m_picture)
+        return;
+    const int needed = m_list->sizeHint().width() + m_picture->minimumSizeHint().width();
+    m_picture->setVisible(needed + fontMetrics().height() <= width - (this->width() - roomForContent()));
 }
 
 void GridEditor::grid_RowColChange()
@@ -261,6 +306,7 @@ void GridEditor::finish(Result<void> changed)
     m_model->refresh();
     m_grid->scrollTo(m_grid->currentIndex());
     cmdModifica->setEnabled(m_model->rowCount() > 0);
+    showPicture();
     if (!changed)
         showFault(this, OwnText::ArchiveNotChanged, changed.fault());
 }
@@ -269,6 +315,7 @@ void GridEditor::storeInPlace(const RecordSet::Values &values)
 {
     const Result<void> stored = m_editor.edit(values);
     m_model->rowChanged();
+    showPicture();
     if (!stored)
         showFault(this, OwnText::ArchiveNotChanged, stored.fault());
 }

@@ -26,6 +26,9 @@ public:
 
     /// Makes the working copy and shows it.
     bool open() override;
+    /// Time has gone on: shows it where it is to be seen.
+    void showMoment();
+    QSize wantedSize(QSize area) const override;
 
 Q_SIGNALS:
     /// The archive has been replaced by what was edited.
@@ -80,12 +83,23 @@ protected:
     void storeInPlace(const RecordSet::Values &values);
     QString currentValue(int column) { return m_editor.set().value(column); }
 
+    /// Puts a picture of the rows to the right of all that is there. It gives way where that would get less than it
+    /// wants.
+    void setPicture(QWidget *picture);
+    /// Rows have changed, or another one is marked.
+    virtual void showPicture() {}
+    const RecordSet &rows() const { return m_editor.set(); }
+    qsizetype markedRow() const { return m_editor.set().position(); }
+    void markRow(qsizetype row);
+
     bool canClose() override;
+    void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void build();
     void captions();
+    void makeRoom(int width) const;
 
     void grid_RowColChange();
     void cmdAggiungi_Click();
@@ -115,4 +129,6 @@ private:
     QPushButton *cmdElimina;
     QPushButton *cmdOk;
     QPushButton *cmdAnnulla;
+    QLayout *m_list = nullptr; ///< all but the picture
+    QWidget *m_picture = nullptr;
 };

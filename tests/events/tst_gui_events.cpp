@@ -60,6 +60,33 @@ class TestEvents : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    /// Folded at first; a bar is told in words and leads to its first row, by key and by pointer.
+    void histogram()
+    {
+        SearchDesk desk;
+        QList<QStringList> events(300, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"08:00:00"_s});
+        events += QList<QStringList>(2, {u"1"_s, u"TX"_s, u"A"_s, u"X"_s, {}, u"23:59:59"_s});
+        desk.test.addEvents(u"05-03-2004"_s, events);
+        auto *bars = control<QWidget>(desk.form, u"Istogramma"_s);
+        desk.search();
+        QVERIFY(bars->isHidden() && bars->accessibleDescription().isEmpty());
+        QVERIFY(control(desk.form, u"cmdIstogramma"_s)->accessibleName() == u"Events by hour"_s);
+        desk.press("cmdIstogramma");
+        QTRY_VERIFY(bars->isVisible() && bars->width() > 100);
+        QCOMPARE(bars->accessibleDescription(), u"05/03/2004 08:00 - 08:59: 300 enabled, 0 disabled"_s);
+        QTest::keyClick(bars, Qt::Key_Right);
+        QCOMPARE(bars->accessibleDescription(), u"05/03/2004 23:00 - 23:59: 0 enabled, 2 disabled"_s);
+        QTest::keyClick(bars, Qt::Key_Return);
+        QCOMPARE(desk.grid()->currentIndex().row(), 300);
+        QTest::mouseClick(bars, Qt::LeftButton, {}, {bars->width() / 4, bars->height() / 2});
+        QCOMPARE(desk.grid()->currentIndex().row(), 300); // nothing was at 06:00
+        QTest::mouseClick(bars, Qt::LeftButton, {}, {bars->width() * 17 / 48, bars->height() / 2});
+        QCOMPARE(desk.grid()->currentIndex().row(), 0);
+        desk.edit("txtDataOrig")->setText(u"03/03/2004"_s);
+        desk.search();
+        QCOMPARE(bars->accessibleDescription(), u"05/03/2004: 300 enabled, 2 disabled"_s);
+    }
+
     /// The box that is wrong gets the keyboard, with all its text; which rules there are is tested with the search.
     void refusals()
     {

@@ -39,6 +39,19 @@ QStringList allRows(const SearchResults &results)
     return rows;
 }
 
+/// "from>to enabled+disabled@first row" of each bar that has an event, and the number of all bars.
+QString text(const QList<EventCounts::Bar> &bars)
+{
+    QStringList texts;
+    for (const EventCounts::Bar &bar : bars)
+        if (bar.firstRow >= 0)
+            texts.append(u"%1>%2 %3+%4@%5"_s.arg(bar.from.toString(u"dd.HH"_s), bar.to.toString(u"dd.HH"_s))
+                             .arg(bar.enabled)
+                             .arg(bar.disabled)
+                             .arg(bar.firstRow));
+    return texts.join(u", ") + u" of %1"_s.arg(bars.size());
+}
+
 /// Takes the shortest step. @return whether there is more to do
 bool goesOn(EventSearch &search)
 {
@@ -140,6 +153,46 @@ private Q_SLOTS:
             expected.append(rows[number.toInt()]);
         QCOMPARE(allRows(search.results()), expected);
         QVERIFY(search.isComplete());
+        qsizetype counted = 0;
+        for (const EventCounts::Bar &bar : search.counts().bars(1000)) {
+            counted += bar.enabled + bar.disabled;
+            const QString day = u'|' + DataFile(bar.from.date()) + u'|';
+            const QString time = search.counts().isByHour() ? bar.from.toString(u"HH:"_s) : QString();
+            if (bar.firstRow >= 0)
+                QVERIFY(search.results().row(bar.firstRow).ok() && expected[bar.firstRow].contains(day + time));
+        }
+        QCOMPARE(counted, expected.size());
+    }
+
+    void counts_data()
+    {
+        const Rows<QString, QString, int, QString> row("range", "events", "most", "bars");
+        // Events: day, hour, and whether enabled.
+        row("a day", u"05-05"_s, u"5.08e 5.08d 5.23e"_s, 100, u"05.08>05.08 1+1@0, 05.23>05.23 1+0@2 of 24"_s);
+        row("two days", u"05-06"_s, u"5.00d 6.23e"_s, 100, u"05.00>05.00 0+1@0, 06.23>06.23 1+0@1 of 48"_s);
+        row("hours that come again", u"05-05"_s, u"5.09e 5.08e 5.09d"_s, 100,
+            u"05.08>05.08 1+0@1, 05.09>05.09 1+1@0 of 24"_s);
+        row("three days", u"05-07"_s, u"5.08e 5.09d 7.01e"_s, 100, u"05.00>05.00 1+1@0, 07.00>07.00 1+0@2 of 3"_s);
+        row("days with nothing around them", u"01-30"_s, u"5.08e 6.08e"_s, 100,
+            u"05.00>05.00 1+0@0, 06.00>06.00 1+0@1 of 2"_s);
+        row("several hours in a bar", u"05-05"_s, u"5.08e 5.07d 5.23e"_s, 7,
+            u"05.04>05.07 0+1@1, 05.08>05.11 1+0@0, 05.20>05.23 1+0@2 of 6"_s);
+        row("the last bar is shorter", u"01-30"_s, u"1.00e 2.00e 11.00d"_s, 4,
+            u"01.00>03.00 2+0@0, 10.00>11.00 0+1@2 of 4"_s);
+        row("nothing", u"05-05"_s, {}, 100, u" of 0"_s);
+        row("no room", u"05-05"_s, u"5.08e"_s, 0, u" of 0"_s);
+    }
+    void counts()
+    {
+        QFETCH(QString, range);
+        QFETCH(QString, events);
+        QFETCH(int, most);
+        EventCounts counts;
+        counts.begin({2004, 3, range.left(2).toInt()}, {2004, 3, range.right(2).toInt()});
+        for (const QString &event : events.split(u' ', Qt::SkipEmptyParts))
+            counts.add({2004, 3, event.section(u'.', 0, 0).toInt()}, event.section(u'.', 1).left(2).toInt(),
+                       event.endsWith(u'e'));
+        QTEST(text(counts.bars(most)), "bars");
     }
 
     void unreadDays()
@@ -289,6 +342,7 @@ private Q_SLOTS:
         }
         QVERIFY(search.step(QDeadlineTimer(0)).fault().code == FaultCode::DiskFull && !search.isComplete());
         QCOMPARE(search.results().count(), 2000);
+        QCOMPARE(text(search.counts().bars(48)), u"05.10>05.10 2000+0@0 of 48"_s);
         QVERIFY(search.results().row(1999).ok());
         vfs.refusal = 0;
         // Few events need no disk.

@@ -27,9 +27,9 @@ struct Desk : Office {
     {
         delete window;
         if (archive == ArchiveName::Bands)
-            window = new frmSettimana(texts, messages, test.archives);
+            window = new frmSettimana(texts, messages, test.archives, clock);
         else
-            window = new frmFerie(texts, messages, test.archives);
+            window = new frmFerie(texts, messages, test.archives, clock);
         grid = window->findChild<QTableView *>();
         boxes = window->findChildren<QLineEdit *>();
         window->show();
@@ -190,6 +190,34 @@ private Q_SLOTS:
             QCOMPARE(desk.messages.take().join(u'|'), QLatin1String(isAsked ? lost : ""));
             QVERIFY(closed.isEmpty() == stays && refused.isEmpty() != stays && hasCopy == stays);
             QCOMPARE(desk.test.disk.steps.contains(u"rename Fascie.zeb"_s), way == u"Ok");
+        }
+    }
+
+    /// The picture shows each change before it is saved, marks the row that is clicked in it, and gives way.
+    void picture()
+    {
+        for (const bool isWeek : {true, false}) {
+            Desk desk(isWeek);
+            auto *picture = control<QWidget>(desk.window, isWeek ? u"WeekPicture"_s : u"HolidayPicture"_s);
+            desk.enter(isWeek ? "@1,5" : "01/01/2005=07/01/2005 Aggiungi");
+            const QString words = picture->accessibleDescription();
+            QVERIFY2(words.contains(isWeek ? u"Saturday: 14:00 - 18:00"_s : u"31/12/2004 - 07/01/2005"_s),
+                     qPrintable(words));
+            desk.enter("@0,0");
+            const int height = (picture->height() - picture->fontMetrics().height()) / (isWeek ? 7 : 13);
+            const int strip = isWeek ? 5 : 9, width = picture->width();
+            for (int x = width - 1; x > 0 && desk.grid->currentIndex().row() == 0; --x)
+                QTest::mouseClick(picture, Qt::LeftButton, {},
+                                  {x, picture->fontMetrics().height() +
+                                          strip * qMin(height, 2 * picture->fontMetrics().height()) + 3});
+            QVERIFY(cells(desk.grid, desk.grid->currentIndex().row())
+                        .startsWith(isWeek ? u"X|X|X|X|X|X| |14:00"_s : u"31/12/2004"_s));
+            desk.window->resize(desk.window->wantedSize({desk.window->width() - width, 2000}));
+            QVERIFY(!picture->isVisible());
+            desk.window->resize(desk.window->wantedSize({2000, 2000}));
+            QVERIFY(picture->isVisible());
+            desk.enter("Yes");
+            desk.window->unload();
         }
     }
 

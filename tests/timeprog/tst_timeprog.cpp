@@ -1,8 +1,12 @@
 #include "support/Fixtures.h"
 #include "texts/DateTimeText.h"
+#include "timeprog/NextChange.h"
+#include "timeprog/Strips.h"
 #include "timeprog/TimeProgramme.h"
 
 #include <QMetaEnum>
+
+#include <ctime>
 
 namespace {
 
@@ -16,6 +20,19 @@ Band band(const char *marks, const char *from, const char *to)
 
 const char *const everyDay = "XXXXXXX";
 const char *const monday = "X      ";
+
+/// "caption first-last", what is marked behind "*", the present moment behind "|".
+QString text(const Strips::Strip &strip)
+{
+    QString text = strip.caption;
+    const auto add = [&text](const char *before, const QList<Strips::Span> &spans) {
+        for (const Strips::Span &span : spans)
+            text += u"%1%2-%3"_s.arg(QLatin1String(before)).arg(span.first).arg(span.last);
+    };
+    add(" ", strip.spans);
+    add(" *", strip.marked);
+    return strip.now ? text + u" |%1"_s.arg(*strip.now) : text;
+}
 
 } // namespace
 
@@ -60,6 +77,166 @@ private Q_SLOTS:
         QFETCH(QString, moment);
         const QList<Holiday> holidays = {{{2004, 12, 24}, {2004, 12, 26}}, {{2005, 1, 6}, {2005, 1, 6}}};
         QTEST(evaluate(bands, holidays, QDateTime::fromString(moment, Qt::ISODate)), "state");
+    }
+
+    /// In a zone that puts its clocks from 02:00 to 03:00 on 28 March 2004, and back on 31 October.
+    void nextChanges_data()
+    {
+        QTest::addColumn<QList<Band>>("bands");
+        QTest::addColumn<QString>("moment");
+        QTest::addColumn<QString>("next");
+        QTest::addColumn<QString>("sentence");
+        const QList<Band> work = {band("XXXXX  ", "07:30", "12:00"), band("XXXXX  ", "11:00", "17:59")};
+        const QList<Band> always = {band(everyDay, "00:00", "23:59")};
+        const QList<Band> night = {band(everyDay, "00:00", "02:29"), band(everyDay, "02:45", "02:49")};
+        const auto row = [](const char *name, const QList<Band> &bands, const char *moment, const char *next,
+                            const char *sentence) {
+            QTest::newRow(name) << bands << QString::fromLatin1(moment) << QString::fromLatin1(next)
+                                << QString::fromLatin1(sentence);
+        };
+        row("bands that overlap", work, "2004-03-01T08:00:00", "2004-03-01T18:00:00", "Enabled until 17:59");
+        row("last second", work, "2004-03-01T17:59:59", "2004-03-01T18:00:00", "Enabled until 17:59");
+        row("tomorrow", work, "2004-03-01T18:00:00", "2004-03-02T07:30:00", "Disabled until Tuesday 07:30");
+        row("over the week-end", work, "2004-03-05T20:00:00", "2004-03-08T07:30:00", "Disabled until Monday 07:30");
+        row("once a week", {band(monday, "07:30", "07:30")}, "2004-03-01T07:31:00", "2004-03-08T07:30:00",
+            "Disabled until 08/03/2004 07:30");
+        row("holidays", work, "2004-12-24T09:00:00", "2004-12-27T07:30:00", "Disabled until Monday 07:30 (holiday)");
+        row("before holidays", work, "2004-12-23T18:00:00", "2004-12-27T07:30:00",
+            "Disabled until Monday 07:30 (holiday)");
+        row("holidays begin", always, "2004-12-23T12:00:00", "2004-12-24T00:00:00", "Enabled until 23:59 (holiday)");
+        row("holidays end", always, "2004-12-24T12:00:00", "2004-12-27T00:00:00",
+            "Disabled until Monday 00:00 (holiday)");
+        row("holidays far away", {band(monday, "08:00", "09:00")}, "2004-12-21T00:00:00", "2004-12-27T08:00:00",
+            "Disabled until Monday 08:00");
+        row("a year of holidays but a day", work, "2005-12-05T00:00:00", "2006-12-04T07:30:00",
+            "Disabled until 04/12/2006 07:30 (holiday)");
+        row("more than a year of holidays", work, "2005-12-02T23:00:00", "", "Disabled, no change in a year");
+        row("no bands", {}, "2004-03-01T08:00:00", "", "Disabled, no change in a year");
+        row("always", always, "2003-03-01T08:00:00", "", "Enabled, no change in a year");
+        row("over midnight", {band(" X     ", "00:00", "06:00"), band(monday, "22:00", "23:59")}, "2004-03-01T22:00:00",
+            "2004-03-02T06:01:00", "");
+        row("the end is left out", night, "2004-03-28T01:00:00", "2004-03-28T03:00:00", "Enabled until 01:59");
+        row("all of it is left out", {band("      X", "02:00", "02:59")}, "2004-03-27T00:00:00", "2004-04-04T02:00:00",
+            "");
+        row("twice, the first end", night, "2004-10-31T01:59:00", "2004-10-31T02:30:00", "Enabled until 02:29");
+        row("twice, the second start", {band("      X", "02:00", "02:29")}, "2004-10-31T02:59:59",
+            "2004-10-31T02:00:00", "");
+    }
+    void nextChanges()
+    {
+        QFETCH(QList<Band>, bands);
+        QFETCH(QString, moment);
+        QFETCH(QString, next);
+        qputenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
+        tzset();
+        const QList<Holiday> holidays = {{{2004, 12, 24}, {2004, 12, 26}}, {{2005, 12, 3}, {2006, 12, 3}}};
+        const QDateTime now = QDateTime::fromString(moment, Qt::ISODate);
+        const std::optional<NextChange> found = nextChange(bands, holidays, now);
+        QCOMPARE(found ? found->moment.toString(Qt::ISODate) : QString(), next);
+        // The plain way to find it.
+        const auto isEnabled = [&](const QDateTime &at) { return evaluate(bands, holidays, at) == TimeState::InBand; };
+        const qint64 minute = now.toSecsSinceEpoch() / 60;
+        const qint64 end = found ? found->moment.toSecsSinceEpoch() / 60 : minute + 365 * 1440;
+        for (qint64 at = minute + 1; at < end; ++at)
+            QCOMPARE(isEnabled(QDateTime::fromSecsSinceEpoch(60 * at)), isEnabled(now));
+        QVERIFY(!found || isEnabled(found->moment) != isEnabled(now));
+        QFETCH(QString, sentence);
+        Texts texts;
+        texts.fill(2);
+        if (!sentence.isEmpty())
+            QCOMPARE(untilSentence(isEnabled(now), found, now.date(), texts), sentence);
+    }
+
+    void untilWhenInFourLanguages()
+    {
+        const QDateTime friday({2004, 3, 5}, {7, 30});
+        QStringList told;
+        for (int language = Texts::FirstLanguage; language <= Texts::LastLanguage; ++language) {
+            Texts texts;
+            texts.fill(language);
+            for (const int days : {0, 1, 7})
+                told.append(
+                    untilSentence(days != 0, NextChange{friday, days == 0}, friday.date().addDays(-days), texts));
+        }
+        const QStringList expected = {u"Disabilitata fino alle 07:30 (ferie)"_s,
+                                      u"Abilitata fino alle 07:29 di venerdì"_s,
+                                      u"Abilitata fino alle 07:29 del 05/03/2004"_s,
+                                      u"Disabled until 07:30 (holiday)"_s,
+                                      u"Enabled until Friday 07:29"_s,
+                                      u"Enabled until 05/03/2004 07:29"_s,
+                                      u"Invalidée jusqu'à 07:30 (congés)"_s,
+                                      u"Validée jusqu'à vendredi 07:29"_s,
+                                      u"Validée jusqu'à 07:29 le 05/03/2004"_s,
+                                      u"Gesperrt bis 07:30 (Ferien)"_s,
+                                      u"Freigegeben bis Freitag 07:29"_s,
+                                      u"Freigegeben bis 05/03/2004 07:29"_s};
+        QCOMPARE(told, expected);
+    }
+
+    void pictures_data()
+    {
+        QTest::addColumn<QList<Band>>("bands");
+        QTest::addColumn<QList<Holiday>>("holidays");
+        QTest::addColumn<QStringList>("expected");
+        QTest::addColumn<QString>("words");
+        const auto week = [](const char *name, const QList<Band> &bands, const QStringList &days, const char *words) {
+            QTest::newRow(name) << bands << QList<Holiday>() << days << QString::fromLatin1(words);
+        };
+        // It is Friday, 5 March 2004, 08:01, and the second row is marked.
+        week("apart", {band(monday, "00:00", "00:00"), band(monday, "00:02", "23:59")},
+             {u"Mon 0-0 2-1439 *2-1439"_s, u"Fri |481"_s},
+             "Monday: 00:00 - 00:00, 00:02 - 23:59; Tuesday: no time band");
+        week("touching", {band(monday, "08:00", "08:59"), band(monday, "09:00", "10:00")}, {u"Mon 480-600 *540-600"_s},
+             "Monday: 08:00 - 10:00;");
+        week("one inside the other", {band("X   X  ", "08:00", "12:00"), band("    X  ", "09:00", "10:00")},
+             {u"Mon 480-720"_s, u"Fri 480-720 *540-600 |481"_s}, "Monday: 08:00 - 12:00;");
+        week("no times", {{{true}, {}, {12, 0}}, {{true}, {12, 0}, {11, 0}}}, {u"Mon"_s}, "Monday: no time band;");
+        const auto year = [](const char *name, const QList<Holiday> &holidays, const QStringList &months,
+                             const char *words) {
+            QTest::newRow(name) << QList<Band>() << holidays << months << QString::fromLatin1(words);
+        };
+        year("over a month's end", {{{2004, 4, 29}, {2004, 4, 30}}, {{2004, 5, 1}, {2004, 6, 1}}},
+             {u"03/2004 |5"_s, u"04/2004 29-30"_s, u"05/2004 1-31 *1-31"_s, u"06/2004 1-1 *1-1"_s},
+             "29/04/2004 - 01/06/2004");
+        year("past and far away",
+             {{{2004, 3, 1}, {2004, 3, 5}}, {{2005, 3, 4}, {2005, 3, 31}}, {{2006, 1, 1}, {2006, 1, 2}}},
+             {u"03/2004 5-5 |5"_s, u"03/2005 4-4 *4-4"_s}, "05/03/2004, 04/03/2005");
+        year("none", {{{}, {2005, 1, 1}}}, {u"03/2004 |5"_s}, "no holidays");
+    }
+    void pictures()
+    {
+        QFETCH(QList<Band>, bands);
+        QFETCH(QList<Holiday>, holidays);
+        QFETCH(QStringList, expected);
+        QFETCH(QString, words);
+        Texts texts;
+        texts.fill(2);
+        const FakeClock clock;
+        const Strips strips = holidays.isEmpty() ? weekStrips(bands, 1, clock.moment.addSecs(16 * 60), texts)
+                                                 : holidayStrips(holidays, 1, clock.date(), texts);
+        QCOMPARE(strips.strips.size(), holidays.isEmpty() ? 7 : 13);
+        QCOMPARE(strips.strips.last().there, holidays.isEmpty() ? strips.scale : (Strips::Span{1, 4}));
+        QStringList shown;
+        for (const Strips::Strip &strip : strips.strips)
+            shown.append(text(strip));
+        for (const QString &one : expected)
+            QVERIFY2(shown.contains(one), qPrintable(shown.join(u',')));
+        QVERIFY2(strips.words.startsWith(words), qPrintable(strips.words));
+    }
+
+    void clicksReachEachRow()
+    {
+        const QList<Band> bands = {band(everyDay, "08:00", "12:00"), band(monday, "08:00", "18:00"),
+                                   band(everyDay, "09:00", "10:00")};
+        QCOMPARE(bandAt(bands, 0, 0, 9 * 60), 1);
+        QCOMPARE(bandAt(bands, 1, 0, 9 * 60), 2);
+        QCOMPARE(bandAt(bands, 2, 0, 10 * 60 + 1), 0);
+        QCOMPARE(bandAt(bands, 0, 1, 12 * 60), 0);
+        QVERIFY(!bandAt(bands, 0, 1, 12 * 60 + 1) && !bandAt({}, 0, 0, 0));
+        const QList<Holiday> holidays = {{{2004, 12, 24}, {2005, 1, 6}}};
+        QCOMPARE(holidayAt(holidays, 0, {2004, 3, 5}, 9, 24), 0);
+        QCOMPARE(holidayAt(holidays, 0, {2004, 3, 5}, 10, 6), 0);
+        QVERIFY(!holidayAt(holidays, 0, {2004, 3, 5}, 10, 7) && !holidayAt(holidays, 0, {2004, 3, 5}, 9, 23));
     }
 
     void linesAndCauses()
