@@ -1,6 +1,7 @@
 #include "archive/Tool.h"
 
 #include "archive/CoverageCommand.h"
+#include "archive/FollowCommand.h"
 #include "archive/SearchCommand.h"
 #include "archive/UsersCommand.h"
 #include "archives/Tables.h"
@@ -104,6 +105,9 @@ Result<std::unique_ptr<Command>> Tool::makeCommand()
     switch (m_options.command) {
     case CommandName::Search:
         command = std::make_unique<SearchCommand>(site, m_options, form(), m_output.get(), m_disk);
+        break;
+    case CommandName::Follow:
+        command = std::make_unique<FollowCommand>(site, cursorOf(m_options.cursor), form(), *m_output);
         break;
     case CommandName::Users:
         command = std::make_unique<UsersCommand>(site, form(), *m_output);

@@ -1,5 +1,6 @@
 #include "archive/ToolOptions.h"
 
+#include "archive/Cursor.h"
 #include "archive/DayText.h"
 #include "startup/OptionTable.h"
 #include "startup/PlainText.h"
@@ -246,6 +247,8 @@ void Reading::read()
     if (m_options.help || m_options.version || !readCommand())
         return;
     m_options.cursor = value("after");
+    if (has("after") && !cursorOf(m_options.cursor))
+        refuseValue("after");
     m_options.isQuick = has("quick");
     m_options.isSure = has("yes");
     readFilter();

@@ -16,23 +16,11 @@ struct EventSearch::OpenDay {
 
     const Statement &row() const { return gathered ? *gathered : rows->row(); }
     Result<ReadableRows::Found> step();
+    /// @return false when one is missing that is never left out
     bool findColumns();
 };
 
 namespace {
-
-/// Days that events wait for which could not go to their archive yet.
-QSet<QDate> daysThatWait(ArchiveStore &archives, Database::Use use)
-{
-    QSet<QDate> days;
-    if (!archives.exists(ArchiveName::Waiting))
-        return days;
-    // One that cannot be read now has been told by the log, which keeps it.
-    if (Result<Database> spool = archives.open(ArchiveName::Waiting, use); spool)
-        (void)spool.value().each(QStringLiteral("SELECT DISTINCT Giorno FROM Attesa"), {},
-                                 [&days](const Statement &row) { days.insert(dayOfFile(row.text(0))); });
-    return days;
-}
 
 /// A name of its own: events of a day may be rescued meanwhile.
 const QString gatheringName = QStringLiteral("Archivi/Riuniti.$$$");
@@ -52,16 +40,22 @@ Result<ReadableRows::Found> EventSearch::OpenDay::step()
     return stepped.value() ? ReadableRows::Found::Row : ReadableRows::Found::End;
 }
 
-/// @return false when one is missing that is never left out
 bool EventSearch::OpenDay::findColumns()
 {
-    QHash<QString, int> places;
-    for (int column = 0; column < row().columnCount(); ++column)
-        places.insert(row().columnName(column), column);
-    const auto place = [&places](const char *field) { return places.value(QString::fromLatin1(field), -1); };
-    columns = {place("Codice"), place("Tipo"), place("Data"),  place("Ora"),
-               place("Canale"), place("AbCh"), place("KorDis")};
+    columns = SearchResults::columnsOf(row());
     return std::min({columns.Codice, columns.Data, columns.AbCh, columns.KorDis}) >= 0;
+}
+
+QSet<QDate> daysThatWait(ArchiveStore &archives, Database::Use use)
+{
+    QSet<QDate> days;
+    if (!archives.exists(ArchiveName::Waiting))
+        return days;
+    // One that cannot be read now has been told by the log, which keeps it.
+    if (Result<Database> spool = archives.open(ArchiveName::Waiting, use); spool)
+        (void)spool.value().each(QStringLiteral("SELECT DISTINCT Giorno FROM Attesa"), {},
+                                 [&days](const Statement &row) { days.insert(dayOfFile(row.text(0))); });
+    return days;
 }
 
 EventSearch::EventSearch(ArchiveStore &archives, const UserDirectory &users)

@@ -11,6 +11,9 @@
 #include <algorithm>
 #include <memory>
 
+/// Days that events wait for which could not go to their archive yet.
+QSet<QDate> daysThatWait(ArchiveStore &archives, Database::Use use);
+
 /// Walks through the archives of the days of a query and copies the events that match, with the names of their users,
 /// into results of its own, or hands them over to a sink.
 /// Of a day of which archives were set aside it takes what can be read of them all, each event once, in the order of
