@@ -2,7 +2,7 @@
 find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Svg)
 
 set(KOR_FOLDER ${CMAKE_BINARY_DIR}/kor)
-set_target_properties(kor-supervisor kor-simulator PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${KOR_FOLDER})
+set_target_properties(kor-supervisor kor-simulator kor-archive PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${KOR_FOLDER})
 
 add_executable(kor-make-templates tools/make_templates.cpp)
 target_link_libraries(kor-make-templates PRIVATE kor_core kor_headers kor_flags)

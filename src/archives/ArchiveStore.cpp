@@ -100,6 +100,17 @@ Result<void> ArchiveStore::create(QStringView name, const char *layout, QStringV
     return create(name, layout, salt, use);
 }
 
+Result<Database> ArchiveStore::createNameless(const char *layout)
+{
+    QByteArray salt(ArchiveKeys::SaltSize, '\0');
+    QRandomGenerator::system()->generate(salt.begin(), salt.end());
+    Result<Database> database = Database::open({}, m_keys.rawKey(salt), Database::Use::ThrowAway, true);
+    if (!database)
+        return database;
+    const Result<void> laidOut = database.value().execute(layout);
+    return laidOut ? std::move(database) : Result<Database>(laidOut.fault());
+}
+
 Result<void> ArchiveStore::recover(const QString &path)
 {
     if (!hasSideFiles(path) || !QFile::exists(path))

@@ -44,6 +44,9 @@ public:
     Result<void> create(QStringView name, const char *layout, QStringView like,
                         Database::Use use = Database::Use::Safe);
 
+    /// An archive with the tables of @p layout that has no name: nobody else sees it, and nothing of it is left.
+    Result<Database> createNameless(const char *layout);
+
     /// Says that an archive is open all the time. When another file stands under its name, opening that would mix the
     /// journals of both: it is refused as Locked.
     /// @param isReplaced  asked before each opening

@@ -1,5 +1,7 @@
 #include "archives/Database.h"
 
+#include "platform/UnusedSide.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QUrl>
@@ -132,6 +134,12 @@ QString Statement::text(int column) const
     return QString::fromUtf8(utf8, sqlite3_column_bytes(m_statement.get(), column));
 }
 
+QByteArrayView Statement::utf8(int column) const
+{
+    const auto *utf8 = reinterpret_cast<const char *>(sqlite3_column_text(m_statement.get(), column));
+    return {utf8, sqlite3_column_bytes(m_statement.get(), column)};
+}
+
 qint64 Statement::integer(int column) const
 {
     return sqlite3_column_int64(m_statement.get(), column);
@@ -152,10 +160,20 @@ void Database::Closer::operator()(sqlite3 *database) const
     sqlite3_close_v2(database);
 }
 
-void Database::Remover::operator()(const QString *path) const
+void Database::Remover::operator()(const QString *archive) const
 {
-    QFile::remove(*path);
-    delete path;
+    removeUnlessUsed(*archive, *archive + QStringLiteral("-shm"));
+    delete archive;
+}
+
+Database::Stamps Database::stampsOf(const QString &path)
+{
+    return {stampOf(path), stampOf(path + QStringLiteral("-wal"))};
+}
+
+bool Database::hasChanged() const
+{
+    return m_stamps && *m_stamps != stampsOf(m_path);
 }
 
 Result<Database> Database::open(const QString &path, const QByteArray &rawKey, Use use, bool create)
@@ -163,21 +181,26 @@ Result<Database> Database::open(const QString &path, const QByteArray &rawKey, U
     sqlite3 *handle = nullptr;
     QByteArray name = QFile::encodeName(path);
     int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
-    std::unique_ptr<const QString, Remover> side;
+    std::unique_ptr<const QString, Remover> laidBeside;
+    std::optional<Stamps> stamps;
     if (use == Use::Untouched) {
-        // Without rows in its journal the library needs nothing beside it; else it makes an index of the journal, which
-        // is made anew whenever it is missing.
         flags = SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
         name = QUrl::fromLocalFile(path).toEncoded(QUrl::FullyEncoded);
-        const QString index = path + QStringLiteral("-shm");
-        if (QFileInfo(path + QStringLiteral("-wal")).size() == 0)
+        const QFileInfo journal(path + QStringLiteral("-wal"));
+        const bool hasIndex = QFile::exists(path + QStringLiteral("-shm"));
+        if (journal.size() == 0 && !(hasIndex && journal.exists())) {
+            // Nobody has it open, and without rows in its journal the library needs nothing beside it.
             name += "?immutable=1";
-        else if (!QFile::exists(index))
-            side.reset(new QString(index));
+            stamps = stampsOf(path);
+        } else if (!hasIndex) {
+            // The library makes an index of the journal, which is made anew whenever it is missing.
+            laidBeside.reset(new QString(path));
+        }
     }
     const int opened = sqlite3_open_v2(name.constData(), &handle, flags, nullptr);
     Database database(handle, path);
-    database.m_side = std::move(side);
+    database.m_laidBeside = std::move(laidBeside);
+    database.m_stamps = stamps;
     if (opened != SQLITE_OK)
         return database.fault(opened);
     sqlite3_extended_result_codes(handle, 1);

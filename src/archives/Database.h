@@ -1,13 +1,16 @@
 #pragma once
 
+#include "platform/FileStamp.h"
 #include "platform/Result.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <type_traits>
 #include <variant>
 
@@ -43,6 +46,8 @@ public:
     Result<void> each(Take take);
 
     QString text(int column) const;
+    /// The same as it stands in the archive, until the next step().
+    QByteArrayView utf8(int column) const;
     qint64 integer(int column) const;
     int columnCount() const;
     QString columnName(int column) const;
@@ -106,6 +111,9 @@ public:
     /// Rows changed by the last statement.
     int changes() const;
     const QString &path() const { return m_path; }
+    /// Whether an archive that is open as Use::Untouched was changed since: where it has no journal it is read without
+    /// a lock, and what was read may be of two states then.
+    bool hasChanged() const;
 
     /// Reads the archive from its first page to its last, as far as it holds anything.
     /// @return Damaged when something cannot be read or does not fit together
@@ -132,12 +140,16 @@ private:
     Database(sqlite3 *database, QString path) : m_database(database), m_path(std::move(path)) {}
     Fault fault(int code) const;
 
-    /// Removes a file when it goes.
+    /// Removes what the library laid beside an untouched archive.
     struct Remover {
-        void operator()(const QString *path) const;
+        void operator()(const QString *archive) const;
     };
+    /// Of an archive and of its journal.
+    using Stamps = std::array<std::optional<FileStamp>, 2>;
+    static Stamps stampsOf(const QString &path);
 
-    std::unique_ptr<const QString, Remover> m_side; ///< what the library lays beside an untouched one
+    std::unique_ptr<const QString, Remover> m_laidBeside; ///< archive that has something to be removed
+    std::optional<Stamps> m_stamps;                       ///< when it was opened, if it is read without a lock
     std::unique_ptr<sqlite3, Closer> m_database;
     QString m_path;
 };

@@ -29,6 +29,8 @@ public:
     /// The row that was found, with the columns of its table, known by their names.
     const Statement &row() const { return m_isDamaged ? m_all : m_wanted; }
     Extent extent() const;
+    /// Whether no damage has been met so far.
+    bool isSound() const { return !m_isDamaged; }
 
 private:
     ReadableRows(Statement wanted, Statement all, int first)

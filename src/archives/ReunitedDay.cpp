@@ -13,8 +13,8 @@ constexpr std::array fields = {QLatin1String("Codice"), QLatin1String("Data"),  
 
 } // namespace
 
-ReunitedDay::ReunitedDay(ArchiveStore &archives, QString workingName)
-    : m_archives(archives), m_workingName(std::move(workingName))
+ReunitedDay::ReunitedDay(ArchiveStore &archives, QString workingName, Database::Use use)
+    : m_archives(archives), m_workingName(std::move(workingName)), m_use(use)
 {
 }
 
@@ -30,7 +30,8 @@ void ReunitedDay::clear()
     m_insert.reset();
     m_working.reset();
     // What cannot be removed now is replaced when it is made again.
-    (void)m_archives.remove(m_workingName);
+    if (!m_workingName.isEmpty())
+        (void)m_archives.remove(m_workingName);
 }
 
 Result<void> ReunitedDay::start(const DayFiles &files, const QString &condition, const SqlValues &values)
@@ -47,11 +48,17 @@ Result<void> ReunitedDay::start(const DayFiles &files, const QString &condition,
     return make();
 }
 
+Result<Database> ReunitedDay::makeWorking()
+{
+    if (m_workingName.isEmpty())
+        return m_archives.createNameless(TableLayout::Reunited);
+    const Result<void> made = m_archives.create(m_workingName, TableLayout::Reunited, ArchiveName::EventsTemplate);
+    return made ? m_archives.open(m_workingName, Database::Use::ThrowAway) : Result<Database>(made.fault());
+}
+
 Result<void> ReunitedDay::make()
 {
-    if (Result<void> made = m_archives.create(m_workingName, TableLayout::Reunited, ArchiveName::EventsTemplate); !made)
-        return made;
-    Result<Database> opened = m_archives.open(m_workingName, Database::Use::ThrowAway);
+    Result<Database> opened = makeWorking();
     if (!opened)
         return opened.fault();
     m_working = std::move(opened.value());
@@ -87,7 +94,7 @@ Result<bool> ReunitedDay::step(const QDeadlineTimer &until)
 
 Result<void> ReunitedDay::openNext()
 {
-    const Database::Use use = m_file == 0 ? Database::Use::Safe : Database::Use::Untouched;
+    const Database::Use use = m_file == 0 ? m_use : Database::Use::Untouched;
     Result<std::unique_ptr<Reading>> opened = open(m_files[m_file], use);
     if (opened)
         m_reading = std::move(opened.value());

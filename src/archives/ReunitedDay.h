@@ -17,8 +17,9 @@ class ReunitedDay : public Task
 {
 public:
     /// @param archives     must outlive this object
-    /// @param workingName  of the throw-away archive, which nothing else uses
-    ReunitedDay(ArchiveStore &archives, QString workingName);
+    /// @param workingName  of the throw-away archive, which nothing else uses; "" = it has no name
+    /// @param use          of the day's archive
+    ReunitedDay(ArchiveStore &archives, QString workingName, Database::Use use = Database::Use::Safe);
     ~ReunitedDay() override;
     ReunitedDay(const ReunitedDay &) = delete;
     ReunitedDay &operator=(const ReunitedDay &) = delete;
@@ -59,6 +60,7 @@ private:
         std::array<int, 8> columns{};
     };
 
+    Result<Database> makeWorking();
     Result<void> make();
     Result<void> openNext();
     Result<std::unique_ptr<Reading>> open(const QString &name, Database::Use use);
@@ -68,6 +70,7 @@ private:
 
     ArchiveStore &m_archives;
     QString m_workingName;
+    Database::Use m_use;
     QStringList m_files; ///< the archive first, "" when there is none
     QString m_condition;
     SqlValues m_values;

@@ -38,6 +38,8 @@ Result<void> UserDirectory::open()
 Result<void> UserDirectory::begin()
 {
     m_reading.reset();
+    if (m_copy.isEmpty())
+        return openArchive(ArchiveName::Users, Database::Use::Untouched);
     (void)m_archives.remove(m_copy);
     Result<void> begun = m_archives.copy(ArchiveName::Users, m_copy);
     if (begun)

@@ -22,6 +22,8 @@ public:
 
     /// @param archives  must outlive this object; @param copy  name of the copy, relative to the program folder
     UserDirectory(ArchiveStore &archives, QStringView copy, Copy atEnd = Copy::Removed);
+    /// Reads the register itself, and writes nothing.
+    explicit UserDirectory(ArchiveStore &archives) : UserDirectory(archives, {}, Copy::Kept) {}
     ~UserDirectory() override;
     UserDirectory(const UserDirectory &) = delete;
     UserDirectory &operator=(const UserDirectory &) = delete;

@@ -17,26 +17,17 @@ struct EventSearch::OpenDay {
 
     const Statement &row() const { return gathered ? *gathered : rows->row(); }
     Result<ReadableRows::Found> step();
+    /// @return false when one is missing that is never left out
     bool findColumns();
 };
 
 namespace {
 
-/// Days that events wait for which could not go to their archive yet.
-QSet<QDate> daysThatWait(ArchiveStore &archives)
-{
-    QSet<QDate> days;
-    if (!archives.exists(ArchiveName::Waiting))
-        return days;
-    // One that cannot be read now has been told by the log, which keeps it.
-    if (Result<Database> spool = archives.open(ArchiveName::Waiting, Database::Use::Safe); spool)
-        (void)spool.value().each(QStringLiteral("SELECT DISTINCT Giorno FROM Attesa"), {},
-                                 [&days](const Statement &row) { days.insert(dayOfFile(row.text(0))); });
-    return days;
-}
-
 /// A name of its own: events of a day may be rescued meanwhile.
 const QString gatheringName = QStringLiteral("Archivi/Riuniti.$$$");
+
+/// How often a day is read again that somebody changes meanwhile, who does so a few times a day at most.
+constexpr int mostChanges = 5;
 
 } // namespace
 
@@ -50,20 +41,36 @@ Result<ReadableRows::Found> EventSearch::OpenDay::step()
     return stepped.value() ? ReadableRows::Found::Row : ReadableRows::Found::End;
 }
 
-/// @return false when one is missing that is never left out
 bool EventSearch::OpenDay::findColumns()
 {
-    QHash<QString, int> places;
-    for (int column = 0; column < row().columnCount(); ++column)
-        places.insert(row().columnName(column), column);
-    const auto place = [&places](const char *field) { return places.value(QString::fromLatin1(field), -1); };
-    columns = {place("Codice"), place("Tipo"), place("Data"),  place("Ora"),
-               place("Canale"), place("AbCh"), place("KorDis")};
+    columns = SearchResults::columnsOf(row());
     return std::min({columns.Codice, columns.Data, columns.AbCh, columns.KorDis}) >= 0;
 }
 
+QSet<QDate> daysThatWait(ArchiveStore &archives, Database::Use use)
+{
+    QSet<QDate> days;
+    if (!archives.exists(ArchiveName::Waiting))
+        return days;
+    // One that cannot be read now has been told by the log, which keeps it.
+    if (Result<Database> spool = archives.open(ArchiveName::Waiting, use); spool)
+        (void)spool.value().each(QStringLiteral("SELECT DISTINCT Giorno FROM Attesa"), {},
+                                 [&days](const Statement &row) { days.insert(dayOfFile(row.text(0))); });
+    return days;
+}
+
 EventSearch::EventSearch(ArchiveStore &archives, const UserDirectory &users)
-    : m_archives(archives), m_users(users), m_results(archives), m_reunited(archives, gatheringName)
+    : m_archives(archives), m_users(users), m_reunited(archives, gatheringName)
+{
+    m_results.emplace(archives);
+}
+
+EventSearch::EventSearch(ArchiveStore &archives, const UserDirectory &users, EventSink &sink)
+    : m_archives(archives),
+      m_users(users),
+      m_sink(&sink),
+      m_use(Database::Use::Untouched),
+      m_reunited(archives, {}, m_use)
 {
 }
 
@@ -83,12 +90,15 @@ Result<void> EventSearch::start(const EventQuery &query)
     m_isAtEnd = false;
     m_isUnread = false;
     m_isIncomplete = false;
-    if (Result<void> cleared = m_results.clear(); !cleared)
-        return cleared;
+    m_isLeft = false;
+    if (m_results) {
+        if (Result<void> cleared = m_results->clear(); !cleared)
+            return cleared;
+    }
     m_counts.begin(query.firstDay, query.lastDay);
     m_condition = dayCondition(query);
     m_files = filesOfDays(m_archives.folder());
-    m_waiting = daysThatWait(m_archives);
+    m_waiting = daysThatWait(m_archives, m_use);
     m_day = query.firstDay;
     m_lastDay = query.lastDay;
     m_running = true;
@@ -102,11 +112,14 @@ Result<bool> EventSearch::step(const QDeadlineTimer &until)
             gather(until);
         else if (m_open)
             copyRow();
+        else if (m_isLeft)
+            openAgain();
         else if (!openDay())
             nextDay();
         if (until.hasExpired())
             break;
     }
+    release();
     return m_fault ? Result<bool>(*m_fault) : Result<bool>(!m_running);
 }
 
@@ -120,6 +133,8 @@ bool EventSearch::openDay()
 {
     m_position = 0;
     m_matches = 0;
+    m_last = m_kept = 0;
+    m_changes = 0;
     // Of a range between two days that their month has not, no day is left.
     if (m_day > m_lastDay)
         return false;
@@ -145,28 +160,88 @@ bool EventSearch::openDay()
 
 Result<std::unique_ptr<EventSearch::OpenDay>> EventSearch::open(const QString &name) const
 {
-    Result<Database> database = m_archives.open(name, Database::Use::Safe);
+    Result<Database> database = m_archives.open(name, m_use);
     if (!database)
         return database.fault();
     auto day = std::make_unique<OpenDay>();
     day->database = std::move(database.value());
     const QString table = QStringLiteral("Eventi");
-    Result<ReadableRows> rows = ReadableRows::open(*day->database, table, m_condition.where, m_condition.values);
+    DayCondition condition = m_condition;
+    if (m_kept != 0) {
+        condition.values.append(m_kept);
+        condition.where += QStringLiteral(" AND rowid > ?%1").arg(condition.values.size());
+    }
+    Result<ReadableRows> rows = ReadableRows::open(*day->database, table, condition.where, condition.values);
     if (!rows)
         return rows.fault();
     day->rows = std::move(rows.value());
+    if (!day->findColumns())
+        return Fault{FaultCode::Damaged, day->database->path()};
+    if (m_sink)
+        return day;
     // For the progress only: whatever keeps the rows from being counted shows again when they are read.
     const QString count = QStringLiteral("SELECT count(*) FROM %1 WHERE %2").arg(table, m_condition.where);
     if (const Result<qint64> matches = day->database->number(count, m_condition.values); matches)
         day->matches = static_cast<int>(matches.value());
-    if (!day->findColumns())
-        return Fault{FaultCode::Damaged, day->database->path()};
     return day;
+}
+
+/// Reads on in a day that was left.
+void EventSearch::openAgain()
+{
+    m_isLeft = false;
+    Result<std::unique_ptr<OpenDay>> opened = open(m_files.value(m_day).archive);
+    if (opened) {
+        m_open = std::move(opened.value());
+        return;
+    }
+    m_hasLost = true;
+    nextDay();
+}
+
+/// Leaves the archive of the day for as long as the sink's owner writes. Behind damage the way back would be too long.
+void EventSearch::release()
+{
+    if (!m_sink || !m_open)
+        return;
+    if (m_open->gathered)
+        m_sink->keep();
+    if (!m_open->rows || !m_open->rows->isSound())
+        return;
+    (void)settle();
+    m_open.reset();
+    m_isLeft = true;
+}
+
+/// What was read of an open day counts, unless it was changed meanwhile: then it is to be read again.
+/// @return false when it is
+bool EventSearch::settle()
+{
+    if (!m_sink)
+        return true;
+    if (m_open && m_open->database && m_open->database->hasChanged() && ++m_changes < mostChanges) {
+        m_sink->takeBack();
+        return false;
+    }
+    m_sink->keep();
+    m_kept = m_last;
+    noteExtent();
+    return true;
+}
+
+void EventSearch::noteExtent()
+{
+    if (!m_open || !m_open->rows)
+        return;
+    const ReadableRows::Extent extent = m_open->rows->extent();
+    m_hasRead |= extent != ReadableRows::Extent::Nothing;
+    m_hasLost |= extent != ReadableRows::Extent::Whole;
 }
 
 void EventSearch::gather(const QDeadlineTimer &until)
 {
-    const Result<bool> isDone = m_reunited.step(until);
+    // Its files stay open until all of them are read.
+    const Result<bool> isDone = m_reunited.step(m_sink ? QDeadlineTimer(QDeadlineTimer::Forever) : until);
     if (!isDone)
         return fail(isDone.fault());
     if (!isDone.value())
@@ -204,21 +279,33 @@ void EventSearch::copyRow()
     const Result<ReadableRows::Found> found = m_open->step();
     if (!found && m_open->gathered)
         return fail(found.fault());
-    if (!found || found.value() == ReadableRows::Found::End)
-        return nextDay();
+    if (!found || found.value() == ReadableRows::Found::End) {
+        if (settle())
+            return nextDay();
+        m_open.reset();
+        m_isLeft = true;
+        return;
+    }
     if (found.value() == ReadableRows::Found::Nothing)
         return;
-    const Statement &row = m_open->row();
-    const SearchResults::Columns &columns = m_open->columns;
-    const User *user = m_users.find(row.text(columns.Codice), typeOf(row.text(columns.Tipo)));
-    const Result<void> added =
-        m_results.add(row, columns, user ? user->Cognome : QString(), user ? user->Nome : QString());
-    if (!added) {
-        m_counts.keepFirst(m_results.count());
+    if (const Result<void> added = deliver(m_open->row()); !added)
         return fail(added.fault());
-    }
-    count(row);
     ++m_position;
+}
+
+Result<void> EventSearch::deliver(const Statement &row)
+{
+    const SearchResults::Columns &columns = m_open->columns;
+    m_last = row.integer(0);
+    const User *user = m_users.find(row.text(columns.Codice), typeOf(row.text(columns.Tipo)));
+    if (m_sink)
+        return m_sink->add(row, columns, user);
+    Result<void> added = m_results->add(row, columns, user ? user->Cognome : QString(), user ? user->Nome : QString());
+    if (added)
+        count(row);
+    else
+        m_counts.keepFirst(m_results->count());
+    return added;
 }
 
 void EventSearch::count(const Statement &row)
@@ -232,11 +319,10 @@ void EventSearch::count(const Statement &row)
 /// Notes what could not be read of the day.
 void EventSearch::closeDay()
 {
-    if (m_open && m_open->rows) {
-        const ReadableRows::Extent extent = m_open->rows->extent();
-        m_isUnread |= extent == ReadableRows::Extent::Nothing;
-        m_isIncomplete |= extent == ReadableRows::Extent::Part;
-    }
+    noteExtent();
+    m_isUnread |= m_hasLost && !m_hasRead;
+    m_isIncomplete |= m_hasLost && m_hasRead;
+    m_hasRead = m_hasLost = false;
     m_open.reset();
     m_reunited.clear();
     m_isGathering = false;

@@ -3,6 +3,7 @@
 #include "archives/ReunitedDay.h"
 #include "events/EventCounts.h"
 #include "events/EventQuery.h"
+#include "events/EventSink.h"
 #include "events/SearchResults.h"
 #include "platform/Task.h"
 
@@ -11,7 +12,11 @@
 #include <algorithm>
 #include <memory>
 
-/// Walks through the archives of the days of a query and copies the events that match, with the names of their users.
+/// Days that events wait for which could not go to their archive yet.
+QSet<QDate> daysThatWait(ArchiveStore &archives, Database::Use use);
+
+/// Walks through the archives of the days of a query and copies the events that match, with the names of their users,
+/// into results of its own, or hands them over to a sink.
 /// Of a day of which archives were set aside it takes what can be read of them all, each event once, in the order of
 /// times.
 /// Each step deals with at least one event or day. What has been found stays, whether the search was stopped or could
@@ -21,10 +26,13 @@ class EventSearch : public Task
 public:
     /// @param archives, @param users  must outlive this object
     EventSearch(ArchiveStore &archives, const UserDirectory &users);
+    /// Writes nothing into the program folder, and has no archive of it open between two steps, unless it is damaged.
+    /// @param sink  must outlive this object; its faults end the search
+    EventSearch(ArchiveStore &archives, const UserDirectory &users, EventSink &sink);
     ~EventSearch() override;
 
     /// Makes the empty results, so that a folder that cannot hold any is known before the operator has asked.
-    Result<void> prepare() { return m_results.clear(); }
+    Result<void> prepare() { return m_results->clear(); }
     /// Gets ready to search. The results are empty from now on.
     /// @param query  without a fault, see checkQuery()
     Result<void> start(const EventQuery &query);
@@ -47,8 +55,9 @@ public:
     /// nothing.
     bool isComplete() const { return isAtEnd() && m_unread.isEmpty() && m_incomplete.isEmpty(); }
 
-    const SearchResults &results() const { return m_results; }
-    SearchResults &results() { return m_results; }
+    /// Not of a search with a sink.
+    const SearchResults &results() const { return *m_results; }
+    SearchResults &results() { return *m_results; }
     /// Of the events that have been found.
     const EventCounts &counts() const { return m_counts; }
 
@@ -57,6 +66,11 @@ private:
 
     bool openDay();
     Result<std::unique_ptr<OpenDay>> open(const QString &name) const;
+    void openAgain();
+    void release();
+    bool settle();
+    void noteExtent();
+    Result<void> deliver(const Statement &row);
     void gather(const QDeadlineTimer &until);
     Result<std::unique_ptr<OpenDay>> openReunited();
     void fail(const Fault &fault);
@@ -68,8 +82,10 @@ private:
 
     ArchiveStore &m_archives;
     const UserDirectory &m_users;
-    SearchResults m_results;
+    std::optional<SearchResults> m_results; ///< without a sink
     EventCounts m_counts;
+    EventSink *m_sink = nullptr;
+    Database::Use m_use = Database::Use::Safe;
     DayCondition m_condition;
     QHash<QDate, DayFiles> m_files;
     QSet<QDate> m_waiting;
@@ -78,6 +94,12 @@ private:
     ReunitedDay m_reunited;
     bool m_isGathering = false;
     std::unique_ptr<OpenDay> m_open; ///< goes before the above, which it may read
+    qint64 m_last = 0;               ///< number of the latest event of the open day
+    qint64 m_kept = 0;               ///< the same of those that the sink keeps
+    int m_changes = 0;               ///< how often the open day was changed while it was read
+    bool m_isLeft = false;           ///< the day was closed for a while, and is to be read on behind m_kept
+    bool m_hasRead = false;          ///< something of the day before it was left
+    bool m_hasLost = false;          ///< likewise
     int m_position = 0;
     int m_matches = 0;
     bool m_running = false;

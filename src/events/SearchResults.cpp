@@ -21,6 +21,16 @@ SearchResults::~SearchResults()
     (void)m_archives.remove(ArchiveName::Results);
 }
 
+SearchResults::Columns SearchResults::columnsOf(const Statement &row)
+{
+    QHash<QString, int> places;
+    for (int column = 0; column < row.columnCount(); ++column)
+        places.insert(row.columnName(column), column);
+    const auto place = [&places](const char *field) { return places.value(QString::fromLatin1(field), -1); };
+    return {place("Codice"), place("Tipo"), place("Data"),  place("Ora"),
+            place("Canale"), place("AbCh"), place("KorDis")};
+}
+
 void SearchResults::close()
 {
     m_open.reset();

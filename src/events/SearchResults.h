@@ -24,6 +24,8 @@ public:
     struct Columns {
         int Codice, Tipo, Data, Ora, Canale, AbCh, KorDis;
     };
+    /// By their names; -1 for one that is not there.
+    static Columns columnsOf(const Statement &row);
     /// Copies the event that @p row stands on, with the names of its user.
     /// @return why there is no place for more; the rows added before stay, but for at most the last 2,000
     Result<void> add(const Statement &row, const Columns &columns, const QString &surname, const QString &firstName);

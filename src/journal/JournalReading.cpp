@@ -12,8 +12,8 @@ constexpr qint64 rowsAtOnce = 500;
 
 } // namespace
 
-JournalReading::JournalReading(ArchiveStore &archives, int firstYear, int lastYear)
-    : m_archives(archives), m_lastYear(lastYear)
+JournalReading::JournalReading(ArchiveStore &archives, int firstYear, int lastYear, Database::Use use)
+    : m_archives(archives), m_lastYear(lastYear), m_use(use)
 {
     for (const int year : JournalFile::years(archives.folder())) {
         if (year >= firstYear - 1 && year <= lastYear + 1)
@@ -50,7 +50,7 @@ Result<bool> JournalReading::step(const QDeadlineTimer &until)
 Result<bool> JournalReading::readOn(int year)
 {
     if (!m_database) {
-        Result<Database> opened = m_archives.open(ArchiveName::journal(year), Database::Use::Safe);
+        Result<Database> opened = m_archives.open(ArchiveName::journal(year), m_use);
         if (!opened)
             return opened.fault();
         m_database.emplace(std::move(opened.value()));

@@ -12,7 +12,7 @@ class JournalReading : public Task
 {
 public:
     /// @param archives  must outlive this object
-    JournalReading(ArchiveStore &archives, int firstYear, int lastYear);
+    JournalReading(ArchiveStore &archives, int firstYear, int lastYear, Database::Use use = Database::Use::Safe);
 
     /// Never fails: a file that cannot be read is passed over, and stands in unread().
     Result<bool> step(const QDeadlineTimer &until) override;
@@ -29,6 +29,7 @@ private:
 
     ArchiveStore &m_archives;
     int m_lastYear;
+    Database::Use m_use;
     QList<int> m_years; ///< still to be read
     qsizetype m_files;
     std::optional<Database> m_database; ///< of the first of them

@@ -1,5 +1,6 @@
 #include "mainwindow/Console.h"
 
+#include "startup/PlainText.h"
 #include "startup/Version.h"
 #include "texts/DateTimeText.h"
 #include "texts/OwnText.h"
@@ -15,19 +16,6 @@ QString row(const QStringList &cells)
     for (qsizetype i = 0; i < cells.size(); ++i)
         padded.append(cells[i].leftJustified(widths.at(static_cast<size_t>(i))));
     return padded.join(QStringLiteral("  "));
-}
-
-/// One line that moves nothing on the terminal, whatever a name holds.
-QByteArray printable(QString text)
-{
-    text.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
-    for (QChar &character : text) {
-        const QChar::Category category = character.category();
-        if (category == QChar::Other_Control || category == QChar::Other_Format || category == QChar::Separator_Line ||
-            category == QChar::Separator_Paragraph)
-            character = QLatin1Char('?');
-    }
-    return text.toUtf8();
 }
 
 } // namespace
@@ -74,7 +62,7 @@ void Console::tellEvents()
 
 void Console::tell(const QString &line)
 {
-    m_output.write(printable(line));
+    m_output.write(printable(line).toUtf8());
 }
 
 void Console::tellStored(const Event &event)

@@ -2,7 +2,7 @@
 
 #include "mainwindow/Console.h"
 #include "mainwindow/StartSequence.h"
-#include "platform/TerminalPassword.h"
+#include "prefs/PasswordPrompt.h"
 
 /// Start and gate of a run without a window. A wrong password costs a second.
 class ConsoleGate : public QObject, private Gate
@@ -36,14 +36,11 @@ private:
     void refuse(const Message &why) override;
     void passed() override;
 
-    void askFile();
-    void typed(const QString &text);
-    bool isRight(const QString &password) const;
     Console &console();
 
     Program &m_program;
     const Options m_options;
     StartSequence m_start;
-    std::unique_ptr<TerminalPassword> m_terminal;
+    std::unique_ptr<PasswordPrompt> m_prompt;
     std::unique_ptr<Console> m_console;
 };

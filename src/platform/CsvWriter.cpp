@@ -1,22 +1,25 @@
 #include "platform/CsvWriter.h"
 
 #include <algorithm>
-#include <array>
 
 void CsvWriter::field(QStringView text)
 {
+    field(QByteArrayView(text.toUtf8()));
+}
+
+void CsvWriter::field(QByteArrayView utf8)
+{
     if (std::exchange(m_isLineBegun, true))
         m_bytes += m_separator;
-    const std::array special = {u'"', u'\r', u'\n', char16_t(m_separator)};
-    const bool isQuoted = std::any_of(text.begin(), text.end(), [&special](QChar character) {
-        return std::find(special.begin(), special.end(), character.unicode()) != special.end();
+    const bool isQuoted = std::any_of(utf8.begin(), utf8.end(), [separator = m_separator](char byte) {
+        return byte == separator || byte == '"' || byte == '\r' || byte == '\n';
     });
     if (!isQuoted) {
-        m_bytes += text.toUtf8();
+        m_bytes.append(utf8);
         return;
     }
     m_bytes += '"';
-    m_bytes += text.toString().replace(QLatin1Char('"'), QLatin1String("\"\"")).toUtf8();
+    m_bytes += utf8.toByteArray().replace('"', "\"\"");
     m_bytes += '"';
 }
 

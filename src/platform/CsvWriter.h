@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QStringView>
 
 #include <utility>
@@ -15,11 +16,22 @@ public:
     explicit CsvWriter(char separator) : m_separator(separator) {}
 
     void field(QStringView text);
+    /// The same of a text that is UTF-8 already.
+    void field(QByteArrayView utf8);
     void endLine();
 
     /// The bytes since they were last taken, to be written wherever they belong.
     QByteArray take() { return std::exchange(m_bytes, {}); }
     qsizetype size() const { return m_bytes.size(); } ///< of what can be taken, in bytes
+    /// The first @p size of them.
+    QByteArray take(qsizetype size)
+    {
+        const QByteArray rest = m_bytes.sliced(size);
+        m_bytes.truncate(size);
+        return std::exchange(m_bytes, rest);
+    }
+    /// Forgets the lines behind the first @p size bytes.
+    void cut(qsizetype size) { m_bytes.truncate(size); }
 
 private:
     QByteArray m_bytes;

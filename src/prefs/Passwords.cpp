@@ -33,7 +33,7 @@ Passwords::Fault Passwords::unreadable(const ::Fault &reason)
 
 Passwords::Fault Passwords::load()
 {
-    Result<Database> database = m_archives.open(ArchiveName::Users, Database::Use::Safe);
+    Result<Database> database = m_archives.open(ArchiveName::Users, m_reading);
     if (!database)
         return unreadable(database.fault());
     // Whoever has passed the gate relies on the register: what is damaged behind these few rows shows here, or in the

@@ -19,8 +19,11 @@ public:
         Unreadable,       ///< the register is there but cannot be read or written now; see reason()
     };
 
-    /// @param archives  must outlive this object
-    explicit Passwords(ArchiveStore &archives) : m_archives(archives) {}
+    /// @param archives  must outlive this object; @param reading  how load() opens the register
+    explicit Passwords(ArchiveStore &archives, Database::Use reading = Database::Use::Safe)
+        : m_archives(archives), m_reading(reading)
+    {
+    }
 
     /// Reads the three passwords from the register, and the whole register through when that has not been done yet.
     [[nodiscard]] Fault load();
@@ -43,6 +46,7 @@ private:
     Fault unreadable(const ::Fault &reason);
 
     ArchiveStore &m_archives;
+    const Database::Use m_reading;
     std::array<QString, 3> m_clear;
     ::Fault m_reason;
     bool m_isReadThrough = false;

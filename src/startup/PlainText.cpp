@@ -26,3 +26,15 @@ QString Centra(const QString &text, int width)
     const qsizetype before = qMax<qsizetype>(0, (width - text.size()) / 2);
     return (QString(before, QLatin1Char(' ')) + text).leftJustified(width);
 }
+
+QString printable(QString text)
+{
+    text.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
+    for (QChar &character : text) {
+        const QChar::Category category = character.category();
+        if (category == QChar::Other_Control || category == QChar::Other_Format || category == QChar::Separator_Line ||
+            category == QChar::Separator_Paragraph)
+            character = QLatin1Char('?');
+    }
+    return text;
+}

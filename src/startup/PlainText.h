@@ -13,3 +13,6 @@ enum class Fit { Left, Centred, Right };
 
 /// @p text in the middle of @p width characters, the odd blank behind it; a longer text is never cut.
 QString Centra(const QString &text, int width);
+
+/// @p text as one line that moves nothing on a terminal, whatever a name holds.
+QString printable(QString text);

@@ -1,0 +1,103 @@
+#include "archive/UsersCommand.h"
+
+#include "archives/Tables.h"
+#include "codes/UserColumns.h"
+
+namespace tool {
+
+namespace {
+
+constexpr std::array names = {"code", "type", "surname", "name", "notes", "truncated_code"};
+constexpr std::array widths = {9, 4, 15, 15, 15, 9};
+static_assert(names.size() == userColumns.size() && widths.size() == userColumns.size());
+
+QByteArray csvLines(const QList<User> &users, char separator)
+{
+    CsvWriter csv(separator);
+    for (const char *name : names)
+        csv.field(QByteArrayView(name));
+    csv.endLine();
+    for (const User &user : users) {
+        for (const UserColumn &column : userColumns)
+            csv.field(user.*column.value);
+        csv.endLine();
+    }
+    return csv.take();
+}
+
+QByteArray jsonLines(const QList<User> &users)
+{
+    QByteArray lines;
+    for (const User &user : users) {
+        char before = '{';
+        for (size_t i = 0; i < names.size(); ++i) {
+            lines += before + jsonText(names.at(i)) + ':' + jsonText((user.*userColumns.at(i).value).toUtf8());
+            before = ',';
+        }
+        lines += "}\n";
+    }
+    return lines;
+}
+
+QByteArray tableLines(const QList<User> &users, int width, const Texts &texts)
+{
+    QStringList captions;
+    for (const UserColumn &column : userColumns)
+        captions.append(texts[column.caption]);
+    QByteArray lines = tableLine(captions, widths, width);
+    for (const User &user : users) {
+        QStringList cells;
+        for (const UserColumn &column : userColumns)
+            cells.append(user.*column.value);
+        lines += tableLine(cells, widths, width);
+    }
+    return lines;
+}
+
+} // namespace
+
+QByteArray userLines(const QList<User> &users, const LineForm &form, const Texts &texts)
+{
+    switch (form.format) {
+    case Format::Csv:
+        return csvLines(users, form.separator);
+    case Format::Json:
+        return jsonLines(users);
+    default:
+        return tableLines(users, form.width, texts);
+    }
+}
+
+Result<QList<User>> UsersCommand::read()
+{
+    Result<Database> opened = m_site.archives.open(ArchiveName::Users, Database::Use::Untouched);
+    if (!opened)
+        return opened.fault();
+    QStringList fields;
+    for (const UserColumn &column : userColumns)
+        fields.append(QLatin1String(column.field));
+    QList<User> users;
+    const Result<void> read =
+        opened.value().each(QStringLiteral("SELECT %1 FROM Utenti ORDER BY rowid").arg(fields.join(QLatin1Char(','))),
+                            {}, [&users](const Statement &row) {
+                                User user;
+                                for (size_t i = 0; i < userColumns.size(); ++i)
+                                    user.*userColumns.at(i).value = row.text(static_cast<int>(i));
+                                users.append(std::move(user));
+                            });
+    return read ? Result<QList<User>>(std::move(users)) : read.fault();
+}
+
+Result<bool> UsersCommand::step(const QDeadlineTimer &until)
+{
+    if (!std::exchange(m_isRead, true)) {
+        const Result<QList<User>> users = read();
+        if (!users)
+            return users.fault();
+        m_pending.add(userLines(users.value(), m_form, m_site.texts));
+    }
+    const Result<bool> written = m_pending.write(until);
+    return written && written.value() ? m_pending.end() : written;
+}
+
+} // namespace tool
