@@ -19,7 +19,7 @@ QByteArray csvLines(const QList<User> &users, char separator)
     csv.endLine();
     for (const User &user : users) {
         for (const UserColumn &column : userColumns)
-            csv.field(user.*column.value);
+            csv.field(column.value.text(user));
         csv.endLine();
     }
     return csv.take();
@@ -31,7 +31,7 @@ QByteArray jsonLines(const QList<User> &users)
     for (const User &user : users) {
         char before = '{';
         for (size_t i = 0; i < names.size(); ++i) {
-            lines += before + jsonText(names.at(i)) + ':' + jsonText((user.*userColumns.at(i).value).toUtf8());
+            lines += before + jsonText(names.at(i)) + ':' + jsonText(userColumns.at(i).value.text(user).toUtf8());
             before = ',';
         }
         lines += "}\n";
@@ -48,7 +48,7 @@ QByteArray tableLines(const QList<User> &users, int width, const Texts &texts)
     for (const User &user : users) {
         QStringList cells;
         for (const UserColumn &column : userColumns)
-            cells.append(user.*column.value);
+            cells.append(column.value.text(user));
         lines += tableLine(cells, widths, width);
     }
     return lines;
@@ -82,7 +82,7 @@ Result<QList<User>> UsersCommand::read()
                             {}, [&users](const Statement &row) {
                                 User user;
                                 for (size_t i = 0; i < userColumns.size(); ++i)
-                                    user.*userColumns.at(i).value = row.text(static_cast<int>(i));
+                                    userColumns.at(i).value.set(user, row.text(static_cast<int>(i)));
                                 users.append(std::move(user));
                             });
     return read ? Result<QList<User>>(std::move(users)) : read.fault();
