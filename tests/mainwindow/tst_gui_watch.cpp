@@ -63,6 +63,51 @@ private Q_SLOTS:
         QTRY_COMPARE(desk.window.findChild<QMdiArea *>()->activeSubWindow()->widget(), desk.open("frmInfo"));
     }
 
+    /// What the operator does stands in the journal, and a search leads there.
+    void operatorInTheJournal()
+    {
+        Desk desk;
+        desk.goOnLine();
+        desk.entry("mnuEventi")->trigger();
+        ChildWindow *search = desk.open("frmEventi");
+        control<QLineEdit>(search, u"txtDataOrig"_s)->setText(u"01/03/2004"_s);
+        control<QLineEdit>(search, u"txtOraIn"_s)->setText(u"07:00:00"_s);
+        desk.click(search, "cmdRicerca");
+        QTRY_COMPARE(desk.messages.shown.size(), 1);
+        QCOMPARE(desk.messages.take(), QStringList{u"Information: No events found!"_s});
+        desk.click(search, "cmdCoverage");
+        const auto *from = control<QLineEdit>(desk.open("frmJournal"), u"txtFrom"_s);
+        QCOMPARE(from->text(), u"01/03/2004"_s);
+        control<QLineEdit>(search, u"txtDataOrig"_s)->setText(u"05/03/2004"_s);
+        desk.click(search, "cmdRicerca");
+        QTRY_COMPARE(desk.messages.shown.size(), 1);
+        desk.messages.take();
+        desk.click(search, "cmdCoverage");
+        QCOMPARE(from->text(), u"05/03/2004"_s);
+
+        for (int i = 0; i < 2; ++i) {
+            desk.entry("mnuNumEvOdVis")->trigger();
+            control<QLineEdit>(desk.open("frmNumEvOd"), u"txtNumEv"_s)->setText(u"40"_s);
+            desk.click(desk.open("frmNumEvOd"), "cmdOk");
+            QTRY_VERIFY(!desk.open("frmNumEvOd"));
+        }
+        desk.entry("mnuUtenti")->trigger();
+        ChildWindow *list = desk.open("frmLstUtenti");
+        QTRY_VERIFY(list->isEnabled() && control(list, u"cmdElimina"_s)->isEnabled());
+        desk.messages.answers = {Messages::Answer::Yes};
+        desk.click(list, "cmdElimina");
+        QTRY_VERIFY(desk.messages.answers.isEmpty() && desk.messages.standing == 0);
+        desk.messages.take();
+        desk.click(list, "cmdSalva");
+        QTRY_VERIFY(!desk.open("frmLstUtenti"));
+        desk.program.journal().wake();
+        QCOMPARE(
+            desk.test.rows(ArchiveName::journal(2004),
+                           u"SELECT Tipo, Dato1, Dato2 FROM Giornale WHERE Tipo BETWEEN 60 AND 79 ORDER BY Num"_s),
+            (QStringList{u"67|01/03/2004 - 05/03/2004, 07:00:00 - 23:59:59|0"_s,
+                         u"67|05/03/2004 - 05/03/2004, 07:00:00 - 23:59:59|0"_s, u"63|NUMEVOD|40"_s, u"60|0,0,1|"_s}));
+    }
+
     /// Nobody is decided about by the users of before; the events wait until the register can be read.
     void savedRegisterThatCannotBeRead()
     {
