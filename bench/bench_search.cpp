@@ -148,7 +148,7 @@ void window(TestFolder &test)
     Settings settings(test.folder, printers);
     Notices notices;
     const CurrentPrinter printer(settings, printers, notices);
-    const Journal journal(test.archives, clock, notices);
+    Journal journal(test.archives, clock, notices);
     frmEventi form(texts, messages, test.archives, clock, printer, journal);
     if (!form.open())
         return;

@@ -5,7 +5,7 @@
 
 #include <QEvent>
 
-CoverageLine::CoverageLine(const Texts &texts, const Journal &journal, ChildWindow *window)
+CoverageLine::CoverageLine(const Texts &texts, Journal &journal, ChildWindow *window)
     : m_texts(texts), m_journal(journal), m_runner(new TaskRunner(window))
 {
     setObjectName(QStringLiteral("cmdCoverage"));

@@ -14,7 +14,7 @@ class CoverageLine : public QPushButton
 
 public:
     /// @param window  whose line it is; like the others, it must outlive this object
-    CoverageLine(const Texts &texts, const Journal &journal, ChildWindow *window);
+    CoverageLine(const Texts &texts, Journal &journal, ChildWindow *window);
 
     /// Nothing is said any more.
     void forget();
@@ -36,7 +36,7 @@ private:
     void look();
 
     const Texts &m_texts;
-    const Journal &m_journal;
+    Journal &m_journal;
     TaskRunner *m_runner; ///< the window's
     std::unique_ptr<CoverageReading> m_reading;
     DailyHours m_hours;

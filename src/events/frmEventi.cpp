@@ -29,7 +29,7 @@ constexpr double leastShare = 2.0 / 3; ///< of the main window's height
 } // namespace
 
 frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
-                     const CurrentPrinter &printer, const Journal &journal, QWidget *parent)
+                     const CurrentPrinter &printer, Journal &journal, QWidget *parent)
     : ChildWindow(QStringLiteral("frmEventi"), parent),
       m_texts(texts),
       m_messages(messages),
@@ -356,6 +356,7 @@ void frmEventi::searchDone(const Result<void> &searched)
 void frmEventi::tellOutcome(const Result<void> &searched)
 {
     setBusy(false);
+    Q_EMIT this->searched(m_searched, m_search.results().count());
     const bool isNone = m_search.results().count() == 0;
     if (const QString lacking = lacks(searched); !lacking.isEmpty())
         m_messages.show(this, searched ? Icon::Exclamation : Icon::Critical, lacking);

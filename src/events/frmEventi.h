@@ -29,7 +29,7 @@ class frmEventi : public ChildWindow
 public:
     /// All must outlive this window.
     frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
-              const CurrentPrinter &printer, const Journal &journal, QWidget *parent = nullptr);
+              const CurrentPrinter &printer, Journal &journal, QWidget *parent = nullptr);
     ~frmEventi() override;
 
     /// Begins to read the users, whose names come a moment later when there are many.
@@ -38,6 +38,10 @@ public:
 Q_SIGNALS:
     /// The operator wants to see when the program listened on these days.
     void journalWanted(QDate first, QDate last);
+    /// A search has ended, or what it found was handed to the printer or written to a file.
+    void searched(const DailyHours &hours, qsizetype rows);
+    void printed(const DailyHours &hours, qsizetype rows);
+    void exported(const DailyHours &hours, qsizetype rows);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

@@ -114,7 +114,11 @@ void frmEventiOdierni::printShown()
     const auto fields = [rows](qsizetype index) { return textsOf(EventColumns::last, rows[index]); };
     m_printing.print(
         std::make_unique<EventReport>(EventReport::Table::LastEvents, m_texts, TableReport::Rows{rows.size(), fields}),
-        m_texts[Text::UltimiEventiTitolo], [this] { holdStill(false); });
+        m_texts[Text::UltimiEventiTitolo], [this, rows](bool isPrinted) {
+            holdStill(false);
+            if (isPrinted)
+                Q_EMIT printed({rows.constFirst().event.Data, rows.constLast().event.Data}, rows.size());
+        });
 }
 
 void frmEventiOdierni::holdStill(bool still)

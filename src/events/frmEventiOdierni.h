@@ -2,6 +2,7 @@
 
 #include "events/DailyEventCount.h"
 #include "events/DayView.h"
+#include "journal/CoverageReading.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
 #include "widgets/TaskRunner.h"
@@ -26,6 +27,10 @@ public:
     bool open() override;
     /// Most rows to be shown, limited to 1 to 1000; an open view keeps those that it began with.
     void setNumEv(int rows) { m_limit = qBound(1, rows, HighestDailyEventCount); }
+
+Q_SIGNALS:
+    /// Events were handed to the printer. @param hours  days of the first and of the last of them
+    void printed(const DailyHours &hours, qsizetype rows);
 
 private:
     void captions();

@@ -83,8 +83,10 @@ void frmEventi::printFound()
     const auto fields = [this, first](qsizetype index) { return foundRow(first + index); };
     m_printing.print(std::make_unique<EventReport>(EventReport::Table::Search, m_texts,
                                                    TableReport::Rows{count, fields}, m_coverage->missing()),
-                     m_texts[Text::RicercaEventi], [this] {
+                     m_texts[Text::RicercaEventi], [this, count](bool isPrinted) {
                          setBusy(false);
+                         if (isPrinted)
+                             Q_EMIT printed(m_searched, count);
                          dbgrdDati->setCurrentIndex(m_rows->index(0, 0));
                      });
 }
@@ -144,7 +146,9 @@ void frmEventi::exportTo(const QString &file)
     m_runner.run(std::move(work), TaskRunner::Notice{m_texts[Text::EsportazioneInCorso], {}, label},
                  [this](const Result<void> &written) {
                      setBusy(false);
-                     if (!written)
+                     if (written)
+                         Q_EMIT exported(m_searched, m_search.results().count());
+                     else
                          m_messages.show(this, Icon::Exclamation,
                                          m_texts.sentence({Text::ImpossibileCreareFileExcel, {}, written.fault()}));
                  });

@@ -116,6 +116,7 @@ void frmPrnLastEv::printLast(qsizetype number)
         return m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoDisponibile]);
 
     const qsizetype count = read.value().size();
+    const DailyHours days = {read.value().constFirst().event.Data, read.value().constLast().event.Data};
     const auto fields = [this, rows = std::move(read.value())](qsizetype index) {
         const auto &[ProgEv, event] = rows[index];
         const User *user = m_users.findCode(event.Codice);
@@ -124,5 +125,8 @@ void frmPrnLastEv::printLast(qsizetype number)
     };
     m_printing.print(
         std::make_unique<EventReport>(EventReport::Table::LastEvents, m_texts, TableReport::Rows{count, fields}),
-        m_texts[Text::UltimiEventiTitolo]);
+        m_texts[Text::UltimiEventiTitolo], [this, days, count](bool isPrinted) {
+            if (isPrinted)
+                Q_EMIT printed(days, count);
+        });
 }

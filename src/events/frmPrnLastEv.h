@@ -1,6 +1,7 @@
 #pragma once
 
 #include "codes/UserDirectory.h"
+#include "journal/CoverageReading.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
 #include "widgets/TaskRunner.h"
@@ -27,6 +28,10 @@ public:
 
     /// Begins to read the users.
     bool open() override;
+
+Q_SIGNALS:
+    /// Events were handed to the printer. @param hours  days of the first and of the last of them
+    void printed(const DailyHours &hours, qsizetype rows);
 
 private:
     void captions();

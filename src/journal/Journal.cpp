@@ -75,8 +75,10 @@ void Journal::end(qint64 millisecondsAgo)
     m_file.reset();
 }
 
-std::unique_ptr<CoverageReading> Journal::read(const DailyHours &hours, const Moment &until) const
+std::unique_ptr<CoverageReading> Journal::read(const DailyHours &hours, const Moment &until)
 {
+    if (!m_queue.isEmpty())
+        wake();
     const bool isWritten = m_running && m_queue.isEmpty();
     return std::make_unique<CoverageReading>(m_archives, hours, until.seconds,
                                              isWritten ? std::optional(momentBefore(0)) : std::nullopt);

@@ -40,9 +40,9 @@ public:
     /// Notes the end in order, which was @p millisecondsAgo, writes what waits and closes the file.
     void end(qint64 millisecondsAgo = 0);
 
-    /// Begins to find out whether this program and those before it listened. The one that runs is known to listen until
-    /// now when all its rows are on disk. @param until  as of CoverageReading
-    std::unique_ptr<CoverageReading> read(const DailyHours &hours, const Moment &until) const;
+    /// Writes what waits, and begins to find out whether this program and those before it listened. The one that runs
+    /// is known to listen until now when all its rows are on disk. @param until  as of CoverageReading
+    std::unique_ptr<CoverageReading> read(const DailyHours &hours, const Moment &until);
 
     /// The moment that lies @p millisecondsAgo.
     Moment momentBefore(qint64 millisecondsAgo) const;

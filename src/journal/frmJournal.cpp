@@ -24,7 +24,7 @@ constexpr double leastShare = 2.0 / 3; ///< of the main window's height
 
 } // namespace
 
-frmJournal::frmJournal(const Texts &texts, Messages &messages, const Journal &journal, const CurrentPrinter &printer,
+frmJournal::frmJournal(const Texts &texts, Messages &messages, Journal &journal, const CurrentPrinter &printer,
                        QWidget *parent)
     : ChildWindow(QStringLiteral("frmJournal"), parent),
       m_texts(texts),

@@ -26,7 +26,7 @@ public:
     static constexpr int MostDays = 31;
 
     /// Shows the last week. All must outlive this window.
-    frmJournal(const Texts &texts, Messages &messages, const Journal &journal, const CurrentPrinter &printer,
+    frmJournal(const Texts &texts, Messages &messages, Journal &journal, const CurrentPrinter &printer,
                QWidget *parent = nullptr);
     ~frmJournal() override;
 
@@ -59,7 +59,7 @@ private:
 
     const Texts &m_texts;
     Messages &m_messages;
-    const Journal &m_journal;
+    Journal &m_journal;
     TaskRunner m_runner;
     Printing m_printing;
     std::unique_ptr<CoverageReading> m_reading;

@@ -30,9 +30,6 @@ void JournalKeeper::watch(LinkMonitor &link, const Settings &settings)
     connect(&link, &LinkMonitor::portBack, this, [this] { notePort(JournalKind::PortBack); });
     connect(&link, &LinkMonitor::portNotAvailable, this,
             [this](const Fault &fault) { notePort(JournalKind::PortNotAvailable, fault.code); });
-    connect(&link, &LinkMonitor::portChosen, this, [this](int port) {
-        m_journal.note(JournalKind::SettingChanged, QStringLiteral("COM"), QString::number(port));
-    });
     connect(&link, &LinkMonitor::queryEnded, this, &JournalKeeper::queryEnded);
     connect(&link, &LinkMonitor::switchedOn, this, &JournalKeeper::noteSwitchedOn);
 }
@@ -69,6 +66,23 @@ void JournalKeeper::watch(Awake &awake)
         m_journal.noteLate(JournalKind::Slept, milliseconds);
         m_journal.note(JournalKind::Woke);
     });
+}
+
+void JournalKeeper::watch(Settings &settings)
+{
+    connect(&settings, &Settings::changed, this, [this](const QString &key, const QString &value) {
+        static const QStringList told = {QStringLiteral("COM"), QStringLiteral("LINGUA"),  QStringLiteral("CHECK"),
+                                         QStringLiteral("PRN"), QStringLiteral("NUMEVOD"), QStringLiteral("BKPTIME")};
+        if (told.contains(key))
+            m_journal.note(JournalKind::SettingChanged, key, value);
+        else if (key == QStringLiteral("BKPFOLDER"))
+            m_journal.note(JournalKind::SettingChanged, key); // a path may hold somebody's name
+    });
+}
+
+void JournalKeeper::noteEvents(JournalKind kind, const DailyHours &hours, qsizetype rows)
+{
+    m_journal.note(kind, hours.text(), QString::number(rows));
 }
 
 void JournalKeeper::notePassword(JournalKind kind, Passwords::Type which)

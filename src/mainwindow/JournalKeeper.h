@@ -26,7 +26,11 @@ public:
     void watch(TimeProgramme &timeProgramme);
     void watch(DailyBackup &backup);
     void watch(Awake &awake);
+    /// Of the settings those that an operator chooses in a window for it.
+    void watch(Settings &settings);
     void notePassword(JournalKind kind, Passwords::Type which);
+    /// @param kind  Searched, Printed or Exported
+    void noteEvents(JournalKind kind, const DailyHours &hours, qsizetype rows);
     /// The program ends: that nothing waits any more does not mean that it has been stored.
     void stop() { m_isStopped = true; }
 

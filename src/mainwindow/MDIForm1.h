@@ -89,6 +89,8 @@ private:
     // Windows, and what they report.
     template<class Editor>
     void openEditor(TimeProgramme::Part part);
+    template<class Window, class Signal>
+    void noteEvents(Window *window, Signal done, JournalKind kind);
     void openPortWindow(bool first);
     void objImpCom_Chiudi(int port, frmImpCom::Esito outcome);
     void openDiagnostics();

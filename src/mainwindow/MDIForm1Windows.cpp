@@ -189,6 +189,15 @@ void MDIForm1::mnuProgFerie_Click()
 
 // Events -------------------------------------------------------------------------------------------------------------
 
+/// Notes what a window tells that it has done with events.
+template<class Window, class Signal>
+void MDIForm1::noteEvents(Window *window, Signal done, JournalKind kind)
+{
+    JournalKeeper &keeper = m_program.keeper();
+    connect(window, done, &keeper,
+            [&keeper, kind](const DailyHours &hours, qsizetype rows) { keeper.noteEvents(kind, hours, rows); });
+}
+
 void MDIForm1::mnuEventi_Click()
 {
     m_windows.open<frmEventi>([this] {
@@ -199,6 +208,9 @@ void MDIForm1::mnuEventi_Click()
             if (auto *journal = m_windows.find<frmJournal>())
                 journal->show(first, last);
         });
+        noteEvents(window, &frmEventi::searched, JournalKind::Searched);
+        noteEvents(window, &frmEventi::printed, JournalKind::Printed);
+        noteEvents(window, &frmEventi::exported, JournalKind::Exported);
         return window;
     });
 }
@@ -206,8 +218,10 @@ void MDIForm1::mnuEventi_Click()
 void MDIForm1::mnuEventiOdierni_Click()
 {
     auto *opened = m_windows.open<frmEventiOdierni>([this] {
-        return new frmEventiOdierni(m_program.texts(), m_messages, m_program.archives(), m_program.clock(),
-                                    m_program.printer());
+        auto *window = new frmEventiOdierni(m_program.texts(), m_messages, m_program.archives(), m_program.clock(),
+                                            m_program.printer());
+        noteEvents(window, &frmEventiOdierni::printed, JournalKind::Printed);
+        return window;
     });
     if (opened)
         opened->setNumEv(m_program.settings().NumEvOd);
@@ -216,8 +230,10 @@ void MDIForm1::mnuEventiOdierni_Click()
 void MDIForm1::mnuPrnLastEv_Click()
 {
     m_windows.open<frmPrnLastEv>([this] {
-        return new frmPrnLastEv({m_program.log(), m_program.archives()}, m_program.printer(), m_program.texts(),
-                                m_messages);
+        auto *window = new frmPrnLastEv({m_program.log(), m_program.archives()}, m_program.printer(), m_program.texts(),
+                                        m_messages);
+        noteEvents(window, &frmPrnLastEv::printed, JournalKind::Printed);
+        return window;
     });
 }
 

@@ -46,6 +46,7 @@ Program::Program(const ProgramPlaces &places, const Clock &clock, const Printers
     m_keeper.watch(m_road, m_log);
     m_keeper.watch(m_timeProgramme);
     m_keeper.watch(m_backup);
+    m_keeper.watch(m_settings);
     connect(&tmrRefresh, &QTimer::timeout, this, &Program::tmrRefresh_Timer);
     connect(&tmrUsers, &QTimer::timeout, this, &Program::tmrUsers_Timer);
     connect(&m_timeProgramme, &TimeProgramme::applied, this,
@@ -225,7 +226,6 @@ void Program::usersRead(const Result<void> &read)
 
 void Program::reloadUsers()
 {
-    m_journal.note(JournalKind::RegisterSaved);
     m_usersFaultTold = false;
     // Events that come before the new register has been read wait for it.
     m_users.forget();

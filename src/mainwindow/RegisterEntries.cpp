@@ -69,18 +69,20 @@ void RegisterEntries::openWindow(const QString &restored)
         connect(window, &frmLstUtenti::Stampa, this,
                 [this, window, printing] { printing->findPrinter([=, this] { print(window, printing); }); });
         connect(window, &frmLstUtenti::StampaDoppioni, this, &RegisterEntries::printDuplicates);
-        connect(window, &frmLstUtenti::Chiudi, this,
-                [this, isRestored = !restored.isEmpty()](auto outcome) { closed(outcome, isRestored); });
+        connect(window, &frmLstUtenti::Chiudi, this, [this, window, isRestored = !restored.isEmpty()](auto outcome) {
+            if (outcome == frmLstUtenti::Esito::Saved)
+                saved(isRestored ? std::nullopt : std::optional(window->changes()));
+        });
         return window;
     });
 }
 
-void RegisterEntries::closed(frmLstUtenti::Esito outcome, bool isRestored)
+/// @param changes  none when all of the register was restored
+void RegisterEntries::saved(const std::optional<UserChanges> &changes)
 {
-    if (outcome != frmLstUtenti::Esito::Saved)
-        return;
-    if (isRestored)
+    if (!changes)
         m_program.journal().note(JournalKind::Restored);
+    m_program.journal().note(JournalKind::RegisterSaved, changes ? changes->text() : QString());
     m_program.reloadUsers();
 }
 

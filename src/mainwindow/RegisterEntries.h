@@ -30,7 +30,7 @@ private:
     void askPassword();
     void chooseFile();
     void openWindow(const QString &restored = {});
-    void closed(frmLstUtenti::Esito outcome, bool isRestored);
+    void saved(const std::optional<UserChanges> &changes);
     void print(frmLstUtenti *window, Printing *printing);
     void printDuplicates(ChildWindow *window, const QString &report);
 

@@ -85,14 +85,19 @@ Result<void> Settings::ScriviImpostazione(const QString &key, const QString &lin
     const QByteArray entry = Windows1252::encode(line);
     QByteArray content;
     bool found = false;
+    bool isOther = false;
     for (const QByteArray &old : read.value()) {
         const bool matches = old.contains(mark(key));
         content += (matches ? entry : old) + "\r\n";
         found = found || matches;
+        isOther = isOther || (matches && old != entry);
     }
     if (!found)
         content += entry + "\r\n";
-    return m_folder.disk().replaceContent(m_folder.path(fileName()), content, temporaryName());
+    Result<void> written = m_folder.disk().replaceContent(m_folder.path(fileName()), content, temporaryName());
+    if (written && (isOther || !found))
+        Q_EMIT changed(key, line.mid(line.indexOf(QLatin1Char('=')) + 1));
+    return written;
 }
 
 /// All entries with the values in force: for a file that somebody has removed meanwhile.

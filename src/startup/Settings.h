@@ -6,13 +6,16 @@
 #include "texts/Notices.h"
 
 #include <QByteArrayList>
+#include <QObject>
 
 /// The settings file Impost.stp and the values read from it.
 ///
 /// A line belongs to a key as soon as it holds the key followed by "=". The file is rewritten line by line and changes
 /// as a whole: a power cut leaves the old or the new one. Values are 16-bit numbers.
-class Settings
+class Settings : public QObject
 {
+    Q_OBJECT
+
 public:
     /// All must outlive this object.
     Settings(ProgramFolder &folder, const Printers &printers);
@@ -45,6 +48,10 @@ public:
     /// chooses.
     /// @return why the file cannot be read though it is there; TooLarge past 64 KiB
     Result<void> read(int systemLanguage, Notices &notices);
+
+Q_SIGNALS:
+    /// An entry of the file has another value now.
+    void changed(const QString &key, const QString &value);
 
 private:
     Result<QByteArrayList> lines() const;

@@ -223,7 +223,9 @@ Result<void> UserRegister::add(const QString &code, CodeType type)
 {
     if (Result<void> added = m_editor.add(codeValues(code, type, m_protocol())); !added)
         return added;
-    users().settle(m_editor.database()->lastRow());
+    const qint64 id = m_editor.database()->lastRow();
+    m_changes.add(id);
+    users().settle(id);
     return {};
 }
 
@@ -233,6 +235,7 @@ Result<void> UserRegister::changeCode(qint64 id, const QString &code, CodeType t
         return Fault{FaultCode::NotFound, archive()};
     if (Result<void> changed = m_editor.edit(codeValues(code, type, m_protocol())); !changed)
         return changed;
+    m_changes.change(id);
     users().settle(id);
     return {};
 }
@@ -243,6 +246,7 @@ Result<void> UserRegister::remove()
     const User user = current();
     if (Result<void> removed = m_editor.remove(); !removed)
         return removed;
+    m_changes.remove(id);
     users().moveNext();
     if (users().isEof())
         users().moveLast();
@@ -269,6 +273,7 @@ Result<void> UserRegister::setText(qsizetype row, const QString &field, const QS
     Result<void> stored = m_editor.edit({{field, limited}});
     all.moveTo(current);
     if (stored) {
+        m_changes.change(id);
         for (NameList *names : {&m_surnames, &m_firstNames}) {
             if (names->name() == changed->value.member)
                 names->change(id, before, limited);
@@ -296,8 +301,10 @@ void UserRegister::codeRunEnded(const QList<CodeRun::Added> &added)
         return;
     QList<RecordSet::Added> rows;
     rows.reserve(added.size());
-    for (const auto &[id, code, truncated] : added)
+    for (const auto &[id, code, truncated] : added) {
+        m_changes.add(id);
         rows.append({id, {code, typeText(CodeType::Transmitter), truncated}});
+    }
     users().noteAdded({codeField(), QStringLiteral("Tipo"), QStringLiteral("CodTronc")}, rows);
     find(added.constFirst().code);
 }

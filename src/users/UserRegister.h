@@ -6,6 +6,7 @@
 #include "users/CodeRun.h"
 #include "users/NameList.h"
 #include "users/TruncatedCodes.h"
+#include "users/UserChanges.h"
 
 #include <functional>
 #include <memory>
@@ -43,6 +44,8 @@ public:
     bool isChanged() const { return m_editor.isChanged(); }
     void setChanged() { m_editor.setChanged(); }
     const QString &archive() const { return m_editor.archive(); }
+    /// Since the working copy was made; past the end of the work as they were then.
+    const UserChanges &changes() const { return m_changes; }
 
     /// The users in the order of their codes; valid after open(). To be read and moved in.
     RecordSet &users() { return m_editor.set(); }
@@ -82,6 +85,7 @@ private:
     ArchiveStore &m_archives;
     const std::function<Protocol()> m_protocol;
     CopyEditor m_editor;
+    UserChanges m_changes;
     NameList m_surnames{&User::Cognome};
     NameList m_firstNames{&User::Nome};
 };

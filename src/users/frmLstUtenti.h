@@ -52,6 +52,8 @@ public:
 
     /// The users as they are at this moment; only after open().
     QList<User> users() { return m_register.all(); }
+    /// What the operator has done to them so far.
+    const UserChanges &changes() const { return m_register.changes(); }
 
 Q_SIGNALS:
     /// The window has closed and its working copy is gone.

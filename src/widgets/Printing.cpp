@@ -155,7 +155,7 @@ void Printing::tellNoPrinter(const Fault &fault, Icon icon)
     }
 }
 
-void Printing::print(std::unique_ptr<Report> report, const QString &title, std::function<void()> ended)
+void Printing::print(std::unique_ptr<Report> report, const QString &title, std::function<void(bool)> ended)
 {
     tmrStampa_Timer();
     m_notice = new frmStampaInCorso(m_texts, m_window);
@@ -169,7 +169,7 @@ void Printing::print(std::unique_ptr<Report> report, const QString &title, std::
         else
             m_messages.show(m_window, Icon::Exclamation, m_texts.sentence(made.message()));
         if (ended)
-            ended();
+            ended(painted.ok());
     });
 }
 

@@ -41,9 +41,9 @@ public:
     void findPrinter(std::function<void()> found, std::function<void()> notFound = {}, Icon icon = Icon::Information);
     /// Begins a print; from @p found only.
     /// @param title  of the job
-    /// @param ended  called when the document was handed over or has failed and the operator was told, not when the
-    /// window closes before
-    void print(std::unique_ptr<Report> report, const QString &title, std::function<void()> ended = {});
+    /// @param ended  called when the document was handed over (true) or has failed and the operator was told (false),
+    /// not when the window closes before
+    void print(std::unique_ptr<Report> report, const QString &title, std::function<void(bool)> ended = {});
     bool isRunning() const { return m_search || m_runner.isRunning(); }
     /// Ends a print in the middle; nothing of it goes to the printer.
     void stop();

@@ -1,7 +1,8 @@
 // The built program is cut off, and loses its port: what its journal says of it the next time.
 
 #include "e2e/Programs.h"
-#include "journal/JournalReading.h"
+#include "journal/CoverageReading.h"
+#include "journal/CoverageWords.h"
 
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -51,7 +52,7 @@ private Q_SLOTS:
         };
         std::unique_ptr<Running> supervisor = start();
         QVERIFY(supervisor->tells("ON LINE"));
-        for (int round = 0; round < 4; ++round) {
+        for (int round = 0; round < 10; ++round) {
             // In the middle of its work, which may be the journal's own.
             interface.say("tx 12345 A\nrepower");
             QTest::qWait(QRandomGenerator::global()->bounded(1500));
@@ -78,6 +79,7 @@ private Q_SLOTS:
         interface.say("plug");
         QVERIFY(supervisor->tells("ON LINE", 2));
         const qint64 back = now();
+        QTest::qWait(2000);
         QCOMPARE(supervisor->end(), 0);
         QTest::qWait(2000);
         const QList<CoveredSpan> told = gaps(site, unplugged);
@@ -85,12 +87,72 @@ private Q_SLOTS:
         QVERIFY2(lost >= 2 && lost <= back - unplugged + 1, qPrintable(QString::number(lost)));
         QVERIFY(lengthOf(told, Listening::NotRunning) >= 1);
         QCOMPARE(lengthOf(told, Listening::NotKnown), 0);
+        const QDateTime since = QDateTime::fromSecsSinceEpoch(unplugged);
+        CoverageReading search(site.archives, {since.date(), QDate::currentDate(), since.time()}, now());
+        QVERIFY(finish(search).ok());
+        Texts texts;
+        texts.fill(2);
+        const QString words = coverageWords(missingOf(search.spans()), texts);
+        QVERIFY2(words.startsWith(u"Not listening: 2 times, "_s) && !words.contains(u"Not known"_s), qPrintable(words));
         const QString journal = ArchiveName::journal(QDate::currentDate().year());
         QCOMPARE(site.files(u"Archivi"_s).filter(u"Giornale"_s), QStringList{QFileInfo(journal).fileName()});
         const QStringList kinds = site.rows(journal, u"SELECT Tipo FROM Giornale GROUP BY Tipo"_s);
         for (const QString &kind : listOf("1,2,3,20,22,23,25,27,41"))
             QVERIFY2(kinds.contains(kind), qPrintable(kinds.join(u' ')));
         QVERIFY(!site.rows(Site::day(), u"SELECT count(*) FROM Eventi"_s).contains(u"0"_s));
+    }
+
+    /// Somebody sets the clock two hours ahead, and back.
+    void clockIsSet()
+    {
+        const QString library = QStringLiteral(KOR_FAKETIME);
+        if (!QFileInfo::exists(library))
+            QSKIP("libfaketime is not installed, or cannot be used with the sanitizers");
+        Site site;
+        site.addUsers({listOf("12345,TX,Bianchi,Anna")});
+        site.write(u"time"_s, "+0");
+        Running interface("kor-simulator", site.interface());
+        QVERIFY(interface.tells("Porte/COM7"));
+        Running supervisor("kor-supervisor", site.console(listOf("--port,7")),
+                           {u"LD_PRELOAD="_s + library, u"FAKETIME_NO_CACHE=1"_s, u"FAKETIME_DONT_FAKE_MONOTONIC=1"_s,
+                            u"FAKETIME_TIMESTAMP_FILE="_s + site.directory.filePath(u"time"_s)});
+        QVERIFY(supervisor.tells("ON LINE"));
+        const qint64 start = now();
+        QTest::qWait(4000);
+        // What is noted next looks at the clock.
+        const auto set = [&](const QByteArray &offset) {
+            site.write(u"time"_s, offset);
+            interface.say("unplug");
+            const int times = static_cast<int>(supervisor.output.count("ON LINE")) + 1;
+            QTest::qWait(1500);
+            interface.say("plug");
+            QVERIFY(supervisor.tells("ON LINE", times));
+            QTest::qWait(1500);
+        };
+        const qint64 wrong = now();
+        set("+7200");
+        const qint64 right = now();
+        set("+0");
+        QCOMPARE(supervisor.end(), 0);
+        const qint64 end = now();
+
+        const int year = QDate::currentDate().year();
+        JournalReading reading(site.archives, year, year);
+        QVERIFY(finish(reading).ok());
+        QList<qint64> moves;
+        for (const JournalRow &row : reading.content().rows) {
+            if (row.kind == JournalKind::ClockMoved)
+                moves += momentOfText(row.second)->seconds - momentOfText(row.first)->seconds;
+        }
+        QCOMPARE(moves.size(), 2);
+        QVERIFY2(qAbs(moves[0] - 7200) <= 1 && qAbs(moves[1] + 7200) <= 1, qPrintable(QString::number(moves[1])));
+        // While the clock was wrong nobody knows what it should have shown.
+        const QList<CoveredSpan> spans = coverage(reading.content(), start + 1, end);
+        QCOMPARE(spans.value(0).state, Listening::Listened);
+        QCOMPARE(spans.value(1).state, Listening::NotKnown);
+        QVERIFY(spans[0].to >= start + 3 && spans[0].to <= wrong + 3 && spans[1].to >= right &&
+                spans[1].to <= right + 3);
+        QVERIFY(lengthOf(spans, Listening::PortLost) >= 1);
     }
 };
 

@@ -115,6 +115,7 @@ private Q_SLOTS:
         QFETCH(QString, typed);
         QFETCH(int, first);
         LastEvents desk;
+        QSignalSpy printed(desk.window.get(), &frmPrnLastEv::printed);
         desk.store(events);
         desk.print(typed);
         QTEST(desk.box->text(), "left");
@@ -131,6 +132,9 @@ private Q_SLOTS:
         for (int i = first; i <= events; ++i)
             expected += u" %1 DKS %2B 05-03-2004 %3"_s.arg(i).arg(i == events ? u"Rossi Anna "_s : QString(),
                                                                   QTime(7, i).toString(u"hh:mm:ss"_s));
+        QTRY_COMPARE(printed.size(), 1);
+        QCOMPARE(printed[0][0].value<DailyHours>().text(), u"05/03/2004 - 05/03/2004, 00:00:00 - 23:59:59"_s);
+        QCOMPARE(printed[0][1].toInt(), events - first + 1);
         QString text = read(desk.printers).first();
         const QString heading = u" N\u00B0 Type User User CH CH Date Time KOR Surname First name DIS DIS"_s;
         QCOMPARE(text.count(heading), events == 40 ? 2 : 1);

@@ -63,6 +63,98 @@ private Q_SLOTS:
         QTRY_COMPARE(desk.window.findChild<QMdiArea *>()->activeSubWindow()->widget(), desk.open("frmInfo"));
     }
 
+    /// The adapter is pulled out, the program ended and started again: a search of the day names both gaps.
+    void bothGapsAreNamed()
+    {
+        Office office;
+        office.test.addUsers({listOf("1,TX,Rossi,Mario")});
+        office.test.write(u"Impost.stp"_s, "COM=7\r\nLINGUA=2\r\nCHECK=1\r\nNUMEVOD=25\r\nPRN=-1\r\n");
+        PseudoTerminal interface(office.test.directory.filePath(u"Porte/COM7"_s));
+        QObject::connect(&interface, &PseudoTerminal::readyRead, [&] {
+            if (interface.read().endsWith("&IC"))
+                interface.write(answer);
+        });
+        const auto pass = [&office](int minutes) {
+            office.clock.milliseconds += minutes * 60'000;
+            office.clock.moment = office.clock.moment.addSecs(minutes * 60);
+        };
+        const auto answers = [](Program &program) { return program.link().link() == LinkMonitor::Link::Answering; };
+        const auto run = [&](const std::function<void(Program &, MDIForm1 &)> &use) {
+            Program program({office.test.directory.path()}, office.clock, office.printers);
+            QVERIFY(interface.open().ok() && !program.prepare(2, {}));
+            MDIForm1 window(program, office.messages);
+            window.load();
+            control<QTimer>(&window, u"tmrShow"_s)->start(0);
+            QTRY_VERIFY(answers(program));
+            use(program, window);
+            window.end();
+        };
+        run([&](Program &program, MDIForm1 & /*unused*/) {
+            pass(5);
+            interface.close();
+            QTRY_VERIFY(!program.serial().portOpen());
+            pass(3);
+            QVERIFY(interface.open().ok());
+            program.link().wake();
+            QTRY_VERIFY(answers(program));
+            pass(10);
+        });
+        pass(20);
+        run([&](Program & /*unused*/, MDIForm1 &window) {
+            pass(2);
+            window.findChild<QAction *>(u"mnuEventi"_s)->trigger();
+            control<QLineEdit>(&window, u"txtOraIn"_s)->setText(u"07:45:00"_s);
+            control(&window, u"cmdRicerca"_s)->click();
+            QTRY_COMPARE(control(&window, u"cmdCoverage"_s)->text(), u"Not listening: 2 times, 23 min 0 s in all"_s);
+        });
+        office.messages.take();
+    }
+
+    /// What the operator does stands in the journal, and a search leads there.
+    void operatorInTheJournal()
+    {
+        Desk desk;
+        desk.goOnLine();
+        desk.entry("mnuEventi")->trigger();
+        ChildWindow *search = desk.open("frmEventi");
+        control<QLineEdit>(search, u"txtDataOrig"_s)->setText(u"01/03/2004"_s);
+        control<QLineEdit>(search, u"txtOraIn"_s)->setText(u"07:00:00"_s);
+        desk.click(search, "cmdRicerca");
+        QTRY_COMPARE(desk.messages.shown.size(), 1);
+        QCOMPARE(desk.messages.take(), QStringList{u"Information: No events found!"_s});
+        desk.click(search, "cmdCoverage");
+        const auto *from = control<QLineEdit>(desk.open("frmJournal"), u"txtFrom"_s);
+        QCOMPARE(from->text(), u"01/03/2004"_s);
+        control<QLineEdit>(search, u"txtDataOrig"_s)->setText(u"05/03/2004"_s);
+        desk.click(search, "cmdRicerca");
+        QTRY_COMPARE(desk.messages.shown.size(), 1);
+        desk.messages.take();
+        desk.click(search, "cmdCoverage");
+        QCOMPARE(from->text(), u"05/03/2004"_s);
+
+        for (int i = 0; i < 2; ++i) {
+            desk.entry("mnuNumEvOdVis")->trigger();
+            control<QLineEdit>(desk.open("frmNumEvOd"), u"txtNumEv"_s)->setText(u"40"_s);
+            desk.click(desk.open("frmNumEvOd"), "cmdOk");
+            QTRY_VERIFY(!desk.open("frmNumEvOd"));
+        }
+        desk.entry("mnuUtenti")->trigger();
+        ChildWindow *list = desk.open("frmLstUtenti");
+        QTRY_VERIFY(list->isEnabled() && control(list, u"cmdElimina"_s)->isEnabled());
+        desk.messages.answers = {Messages::Answer::Yes};
+        desk.click(list, "cmdElimina");
+        QTRY_VERIFY(desk.messages.answers.isEmpty() && desk.messages.standing == 0);
+        desk.messages.take();
+        desk.click(list, "cmdSalva");
+        QTRY_VERIFY(!desk.open("frmLstUtenti"));
+        desk.program.journal().wake();
+        QCOMPARE(
+            desk.test.rows(ArchiveName::journal(2004),
+                           u"SELECT Tipo, Dato1, Dato2 FROM Giornale WHERE Tipo BETWEEN 60 AND 79 ORDER BY Num"_s),
+            (QStringList{u"67|01/03/2004 - 05/03/2004, 07:00:00 - 23:59:59|0"_s,
+                         u"67|05/03/2004 - 05/03/2004, 07:00:00 - 23:59:59|0"_s, u"63|NUMEVOD|40"_s, u"60|0,0,1|"_s}));
+    }
+
     /// Nobody is decided about by the users of before; the events wait until the register can be read.
     void savedRegisterThatCannotBeRead()
     {

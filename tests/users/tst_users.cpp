@@ -93,12 +93,14 @@ void TestUsers::rows()
     QCOMPARE(desk.names(edited.firstNames()), listOf("Ada,ada,Bea"));
     QVERIFY(edited.changeCode(keypad, u"8"_s, DKS).ok() && edited.add(u"6"_s, TX).ok());
     QCOMPARE(desk.shown(), u"5 TX Zanibonetti Mag Ada,[6 TX],7 TX  ada,8 DKS  Bea,9 TX \u00C9mile"_s);
+    QCOMPARE(edited.changes().text(), u"1,3,0"_s);
     edited.users().moveTo(3);
     QVERIFY(edited.remove() && edited.users().value(0) == u"9" && edited.remove());
     QCOMPARE(desk.shown(), u"5 TX Zanibonetti Mag Ada,6 TX,[7 TX  ada]"_s);
     QCOMPARE(desk.names(edited.surnames()).size() + desk.names(edited.firstNames()).size(), 3);
     for (int left = 3; left > 0; --left)
         QVERIFY(edited.remove().ok());
+    QCOMPARE(edited.changes().text(), u"0,0,4"_s);
     QVERIFY(edited.users().isEmpty() && !edited.remove().ok() && !edited.find(u"7"_s));
 }
 
@@ -124,6 +126,7 @@ void TestUsers::runs()
     const auto run = std::move(desk.edited.codeRun(first, count).value());
     QCOMPARE(runThrough(*run), count);
     desk.edited.codeRunEnded(run->added());
+    QCOMPARE(desk.edited.changes().text(), u"%1,0,0"_s.arg(run->added().size()));
     QVERIFY(desk.edited.isChanged());
     QTEST(run->isIncomplete(), "isIncomplete");
     const QString firstAdded = run->added().value(0).code;
