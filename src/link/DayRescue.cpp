@@ -43,8 +43,12 @@ bool DayRescue::hasWork()
 
 void DayRescue::step(const QDeadlineTimer &until)
 {
-    if (!hasWork())
-        return;
+    while (hasWork() && !until.hasExpired())
+        doPiece(until);
+}
+
+void DayRescue::doPiece(const QDeadlineTimer &until)
+{
     if (!m_day.isValid()) {
         // What was set aside last is what the operator looks at.
         for (const QDate day : std::as_const(m_waiting)) {
