@@ -22,15 +22,16 @@ struct EventSearch::OpenDay {
 namespace {
 
 /// Days that events wait for which could not go to their archive yet.
-QSet<QDate> daysThatWait(ArchiveStore &archives)
+/// @return nothing when what waits cannot be read; the log, which keeps it, has told so
+std::optional<QSet<QDate>> daysThatWait(ArchiveStore &archives)
 {
     QSet<QDate> days;
     if (!archives.exists(ArchiveName::Waiting))
         return days;
-    // One that cannot be read now has been told by the log, which keeps it.
-    if (Result<Database> spool = archives.open(ArchiveName::Waiting, Database::Use::Safe); spool)
-        (void)spool.value().each(QStringLiteral("SELECT DISTINCT Giorno FROM Attesa"), {},
-                                 [&days](const Statement &row) { days.insert(dayOfFile(row.text(0))); });
+    Result<Database> spool = archives.open(ArchiveName::Waiting, Database::Use::Safe);
+    if (!spool || !spool.value().each(QStringLiteral("SELECT DISTINCT Giorno FROM Attesa"), {},
+                                      [&days](const Statement &row) { days.insert(dayOfFile(row.text(0))); }))
+        return std::nullopt;
     return days;
 }
 
@@ -85,8 +86,13 @@ Result<void> EventSearch::start(const EventQuery &query)
     if (Result<void> cleared = m_results.clear(); !cleared)
         return cleared;
     m_condition = dayCondition(query);
-    m_files = filesOfDays(m_archives.folder());
-    m_waiting = daysThatWait(m_archives);
+    Result<QHash<QDate, DayFiles>> files = filesOfDays(m_archives.folder());
+    if (!files)
+        return files.fault();
+    m_files = std::move(files.value());
+    const std::optional<QSet<QDate>> waiting = daysThatWait(m_archives);
+    m_waiting = waiting.value_or(QSet<QDate>());
+    m_isMoreKept = !waiting || (m_keptElsewhere && m_keptElsewhere());
     m_day = query.firstDay;
     m_lastDay = query.lastDay;
     m_running = true;

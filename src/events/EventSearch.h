@@ -8,6 +8,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 
 /// Walks through the archives of the days of a query and copies the events that match, with the names of their users.
@@ -24,6 +25,8 @@ public:
 
     /// Makes the empty results, so that a folder that cannot hold any is known before the operator has asked.
     Result<void> prepare() { return m_results.clear(); }
+    /// @param isAny  asked at the start of each search: whether there are events that stand in no file yet
+    void setKeptElsewhere(std::function<bool()> isAny) { m_keptElsewhere = std::move(isAny); }
     /// Gets ready to search. The results are empty from now on.
     /// @param query  without a fault, see checkQuery()
     Result<void> start(const EventQuery &query);
@@ -41,8 +44,11 @@ public:
     /// Days of which events are missing: their archive could be read in part only, or one was set aside.
     const QList<QDate> &incompleteDays() const { return m_incomplete; }
     /// Whether the search has come to its end and has read all there is: only then is nothing found when there is
-    /// nothing.
-    bool isComplete() const { return m_isAtEnd && !m_fault && m_unread.isEmpty() && m_incomplete.isEmpty(); }
+    /// nothing. It is not where events wait that could not be read.
+    bool isComplete() const
+    {
+        return m_isAtEnd && !m_fault && !m_isMoreKept && m_unread.isEmpty() && m_incomplete.isEmpty();
+    }
 
     const SearchResults &results() const { return m_results; }
     SearchResults &results() { return m_results; }
@@ -66,6 +72,8 @@ private:
     DayCondition m_condition;
     QHash<QDate, DayFiles> m_files;
     QSet<QDate> m_waiting;
+    std::function<bool()> m_keptElsewhere;
+    bool m_isMoreKept = false; ///< events wait, nobody knows for which days
     QDate m_day;
     QDate m_lastDay;
     ReunitedDay m_reunited;

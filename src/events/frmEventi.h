@@ -31,6 +31,7 @@ public:
 
     /// Begins to read the users, whose names come a moment later when there are many.
     bool open() override;
+    void setKeptElsewhere(std::function<bool()> isAny) { m_search.setKeptElsewhere(std::move(isAny)); }
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

@@ -346,16 +346,3 @@ void EventLog::tellLost()
     if (const qsizetype lost = m_told.tellLost(); lost > 0)
         Q_EMIT eventsLost(lost);
 }
-
-Result<QList<EventLog::Stored>> EventLog::last(qsizetype most) const
-{
-    if (!m_days.live())
-        return Fault{FaultCode::NotOpen, ArchiveName::events(m_clock.date())};
-    const Result<QList<DayArchive::Row>> rows = m_days.live()->last(most);
-    if (!rows)
-        return rows.fault();
-    QList<Stored> events;
-    for (const DayArchive::Row &row : rows.value())
-        events.append({row.number, row.event});
-    return events;
-}

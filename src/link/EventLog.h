@@ -65,15 +65,6 @@ public:
     /// Day of the open archive; not valid while none is open.
     QDate day() const { return m_days.live() ? m_days.live()->day() : QDate(); }
 
-    /// A stored event as it is read back.
-    struct Stored {
-        qint64 ProgEv = 0;
-        Event event;
-    };
-    /// The last @p most events of the open archive, or all of them when there are fewer, by their date and time; those
-    /// that wait are not among them. @return NotOpen while no archive is open; the subject is the archive
-    Result<QList<Stored>> last(qsizetype most) const;
-
 Q_SIGNALS:
     /// An event is on disk, in the archive of its day. @param row  its ProgEv
     void stored(const Event &event, qint64 row);

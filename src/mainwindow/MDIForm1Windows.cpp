@@ -186,8 +186,10 @@ void MDIForm1::mnuProgFerie_Click()
 void MDIForm1::mnuEventi_Click()
 {
     m_windows.open<frmEventi>([this] {
-        return new frmEventi(m_program.texts(), m_messages, m_program.archives(), m_program.clock(),
-                             m_program.printer());
+        auto *window =
+            new frmEventi(m_program.texts(), m_messages, m_program.archives(), m_program.clock(), m_program.printer());
+        window->setKeptElsewhere([this] { return m_program.log().unsaved() > 0; });
+        return window;
     });
 }
 
@@ -204,8 +206,8 @@ void MDIForm1::mnuEventiOdierni_Click()
 void MDIForm1::mnuPrnLastEv_Click()
 {
     m_windows.open<frmPrnLastEv>([this] {
-        return new frmPrnLastEv({m_program.log(), m_program.archives()}, m_program.printer(), m_program.texts(),
-                                m_messages);
+        return new frmPrnLastEv({m_program.log(), m_program.clock(), m_program.archives()}, m_program.printer(),
+                                m_program.texts(), m_messages);
     });
 }
 
