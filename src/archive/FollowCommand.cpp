@@ -62,14 +62,16 @@ void FollowCommand::list()
     if (modified != m_listed || m_files.isEmpty() || now - m_listedAt > listMilliseconds) {
         m_listed = modified;
         m_listedAt = now;
-        m_files = filesOfDays(folder);
+        // A folder that cannot be listed may be there again the next time.
+        if (Result<QHash<QDate, DayFiles>> files = filesOfDays(folder); files)
+            m_files = std::move(files.value());
     }
     const QString waiting = folder.path(text(ArchiveName::Waiting));
     const std::array stamps = {stampOf(waiting), stampOf(waiting + QStringLiteral("-wal"))};
     if (stamps == m_waitingStamps)
         return;
     m_waitingStamps = stamps;
-    m_waiting = daysThatWait(m_site.archives, Database::Use::Untouched);
+    m_waiting = daysThatWait(m_site.archives, Database::Use::Untouched).value_or(QSet<QDate>());
 }
 
 Result<void> FollowCommand::beginDay(QDate day, const std::optional<Place> &place)

@@ -14,12 +14,6 @@ namespace {
 
 constexpr std::array sideFiles = {QLatin1String("-wal"), QLatin1String("-shm"), QLatin1String("-journal")};
 
-bool hasSideFiles(const QString &path)
-{
-    return std::any_of(sideFiles.begin(), sideFiles.end(),
-                       [&path](QLatin1String side) { return QFile::exists(path + side); });
-}
-
 /// That nothing is opened which is no file, for a pipe would hang the program; and that no link stands where only a
 /// file of the library's own can.
 Result<void> checkFiles(const QString &path)
@@ -43,6 +37,12 @@ Result<QByteArray> saltOf(const QString &path)
 }
 
 } // namespace
+
+bool hasJournals(const QString &path)
+{
+    return std::any_of(sideFiles.begin(), sideFiles.end(),
+                       [&path](QLatin1String side) { return QFile::exists(path + side); });
+}
 
 /// Where the archive really stands.
 QString ArchiveStore::file(QStringView name) const
@@ -113,7 +113,7 @@ Result<Database> ArchiveStore::createNameless(const char *layout)
 
 Result<void> ArchiveStore::recover(const QString &path)
 {
-    if (!hasSideFiles(path) || !QFile::exists(path))
+    if (!hasJournals(path) || !QFile::exists(path))
         return {};
     const Result<QByteArray> salt = saltOf(path);
     if (!salt)
@@ -155,11 +155,6 @@ Result<void> ArchiveStore::makeRoomAt(const QString &path)
     return removeSideFiles(path);
 }
 
-bool ArchiveStore::hasJournals(QStringView name) const
-{
-    return hasSideFiles(file(name));
-}
-
 Result<void> ArchiveStore::remove(QStringView name)
 {
     const QString path = m_folder.path(name.toString());
@@ -172,7 +167,7 @@ Result<QString> ArchiveStore::setAside(QStringView name)
 {
     const QString path = m_folder.path(name.toString());
     QString ending = QStringLiteral(".guasto");
-    for (int count = 2; QFile::exists(path + ending) || hasSideFiles(path + ending); ++count)
+    for (int count = 2; QFile::exists(path + ending) || hasJournals(path + ending); ++count)
         ending = QStringLiteral(".guasto%1").arg(count);
     // The journals go first and keep their place beside it, where a later repair looks for them.
     for (const QLatin1String side : sideFiles) {

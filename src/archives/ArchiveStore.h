@@ -9,6 +9,10 @@
 #include <functional>
 #include <utility>
 
+/// Whether journals stand beside an archive: somebody has it open, or was cut off.
+/// @param path  of the file itself, no link to it
+bool hasJournals(const QString &path);
+
 /// The archive files of the program folder: opened with their key, and handled as whole files.
 ///
 /// Names are relative to the program folder, see ArchiveName. An archive is two things at times: its file, and a
@@ -58,8 +62,6 @@ public:
     /// Brings an archive together and removes its journals, before another file takes its place.
     /// @param path  of the file itself, which need not exist
     Result<void> makeRoomAt(const QString &path);
-    /// Whether journals stand beside an archive: somebody has it open, or was cut off.
-    bool hasJournals(QStringView name) const;
     /// Deletes an archive, or a link to one, with all that stands beside it; no fault when there is none.
     Result<void> remove(QStringView name);
     /// Renames an unreadable archive, with its journals, to a name that no day and no copy has.

@@ -8,13 +8,15 @@
 
 #include <algorithm>
 
-QHash<QDate, DayFiles> filesOfDays(const ProgramFolder &folder)
+Result<QHash<QDate, DayFiles>> filesOfDays(const ProgramFolder &folder)
 {
     // As ArchiveStore::setAside() names them; what stands beside an archive while it is open is no file of its own.
     static const QRegularExpression pattern(QStringLiteral("^eventi_(\\d\\d-\\d\\d-\\d{4})\\.zeb(\\.guasto\\d*)?\\z"),
                                             QRegularExpression::CaseInsensitiveOption);
     const QString archives = QStringView(ArchiveName::Folder).toString();
     const QDir listed(folder.path(archives));
+    if (!listed.isReadable())
+        return Fault{listed.exists() ? FaultCode::AccessDenied : FaultCode::NotFound, archives};
     QHash<QDate, DayFiles> days;
     for (const QString &name : listed.entryList(QDir::AllEntries | QDir::System | QDir::Hidden, QDir::NoSort)) {
         const QRegularExpressionMatch match = pattern.match(name);
@@ -34,4 +36,10 @@ QHash<QDate, DayFiles> filesOfDays(const ProgramFolder &folder)
         });
     }
     return days;
+}
+
+Result<DayFiles> filesOfDay(const ProgramFolder &folder, QDate day)
+{
+    const Result<QHash<QDate, DayFiles>> files = filesOfDays(folder);
+    return files ? Result<DayFiles>(files.value().value(day)) : files.fault();
 }

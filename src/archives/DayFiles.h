@@ -13,4 +13,7 @@ struct DayFiles {
 };
 
 /// The files of every day that has any, as they are now.
-QHash<QDate, DayFiles> filesOfDays(const ProgramFolder &folder);
+/// @return NotFound or AccessDenied when the folder of the archives cannot be listed
+Result<QHash<QDate, DayFiles>> filesOfDays(const ProgramFolder &folder);
+/// Those of one day.
+Result<DayFiles> filesOfDay(const ProgramFolder &folder, QDate day);

@@ -23,6 +23,12 @@ ReunitedDay::~ReunitedDay()
     clear();
 }
 
+Result<bool> ReunitedDay::isBroughtInto(Database &archive)
+{
+    const Result<qint64> mark = archive.number(QStringLiteral("PRAGMA user_version"));
+    return mark ? Result<bool>(mark.value() > 0) : mark.fault();
+}
+
 void ReunitedDay::clear()
 {
     m_reading.reset();

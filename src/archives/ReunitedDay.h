@@ -24,6 +24,10 @@ public:
     ReunitedDay(const ReunitedDay &) = delete;
     ReunitedDay &operator=(const ReunitedDay &) = delete;
 
+    /// Whether all that can be read of the files set aside stands in the archive of the day, as markBrought() notes.
+    static Result<bool> isBroughtInto(Database &archive);
+    static Result<void> markBrought(Database &archive) { return archive.execute("PRAGMA user_version = 1"); }
+
     /// Begins to gather. The archive is read first: what is added to it from then on is not among the rows.
     /// @param condition  of the rows that are wanted, its parameters numbered (?1, ?2, ...); @param values  of them
     Result<void> start(const DayFiles &files, const QString &condition, const SqlValues &values);

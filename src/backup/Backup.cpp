@@ -13,7 +13,7 @@
 namespace {
 
 /// A lot is flushed at once: a flush for each file would take far longer than the copying.
-constexpr size_t lotFiles = 64;
+constexpr size_t lotFiles = 128;
 constexpr qint64 lotBytes = 64 << 20;
 
 /// What the program and the database library leave behind, and nobody needs.
@@ -92,8 +92,6 @@ Result<bool> Backup::step(const QDeadlineTimer &until)
             worked = list();
         else if (!m_check && !m_checked.empty())
             worked = going(putFile());
-        else if (!m_check && !m_changedFolders.isEmpty())
-            worked = going(endLot());
         else if (m_copy)
             worked = copyOn(until);
         else if (!m_sources.empty() && m_lot.size() < lotFiles && m_lotBytes < lotBytes)
@@ -102,6 +100,8 @@ Result<bool> Backup::step(const QDeadlineTimer &until)
             worked = awaitCheck(until);
         else if (!m_lot.empty())
             checkLot();
+        else if (!m_changedFolders.isEmpty())
+            worked = going(flushNames());
         else
             return m_missed ? Result<bool>(*m_missed) : Result<bool>(true);
         if (!worked)
@@ -152,7 +152,7 @@ Result<bool> Backup::listEntry(const QFileInfo &entry)
             return copied.fault();
     } else if (entry.isFile() && !isPassing(entry.fileName())) {
         const std::optional<FileStamp> stamp = stampOf(entry.filePath());
-        const bool isOpen = m_archives.hasJournals(name);
+        const bool isOpen = hasJournals(entry.isSymLink() ? entry.canonicalFilePath() : entry.filePath());
         if (stamp && (isOpen || stamp != stampOf(pathOfCopy(name)))) {
             m_sources.push_back({name, stamp->size});
             m_bytes += stamp->size;
@@ -272,8 +272,8 @@ Result<void> Backup::putFile()
     return {};
 }
 
-/// Makes the names last.
-Result<void> Backup::endLot()
+/// Makes the names last, those of the last lot above all: the flush of each lot has those of the lot before it.
+Result<void> Backup::flushNames()
 {
     const auto folder = m_changedFolders.begin();
     Result<void> lasts = m_folder.disk().flushNames(*folder);

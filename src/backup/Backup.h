@@ -64,7 +64,7 @@ private:
     void checkLot();
     Result<bool> awaitCheck(const QDeadlineTimer &until);
     Result<void> putFile();
-    Result<void> endLot();
+    Result<void> flushNames();
     void miss(const Fault &fault);
 
     ArchiveStore &m_archives;

@@ -51,7 +51,7 @@ Fault FileCopy::atSource(const Fault &fault)
 
 bool FileCopy::isBeingWritten() const
 {
-    return m_isChecked && m_source.hasJournals(m_name);
+    return m_isChecked && hasJournals(m_real);
 }
 
 Result<bool> FileCopy::step(const QDeadlineTimer &until)
@@ -73,6 +73,8 @@ Result<void> FileCopy::begin()
     if (!stamp)
         return {};
     m_stamp = *stamp;
+    const Result<QString> real = linkFollowed(m_path);
+    m_real = real ? real.value() : m_path;
     m_begun = QDateTime::currentMSecsSinceEpoch() * 1'000'000;
     m_position = 0;
     m_file.emplace(m_target.folder().disk(), m_copied);
@@ -188,7 +190,8 @@ Result<bool> FileCopy::finishBytes()
         return false;
     }
     // Within the grain of its clock a file can change unseen.
-    if (m_begun - m_stamp.modified < second)
+    m_isSettled = m_begun - m_stamp.modified >= second;
+    if (!m_isSettled)
         m_stamp.modified -= second;
     m_archive.reset();
     m_plain.reset();
@@ -199,7 +202,7 @@ std::optional<LotCheck::Archive> FileCopy::toBeChecked() const
 {
     if (!m_file || !m_isChecked)
         return std::nullopt;
-    return LotCheck::Archive{m_file->beside(), m_target.rawKey(m_salt)};
+    return LotCheck::Archive{m_file->beside(), m_source.rawKey(m_salt), m_isSettled};
 }
 
 Result<void> FileCopy::put()
@@ -210,7 +213,7 @@ Result<void> FileCopy::put()
         const Result<QString> file = linkFollowed(m_copied);
         if (!file)
             return file.fault();
-        if (Result<void> made = m_target.makeRoomAt(file.value()); !made)
+        if (Result<void> made = hasJournals(file.value()) ? m_target.makeRoomAt(file.value()) : Result<void>(); !made)
             return made;
     }
     constexpr auto owner = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;

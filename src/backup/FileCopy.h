@@ -57,13 +57,15 @@ private:
     ArchiveStore &m_target;
     QString m_name;
     QString m_path;   ///< of the source
+    QString m_real;   ///< the file itself, where that is a link
     QString m_copied; ///< path of the copy
     bool m_isArchive;
     bool m_isChecked; ///< see toBeChecked()
     QByteArray m_salt;
     Side m_side = Side::Target;
     FileStamp m_stamp;
-    qint64 m_begun = 0; ///< nanoseconds since 1970
+    qint64 m_begun = 0;       ///< nanoseconds since 1970
+    bool m_isSettled = false; ///< see LotCheck::Archive
     int m_attempts = 0;
     qint64 m_position = 0;
     std::optional<FreshFile> m_file;

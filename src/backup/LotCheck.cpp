@@ -1,6 +1,9 @@
 #include "backup/LotCheck.h"
 
 #include "archives/Database.h"
+#include "archives/PageProof.h"
+
+#include <QDeadlineTimer>
 
 namespace {
 
@@ -9,6 +12,8 @@ constexpr std::chrono::milliseconds patience(200);
 
 std::optional<FaultCode> faultOf(const LotCheck::Archive &archive)
 {
+    if (archive.isSettled && hasProvenPages(archive.path, archive.rawKey))
+        return {};
     Result<Database> opened = Database::open(archive.path, archive.rawKey, Database::Use::ThrowAway);
     if (!opened)
         return opened.fault().code;
@@ -19,7 +24,7 @@ std::optional<FaultCode> faultOf(const LotCheck::Archive &archive)
 } // namespace
 
 LotCheck::LotCheck(const std::vector<Archive> &archives, const std::function<Result<bool>()> &flush)
-    : m_errand(
+    : m_reading(
           [archives, flush, isGivenUp = m_isGivenUp]() -> Result<Faults> {
               Faults faults;
               for (const Archive &archive : archives) {
@@ -27,15 +32,26 @@ LotCheck::LotCheck(const std::vector<Archive> &archives, const std::function<Res
                       return faults;
                   faults.push_back(faultOf(archive));
               }
-              const Result<bool> flushed = flush();
-              return flushed ? Result<Faults>(faults) : Result<Faults>(flushed.fault());
+              return faults;
           },
-          {})
+          {}),
+      m_flush(flush, {})
 {
 }
 
 LotCheck::~LotCheck()
 {
     *m_isGivenUp = true;
-    (void)m_errand.wait(patience);
+    (void)m_reading.wait(patience);
+}
+
+std::optional<Result<LotCheck::Faults>> LotCheck::wait(std::chrono::milliseconds most)
+{
+    const QDeadlineTimer until(most);
+    const std::optional<Result<bool>> flushed = m_flush.wait(most);
+    if (!flushed)
+        return std::nullopt;
+    if (!*flushed)
+        return Result<Faults>(flushed->fault());
+    return m_reading.wait(std::chrono::milliseconds(until.remainingTime()));
 }

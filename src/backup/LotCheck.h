@@ -11,8 +11,8 @@
 #include <optional>
 #include <vector>
 
-/// Reads archives that were copied from their first page to their last, and flushes all that was written, in a thread
-/// of its own while the next ones are being copied.
+/// Reads archives that were copied from their first page to their last, and flushes all that was written, each in a
+/// thread of its own while the next ones are being copied.
 class LotCheck
 {
 public:
@@ -20,19 +20,21 @@ public:
     struct Archive {
         QString path;
         QByteArray rawKey;
+        bool isSettled = false; ///< surely a copy of one state: its pages need not be looked at together
     };
     /// Why each archive cannot be read, in their order; nothing of those that can.
     using Faults = std::vector<std::optional<FaultCode>>;
 
-    /// @param flush  called in the thread, see Disk::flushAll()
+    /// @param flush  called in a thread, see Disk::flushAll()
     LotCheck(const std::vector<Archive> &archives, const std::function<Result<bool>()> &flush);
-    /// Has the thread end with the archive at hand, and waits a moment for that.
+    /// Has the reading end with the archive at hand, and waits a moment for that.
     ~LotCheck();
 
     /// @return the answer once it is there, within @p most; its fault is that of the flush
-    std::optional<Result<Faults>> wait(std::chrono::milliseconds most) { return m_errand.wait(most); }
+    std::optional<Result<Faults>> wait(std::chrono::milliseconds most);
 
 private:
     std::shared_ptr<std::atomic<bool>> m_isGivenUp = std::make_shared<std::atomic<bool>>(false);
-    Errand<Faults> m_errand;
+    Errand<Faults> m_reading;
+    Errand<bool> m_flush;
 };

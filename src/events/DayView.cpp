@@ -1,21 +1,33 @@
 #include "events/DayView.h"
 
 #include "archives/Tables.h"
-#include "codes/EventRow.h"
 
-#include <algorithm>
+namespace {
+
+/// Longest that one look takes.
+constexpr int turnMilliseconds = 15;
+const QString gatheringName = QStringLiteral("Archivi/Vista.$$$");
+
+} // namespace
 
 DayView::DayView(ArchiveStore &archives, const Clock &clock)
-    : m_archives(archives), m_clock(clock), m_users(archives, ArchiveName::ViewUsers)
+    : m_archives(archives), m_clock(clock), m_users(archives, ArchiveName::ViewUsers), m_last(archives, gatheringName)
 {
 }
 
 Result<void> DayView::open()
 {
-    m_today = m_clock.date();
-    m_shown = {};
-    m_rows.clear();
+    begin(m_clock.date());
     return m_users.begin();
+}
+
+void DayView::begin(QDate day)
+{
+    m_today = day;
+    m_archive.reset();
+    m_shown = {};
+    m_isReading = false;
+    m_rows.clear();
 }
 
 bool DayView::hasArchive() const
@@ -28,52 +40,73 @@ bool DayView::changeDay()
     const QDate today = m_clock.date();
     if (today == m_today || !m_archives.exists(ArchiveName::events(today)))
         return false;
-    m_today = today;
-    m_shown = {};
-    m_rows.clear();
+    begin(today);
     return true;
 }
 
 Result<bool> DayView::refresh(int limit)
 {
     const bool changed = changeDay();
+    if (!m_isReading) {
+        const Result<Seen> found = look();
+        if (!found)
+            return changed ? Result<bool>(true) : found.fault();
+        if (found.value() == m_shown)
+            return changed;
+        m_found = found.value();
+        if (const Result<void> begun = m_last.start(m_files, limit); !begun)
+            return begun.fault();
+        m_isReading = true;
+    }
+    const Result<bool> read = readOn();
+    return read ? Result<bool>(changed || read.value()) : read;
+}
+
+/// Which files the day has can only change with its archive.
+Result<void> DayView::findFiles()
+{
+    const std::optional<FileIdentity> archive = identityOf(m_archives.folder().path(ArchiveName::events(m_today)));
+    if (archive && archive == m_archive)
+        return {};
+    Result<DayFiles> files = filesOfDay(m_archives.folder(), m_today);
+    if (!files)
+        return files.fault();
+    m_files = std::move(files.value());
+    m_archive = archive;
+    m_shown = {};
+    return {};
+}
+
+/// Events are numbered as they are stored and never removed: the highest number tells of new ones, at the cost of one
+/// page. Those that were rescued may have lower ones: the archive is marked when they are there.
+Result<DayView::Seen> DayView::look()
+{
+    if (const Result<void> found = findFiles(); !found)
+        return found.fault();
     Result<Database> database = m_archives.open(ArchiveName::events(m_today), Database::Use::Safe);
-    if (!database && changed)
-        return true;
     if (!database)
         return database.fault();
-    // Events are numbered as they are stored and never removed: the highest number tells of new ones, at the cost of
-    // one page. Those that were rescued may have lower ones: the archive is marked when they are there.
     const Result<qint64> highest = database.value().number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
     if (!highest)
         return highest.fault();
-    const Result<qint64> mark = database.value().number(QStringLiteral("PRAGMA user_version"));
-    if (!mark)
-        return mark.fault();
-    const Seen seen{highest.value(), mark.value()};
-    if (seen == m_shown)
-        return changed;
-    Result<QList<ListedEvent>> rows = read(database.value(), limit);
-    if (!rows)
-        return rows.fault();
-    m_rows = std::move(rows.value());
-    m_shown = seen;
-    return true;
+    const Result<bool> isBrought = ReunitedDay::isBroughtInto(database.value());
+    if (!isBrought)
+        return isBrought.fault();
+    return Seen{highest.value(), isBrought.value(), !m_files.setAside.isEmpty()};
 }
 
-Result<QList<ListedEvent>> DayView::read(Database &database, int limit) const
+/// @return true when all has been read
+Result<bool> DayView::readOn()
 {
-    QList<ListedEvent> rows;
-    const Result<void> done = database.each(
-        QStringLiteral("SELECT ProgEv, %1 FROM Eventi ORDER BY Data DESC, Ora DESC, ProgEv DESC LIMIT ?")
-            .arg(QLatin1String(EventRow::Columns)),
-        {qint64{limit}}, [&](const Statement &row) {
-            const Event event = EventRow::read(row, 1);
-            const User *user = m_users.find(event.Codice, event.Tipo);
-            rows.append({row.integer(0), event, user ? user->Cognome : QString(), user ? user->Nome : QString()});
-        });
-    if (!done)
-        return done.fault();
-    std::reverse(rows.begin(), rows.end());
-    return rows;
+    const Result<bool> read = m_last.step(QDeadlineTimer(turnMilliseconds));
+    m_isReading = read && !read.value();
+    if (!read || m_isReading)
+        return read;
+    m_rows = m_last.take();
+    for (ListedEvent &row : m_rows) {
+        if (const User *user = m_users.find(row.event.Codice, row.event.Tipo))
+            std::tie(row.Cognome, row.Nome) = std::pair(user->Cognome, user->Nome);
+    }
+    m_shown = m_found;
+    return true;
 }

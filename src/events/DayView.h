@@ -1,13 +1,14 @@
 #pragma once
 
 #include "codes/UserDirectory.h"
-#include "events/EventColumns.h"
+#include "events/LastEvents.h"
 #include "platform/Clock.h"
+#include "platform/FileIdentity.h"
 
 /// The latest events of the day, as they are read again and again from its archive while the log appends to it.
 ///
 /// The archive is opened for each look at it: the log is never kept from closing the day, and an archive that was
-/// replaced is seen at the next look.
+/// replaced is seen at the next look. What can be read of archives of the day that were set aside is among the events.
 class DayView
 {
 public:
@@ -20,10 +21,12 @@ public:
     /// Whether the day shown has an archive.
     bool hasArchive() const;
 
-    /// Looks for new events and, once the new day has an archive, goes over to it.
+    /// Looks for new events and, once the new day has an archive, goes over to it. Works for a turn at most.
     /// @param limit  most rows to hold, 1 to 1000
     /// @return true when rows() have changed
     Result<bool> refresh(int limit);
+    /// Whether there are new events that are still being read: refresh() is to be called again at once.
+    bool isReading() const { return m_isReading; }
 
     /// The latest events, oldest first.
     const QList<ListedEvent> &rows() const { return m_rows; }
@@ -31,18 +34,27 @@ public:
 private:
     /// What tells that there is more than was shown.
     struct Seen {
-        qint64 highest = 0; ///< number of an event
-        qint64 mark = 0;    ///< of an archive that events were rescued into
+        qint64 highest = 0;       ///< number of an event
+        bool isBrought = false;   ///< what was set aside stands in the archive
+        bool hasSetAside = false; ///< whether there is any such file
         bool operator==(const Seen &) const = default;
     };
 
     bool changeDay();
-    Result<QList<ListedEvent>> read(Database &database, int limit) const;
+    void begin(QDate day);
+    Result<void> findFiles();
+    Result<Seen> look();
+    Result<bool> readOn();
 
     ArchiveStore &m_archives;
     const Clock &m_clock;
     UserDirectory m_users;
     QDate m_today;
+    DayFiles m_files;
+    std::optional<FileIdentity> m_archive; ///< the one that the files were looked for with
     Seen m_shown;
+    Seen m_found; ///< what is being read
+    bool m_isReading = false;
+    LastEvents m_last;
     QList<ListedEvent> m_rows;
 };

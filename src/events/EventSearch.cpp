@@ -47,15 +47,16 @@ bool EventSearch::OpenDay::findColumns()
     return std::min({columns.Codice, columns.Data, columns.AbCh, columns.KorDis}) >= 0;
 }
 
-QSet<QDate> daysThatWait(ArchiveStore &archives, Database::Use use)
+std::optional<QSet<QDate>> daysThatWait(ArchiveStore &archives, Database::Use use)
 {
     QSet<QDate> days;
     if (!archives.exists(ArchiveName::Waiting))
         return days;
     // One that cannot be read now has been told by the log, which keeps it.
-    if (Result<Database> spool = archives.open(ArchiveName::Waiting, use); spool)
-        (void)spool.value().each(QStringLiteral("SELECT DISTINCT Giorno FROM Attesa"), {},
-                                 [&days](const Statement &row) { days.insert(dayOfFile(row.text(0))); });
+    Result<Database> spool = archives.open(ArchiveName::Waiting, use);
+    if (!spool || !spool.value().each(QStringLiteral("SELECT DISTINCT Giorno FROM Attesa"), {},
+                                      [&days](const Statement &row) { days.insert(dayOfFile(row.text(0))); }))
+        return std::nullopt;
     return days;
 }
 
@@ -97,8 +98,13 @@ Result<void> EventSearch::start(const EventQuery &query)
     }
     m_counts.begin(query.firstDay, query.lastDay);
     m_condition = dayCondition(query);
-    m_files = filesOfDays(m_archives.folder());
-    m_waiting = daysThatWait(m_archives, m_use);
+    Result<QHash<QDate, DayFiles>> files = filesOfDays(m_archives.folder());
+    if (!files)
+        return files.fault();
+    m_files = std::move(files.value());
+    const std::optional<QSet<QDate>> waiting = daysThatWait(m_archives, m_use);
+    m_waiting = waiting.value_or(QSet<QDate>());
+    m_isMoreKept = !waiting || (m_keptElsewhere && m_keptElsewhere());
     m_day = query.firstDay;
     m_lastDay = query.lastDay;
     m_running = true;

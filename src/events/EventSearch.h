@@ -10,10 +10,12 @@
 #include <QSet>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 
 /// Days that events wait for which could not go to their archive yet.
-QSet<QDate> daysThatWait(ArchiveStore &archives, Database::Use use);
+/// @return nothing when what waits cannot be read
+std::optional<QSet<QDate>> daysThatWait(ArchiveStore &archives, Database::Use use);
 
 /// Walks through the archives of the days of a query and copies the events that match, with the names of their users,
 /// into results of its own, or hands them over to a sink.
@@ -33,6 +35,8 @@ public:
 
     /// Makes the empty results, so that a folder that cannot hold any is known before the operator has asked.
     Result<void> prepare() { return m_results->clear(); }
+    /// @param isAny  asked at the start of each search: whether there are events that stand in no file yet
+    void setKeptElsewhere(std::function<bool()> isAny) { m_keptElsewhere = std::move(isAny); }
     /// Gets ready to search. The results are empty from now on.
     /// @param query  without a fault, see checkQuery()
     Result<void> start(const EventQuery &query);
@@ -52,8 +56,8 @@ public:
     /// Whether the search has come to its last day: neither stopped nor broken off.
     bool isAtEnd() const { return m_isAtEnd && !m_fault; }
     /// Whether the search has come to its end and has read all there is: only then is nothing found when there is
-    /// nothing.
-    bool isComplete() const { return isAtEnd() && m_unread.isEmpty() && m_incomplete.isEmpty(); }
+    /// nothing. It is not where events wait that could not be read.
+    bool isComplete() const { return isAtEnd() && !m_isMoreKept && m_unread.isEmpty() && m_incomplete.isEmpty(); }
 
     /// Not of a search with a sink.
     const SearchResults &results() const { return *m_results; }
@@ -89,6 +93,8 @@ private:
     DayCondition m_condition;
     QHash<QDate, DayFiles> m_files;
     QSet<QDate> m_waiting;
+    std::function<bool()> m_keptElsewhere;
+    bool m_isMoreKept = false; ///< events wait, nobody knows for which days
     QDate m_day;
     QDate m_lastDay;
     ReunitedDay m_reunited;

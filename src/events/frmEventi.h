@@ -34,6 +34,7 @@ public:
 
     /// Begins to read the users, whose names come a moment later when there are many.
     bool open() override;
+    void setKeptElsewhere(std::function<bool()> isAny) { m_search.setKeptElsewhere(std::move(isAny)); }
 
 Q_SIGNALS:
     /// The operator wants to see when the program listened on these days.

@@ -136,7 +136,7 @@ void frmEventiOdierni::tmrLoad_Timer()
         return tmrLoad.start(waitMilliseconds);
     m_rows->setRows(m_limit, [this](qsizetype row) { return shownRow(row); });
     fill();
-    tmrRefresh.start(secondLookMilliseconds);
+    tmrRefresh.start(m_view.isReading() ? 0 : secondLookMilliseconds);
 }
 
 /// @return fewer texts than columns where there is no event
@@ -149,7 +149,7 @@ QStringList frmEventiOdierni::shownRow(qsizetype row) const
 void frmEventiOdierni::tmrRefresh_Timer()
 {
     fill();
-    tmrRefresh.start(nextLookMilliseconds);
+    tmrRefresh.start(m_view.isReading() ? 0 : nextLookMilliseconds);
 }
 
 void frmEventiOdierni::fill()

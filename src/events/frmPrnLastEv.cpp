@@ -1,9 +1,9 @@
 #include "events/frmPrnLastEv.h"
 
 #include "archives/Tables.h"
-#include "events/EventColumns.h"
 #include "events/EventReport.h"
 #include "link/EventLog.h"
+#include "platform/Clock.h"
 #include "startup/Numbers.h"
 #include "startup/PlainText.h"
 #include "texts/OwnText.h"
@@ -17,14 +17,18 @@
 #include <QPushButton>
 
 #include <limits>
+#include <tuple>
 
 frmPrnLastEv::frmPrnLastEv(Source source, const CurrentPrinter &printer, const Texts &texts, Messages &messages,
                            QWidget *parent)
     : ChildWindow(QStringLiteral("frmPrnLastEv"), parent),
       m_log(source.log),
+      m_clock(source.clock),
       m_texts(texts),
       m_messages(messages),
+      m_archives(source.archives),
       m_users(source.archives, ArchiveName::PrintUsers),
+      m_events(source.archives, QStringLiteral("Archivi/Stampa.$$$")),
       m_runner(this),
       m_printing(this, printer, texts, messages),
       lblPrnLast(new QLabel),
@@ -107,25 +111,42 @@ void frmPrnLastEv::cmdOk_Click()
 
 void frmPrnLastEv::printLast(qsizetype number)
 {
-    Result<QList<EventLog::Stored>> read = m_log.last(number);
+    const QDate day = m_log.day();
+    if (!day.isValid())
+        return eventsRead(Fault{FaultCode::NotOpen, ArchiveName::events(m_clock.date())});
+    const Result<DayFiles> files = filesOfDay(m_archives.folder(), day);
+    Result<void> begun = files ? m_events.start(files.value(), number) : Result<void>(files.fault());
+    if (begun) {
+        cmdOk->setEnabled(false);
+        const auto ended = m_runner.runAtOnce(m_events, [this](const Result<void> &read) { eventsRead(read); });
+        if (!ended)
+            return;
+        begun = *ended;
+    }
+    eventsRead(begun);
+}
+
+void frmPrnLastEv::eventsRead(const Result<void> &read)
+{
+    cmdOk->setEnabled(true);
     if (!read)
         return m_messages.show(
             this, Icon::Critical,
             m_texts.sentence({OwnText::DayArchiveUnavailable, {read.fault().subject}, read.fault()}));
-    if (read.value().isEmpty())
+    const QList<ListedEvent> rows = m_events.take();
+    if (rows.isEmpty())
         return m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoDisponibile]);
 
-    const qsizetype count = read.value().size();
-    const DailyHours days = {read.value().constFirst().event.Data, read.value().constLast().event.Data};
-    const auto fields = [this, rows = std::move(read.value())](qsizetype index) {
-        const auto &[ProgEv, event] = rows[index];
-        const User *user = m_users.findCode(event.Codice);
-        return textsOf(EventColumns::last,
-                       {ProgEv, event, user ? user->Cognome : QString(), user ? user->Nome : QString()});
+    const DailyHours days = {rows.constFirst().event.Data, rows.constLast().event.Data};
+    const auto fields = [this, rows](qsizetype index) {
+        ListedEvent row = rows[index];
+        if (const User *user = m_users.findCode(row.event.Codice))
+            std::tie(row.Cognome, row.Nome) = std::pair(user->Cognome, user->Nome);
+        return textsOf(EventColumns::last, row);
     };
     m_printing.print(
-        std::make_unique<EventReport>(EventReport::Table::LastEvents, m_texts, TableReport::Rows{count, fields}),
-        m_texts[Text::UltimiEventiTitolo], [this, days, count](bool isPrinted) {
+        std::make_unique<EventReport>(EventReport::Table::LastEvents, m_texts, TableReport::Rows{rows.size(), fields}),
+        m_texts[Text::UltimiEventiTitolo], [this, days, count = rows.size()](bool isPrinted) {
             if (isPrinted)
                 Q_EMIT printed(days, count);
         });

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "codes/UserDirectory.h"
+#include "events/LastEvents.h"
 #include "journal/CoverageReading.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
 #include "widgets/TaskRunner.h"
 
+class Clock;
 class EventLog;
 class QLabel;
 class QLineEdit;
@@ -19,6 +21,7 @@ public:
     /// What is printed.
     struct Source {
         const EventLog &log;
+        const Clock &clock;
         ArchiveStore &archives; ///< with the users register
     };
 
@@ -39,11 +42,15 @@ private:
     void cmdOk_Click();
     bool usersRead(const Result<void> &read);
     void printLast(qsizetype number);
+    void eventsRead(const Result<void> &read);
 
     const EventLog &m_log;
+    const Clock &m_clock;
     const Texts &m_texts;
     Messages &m_messages;
+    ArchiveStore &m_archives;
     UserDirectory m_users;
+    LastEvents m_events;
     TaskRunner m_runner;
     Printing m_printing;
 

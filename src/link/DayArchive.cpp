@@ -1,5 +1,6 @@
 #include "link/DayArchive.h"
 
+#include "archives/ReunitedDay.h"
 #include "archives/Tables.h"
 #include "codes/EventRow.h"
 
@@ -179,16 +180,10 @@ Result<bool> DayArchive::isFree(qint64 number)
     return found ? Result<bool>(found.value() == 0) : found.fault();
 }
 
-Result<bool> DayArchive::isRescued()
-{
-    const Result<qint64> mark = m_database.number(QStringLiteral("PRAGMA user_version"));
-    return mark ? Result<bool>(mark.value() > 0) : mark.fault();
-}
-
 Result<void> DayArchive::setRescued()
 {
     m_isDirty = true;
-    return m_database.execute("PRAGMA user_version = 1");
+    return ReunitedDay::markBrought(m_database);
 }
 
 Result<qint64> DayArchive::count(const Event &event)
@@ -206,15 +201,6 @@ Result<QList<DayArchive::Row>> DayArchive::rows(QStringView sql, const SqlValues
         rows.append({row.integer(0), EventRow::read(row, 2), row.integer(1)});
     });
     return read ? Result<QList<Row>>(std::move(rows)) : read.fault();
-}
-
-Result<QList<DayArchive::Row>> DayArchive::last(qsizetype most)
-{
-    Result<QList<Row>> events = rows(
-        u"SELECT ProgEv, 0, %columns FROM Eventi ORDER BY Data DESC, Ora DESC, ProgEv DESC LIMIT ?", {qint64{most}});
-    if (events)
-        std::reverse(events.value().begin(), events.value().end());
-    return events;
 }
 
 Result<QList<DayArchive::Row>> DayArchive::after(qint64 number, qsizetype most)

@@ -19,7 +19,7 @@ public:
     struct Row {
         qint64 number = 0; ///< ProgEv
         Event event;
-        qint64 copy = 0; ///< it is the n-th of equal ones, counted from 1; from after() only
+        qint64 copy = 0; ///< it is the n-th of equal ones, counted from 1
     };
 
     /// Opens the archive of @p day, made from the template when there is none, and begins to read it
@@ -49,13 +49,10 @@ public:
     Result<bool> holds(const Event &event, qint64 number);
     /// True when no event has that number.
     Result<bool> isFree(qint64 number);
-    /// Whether what can be read of archives of the day that were set aside stands in this one.
-    Result<bool> isRescued();
+    /// What can be read of archives of the day that were set aside stands in this one.
     Result<void> setRescued();
     /// How many equal events stand there.
     Result<qint64> count(const Event &event);
-    /// The last @p most events by their date and time, oldest first.
-    Result<QList<Row>> last(qsizetype most);
     /// The first @p most events behind the one of that number, as they were stored.
     Result<QList<Row>> after(qint64 number, qsizetype most);
     /// How many there are behind it, 0 when that cannot be read.

@@ -20,7 +20,11 @@ DayRescue::DayRescue(ArchiveStore &archives, DayArchives &days, Notices &notices
 
 void DayRescue::find()
 {
-    const QHash<QDate, DayFiles> files = filesOfDays(m_archives.folder());
+    const Result<QHash<QDate, DayFiles>> listed = filesOfDays(m_archives.folder());
+    // Then no archive can be opened either, which the operator is told.
+    if (!listed)
+        return;
+    const QHash<QDate, DayFiles> &files = listed.value();
     for (auto day = files.cbegin(); day != files.cend(); ++day) {
         if (!day->setAside.isEmpty() && !m_waiting.contains(day.key()))
             m_waiting.append(day.key());
@@ -43,8 +47,12 @@ bool DayRescue::hasWork()
 
 void DayRescue::step(const QDeadlineTimer &until)
 {
-    if (!hasWork())
-        return;
+    while (hasWork() && !until.hasExpired())
+        doPiece(until);
+}
+
+void DayRescue::doPiece(const QDeadlineTimer &until)
+{
     if (!m_day.isValid()) {
         // What was set aside last is what the operator looks at.
         for (const QDate day : std::as_const(m_waiting)) {
@@ -77,15 +85,16 @@ Result<bool> DayRescue::isToRescue(QDate day, const DayFiles &files)
     if (files.setAside.isEmpty() || files.archive.isEmpty())
         return !files.setAside.isEmpty();
     // One that is open is asked as it is.
-    if (m_days.live() && m_days.live()->day() == day) {
-        const Result<bool> isRescued = m_days.live()->isRescued();
-        return isRescued ? Result<bool>(!isRescued.value()) : isRescued;
-    }
+    const auto isMissing = [](Database &archive) {
+        const Result<bool> isBrought = ReunitedDay::isBroughtInto(archive);
+        return isBrought ? Result<bool>(!isBrought.value()) : isBrought;
+    };
+    if (m_days.live() && m_days.live()->day() == day)
+        return isMissing(m_days.live()->database());
     Result<Database> database = m_archives.open(files.archive, Database::Use::Safe);
     if (!database)
         return database.fault().code == FaultCode::Damaged ? Result<bool>(true) : database.fault();
-    const Result<qint64> mark = database.value().number(QStringLiteral("PRAGMA user_version"));
-    return mark ? Result<bool>(mark.value() == 0) : mark.fault();
+    return isMissing(database.value());
 }
 
 /// The archive of the day, null while it has not been read through.
@@ -103,7 +112,10 @@ Result<void> DayRescue::open(const QDeadlineTimer &until)
     // First comes what stands in one that has lost its name.
     if (m_days.left() && m_days.left()->day() == m_day)
         return Fault{FaultCode::NotOpen, ArchiveName::events(m_day)};
-    const DayFiles files = filesOfDays(m_archives.folder()).value(m_day);
+    const Result<DayFiles> listed = filesOfDay(m_archives.folder(), m_day);
+    if (!listed)
+        return listed.fault();
+    const DayFiles &files = listed.value();
     const Result<bool> isToDo = isToRescue(m_day, files);
     if (!isToDo)
         return isToDo.fault();

@@ -25,7 +25,7 @@ public:
     bool isPending() { return hasWork() || !m_stuck.isEmpty(); }
     /// Tries again what could not be done.
     void retry() { m_stuck.clear(); }
-    /// Does one piece. @param until  the piece may take so long
+    /// Goes on until then, unless that is now.
     void step(const QDeadlineTimer &until);
     /// Leaves the rest to the next start.
     void close();
@@ -37,6 +37,7 @@ private:
         SqlValues columns;
     };
 
+    void doPiece(const QDeadlineTimer &until);
     Result<void> work(const QDeadlineTimer &until);
     Result<bool> isToRescue(QDate day, const DayFiles &files);
     Result<DayArchive *> opened(const QDeadlineTimer &until);

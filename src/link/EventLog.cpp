@@ -26,6 +26,7 @@ EventLog::EventLog(ArchiveStore &archives, const Clock &clock, Notices &notices,
       m_clock(clock),
       m_notices(notices),
       m_spool(archives, notices),
+      m_told(m_spool, notices),
       m_days(archives, clock, notices,
              [this] {
                  QMetaObject::invokeMethod(
@@ -51,7 +52,8 @@ void EventLog::open()
     m_isOpen = true;
     m_stuck.clear();
     m_spool.open();
-    m_endIsToTell = !m_spool.isEmpty();
+    if (!m_spool.isEmpty())
+        m_told.tellEndLater();
     m_rescue.find();
     openToday();
     drain();
@@ -61,13 +63,13 @@ void EventLog::openToday()
 {
     m_days.openToday();
     if (m_days.live() || m_days.left()) {
-        m_isNothingTold = false;
+        m_told.tellNothingIsStored(false);
         return;
     }
     // Whether events that come can be kept is known before the first of them does.
     m_spool.prepare();
-    if (m_spool.fault() && !std::exchange(m_isNothingTold, true))
-        m_notices.post(Icon::Critical, {OwnText::NothingIsStored, {}, m_spool.fault()});
+    if (m_spool.fault())
+        m_told.tellNothingIsStored(true);
 }
 
 bool EventLog::changeDayIfNeeded()
@@ -82,7 +84,8 @@ bool EventLog::changeDayIfNeeded()
         // A spool that was locked at the start is read now.
         const bool wasEmpty = m_spool.isEmpty();
         m_spool.tidy();
-        m_endIsToTell = m_endIsToTell || (wasEmpty && !m_spool.isEmpty());
+        if (wasEmpty && !m_spool.isEmpty())
+            m_told.tellEndLater();
     }
     m_stuck.clear();
     m_rescue.retry();
@@ -105,7 +108,7 @@ void EventLog::close()
     while (m_spool.spill()) {
     }
     if (m_days.left()) {
-        m_lost.registered += m_days.left()->countAfter(m_broughtTo);
+        m_told.lost(m_days.left()->countAfter(m_broughtTo));
         m_days.giveUpLeft();
     }
     const qsizetype onDisk = m_spool.onDisk();
@@ -116,10 +119,7 @@ void EventLog::close()
     m_days.finishLate();
     m_days.finishLive();
     m_again.stop();
-    m_brought.clear();
-    m_fault.reset();
-    m_isTold = m_isMemoryTold = m_endIsToTell = false;
-    m_hadToWait = 0;
+    m_told.reset();
     Q_EMIT waitingChanged();
 }
 
@@ -148,7 +148,7 @@ bool EventLog::append(const Event &event)
     }
     if (!ready) {
         m_stuck.insert(waiting.day);
-        m_fault = ready.fault();
+        m_told.failed(ready.fault());
     }
     keep(std::move(waiting));
     return false;
@@ -156,7 +156,8 @@ bool EventLog::append(const Event &event)
 
 void EventLog::appendUndecided(const Event &event, bool isForAMoment)
 {
-    m_endIsToTell = m_endIsToTell || !isForAMoment;
+    if (!isForAMoment)
+        m_told.tellEndLater();
     keep({event.Data, event, EventSpool::Mark::Undecided});
 }
 
@@ -165,7 +166,7 @@ void EventLog::keep(WaitingEvent event)
     m_spool.add(std::move(event));
     if (!m_again.isActive())
         m_again.start(hasWork() ? 0 : againMilliseconds);
-    tellWaiting();
+    m_told.tellWaiting();
     Q_EMIT waitingChanged();
 }
 
@@ -202,22 +203,23 @@ void EventLog::drain()
     while (!hasWork() && m_spool.spill() && turn.elapsed() < turnMilliseconds) {
     }
     // What has its place already comes last.
-    const QDeadlineTimer until(std::max<qint64>(0, turnMilliseconds - turn.elapsed()));
-    while (!hasWork() && m_rescue.hasWork() && !until.hasExpired())
-        m_rescue.step(until);
+    if (!hasWork())
+        m_rescue.step(QDeadlineTimer(std::max<qint64>(0, turnMilliseconds - turn.elapsed())));
     const bool isMore = hasWork() || m_rescue.hasWork();
     if (!isMore)
         m_days.finishLate();
-    tellBrought();
+    m_told.tellBrought(m_days.left() ? m_days.left()->day() : QDate());
     if (isMore)
         m_again.start(0);
     else if (!m_spool.isEmpty() || m_days.left() || isReading() || m_rescue.isPending())
         m_again.start(againMilliseconds);
     else
         m_again.stop();
-    if (!hasWork() && m_spool.isEmpty() && !m_days.left() && !isReading())
-        tellEnd();
-    tellWaiting();
+    if (!hasWork() && m_spool.isEmpty() && !m_days.left() && !isReading()) {
+        m_told.tellEnd();
+        tellLost();
+    }
+    m_told.tellWaiting();
     Q_EMIT waitingChanged();
 }
 
@@ -235,7 +237,7 @@ bool EventLog::work()
     if (!done) {
         // Other days need not wait for this one.
         m_stuck.insert(day);
-        m_fault = done.fault();
+        m_told.failed(done.fault());
     }
     return hasWork();
 }
@@ -278,7 +280,7 @@ Result<void> EventLog::bringOver()
     }
     // A journal alone that went is not worth a word when nothing went with it.
     if (left.isReplaced())
-        m_brought[day] += 0;
+        m_told.brought(day, 0);
     m_broughtTo = 0;
     m_days.giveUpLeft();
     openToday();
@@ -314,9 +316,9 @@ Result<void> EventLog::storeWaiting(QDate day)
     for (const auto &[event, row] : done.value().events)
         Q_EMIT stored(event, row);
     m_lastStored = m_clock.monotonic();
-    m_hadToWait += done.value().events.size();
+    m_told.storedLate(done.value().events.size());
     if (done.value().brought > 0)
-        m_brought[day] += done.value().brought;
+        m_told.brought(day, done.value().brought);
     return m_spool.remove(registered);
 }
 
@@ -339,73 +341,8 @@ std::optional<Message> EventLog::waits() const
     return {};
 }
 
-std::optional<FaultCode> EventLog::storingFault() const
-{
-    if (!m_isTold && !m_isNothingTold && (!m_endIsToTell || m_spool.isEmpty()))
-        return {};
-    return m_fault ? m_fault->code : m_spool.fault() ? m_spool.fault()->code : FaultCode::Locked;
-}
-
-void EventLog::tellWaiting()
-{
-    if (m_spool.inMemory() > 0 && !m_isMemoryTold) {
-        m_notices.post(Icon::Critical,
-                       {OwnText::EventsWaitInMemory, {QString::number(m_spool.inMemory())}, m_spool.fault()});
-        m_isMemoryTold = m_isTold = true;
-    } else if (m_fault && !m_spool.isEmpty() && !m_isTold) {
-        m_notices.post(Icon::Critical, {OwnText::EventsWait, {}, m_fault});
-        m_isTold = true;
-    }
-    m_endIsToTell = m_endIsToTell || m_isTold;
-}
-
-void EventLog::tellBrought()
-{
-    const QList<QDate> days = m_brought.keys();
-    for (const QDate day : days) {
-        if ((m_days.left() && m_days.left()->day() == day) || m_spool.count(day, EventSpool::Mark::Brought) > 0)
-            continue;
-        m_notices.post(Icon::Critical,
-                       {OwnText::DayReplaced, {ArchiveName::events(day), QString::number(m_brought.take(day))}, {}});
-    }
-}
-
-/// Nothing waits any more.
-void EventLog::tellEnd()
-{
-    const qsizetype late = std::exchange(m_hadToWait, 0);
-    if (std::exchange(m_endIsToTell, false) && late > 0)
-        m_notices.post(Icon::Information, {OwnText::EventsStoredAgain, {QString::number(late)}, {}});
-    m_isTold = m_isMemoryTold = false;
-    m_fault.reset();
-    tellLost();
-}
-
 void EventLog::tellLost()
 {
-    const EventSpool::Lost more = m_spool.takeLost();
-    const EventSpool::Lost lost = std::exchange(m_lost, {});
-    const auto tell = [this](OwnText text, qsizetype count) {
-        if (count > 0)
-            m_notices.post(Icon::Critical, {text, {QString::number(count)}, {}});
-    };
-    const qsizetype registered = lost.registered + more.registered;
-    const qsizetype undecided = lost.undecided + more.undecided;
-    tell(OwnText::EventsLost, registered);
-    tell(OwnText::EventsUndecided, undecided);
-    if (registered + undecided > 0)
-        Q_EMIT eventsLost(registered + undecided);
-}
-
-Result<QList<EventLog::Stored>> EventLog::last(qsizetype most) const
-{
-    if (!m_days.live())
-        return Fault{FaultCode::NotOpen, ArchiveName::events(m_clock.date())};
-    const Result<QList<DayArchive::Row>> rows = m_days.live()->last(most);
-    if (!rows)
-        return rows.fault();
-    QList<Stored> events;
-    for (const DayArchive::Row &row : rows.value())
-        events.append({row.number, row.event});
-    return events;
+    if (const qsizetype lost = m_told.tellLost(); lost > 0)
+        Q_EMIT eventsLost(lost);
 }

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "link/DayRescue.h"
-#include "link/EventSpool.h"
+#include "link/WaitingNotices.h"
 
-#include <QMap>
 #include <QObject>
 #include <QSet>
 #include <QTimer>
@@ -61,19 +60,10 @@ public:
     /// That events wait, and where, or that none is stored; nothing when all is well.
     std::optional<Message> waits() const;
     /// Why events that come cannot be stored, or decided about, now and not for a moment only; nothing when they can.
-    std::optional<FaultCode> storingFault() const;
+    std::optional<FaultCode> storingFault() const { return m_told.storingFault(); }
 
     /// Day of the open archive; not valid while none is open.
     QDate day() const { return m_days.live() ? m_days.live()->day() : QDate(); }
-
-    /// A stored event as it is read back.
-    struct Stored {
-        qint64 ProgEv = 0;
-        Event event;
-    };
-    /// The last @p most events of the open archive, or all of them when there are fewer, by their date and time; those
-    /// that wait are not among them. @return NotOpen while no archive is open; the subject is the archive
-    Result<QList<Stored>> last(qsizetype most) const;
 
 Q_SIGNALS:
     /// An event is on disk, in the archive of its day. @param row  its ProgEv
@@ -95,30 +85,20 @@ private:
     std::optional<QDate> nextDay() const;
     Result<void> bringOver();
     Result<void> storeWaiting(QDate day);
-    void tellWaiting();
-    void tellBrought();
-    void tellEnd();
     void tellLost();
 
     const Clock &m_clock;
     Notices &m_notices;
     EventSpool m_spool;
+    WaitingNotices m_told;
     Decide m_decide;
     DayArchives m_days;
     DayRescue m_rescue;
     qint64 m_broughtTo = 0;  ///< ProgEv of the last event that was brought out of an archive that lost its name
     qint64 m_lastStored = 0; ///< monotonic, milliseconds
 
-    QSet<QDate> m_stuck;              ///< days that nothing can be done for until the next retry
-    QMap<QDate, qsizetype> m_brought; ///< by day, events brought over, not yet told
-    std::optional<Fault> m_fault;     ///< why events wait
+    QSet<QDate> m_stuck; ///< days that nothing can be done for until the next retry
     bool m_isOpen = false;
-    bool m_isTold = false;        ///< that events wait
-    bool m_isNothingTold = false; ///< that none could be kept
-    bool m_isMemoryTold = false;  ///< that they wait in memory
-    bool m_endIsToTell = false;   ///< the operator wants to know when they have been stored
-    qsizetype m_hadToWait = 0;    ///< stored late since waiting began
-    EventSpool::Lost m_lost;      ///< not yet told
     int m_retries = 0;
     QTimer m_again;
 };

@@ -203,6 +203,7 @@ void MDIForm1::mnuEventi_Click()
     m_windows.open<frmEventi>([this] {
         auto *window = new frmEventi(m_program.texts(), m_messages, m_program.archives(), m_program.clock(),
                                      m_program.printer(), m_program.journal());
+        window->setKeptElsewhere([this] { return m_program.log().unsaved() > 0; });
         connect(window, &frmEventi::journalWanted, this, [this](QDate first, QDate last) {
             mnuJournal_Click();
             if (auto *journal = m_windows.find<frmJournal>())
@@ -230,8 +231,8 @@ void MDIForm1::mnuEventiOdierni_Click()
 void MDIForm1::mnuPrnLastEv_Click()
 {
     m_windows.open<frmPrnLastEv>([this] {
-        auto *window = new frmPrnLastEv({m_program.log(), m_program.archives()}, m_program.printer(), m_program.texts(),
-                                        m_messages);
+        auto *window = new frmPrnLastEv({m_program.log(), m_program.clock(), m_program.archives()}, m_program.printer(),
+                                        m_program.texts(), m_messages);
         noteEvents(window, &frmPrnLastEv::printed, JournalKind::Printed);
         return window;
     });

@@ -58,15 +58,15 @@ Fault systemFault(const QString &path)
     }
 }
 
-bool Disk::before(Step, const QString &)
+Result<void> Disk::before(Step, const QString &)
 {
-    return true;
+    return {};
 }
 
 Result<void> Disk::write(int file, const QString &path, const char *bytes, qsizetype count)
 {
-    if (!before(Step::Write, path))
-        return Fault{FaultCode::InputOutput, path};
+    if (Result<void> begun = before(Step::Write, path); !begun)
+        return begun;
     while (count > 0) {
         const ssize_t written = ::write(file, bytes, static_cast<size_t>(count));
         if (written < 0 && errno == EINTR)
@@ -82,8 +82,8 @@ Result<void> Disk::write(int file, const QString &path, const char *bytes, qsize
 Result<void> Disk::flushFolder(const QString &path)
 {
     const QString folder = QFileInfo(path).path();
-    if (!before(Step::FlushFolder, folder))
-        return Fault{FaultCode::InputOutput, folder};
+    if (Result<void> begun = before(Step::FlushFolder, folder); !begun)
+        return begun;
     const Descriptor file(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // Some network file systems refuse to flush a folder; the rename itself has been done then.
     if (file.get() >= 0 && ::fsync(file.get()) != 0 && errno != EINVAL)
@@ -93,8 +93,8 @@ Result<void> Disk::flushFolder(const QString &path)
 
 Result<void> Disk::finish(int file, const QString &beside, const QString &target)
 {
-    if (!before(Step::Flush, beside))
-        return Fault{FaultCode::InputOutput, beside};
+    if (Result<void> begun = before(Step::Flush, beside); !begun)
+        return begun;
     if (::fsync(file) != 0)
         return systemFault(beside);
     return rename(beside, target);
@@ -151,8 +151,8 @@ Result<void> Disk::replaceContent(const QString &target, const QByteArray &conte
 
 Result<void> Disk::renameOnly(const QString &from, const QString &to)
 {
-    if (!before(Step::Rename, to))
-        return Fault{FaultCode::InputOutput, to};
+    if (Result<void> begun = before(Step::Rename, to); !begun)
+        return begun;
     if (::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
         return systemFault(to);
     return {};
@@ -166,8 +166,8 @@ Result<void> Disk::rename(const QString &from, const QString &to)
 
 std::function<Result<bool>()> Disk::flushAll(const QString &folder)
 {
-    if (!before(Step::Flush, folder))
-        return [folder] { return Result<bool>(Fault{FaultCode::InputOutput, folder}); };
+    if (const Result<void> begun = before(Step::Flush, folder); !begun)
+        return [fault = begun.fault()] { return Result<bool>(fault); };
     return [folder]() -> Result<bool> {
         const Descriptor file(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (file.get() < 0 || ::syncfs(file.get()) != 0)
@@ -178,8 +178,8 @@ std::function<Result<bool>()> Disk::flushAll(const QString &folder)
 
 Result<void> Disk::remove(const QString &path)
 {
-    if (!before(Step::Remove, path))
-        return Fault{FaultCode::InputOutput, path};
+    if (Result<void> begun = before(Step::Remove, path); !begun)
+        return begun;
     if (::unlink(QFile::encodeName(path).constData()) != 0 && errno != ENOENT)
         return systemFault(path);
     return {};
@@ -187,8 +187,8 @@ Result<void> Disk::remove(const QString &path)
 
 Result<void> Disk::makeFolder(const QString &path)
 {
-    if (!before(Step::MakeFolder, path))
-        return Fault{FaultCode::InputOutput, path};
+    if (Result<void> begun = before(Step::MakeFolder, path); !begun)
+        return begun;
     if (::mkdir(QFile::encodeName(path).constData(), 0700) != 0 && errno != EEXIST)
         return systemFault(path);
     // As long as something else has the name no folder can be made.
@@ -199,8 +199,8 @@ Result<void> Disk::makeFolder(const QString &path)
 
 Result<void> Disk::makeLink(const QString &path, const QString &target)
 {
-    if (!before(Step::MakeLink, path))
-        return Fault{FaultCode::InputOutput, path};
+    if (Result<void> begun = before(Step::MakeLink, path); !begun)
+        return begun;
     if (::symlink(QFile::encodeName(target).constData(), QFile::encodeName(path).constData()) != 0)
         return systemFault(path);
     return flushFolder(path);

@@ -42,9 +42,9 @@ public:
     Result<void> makeLink(const QString &path, const QString &target);
 
 protected:
-    /// Called before each step; false makes the step fail as if the device did. The tests record the order of the steps
-    /// here and stop at the n-th.
-    virtual bool before(Step step, const QString &path);
+    /// Called before each step; a fault is what the step ends with, as if it were the device's. The tests record the
+    /// order of the steps here and stop at the n-th.
+    virtual Result<void> before(Step step, const QString &path);
 
 private:
     friend class FreshFile;

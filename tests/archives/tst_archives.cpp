@@ -1,3 +1,4 @@
+#include "archives/PageProof.h"
 #include "archives/PasswordField.h"
 #include "archives/Templates.h"
 #include "support/Fixtures.h"
@@ -228,6 +229,56 @@ private Q_SLOTS:
             QVERIFY(!stored);
             QCOMPARE(stored.fault().code, code);
         }
+    }
+
+    void provenPages_data()
+    {
+        using Change = std::function<QByteArray(QByteArray)>;
+        const auto flipped = [](qsizetype place) {
+            return [place](QByteArray bytes) {
+                bytes[place] = char(bytes[place] ^ 4);
+                return bytes;
+            };
+        };
+        const Rows<Change, bool> row("change", "proven");
+        row(
+            "nothing", [](const QByteArray &bytes) { return bytes; }, true);
+        row("a bit of the salt", flipped(3), false);
+        row("a bit of the first page", flipped(16), false);
+        row("a bit of another page", flipped(2 * 4096), false);
+        row("a bit of a check sum", flipped(3 * 4096 - 13), false);
+        row(
+            "the last page gone", [](const QByteArray &bytes) { return bytes.chopped(4096); }, false);
+        row(
+            "half a page gone", [](const QByteArray &bytes) { return bytes.chopped(2048); }, false);
+        row(
+            "a page of zeros behind", [](const QByteArray &bytes) { return bytes + QByteArray(4096, 0); }, false);
+        row(
+            "two pages exchanged",
+            [](const QByteArray &bytes) {
+                return bytes.first(4096) + bytes.sliced(8192, 4096) + bytes.sliced(4096, 4096) + bytes.sliced(12288);
+            },
+            false);
+        row(
+            "nothing there", [](const QByteArray &) { return QByteArray(); }, false);
+    }
+    void provenPages()
+    {
+        QFETCH(std::function<QByteArray(QByteArray)>, change);
+        TestFolder test;
+        QList<QStringList> events;
+        for (int i = 0; i < 100; ++i)
+            events.append({QString::number(i), u"TX"_s, u"A"_s, {}, {}, u"08:00:00"_s});
+        test.addEvents(u"05-03-2004"_s, events);
+        const QString name = ArchiveName::events(u"05-03-2004"_s);
+        const QByteArray sound = test.read(name);
+        QVERIFY(sound.size() > 4 * 4096);
+        test.write(name, change(sound));
+        const auto isProven = [&](const QByteArray &salt) {
+            return hasProvenPages(test.folder.path(name), test.archives.rawKey(salt));
+        };
+        QTEST(isProven(sound.first(16)), "proven");
+        QVERIFY(!isProven(QByteArray(16, 'x')));
     }
 
     void setAsideKeepsEarlierOnes()

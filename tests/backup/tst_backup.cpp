@@ -3,9 +3,16 @@
 #include "journal/Journal.h"
 #include "link/EventLog.h"
 #include "support/Fixtures.h"
+#include "support/RecordingVfs.h"
 
 #include <QDir>
 #include <QRegularExpression>
+
+#include <csignal>
+#include <linux/capability.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -60,6 +67,25 @@ struct Site : TestFolder {
 
     QTemporaryDir target;
 };
+
+/// What wait() tells of a process that does this and nothing else.
+template<class Work>
+int inChild(Work work)
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(work());
+    int status = -1;
+    return ::waitpid(child, &status, 0) == child ? status : -1;
+}
+
+/// Makes root obey the rights of files like anybody else.
+bool giveUpCapabilities()
+{
+    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct none[2] = {};
+    return ::syscall(SYS_capset, &header, none) == 0;
+}
 
 } // namespace
 
@@ -150,25 +176,133 @@ private Q_SLOTS:
         QTEST(begun.fault().code, "fault");
     }
 
+    void cutOffAnywhereLeavesWholeFiles_data()
+    {
+        const Rows<FaultCode> row("fault");
+        row("target broken", FaultCode::InputOutput);
+        row("target full", FaultCode::DiskFull);
+        row("target read only by now", FaultCode::AccessDenied);
+    }
     void cutOffAnywhereLeavesWholeFiles()
     {
+        QFETCH(FaultCode, fault);
         Site site;
+        site.disk.fault = fault;
         QVERIFY(site.backUp().ok());
-        for (int steps = 0, done = 0; !done; ++steps) {
+        const int stride = fault == FaultCode::InputOutput ? 1 : 7;
+        for (int steps = 0, rounds = 0, done = 0; !done; steps += stride) {
             const QByteArray before = site.copyOf(oldDay);
             site.addEvents(u"01-03-2004"_s, {{u"4"_s, u"TX"_s, u"A"_s, u""_s, u""_s, u"09:00:00"_s}});
             site.disk.steps.clear();
             site.disk.stopAt = steps;
-            done = site.backUp().ok();
+            const Result<int> outcome = site.backUp();
+            done = outcome.ok();
+            QVERIFY(done || (outcome.fault().code == fault && outcome.fault().subject.startsWith(site.target.path())));
             site.disk.stopAt = -1;
             const QByteArray now = site.copyOf(oldDay);
             QVERIFY2(now == before || now == site.read(oldDay), qPrintable(QString::number(steps)));
             QVERIFY(site.backUp().ok());
-            QCOMPARE(site.rowsOfCopy(oldDay, all).size(), steps + 2);
+            QCOMPARE(site.rowsOfCopy(oldDay, all).size(), ++rounds + 1);
             QVERIFY(QDir(site.target.filePath(u"Archivi"_s))
                         .entryList({u".kor-*"_s}, QDir::Files | QDir::Hidden)
                         .isEmpty());
         }
+    }
+
+    void killedAtTenMoments()
+    {
+        Site site;
+        QStringList names{oldDay, otherDay};
+        for (int i = 0; i < 150; ++i)
+            names.append(u"Note %1.txt"_s.arg(i)); // more than go in one lot
+        const auto change = [&](int version) {
+            site.addEvents(u"01-03-2004"_s, {{u"4"_s, u"TX"_s, u"A"_s, u""_s, u""_s, u"09:00:00"_s}});
+            for (const QString &note : names.sliced(2))
+                site.write(note, QByteArray(100 * version, 'x'));
+        };
+        change(1);
+        QVERIFY(site.backUp().ok());
+        const qsizetype all = site.disk.steps.size();
+        bool wasMixed = false;
+        for (int moment = 1; moment <= 10; ++moment) {
+            QList<QByteArray> before;
+            for (const QString &name : std::as_const(names))
+                before.append(site.copyOf(name));
+            change(1 + moment);
+            site.disk.steps.clear();
+            const int status = inChild([&] {
+                (void)site.backUp([&] {
+                    if (site.disk.steps.size() >= moment * all / 12)
+                        ::raise(SIGKILL);
+                });
+                return 0;
+            });
+            QVERIFY2(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL, qPrintable(QString::number(moment)));
+            int changed = 0;
+            for (qsizetype i = 0; i < names.size(); ++i) {
+                const QByteArray now = site.copyOf(names[i]);
+                QVERIFY2(now == before[i] || now == site.read(names[i]), qPrintable(names[i]));
+                changed += now == before[i] ? 0 : 1;
+            }
+            wasMixed |= changed > 0 && changed + 1 < names.size();
+            QVERIFY(site.backUp().ok());
+            for (const QString &name : std::as_const(names))
+                QCOMPARE(site.copyOf(name), site.read(name));
+            QVERIFY(QDir(site.target.path()).entryList({u".kor-*"_s}, QDir::Files | QDir::Hidden).isEmpty());
+        }
+        QVERIFY(wasMixed);
+    }
+
+    void fullWhileTheOpenDayIsCopied()
+    {
+        RecordingVfs vfs;
+        Site site;
+        FakeClock clock;
+        Notices notices;
+        EventLog log(site.archives, clock, notices);
+        log.open();
+        const auto store = [&] { return log.append(makeEvent(EventRecord{}, clock.moment)); };
+        QVERIFY(store() && site.backUp().ok() && store());
+        const QString today = u"Archivi/Eventi_05-03-2004.zeb"_s;
+        const QByteArray before = site.copyOf(today);
+        vfs.refusal = SQLITE_FULL;
+        const Result<int> done = site.backUp();
+        vfs.refusal = 0;
+        QVERIFY(!done.ok() && done.fault().subject.startsWith(site.target.path()));
+        QCOMPARE(done.fault().code, FaultCode::DiskFull);
+        QCOMPARE(site.copyOf(today), before);
+        QVERIFY(store() && site.backUp().ok());
+        QCOMPARE(site.rowsOfCopy(today, all).size(), 3);
+    }
+
+    void readOnlyTarget_data()
+    {
+        const Rows<QString> row("folder");
+        row("the target itself", u"."_s);
+        row("a folder in it", u"Archivi"_s);
+    }
+    void readOnlyTarget()
+    {
+        QFETCH(QString, folder);
+        Site site;
+        QVERIFY(site.backUp().ok());
+        const QByteArray before = site.copyOf(oldDay);
+        site.addEvents(u"01-03-2004"_s, {{u"4"_s, u"TX"_s, u"A"_s, u""_s, u""_s, u"09:00:00"_s}});
+        const QString path = site.target.filePath(folder);
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner));
+        enum { Refused = 7, Otherwise };
+        const int status = inChild([&] {
+            const Result<int> done = giveUpCapabilities() ? site.backUp() : 0;
+            const bool isRefused = !done.ok() && done.fault().code == FaultCode::AccessDenied &&
+                                   done.fault().subject.startsWith(site.target.path());
+            return isRefused ? Refused : Otherwise;
+        });
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QVERIFY(WIFEXITED(status));
+        QCOMPARE(WEXITSTATUS(status), int(Refused));
+        QCOMPARE(site.copyOf(oldDay), before);
+        QVERIFY(site.backUp().ok());
+        QCOMPARE(site.rowsOfCopy(oldDay, all).size(), 2);
     }
 
     void damagedDayIsToldAndCostsNoOther_data()
@@ -186,6 +320,10 @@ private Q_SLOTS:
         QByteArray damaged = site.read(oldDay);
         damaged[(page - 1) * 4096 + 100] = char(~damaged[(page - 1) * 4096 + 100]);
         site.write(oldDay, damaged);
+        // Long ago, so that its check sums are to tell.
+        QFile file(site.folder.path(oldDay));
+        QVERIFY(file.open(QIODevice::ReadWrite) &&
+                file.setFileTime(QDateTime::currentDateTime().addDays(-1), QFile::FileModificationTime));
         site.addEvents(u"02-03-2004"_s, {{u"3"_s, u"TX"_s, u"A"_s, u""_s, u""_s, u"09:00:00"_s}});
         const Result<int> done = site.backUp();
         QVERIFY(!done.ok());
@@ -195,13 +333,21 @@ private Q_SLOTS:
         QCOMPARE(site.rowsOfCopy(otherDay, all), QStringList({u"2"_s, u"3"_s}));
     }
 
+    void targetThatGoesEndsIt_data()
+    {
+        const Rows<QString, int> row("step", "count");
+        row("while files are looked for", u"make"_s, 1);
+        row("while they are written", u"write"_s, 3);
+        row("while they are put in place", u"rename"_s, 1);
+    }
     void targetThatGoesEndsIt()
     {
+        QFETCH(QString, step);
+        QFETCH(int, count);
         Site site;
         bool removed = false;
-        int turns = 0;
         const Result<int> done = site.backUp([&] {
-            if (++turns == 12)
+            if (!removed && site.disk.steps.filter(step + u' ').size() == count)
                 removed = QDir(site.target.path()).removeRecursively();
         });
         QVERIFY(removed);

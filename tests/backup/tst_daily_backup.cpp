@@ -125,6 +125,25 @@ private Q_SLOTS:
         QCOMPARE(site.told.size(), 3);
     }
 
+    void whatTheTargetLacksIsTold_data()
+    {
+        const Rows<FaultCode, QString> row("fault", "reason");
+        row("room", FaultCode::DiskFull, u"disk full"_s);
+        row("rights", FaultCode::AccessDenied, u"access denied"_s);
+    }
+    void whatTheTargetLacksIsTold()
+    {
+        QFETCH(FaultCode, fault);
+        QFETCH(QString, reason);
+        Site site;
+        QVERIFY(site.backup.setPlan(site.target.path(), true, QTime(2, 0)).ok());
+        site.disk.fault = fault;
+        site.disk.stopAt = 0;
+        site.look();
+        QCOMPARE(site.told,
+                 QStringList{u"The daily backup copy in '*' was not made and is tried again every hour: "_s + reason});
+    }
+
     void oneAtATimeAndDroppedAtTheEnd()
     {
         Site site;

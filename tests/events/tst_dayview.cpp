@@ -45,6 +45,43 @@ private Q_SLOTS:
         QCOMPARE(look(), u"changed 1"_s);
     }
 
+    /// What was set aside belongs to the day, be it brought into its archive or not, and nothing is shown twice.
+    void daySetAside()
+    {
+        TestFolder test;
+        FakeClock clock;
+        test.addUsers({});
+        const auto event = [](const char *code, const char *minute) {
+            return QStringList{QLatin1String(code), u"TX"_s, u"A"_s, {}, {}, u"10:0%1:00"_s.arg(QLatin1String(minute))};
+        };
+        const QString day = u"05-03-2004"_s;
+        test.addEvents(day, {event("1", "1"), event("2", "2"), event("2", "2"), event("3", "5")});
+        const QString name = ArchiveName::events(day);
+        QCOMPARE(test.archives.setAside(name).value(), name + u".guasto"_s);
+        DayView view(test.archives, clock);
+        QVERIFY(view.open() && finish(view.users()));
+        const auto shown = [&view](int limit) {
+            QString codes;
+            do {
+                if (!view.refresh(limit))
+                    return u"FAULT"_s;
+            } while (view.isReading());
+            for (const ListedEvent &row : view.rows())
+                codes += row.event.Codice;
+            return codes;
+        };
+        test.addEvents(day, {event("4", "3"), event("5", "7")});
+        QCOMPARE(shown(4), u"2435"_s);
+        // One of them has been brought over so far.
+        test.addEvents(day, {event("2", "2"), event("6", "8")});
+        QCOMPARE(shown(9), u"1224356"_s);
+        const QStringList files = test.files(u"Archivi"_s);
+        QVERIFY(files.filter(u"Vista"_s).isEmpty());
+        // As it says that all has been brought over, only the archive counts.
+        test.execute(name, "PRAGMA user_version = 1");
+        QCOMPARE(shown(9), u"2456"_s);
+    }
+
     void dayChanges()
     {
         TestFolder test;

@@ -51,12 +51,12 @@ struct Desk : Office {
     EventLog log{test.archives, clock, notices};
 };
 
-struct LastEvents : Desk {
+struct LastPrint : Desk {
     std::unique_ptr<frmPrnLastEv> window =
-        std::make_unique<frmPrnLastEv>(frmPrnLastEv::Source{log, test.archives}, printer, texts, messages);
+        std::make_unique<frmPrnLastEv>(frmPrnLastEv::Source{log, clock, test.archives}, printer, texts, messages);
     QLineEdit *box = window->findChild<QLineEdit *>(u"txtNumEv"_s);
 
-    explicit LastEvents(std::chrono::milliseconds patience = std::chrono::hours(1)) : Desk(patience)
+    explicit LastPrint(std::chrono::milliseconds patience = std::chrono::hours(1)) : Desk(patience)
     {
         window->setAttribute(Qt::WA_DeleteOnClose, false);
         if (!window->open())
@@ -90,7 +90,7 @@ private Q_SLOTS:
     /// system looks only once where that is.
     void silentPrintSystem()
     {
-        LastEvents desk;
+        LastPrint desk;
         const UnixSocket silent(desk.test.directory.filePath(u"socket"_s), SOCK_STREAM);
         qputenv("CUPS_SERVER", silent.path());
         desk.store(1);
@@ -114,7 +114,7 @@ private Q_SLOTS:
         QFETCH(int, events);
         QFETCH(QString, typed);
         QFETCH(int, first);
-        LastEvents desk;
+        LastPrint desk;
         QSignalSpy printed(desk.window.get(), &frmPrnLastEv::printed);
         desk.store(events);
         desk.print(typed);
@@ -146,7 +146,7 @@ private Q_SLOTS:
 
     void notice()
     {
-        LastEvents desk;
+        LastPrint desk;
         desk.store(1);
         desk.print(u"1"_s);
         control(desk.window.get(), u"cmdOk"_s)->click(); // while the first one runs
@@ -191,7 +191,7 @@ private Q_SLOTS:
         QFETCH(int, events);
         QFETCH(bool, silent);
         QFETCH(QString, message);
-        LastEvents desk(silent ? std::chrono::milliseconds(1) : std::chrono::hours(1));
+        LastPrint desk(silent ? std::chrono::milliseconds(1) : std::chrono::hours(1));
         if (events < 0)
             desk.log.close();
         desk.store(events);
@@ -219,7 +219,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, ends);
         QFETCH(int, says);
-        LastEvents desk;
+        LastPrint desk;
         FakePrintSystem &fake = desk.printers.fake;
         fake.says = FaultCode(says);
         fake.allow(1); // the list

@@ -281,7 +281,7 @@ private Q_SLOTS:
              {"Eventi_05-03-2004.zeb.guasto10", "EVENTI_05-03-2004.zeb.Guasto", "Eventi_05-03-2004.zeb.guasto2",
               "Eventi_05-03-2004.zeb.guasto2-wal", "Eventi_04-03-2004.zeb.guasto", "Eventi_07-03-2004.zeb.guasto"})
             test.write(u"Archivi/"_s + QString::fromLatin1(name), "set aside");
-        const DayFiles files = filesOfDays(test.folder)[QDate(2004, 3, 5)];
+        const DayFiles files = filesOfDay(test.folder, {2004, 3, 5}).value();
         QCOMPARE(files.archive, u"Archivi/Eventi_05-03-2004.zeb"_s);
         QCOMPARE(files.setAside,
                  QStringList({u"Archivi/EVENTI_05-03-2004.zeb.Guasto"_s, u"Archivi/Eventi_05-03-2004.zeb.guasto2"_s,
@@ -296,6 +296,18 @@ private Q_SLOTS:
         QCOMPARE(search.incompleteDays(), QList<QDate>({{2004, 3, 2}, {2004, 3, 4}, {2004, 3, 5}}));
         QVERIFY(search.unreadDays().isEmpty() && !search.isComplete());
         QCOMPARE(search.results().count(), 1);
+        // On another day nothing is missing, unless nobody can tell what waits, or it waits in memory.
+        const auto isComplete = [&] {
+            run(search, range(u"06/03/2004"_s, u"06/03/2004"_s));
+            return search.isComplete();
+        };
+        QVERIFY(isComplete());
+        test.write(QStringView(ArchiveName::Waiting).toString(), "damaged");
+        QVERIFY(!isComplete() && search.incompleteDays().isEmpty());
+        QVERIFY(test.archives.remove(ArchiveName::Waiting) && isComplete());
+        search.setKeptElsewhere([] { return true; });
+        QVERIFY(!isComplete());
+        QCOMPARE(filesOfDays(BareFolder().folder).fault().code, FaultCode::NotFound);
     }
 
     void stopAndLeftovers()

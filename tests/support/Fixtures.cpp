@@ -7,14 +7,14 @@
 #include <QFile>
 #include <QFileInfo>
 
-bool FakeDisk::before(Step step, const QString &path)
+Result<void> FakeDisk::before(Step step, const QString &path)
 {
     static const QStringList names = {u"write"_s,  u"flush"_s, u"rename"_s, u"flush folder"_s,
                                       u"remove"_s, u"make"_s,  u"link"_s};
     if (stopAt >= 0 && steps.size() >= stopAt && (!goesOn || failed == 0))
-        return (++failed, false);
+        return (++failed, Fault{fault, path});
     steps.append(names[static_cast<int>(step)] + QLatin1Char(' ') + QFileInfo(path).fileName());
-    return true;
+    return {};
 }
 
 TestFolder::TestFolder()

@@ -134,13 +134,14 @@ private:
 class FakeDisk : public Disk
 {
 public:
-    QStringList steps;   ///< "write Setup.tmp"
-    int stopAt = -1;     ///< number of steps that are still carried out, -1 = all
-    bool goesOn = false; ///< after the one step that fails, as a disk that was full
-    int failed = 0;      ///< steps that were not carried out
+    QStringList steps;                        ///< "write Setup.tmp"
+    int stopAt = -1;                          ///< number of steps that are still carried out, -1 = all
+    bool goesOn = false;                      ///< after the one step that fails, as a disk that was full
+    int failed = 0;                           ///< steps that were not carried out
+    FaultCode fault = FaultCode::InputOutput; ///< of those
 
 protected:
-    bool before(Step step, const QString &path) override;
+    Result<void> before(Step step, const QString &path) override;
 };
 
 /// A program folder with nothing in it, removed at the end.
