@@ -32,6 +32,7 @@ public:
 
     /// Begins to read the users, whose names come a moment later when there are many.
     bool open() override;
+    void setCaptions() override;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -39,7 +40,6 @@ protected:
 private:
     Fields *buildParameters();
     void build();
-    void captions();
 
     void txtCodice_Change();
     void dbcmbCognome_Change();
@@ -56,6 +56,7 @@ private:
     void searchDone(const Result<void> &searched);
     QString lacks(const Result<void> &searched) const;
     void showFound(bool isKnown);
+    void showCount(bool isKnown);
     Result<QStringList> foundRow(qsizetype row) const;
     QStringList shownRow(qsizetype row);
     void exportTo(const QString &file);

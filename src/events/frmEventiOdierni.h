@@ -26,9 +26,9 @@ public:
     bool open() override;
     /// Most rows to be shown, limited to 1 to 1000; an open view keeps those that it began with.
     void setNumEv(int rows) { m_limit = qBound(1, rows, HighestDailyEventCount); }
+    void setCaptions() override;
 
 private:
-    void captions();
     QStringList shownRow(qsizetype row) const;
     void tmrLoad_Timer();
     void tmrRefresh_Timer();

@@ -27,9 +27,9 @@ public:
 
     /// Begins to read the users.
     bool open() override;
+    void setCaptions() override;
 
 private:
-    void captions();
     void txtNumEv_Change();
     void cmdOk_Click();
     bool usersRead(const Result<void> &read);

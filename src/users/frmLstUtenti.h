@@ -52,6 +52,7 @@ public:
 
     /// The users as they are at this moment; only after open().
     QList<User> users() { return m_register.all(); }
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// The window has closed and its working copy is gone.
@@ -68,7 +69,7 @@ protected:
 
 private:
     void build();
-    void captions();
+    QString caption() const;
 
     void tmrLoad_Timer();
     void tmrRicOn_Timer();

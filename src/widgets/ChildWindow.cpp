@@ -45,6 +45,12 @@ ChildWindow::~ChildWindow()
     disconnect(qApp, nullptr, this, nullptr);
 }
 
+void ChildWindow::translate()
+{
+    setCaptions();
+    Q_EMIT translated();
+}
+
 QPoint ChildWindow::place(QSize area, QSize own) const
 {
     if (m_place)
@@ -65,6 +71,12 @@ QSize ChildWindow::wantedSize(QSize area) const
 QSize ChildWindow::sizeHint() const
 {
     return m_scroll ? m_scroll->widget()->sizeHint().expandedTo(minimumSize()) : QWidget::sizeHint();
+}
+
+QSize ChildWindow::neededSize() const
+{
+    const QSize least = m_scroll ? m_scroll->widget()->minimumSizeHint() : minimumSizeHint();
+    return least.expandedTo(minimumSize());
 }
 
 int ChildWindow::roomForContent() const
