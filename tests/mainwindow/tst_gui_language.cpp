@@ -6,6 +6,8 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QRegularExpression>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStatusBar>
 
 namespace {
@@ -74,10 +76,10 @@ struct Tower : Desk {
         const QStringList steps = way.split(u' ');
         entry(steps.first().toLatin1())->trigger();
         for (const QString &button : steps.mid(1)) {
-            QTest::qWait(250); // lists are read, an answer comes
+            QTest::qWait(220); // lists are read, an answer comes
             control(latest(), button)->click();
         }
-        QTest::qWait(250);
+        QTest::qWait(220);
         return latest();
     }
     void speak(int language)
@@ -136,6 +138,9 @@ private Q_SLOTS:
         for (const int language : {1, 3, 4}) {
             desk.speak(language);
             QVERIFY(desk.words(shown) != before);
+            QCoreApplication::processEvents();
+            for (const QScrollArea *scrolled : shown->findChildren<QScrollArea *>())
+                QVERIFY(!scrolled->horizontalScrollBar()->isVisible());
         }
         const QStringList changed = desk.words(shown);
         while (ChildWindow *last = desk.latest())
