@@ -75,8 +75,10 @@ QSize ChildWindow::sizeHint() const
 
 QSize ChildWindow::neededSize() const
 {
-    const QSize least = m_scroll ? m_scroll->widget()->minimumSizeHint() : minimumSizeHint();
-    return least.expandedTo(minimumSize());
+    const QWidget *content = m_scroll ? m_scroll->widget() : this;
+    // Layouts within a layout still know the sizes from before a control has got other words.
+    content->layout()->activate();
+    return content->minimumSizeHint().expandedTo(minimumSize());
 }
 
 int ChildWindow::roomForContent() const
