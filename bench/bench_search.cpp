@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
+#include <QToolButton>
 
 #include <sqlite3.h>
 #include <string>
@@ -170,6 +171,11 @@ void window(TestFolder &test)
                                                                      grid->scrollToBottom();
                                                                      (void)grid->grab();
                                                                  }) / 1000);
+    std::printf("%-58s %12.2f ms\n", "histogram opened, painted", microseconds([&] {
+                                                                      form.findChild<QToolButton *>()->click();
+                                                                      QCoreApplication::processEvents();
+                                                                      (void)form.grab();
+                                                                  }) / 1000);
 }
 
 void missingDays(TestFolder &test)

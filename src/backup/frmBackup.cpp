@@ -95,14 +95,13 @@ frmBackup::frmBackup(const Texts &texts, DailyBackup &backup, Messages &messages
     connect(&backup, &DailyBackup::ended, this, &frmBackup::showEnd);
     setKeys(cmdNow, cmdChiudi);
 
-    captions();
     chkDaily->setChecked(backup.plan().isDaily);
     txtTime->setEnabled(backup.plan().isDaily);
-    showState();
+    frmBackup::setCaptions();
     txtFolder->setFocus();
 }
 
-void frmBackup::captions()
+void frmBackup::setCaptions()
 {
     setWindowTitle(TogliAnd(m_texts[OwnText::MnuBackup]));
     fitTitle(this);
@@ -114,6 +113,8 @@ void frmBackup::captions()
     cmdNow->setText(m_texts[OwnText::BackupNow]);
     cmdStop->setText(m_texts[OwnText::BackupStop]);
     cmdChiudi->setText(m_texts[Text::CmdChiudi]);
+    tell(m_state);
+    showState();
 }
 
 void frmBackup::cmdFolder_Click()
@@ -141,7 +142,7 @@ void frmBackup::cmdStop_Click()
 {
     m_backup.stop();
     showState();
-    lblState->setText(m_texts[OwnText::BackupStopped]);
+    tell(Message{OwnText::BackupStopped, {}, {}});
 }
 
 /// What is copied at the moment, and which buttons make sense.
@@ -160,13 +161,19 @@ void frmBackup::showState()
     prgBackup->setRange(0, static_cast<int>(qMax<qint64>(1, progress.count / kibibytes)));
     prgBackup->setValue(static_cast<int>(progress.done / kibibytes));
     if (const QString file = m_backup.file(); !file.isEmpty())
-        lblState->setText(m_texts[OwnText::BackupCopying].arg(shownName(file)));
+        tell(Message{OwnText::BackupCopying, {shownName(file)}, {}});
+}
+
+void frmBackup::tell(std::optional<Message> state)
+{
+    m_state = std::move(state);
+    lblState->setText(m_state ? m_texts.sentence(*m_state) : QString());
 }
 
 void frmBackup::showEnd(const Result<void> &result, int copied)
 {
     showState();
-    lblState->setText(result ? m_texts[OwnText::BackupDone].arg(copied) : QString());
+    tell(result ? std::optional(Message{OwnText::BackupDone, {QString::number(copied)}, {}}) : std::nullopt);
     if (!result && !m_backup.isDaily())
         refuse(m_texts.sentence(m_backup.messageOf(result.fault(), false)));
 }

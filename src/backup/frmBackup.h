@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Result.h"
+#include "texts/Texts.h"
 #include "widgets/ChildWindow.h"
 
 class DailyBackup;
@@ -11,7 +12,6 @@ class QLineEdit;
 class QProgressBar;
 class QPushButton;
 class QTimeEdit;
-class Texts;
 
 /// The backup copy of the program folder: where to, at once or every day, and how far the one that runs has come. It
 /// goes on when the window closes.
@@ -22,16 +22,17 @@ class frmBackup : public ChildWindow
 public:
     /// All must outlive this window.
     frmBackup(const Texts &texts, DailyBackup &backup, Messages &messages, QWidget *parent = nullptr);
+    void setCaptions() override;
 
 protected:
     bool canClose() override;
 
 private:
-    void captions();
     void cmdFolder_Click();
     void cmdNow_Click();
     void cmdStop_Click();
     void showState();
+    void tell(std::optional<Message> state);
     void showEnd(const Result<void> &result, int copied);
     QString folder() const;
     bool store();
@@ -41,6 +42,7 @@ private:
     DailyBackup &m_backup;
     Messages &m_messages;
 
+    std::optional<Message> m_state; ///< what lblState says
     QLabel *lblFolder;
     QLineEdit *txtFolder;
     QPushButton *cmdFolder;

@@ -6,6 +6,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScrollArea>
 #include <QToolButton>
 #include <QToolTip>
 #include <QVBoxLayout>
@@ -237,7 +238,18 @@ EventHistogram::EventHistogram(const Texts &texts, QWidget *parent)
         if (isOpen)
             m_bars->remake();
         m_bars->setVisible(isOpen);
+        // Where the window scrolls the bars would open below its edge.
+        if (isOpen)
+            QMetaObject::invokeMethod(this, &EventHistogram::showBars, Qt::QueuedConnection);
     });
+}
+
+void EventHistogram::showBars()
+{
+    for (QWidget *outside = parentWidget(); outside; outside = outside->parentWidget()) {
+        if (auto *scrolled = qobject_cast<QScrollArea *>(outside))
+            return scrolled->ensureWidgetVisible(m_bars);
+    }
 }
 
 void EventHistogram::setCounts(const EventCounts &counts)

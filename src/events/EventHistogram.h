@@ -27,6 +27,8 @@ Q_SIGNALS:
 private:
     class Bars;
 
+    void showBars();
+
     const Texts &m_texts;
     EventCounts m_counts;
     QToolButton *cmdIstogramma;

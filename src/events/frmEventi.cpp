@@ -42,11 +42,11 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
       m_search(archives, m_users),
       m_runner(this),
       m_printing(this, printer, texts, messages),
-      m_rows(new RowsModel(gridColumns(EventColumns::found, texts), this)),
+      m_rows(new RowsModel({}, this)),
       m_coverage(new CoverageLine(texts, journal, this))
 {
     build();
-    captions();
+    frmEventi::setCaptions();
     const QString today = DataBarre(clock.date());
     txtDataOrig->setText(today);
     txtDataFine->setText(today);
@@ -158,6 +158,7 @@ Fields *frmEventi::buildParameters()
     lblTipo->setBuddy(chkTipo[0]);
     cmbCanali = new QComboBox;
     cmbCanali->setObjectName(QStringLiteral("cmbCanali"));
+    cmbCanali->addItems(QStringList(3));
     place(lblTipoEv, "lblTipoEv", cmbCanali);
     return frame;
 }
@@ -168,10 +169,11 @@ void frmEventi::resizeEvent(QResizeEvent *event)
     FrameRic->fit(roomForContent());
 }
 
-void frmEventi::captions()
+void frmEventi::setCaptions()
 {
     const QString colon = QStringLiteral(":");
     setWindowTitle(m_texts[Text::RicercaEventi]);
+    m_rows->setCaptions(gridColumns(EventColumns::found, m_texts));
     dbgrdDati->setAccessibleName(windowTitle());
     FrameRic->setTitle(m_texts[Text::ParametriDiRicerca]);
     lblDataOrig->setText(m_texts[Text::DallaData]);
@@ -186,11 +188,16 @@ void frmEventi::captions()
     lblTipo->setText(m_texts[Text::Tipo] + colon);
     chkTipo[0]->parentWidget()->setAccessibleName(lblTipo->text());
     lblTipoEv->setText(m_texts[Text::TipoDiEvento]);
-    cmbCanali->addItems({m_texts[Text::Tutti], m_texts[Text::SoloAbilitati], m_texts[Text::SoloDisabilitati]});
+    int state = 0;
+    for (const Text text : {Text::Tutti, Text::SoloAbilitati, Text::SoloDisabilitati})
+        cmbCanali->setItemText(state++, m_texts[text]);
     cmdRicerca->setText(m_texts[Text::CmdRicerca]);
     cmdStampa->setText(m_texts[Text::CmdStampa]);
     cmdToExcel->setText(m_texts[Text::CmdEsportaInExcel]);
     cmdChiudi->setText(m_texts[Text::CmdChiudi]);
+    m_histogram->setCaptions();
+    showCount(!lblTrovati->text().isEmpty());
+    FrameRic->fit(roomForContent());
 }
 
 bool frmEventi::open()
@@ -271,7 +278,8 @@ void frmEventi::cmdRicerca_Click()
     }
     setBusy(true);
     m_runner.run(m_search,
-                 TaskRunner::Notice{m_texts[Text::RicercaInCorso], m_texts[Text::CmdAnnulla],
+                 TaskRunner::Notice{[this] { return m_texts[Text::RicercaInCorso]; },
+                                    [this] { return m_texts[Text::CmdAnnulla]; },
                                     [this] { return m_texts[Text::Giorno] + DataBarre(m_search.day()); }},
                  [this](const Result<void> &searched) { searchDone(searched); });
 }

@@ -34,6 +34,7 @@ public:
 
     /// Begins to read the users, whose names come a moment later when there are many.
     bool open() override;
+    void setCaptions() override;
     void setKeptElsewhere(std::function<bool()> isAny) { m_search.setKeptElsewhere(std::move(isAny)); }
 
 Q_SIGNALS:
@@ -50,7 +51,6 @@ protected:
 private:
     Fields *buildParameters();
     void build();
-    void captions();
 
     void txtCodice_Change();
     void dbcmbCognome_Change();
@@ -68,6 +68,7 @@ private:
     void tellOutcome(const Result<void> &searched);
     QString lacks(const Result<void> &searched) const;
     void showFound(bool isKnown);
+    void showCount(bool isKnown);
     Result<QStringList> foundRow(qsizetype row) const;
     QStringList shownRow(qsizetype row);
     void exportTo(const QString &file);

@@ -33,7 +33,7 @@ frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, Archi
       m_runner(this),
       m_printing(this, printer, texts, messages),
       flxgrdEventi(new Grid),
-      m_rows(new RowsModel(gridColumns(EventColumns::last, texts), this)),
+      m_rows(new RowsModel({}, this)),
       cmdStampa(new QPushButton),
       cmdChiudi(new QPushButton)
 {
@@ -58,12 +58,13 @@ frmEventiOdierni::frmEventiOdierni(const Texts &texts, Messages &messages, Archi
     connect(cmdChiudi, &QPushButton::clicked, this, &ChildWindow::unload);
     setKeepsPlace();
     setKeys(cmdChiudi, cmdChiudi);
-    captions();
+    frmEventiOdierni::setCaptions();
 }
 
-void frmEventiOdierni::captions()
+void frmEventiOdierni::setCaptions()
 {
     setWindowTitle(m_texts[Text::UltimiEventi]);
+    m_rows->setCaptions(gridColumns(EventColumns::last, m_texts));
     flxgrdEventi->setAccessibleName(windowTitle());
     cmdStampa->setText(m_texts[Text::CmdStampa]);
     cmdChiudi->setText(m_texts[Text::CmdChiudi]);

@@ -27,13 +27,13 @@ public:
     bool open() override;
     /// Most rows to be shown, limited to 1 to 1000; an open view keeps those that it began with.
     void setNumEv(int rows) { m_limit = qBound(1, rows, HighestDailyEventCount); }
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// Events were handed to the printer. @param hours  days of the first and of the last of them
     void printed(const DailyHours &hours, qsizetype rows);
 
 private:
-    void captions();
     QStringList shownRow(qsizetype row) const;
     void tmrLoad_Timer();
     void tmrRefresh_Timer();

@@ -47,11 +47,16 @@ QString frmEventi::lacks(const Result<void> &searched) const
 
 void frmEventi::showFound(bool isKnown)
 {
+    showCount(isKnown);
+    m_histogram->setCounts(isKnown ? m_search.counts() : EventCounts());
+}
+
+void frmEventi::showCount(bool isKnown)
+{
     const QString found =
         isKnown ? m_texts.sentence({OwnText::EventsFound, {QString::number(m_search.results().count())}, {}})
                 : QString();
     lblTrovati->setText(found);
-    m_histogram->setCounts(isKnown ? m_search.counts() : EventCounts());
     // The keyboard goes to the grid, and so do readers.
     dbgrdDati->setAccessibleDescription(found);
 }
@@ -143,7 +148,7 @@ void frmEventi::exportTo(const QString &file)
         return m_texts[Text::Record] +
                (taken > 0 ? QStringLiteral(": ") + QString::number(taken) : QStringLiteral(":"));
     };
-    m_runner.run(std::move(work), TaskRunner::Notice{m_texts[Text::EsportazioneInCorso], {}, label},
+    m_runner.run(std::move(work), TaskRunner::Notice{[this] { return m_texts[Text::EsportazioneInCorso]; }, {}, label},
                  [this](const Result<void> &written) {
                      setBusy(false);
                      if (written)

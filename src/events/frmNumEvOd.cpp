@@ -39,12 +39,12 @@ frmNumEvOd::frmNumEvOd(const Texts &texts, Settings &settings, Messages &message
     connect(cmdOk, &QPushButton::clicked, this, &frmNumEvOd::cmdOk_Click);
     connect(cmdAnnulla, &QPushButton::clicked, this, &ChildWindow::unload);
     setKeys(cmdOk, cmdAnnulla);
-    captions();
+    frmNumEvOd::setCaptions();
     txtNumEv->setText(QString::number(settings.NumEvOd));
     txtNumEv->setFocus();
 }
 
-void frmNumEvOd::captions()
+void frmNumEvOd::setCaptions()
 {
     setWindowTitle(m_texts[Text::NumeroEventiOdierni]);
     fitTitle(this);

@@ -16,13 +16,13 @@ class frmNumEvOd : public ChildWindow
 public:
     /// All must outlive this window.
     frmNumEvOd(const Texts &texts, Settings &settings, Messages &messages, QWidget *parent = nullptr);
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// The setting has another value now.
     void NumeroCambiato();
 
 private:
-    void captions();
     void txtNumEv_Change();
     void cmdOk_Click();
     void selectNumEv();

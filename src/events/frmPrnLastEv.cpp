@@ -56,10 +56,10 @@ frmPrnLastEv::frmPrnLastEv(Source source, const CurrentPrinter &printer, const T
     connect(cmdAnnulla, &QPushButton::clicked, this, &frmPrnLastEv::unload);
     setKeys(cmdOk, cmdAnnulla);
 
-    captions();
+    frmPrnLastEv::setCaptions();
 }
 
-void frmPrnLastEv::captions()
+void frmPrnLastEv::setCaptions()
 {
     setWindowTitle(m_texts[Text::StampaDegliUltimiEventi]);
     fitTitle(this);

@@ -31,13 +31,13 @@ public:
 
     /// Begins to read the users.
     bool open() override;
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// Events were handed to the printer. @param hours  days of the first and of the last of them
     void printed(const DailyHours &hours, qsizetype rows);
 
 private:
-    void captions();
     void txtNumEv_Change();
     void cmdOk_Click();
     bool usersRead(const Result<void> &read);

@@ -63,7 +63,7 @@ frmConfInt::frmConfInt(const Texts &texts, Messages &messages, QWidget *parent)
     cmdOk->setObjectName(QStringLiteral("cmdOk"));
     tmrLoad.setObjectName(QStringLiteral("tmrLoad"));
     setKeys(cmdOk, cmdOk);
-    captions();
+    frmConfInt::setCaptions();
     setFocusProxy(cmdOk);
 
     connect(cmdLeggi, &QPushButton::clicked, this, &frmConfInt::cmdLeggi_Click);
@@ -80,7 +80,13 @@ void frmConfInt::configurationRead(const InterfaceConfig &config)
         m_messages.show(this, Icon::Critical, m_texts[Text::ConnessioneImpossibile]);
         return;
     }
-    const ConfigFields words = configFields(config, m_texts);
+    m_read = config;
+    showRead();
+}
+
+void frmConfInt::showRead()
+{
+    const ConfigFields words = configFields(*m_read, m_texts);
     for (size_t i = 0; i < FieldCount; ++i) {
         m_boxes[i]->setText(words.*fields[i].content);
         m_boxes[i]->setCursorPosition(0);
@@ -100,7 +106,7 @@ QPoint frmConfInt::place(QSize, QSize) const
     return {pixels(400), pixels(1000)};
 }
 
-void frmConfInt::captions()
+void frmConfInt::setCaptions()
 {
     setWindowTitle(m_texts[Text::ConfigurazioneInterfaccia]);
     const std::array<QString, FieldCount> labels = {
@@ -122,6 +128,10 @@ void frmConfInt::captions()
     m_boxes.front()->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("WIEGAND 37 BIT HID D10302 BCD")) +
                                      3 * fontMetrics().averageCharWidth());
     lblLettura->setMinimumWidth(fontMetrics().horizontalAdvance(m_texts[OwnText::ReadingRuns]));
+    if (!cmdLeggi->isEnabled())
+        lblLettura->setText(m_texts[OwnText::ReadingRuns]);
+    if (m_read)
+        showRead();
 }
 
 void frmConfInt::cmdLeggi_Click()

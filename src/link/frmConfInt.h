@@ -30,15 +30,16 @@ public:
     void notOnLine();
 
     QPoint place(QSize area, QSize own) const override;
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// A reading is wanted.
     void Leggi();
 
 private:
-    void captions();
     void cmdLeggi_Click();
     void showReading(bool reading);
+    void showRead();
 
     static constexpr size_t FieldCount = 9;
 
@@ -50,5 +51,6 @@ private:
     QPushButton *cmdLeggi;
     QPushButton *cmdOk;
     QTimer tmrLoad;
+    std::optional<InterfaceConfig> m_read; ///< last answer
     bool m_leggiHadFocus = false;
 };

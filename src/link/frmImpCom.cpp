@@ -75,7 +75,7 @@ frmImpCom::frmImpCom(const Texts &texts, Messages &messages, PortTest &test, QWi
     cmdAnnulla->setObjectName(QStringLiteral("cmdAnnulla"));
     tmrLoad.setObjectName(QStringLiteral("tmrLoad"));
     setKeys(cmdOk, cmdAnnulla);
-    captions();
+    frmImpCom::setCaptions();
     setEnabled(false);
 
     connect(cmdProva, &QPushButton::clicked, this, &frmImpCom::cmdProva_Click);
@@ -109,7 +109,7 @@ bool frmImpCom::canClose()
     return true;
 }
 
-void frmImpCom::captions()
+void frmImpCom::setCaptions()
 {
     setWindowTitle(m_texts[Text::ImpostazioneSeriale]);
     fraPorte->setTitle(m_texts[Text::SelezionareUnaPortaCom]);
@@ -119,6 +119,9 @@ void frmImpCom::captions()
     cmdOk->setText(m_texts[Text::CmdOk]);
     cmdAnnulla->setText(m_texts[Text::CmdAnnulla]);
     lblProva->setMinimumWidth(fontMetrics().horizontalAdvance(m_texts[OwnText::PortTestRuns].arg(PortTest::Ports)));
+    showTestedPort();
+    if (m_isSearched)
+        showDevices();
 }
 
 void frmImpCom::cmdProva_Click()
@@ -150,6 +153,7 @@ void frmImpCom::tmrLoad_Timer()
     const QList<int> available = m_test.available();
     for (int port : available)
         Com.at(static_cast<size_t>(port - 1))->setEnabled(true);
+    m_isSearched = true;
     showDevices();
     setEnabled(true);
 
@@ -216,18 +220,24 @@ int frmImpCom::chosenPort()
 void frmImpCom::showTest(int port)
 {
     const bool runs = port != 0;
+    m_testedPort = port;
     if (runs)
         m_hadFocus = focusWidget();
     // The result names no port: it must be the chosen one's.
     fraPorte->setEnabled(!runs);
     cmdProva->setEnabled(!runs);
     cmdOk->setEnabled(!runs);
-    lblProva->setText(runs ? m_texts[OwnText::PortTestRuns].arg(port) : QString());
+    showTestedPort();
     // The keyboard waits at the window: left to itself it would go on to the cancel button, and the next Enter with it.
     if (runs)
         setFocus();
     else if (m_hadFocus)
         m_hadFocus->setFocus();
+}
+
+void frmImpCom::showTestedPort()
+{
+    lblProva->setText(m_testedPort != 0 ? m_texts[OwnText::PortTestRuns].arg(m_testedPort) : QString());
 }
 
 /// The window is about to close: its opener opens the port again.

@@ -34,6 +34,7 @@ public:
     void setConfiguredPort(int port) { m_configuredPort = port; }
 
     QPoint place(QSize area, QSize own) const override;
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// @param porta  its number; 0 when cancelled
@@ -45,7 +46,6 @@ protected:
     bool canClose() override;
 
 private:
-    void captions();
     void cmdProva_Click();
     void cmdOk_Click();
     void cmdAnnulla_Click();
@@ -55,6 +55,7 @@ private:
     void noPortAvailable();
     int chosenPort();
     void showTest(int port);
+    void showTestedPort();
     void leave(int port, Esito outcome);
 
     const Texts &m_texts;
@@ -69,5 +70,7 @@ private:
     QTimer tmrLoad;
     QPointer<QWidget> m_hadFocus; ///< when the test began
     int m_configuredPort = 0;
+    int m_testedPort = 0;      ///< on which a test runs; 0 = none
+    bool m_isSearched = false; ///< the ports have been
     bool m_prima = false;
 };

@@ -44,7 +44,7 @@ frmUtility::frmUtility(const Texts &texts, QWidget *parent)
 
     cmdOk->setObjectName(QStringLiteral("cmdOk"));
     setKeys(cmdOk, cmdOk);
-    captions();
+    frmUtility::setCaptions();
     setFocusProxy(cmdOk);
 
     connect(cmdOk, &QPushButton::clicked, this, &frmUtility::unload);
@@ -52,6 +52,7 @@ frmUtility::frmUtility(const Texts &texts, QWidget *parent)
 
 void frmUtility::showRecord(const EventRecord &record)
 {
+    m_record = record;
     const RecordFields fields = recordFields(record, m_texts);
     txtCodice->setText(fields.Codice);
     txtCanale->setText(fields.Canale);
@@ -63,7 +64,7 @@ QPoint frmUtility::place(QSize, QSize) const
     return {pixels(400), pixels(1000)};
 }
 
-void frmUtility::captions()
+void frmUtility::setCaptions()
 {
     setWindowTitle(m_texts[Text::Diagnostica]);
     lblCodice->setText(m_texts[Text::Codice] + QLatin1Char(':'));
@@ -72,4 +73,6 @@ void frmUtility::captions()
     cmdOk->setText(m_texts[Text::CmdOk]);
     // Room for the longest content, and for the title above it.
     txtCanale->setMinimumWidth(28 * fontMetrics().averageCharWidth());
+    if (m_record)
+        showRecord(EventRecord(*m_record));
 }

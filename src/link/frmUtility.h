@@ -18,11 +18,11 @@ public:
     void showRecord(const EventRecord &record);
 
     QPoint place(QSize area, QSize own) const override;
+    void setCaptions() override;
 
 private:
-    void captions();
-
     const Texts &m_texts;
+    std::optional<EventRecord> m_record; ///< last one
     QLabel *lblCodice;
     QLabel *lblCanale;
     QLabel *lblTipo;

@@ -147,6 +147,18 @@ void MDIForm1::applyTexts()
     m_display.applyTexts();
 }
 
+void MDIForm1::translate()
+{
+    m_translation.apply(m_program.texts().language());
+    applyTexts();
+    // The message of the alarm and a question for a password are among them, whoever frames them.
+    const QList<ChildWindow *> open = findChildren<ChildWindow *>();
+    for (ChildWindow *window : open) {
+        window->translate();
+        m_area->makeRoom(window);
+    }
+}
+
 void MDIForm1::tellTriedAgain(const Message &why)
 {
     m_display.setRegisterWait(why);

@@ -49,6 +49,8 @@ private:
     void tmrShow_Timer();
     /// Shows everything anew, in the language in force.
     void applyTexts();
+    /// Another language is in force: the windows that are open take it too.
+    void translate();
 
     // The gate.
     bool waitsFor(const Fault & /*reason*/) const override { return true; }

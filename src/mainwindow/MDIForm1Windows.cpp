@@ -144,8 +144,7 @@ void MDIForm1::mnuIstr_Click(Text caption, const QString &file)
 {
     if (auto *open = m_windows.find<frmIstruzioni>())
         open->unload();
-    auto *window = new frmIstruzioni(m_program.texts()[caption], m_program.folder().fileToOpen(file), m_program.texts(),
-                                     m_messages);
+    auto *window = new frmIstruzioni(caption, m_program.folder().fileToOpen(file), m_program.texts(), m_messages);
     m_windows.openBeside(window);
     window->load();
 }
@@ -331,10 +330,7 @@ void MDIForm1::mnuLingua_Click()
 {
     m_windows.open<frmLingua>([this] {
         auto *window = new frmLingua(m_program.texts(), m_program.settings(), m_messages);
-        connect(window, &frmLingua::LinguaCambiata, this, [this] {
-            m_translation.apply(m_program.texts().language());
-            applyTexts();
-        });
+        connect(window, &frmLingua::LinguaCambiata, this, &MDIForm1::translate);
         return window;
     });
 }

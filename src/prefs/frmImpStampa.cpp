@@ -49,12 +49,12 @@ frmImpStampa::frmImpStampa(const Texts &texts, CurrentPrinter &printer, Messages
     connect(cmdAnnulla, &QPushButton::clicked, this, &frmImpStampa::unload);
     setKeys(cmdOk, cmdAnnulla);
 
-    captions();
+    frmImpStampa::setCaptions();
     cmdOk->setEnabled(false);
     m_list = printer.printers().list([this](const Result<PrinterList> &list) { fill(list); });
 }
 
-void frmImpStampa::captions()
+void frmImpStampa::setCaptions()
 {
     setWindowTitle(m_texts[Text::ImpostazioneStampante]);
     lblSelStampa->setText(m_texts[Text::Stampante] + QLatin1Char(':'));

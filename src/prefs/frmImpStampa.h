@@ -16,9 +16,9 @@ class frmImpStampa : public ChildWindow
 public:
     /// All must outlive this window.
     frmImpStampa(const Texts &texts, CurrentPrinter &printer, Messages &messages, QWidget *parent = nullptr);
+    void setCaptions() override;
 
 private:
-    void captions();
     void fill(const Result<PrinterList> &list);
     void cmdOk_Click();
 

@@ -13,6 +13,7 @@
 
 frmInfo::frmInfo(const Texts &texts, const QPixmap &picture, const QString &folder, QWidget *parent)
     : ChildWindow(QStringLiteral("frmInfo"), parent),
+      m_texts(texts),
       imgInfo(new QLabel),
       lblVersione(new QLabel),
       lblLicenza(new QLabel),
@@ -71,18 +72,18 @@ frmInfo::frmInfo(const Texts &texts, const QPixmap &picture, const QString &fold
     connect(cmdOk, &QPushButton::clicked, this, &frmInfo::unload);
     setKeys(cmdOk, cmdOk);
 
-    captions(texts);
+    frmInfo::setCaptions();
     cmdOk->setFocus();
 }
 
-void frmInfo::captions(const Texts &texts)
+void frmInfo::setCaptions()
 {
-    setWindowTitle(texts[Text::Informazioni]);
-    imgInfo->setAccessibleName(texts[Text::InterfacciaMultiprotocollo]);
-    lblVersione->setText(texts[Text::InterfacciaMultiprotocollo] + QLatin1Char(' ') + texts[Text::Versione] +
+    setWindowTitle(m_texts[Text::Informazioni]);
+    imgInfo->setAccessibleName(m_texts[Text::InterfacciaMultiprotocollo]);
+    lblVersione->setText(m_texts[Text::InterfacciaMultiprotocollo] + QLatin1Char(' ') + m_texts[Text::Versione] +
                          programVersion());
-    lblLicenza->setText(texts[OwnText::AboutLicence]);
-    lblLibrerie->setText(texts[OwnText::AboutLibraries]);
-    lblDati->setText(texts[OwnText::AboutData]);
-    cmdOk->setText(texts[Text::CmdOk]);
+    lblLicenza->setText(m_texts[OwnText::AboutLicence]);
+    lblLibrerie->setText(m_texts[OwnText::AboutLibraries]);
+    lblDati->setText(m_texts[OwnText::AboutData]);
+    cmdOk->setText(m_texts[Text::CmdOk]);
 }

@@ -13,12 +13,14 @@ class frmInfo : public ChildWindow
     Q_OBJECT
 
 public:
+    /// @param texts    must outlive this window
     /// @param picture  of the product; none leaves its place out
     /// @param folder   program folder
     frmInfo(const Texts &texts, const QPixmap &picture, const QString &folder, QWidget *parent = nullptr);
+    void setCaptions() override;
 
 private:
-    void captions(const Texts &texts);
+    const Texts &m_texts;
 
     QLabel *imgInfo;
     QLabel *lblVersione;

@@ -55,17 +55,17 @@ frmInsPass::frmInsPass(const Texts &texts, Messages &messages, Passwords &passwo
     connect(cmdAnnulla, &QPushButton::clicked, this, &frmInsPass::unload);
     setKeys(cmdOk, cmdAnnulla);
 
-    captions();
+    frmInsPass::setCaptions();
     txtPass->setFocus();
 }
 
 void frmInsPass::setTipoPass(Passwords::Type type)
 {
     m_type = type;
-    captions();
+    frmInsPass::setCaptions();
 }
 
-void frmInsPass::captions()
+void frmInsPass::setCaptions()
 {
     const bool isMain = m_type == Passwords::Type::Main;
     const Text others =

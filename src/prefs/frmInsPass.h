@@ -18,13 +18,13 @@ public:
     frmInsPass(const Texts &texts, Messages &messages, Passwords &passwords, QWidget *parent = nullptr);
 
     void setTipoPass(Passwords::Type type);
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// @param tipo  the password that was stored; with nothing typed it is stored as none
     void PasswordImpostata(Passwords::Type tipo);
 
 private:
-    void captions();
     void txtPass_Change();
     void txtConfPass_Change();
     void cmdOk_Click();

@@ -30,9 +30,9 @@ constexpr int linesOfTitle = 3;
 
 } // namespace
 
-frmIstruzioni::frmIstruzioni(const QString &caption, const QString &file, const Texts &texts, Messages &messages,
-                             QWidget *parent)
+frmIstruzioni::frmIstruzioni(Text caption, const QString &file, const Texts &texts, Messages &messages, QWidget *parent)
     : ChildWindow(QStringLiteral("frmIstruzioni"), parent),
+      m_caption(caption),
       m_file(file),
       m_texts(texts),
       m_messages(messages),
@@ -84,7 +84,7 @@ frmIstruzioni::frmIstruzioni(const QString &caption, const QString &file, const 
     onKey(Qt::Key_Escape, &frmIstruzioni::unload);
     setKeepsPlace();
 
-    captions(caption);
+    frmIstruzioni::setCaptions();
     ReadPdf->setFocus();
 }
 
@@ -126,9 +126,9 @@ QSize frmIstruzioni::sizeHint() const
     return {pixels(13000), pixels(12000)};
 }
 
-void frmIstruzioni::captions(const QString &caption)
+void frmIstruzioni::setCaptions()
 {
-    setWindowTitle(TogliAnd(caption));
+    setWindowTitle(TogliAnd(m_texts[m_caption]));
     ReadPdf->setAccessibleName(windowTitle());
     const auto label = [this](QToolButton *button, QChar sign, OwnText name) {
         button->setText(sign);
@@ -138,6 +138,8 @@ void frmIstruzioni::captions(const QString &caption)
     label(cmdZoomMeno, QChar(0x2212), OwnText::ZoomOut);
     label(cmdZoomLarghezza, QChar(0x2194), OwnText::ZoomToWidth);
     label(cmdZoomPiu, QLatin1Char('+'), OwnText::ZoomIn);
+    if (m_document->pageCount() > 0)
+        showPage();
 }
 
 void frmIstruzioni::cmdZoomMeno_Click()

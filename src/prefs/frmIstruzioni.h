@@ -1,5 +1,6 @@
 #pragma once
 
+#include "texts/Text.h"
 #include "widgets/ChildWindow.h"
 
 class Messages;
@@ -15,10 +16,9 @@ class frmIstruzioni : public ChildWindow
     Q_OBJECT
 
 public:
-    /// @param caption  of the menu entry, access key included
+    /// @param caption  the menu entry
     /// @param file     path of the manual; @p texts and @p messages must outlive this window
-    frmIstruzioni(const QString &caption, const QString &file, const Texts &texts, Messages &messages,
-                  QWidget *parent = nullptr);
+    frmIstruzioni(Text caption, const QString &file, const Texts &texts, Messages &messages, QWidget *parent = nullptr);
     ~frmIstruzioni() override;
 
     /// Reads the manual. When there is none the operator is told so, and the window unloads with that message.
@@ -26,9 +26,9 @@ public:
 
     /// A page in its natural size; less where the main window is smaller.
     QSize sizeHint() const override;
+    void setCaptions() override;
 
 private:
-    void captions(const QString &caption);
     void cmdZoomMeno_Click();
     void cmdZoomLarghezza_Click();
     void cmdZoomPiu_Click();
@@ -39,6 +39,7 @@ private:
     void zoom(double step);
     double shownZoom() const;
 
+    const Text m_caption;
     const QString m_file;
     const Texts &m_texts;
     Messages &m_messages;

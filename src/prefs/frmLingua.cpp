@@ -43,14 +43,14 @@ frmLingua::frmLingua(Texts &texts, Settings &settings, Messages &messages, QWidg
     connect(cmdAnnulla, &QPushButton::clicked, this, &frmLingua::unload);
     setKeys(cmdOk, cmdAnnulla);
 
-    captions();
+    frmLingua::setCaptions();
     QAbstractButton *stored = optLingua->button(settings.Lingua);
     QAbstractButton *present = stored ? stored : optLingua->button(texts.language());
     present->setChecked(true);
     present->setFocus();
 }
 
-void frmLingua::captions()
+void frmLingua::setCaptions()
 {
     setWindowTitle(m_texts[Text::Lingua]);
     lblLingua->setText(m_texts[Text::ScegliLaLingua]);

@@ -8,7 +8,7 @@ class QLabel;
 class Settings;
 class Texts;
 
-/// Choice of the language. The table of texts changes at once; windows that are open keep their words.
+/// Choice of the language. The table of texts changes at once.
 class frmLingua : public ChildWindow
 {
     Q_OBJECT
@@ -16,13 +16,13 @@ class frmLingua : public ChildWindow
 public:
     /// All must outlive this window.
     frmLingua(Texts &texts, Settings &settings, Messages &messages, QWidget *parent = nullptr);
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// A language was chosen and the table of texts speaks it.
     void LinguaCambiata();
 
 private:
-    void captions();
     void cmdOk_Click();
 
     Texts &m_texts;

@@ -10,6 +10,7 @@
 
 frmMessage::frmMessage(const Texts &texts, const QPixmap &warning, QWidget *parent)
     : ChildWindow(QStringLiteral("frmMessage"), parent),
+      m_texts(texts),
       imgWarning(new QLabel),
       lblMessage(new QLabel),
       cmdOk(new QPushButton)
@@ -39,7 +40,7 @@ frmMessage::frmMessage(const Texts &texts, const QPixmap &warning, QWidget *pare
     // A click closes it without taking the keyboard from where the guard is typing.
     cmdOk->setFocusPolicy(Qt::TabFocus);
 
-    captions(texts);
+    frmMessage::setCaptions();
 }
 
 void frmMessage::mousePressEvent(QMouseEvent *)
@@ -47,10 +48,10 @@ void frmMessage::mousePressEvent(QMouseEvent *)
     takeKeyboard();
 }
 
-void frmMessage::captions(const Texts &texts)
+void frmMessage::setCaptions()
 {
     setWindowTitle(QStringLiteral("KOR"));
-    imgWarning->setAccessibleName(texts[OwnText::Notice]);
-    lblMessage->setText(texts[Text::InterfacciaNonCollegata]);
-    cmdOk->setText(texts[Text::CmdOk]);
+    imgWarning->setAccessibleName(m_texts[OwnText::Notice]);
+    lblMessage->setText(m_texts[Text::InterfacciaNonCollegata]);
+    cmdOk->setText(m_texts[Text::CmdOk]);
 }

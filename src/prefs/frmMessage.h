@@ -13,14 +13,16 @@ class frmMessage : public ChildWindow
     Q_OBJECT
 
 public:
+    /// @param texts    must outlive this window
     /// @param warning  picture beside the words; none leaves its place out
     frmMessage(const Texts &texts, const QPixmap &warning, QWidget *parent = nullptr);
+    void setCaptions() override;
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
 
 private:
-    void captions(const Texts &texts);
+    const Texts &m_texts;
 
     QLabel *imgWarning;
     QLabel *lblMessage;

@@ -43,14 +43,14 @@ frmPassProg::frmPassProg(const Texts &texts, Messages &messages, const Passwords
     connect(cmdAnnulla, &QPushButton::clicked, this, &frmPassProg::cmdAnnulla_Click);
     setKeys(cmdOk, cmdAnnulla);
 
-    captions();
+    frmPassProg::setCaptions();
     txtPass->setFocus();
 }
 
 void frmPassProg::setTipoPass(Passwords::Type type)
 {
     m_type = type;
-    captions();
+    frmPassProg::setCaptions();
 }
 
 bool frmPassProg::canClose()
@@ -59,7 +59,7 @@ bool frmPassProg::canClose()
     return false;
 }
 
-void frmPassProg::captions()
+void frmPassProg::setCaptions()
 {
     const bool isMain = m_type == Passwords::Type::Main;
     const Text others = m_type == Passwords::Type::Users ? Text::PasswordUtenti : Text::PasswordDiagnostica;

@@ -23,6 +23,7 @@ public:
     bool DisattivaPW = false; ///< the password is asked in order to remove it
     void setTipoPass(Passwords::Type type);
     Passwords::Type tipoPass() const { return m_type; }
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// @param tipo  the password that was asked
@@ -34,7 +35,6 @@ protected:
     bool canClose() override;
 
 private:
-    void captions();
     void txtPass_Change();
     void cmdOk_Click();
     void cmdAnnulla_Click();

@@ -54,7 +54,7 @@ frmTempochk::frmTempochk(const Texts &texts, Settings &settings, Messages &messa
     connect(cmdAnnulla, &QPushButton::clicked, this, &frmTempochk::cmdAnnulla_Click);
     setKeys(cmdOk, cmdAnnulla);
 
-    captions();
+    frmTempochk::setCaptions();
     if (settings.MinCheck >= 1) {
         chkAutomatico->setChecked(true);
         txtMinuti->setText(QString::number(settings.MinCheck));
@@ -63,7 +63,7 @@ frmTempochk::frmTempochk(const Texts &texts, Settings &settings, Messages &messa
     chkAutomatico->setFocus();
 }
 
-void frmTempochk::captions()
+void frmTempochk::setCaptions()
 {
     setWindowTitle(m_texts[Text::ImpostazioniDiControlloKor]);
     fitTitle(this);

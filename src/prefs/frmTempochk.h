@@ -17,13 +17,13 @@ class frmTempochk : public ChildWindow
 public:
     /// All must outlive this window. It writes the setting to the file; the value in memory belongs to whoever checks.
     frmTempochk(const Texts &texts, Settings &settings, Messages &messages, QWidget *parent = nullptr);
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// @param minutes  1 to 1440, 0 = no automatic checks any more; nothing when cancelled
     void ModificaMin(std::optional<int> minutes);
 
 private:
-    void captions();
     void chkAutomatico_Click();
     void txtMinuti_Change();
     void cmdOk_Click();

@@ -42,6 +42,7 @@ void TimeProgramme::readLocked()
 Result<void> TimeProgramme::read(Part part)
 {
     const bool isBands = part == Part::Bands;
+    m_outlook.reset();
     if (isBands)
         m_bands.clear();
     else
@@ -84,7 +85,15 @@ QString TimeProgramme::untilWhen(const Texts &texts) const
     if (isSuspended())
         return texts[m_enabled ? OwnText::EnabledWhileEdited : OwnText::DisabledWhileEdited];
     const QDateTime now = m_clock.now();
-    return untilSentence(m_enabled, nextChange(m_bands, m_holidays, now), now.date(), texts);
+    if (!m_outlook || !m_outlook->holdsAt(now))
+        m_outlook = Outlook{now, nextChange(m_bands, m_holidays, now)};
+    return untilSentence(m_enabled, m_outlook->next, now.date(), texts);
+}
+
+bool TimeProgramme::Outlook::holdsAt(const QDateTime &now) const
+{
+    // The clock may have been put back.
+    return from <= now && from.date() == now.date() && (!next || now < next->moment);
 }
 
 void TimeProgramme::end()

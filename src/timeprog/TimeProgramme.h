@@ -2,11 +2,9 @@
 
 #include "archives/ArchiveStore.h"
 #include "platform/Clock.h"
-#include "timeprog/TimeState.h"
+#include "timeprog/NextChange.h"
 
 #include <QObject>
-
-class Texts;
 
 /// Decides from bands and holidays whether the interface is enabled now.
 class TimeProgramme : public QObject
@@ -60,4 +58,11 @@ private:
     bool m_started = false;
     bool m_enabled = false;
     TimeState m_state = TimeState::OutsideBands;
+    /// What follows is looked for once: a year is long where nothing changes.
+    struct Outlook {
+        QDateTime from;
+        std::optional<NextChange> next;
+        bool holdsAt(const QDateTime &now) const;
+    };
+    mutable std::optional<Outlook> m_outlook;
 };

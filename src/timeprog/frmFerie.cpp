@@ -5,7 +5,7 @@
 #include "timeprog/StripPicture.h"
 
 frmFerie::frmFerie(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock, QWidget *parent)
-    : GridEditor(form(texts), holidaySource(), texts, messages, archives, parent),
+    : GridEditor(form, holidaySource(), texts, messages, archives, parent),
       m_texts(texts),
       m_clock(clock),
       m_picture(new StripPicture(QStringLiteral("HolidayPicture")))
@@ -17,6 +17,13 @@ frmFerie::frmFerie(const Texts &texts, Messages &messages, ArchiveStore &archive
                 holidayAt(holidaysOf(rows()), markedRow(), m_clock.date(), strip, place))
             markRow(*row);
     });
+}
+
+void frmFerie::setCaptions()
+{
+    GridEditor::setCaptions();
+    m_picture->setAccessibleName(m_texts[OwnText::HolidayPicture]);
+    showMoment();
 }
 
 GridEditor::Form frmFerie::form(const Texts &texts)

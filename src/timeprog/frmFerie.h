@@ -15,6 +15,8 @@ public:
     frmFerie(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
              QWidget *parent = nullptr);
 
+    void setCaptions() override;
+
 protected:
     std::optional<Refusal> check(Entry &entry) const override;
     RecordSet::Values modified(const Entry &entry) const override;

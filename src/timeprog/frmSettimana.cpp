@@ -32,7 +32,7 @@ QList<RecordSetModel::Column> columns(const Texts &texts)
 
 frmSettimana::frmSettimana(const Texts &texts, Messages &messages, ArchiveStore &archives, const Clock &clock,
                            QWidget *parent)
-    : GridEditor(form(texts), bandSource(), texts, messages, archives, parent),
+    : GridEditor(form, bandSource(), texts, messages, archives, parent),
       m_texts(texts),
       m_clock(clock),
       m_picture(new StripPicture(QStringLiteral("WeekPicture")))
@@ -43,6 +43,13 @@ frmSettimana::frmSettimana(const Texts &texts, Messages &messages, ArchiveStore 
         if (const std::optional<qsizetype> row = bandAt(bandsOf(rows()), markedRow(), strip, place))
             markRow(*row);
     });
+}
+
+void frmSettimana::setCaptions()
+{
+    GridEditor::setCaptions();
+    m_picture->setAccessibleName(m_texts[OwnText::WeekPicture]);
+    showMoment();
 }
 
 GridEditor::Form frmSettimana::form(const Texts &texts)

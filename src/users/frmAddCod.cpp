@@ -83,11 +83,11 @@ frmAddCod::frmAddCod(const Texts &texts, Messages &messages, UserRegister &users
             [this](const Task::Progress &progress) { Bar->setValue(static_cast<int>(progress.done)); });
     connect(this, &ChildWindow::unloaded, this, [this] { m_hasUnloaded = true; });
     setKeys(cmdOK, cmdAnnulla);
-    captions();
+    frmAddCod::setCaptions();
     txtNumTrasm->setFocus();
 }
 
-void frmAddCod::captions()
+void frmAddCod::setCaptions()
 {
     setWindowTitle(m_texts[Text::NuoviPrecodificati]);
     lblNumTrasm->setText(m_texts[Text::NumeroTrasmettitori] + QLatin1Char(':'));
@@ -101,6 +101,7 @@ void frmAddCod::captions()
           m_texts[Text::NumeroCodiceMaggioreDiZero], aboveMaximum()})
         width = qMax(width, fontMetrics().horizontalAdvance(message));
     lblMessage->setMinimumSize(width + pixels(60), fontMetrics().height());
+    tell(m_message);
 }
 
 QString frmAddCod::aboveMaximum() const
@@ -118,10 +119,10 @@ void frmAddCod::txtCodPart_Change()
     const StartEntry entry = acceptedStart(txtCodPart->text(), txtNumTrasm->text());
     setTyped(txtCodPart, entry.text);
     if (entry.hint == StartHint::NumberFirst) {
-        lblMessage->setText(m_texts[Text::InserireNumeroTrasmettitori]);
+        tell([this] { return m_texts[Text::InserireNumeroTrasmettitori]; });
         txtNumTrasm->setFocus();
     } else if (entry.hint == StartHint::AboveMaximum) {
-        lblMessage->setText(aboveMaximum());
+        tell([this] { return aboveMaximum(); });
     }
 }
 
@@ -130,11 +131,11 @@ void frmAddCod::cmdOK_Click()
     const RunCheck check = checkRun(txtNumTrasm->text(), txtCodPart->text());
     switch (check.fault) {
     case RunFault::NumberNotAboveZero:
-        return require(txtNumTrasm, m_texts[Text::NumeroTrasmettitoriMaggioreDiZero]);
+        return require(txtNumTrasm, [this] { return m_texts[Text::NumeroTrasmettitoriMaggioreDiZero]; });
     case RunFault::StartNotAboveZero:
-        return require(txtCodPart, m_texts[Text::NumeroCodiceMaggioreDiZero]);
+        return require(txtCodPart, [this] { return m_texts[Text::NumeroCodiceMaggioreDiZero]; });
     case RunFault::AboveMaximum:
-        return require(txtCodPart, aboveMaximum());
+        return require(txtCodPart, [this] { return aboveMaximum(); });
     case RunFault::None:
         break;
     }
@@ -193,13 +194,19 @@ bool frmAddCod::canClose()
 bool frmAddCod::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::KeyPress)
-        lblMessage->clear();
+        tell({});
     return ChildWindow::eventFilter(watched, event);
 }
 
-void frmAddCod::require(QLineEdit *box, const QString &message)
+void frmAddCod::tell(Words words)
 {
-    lblMessage->setText(message);
+    m_message = std::move(words);
+    lblMessage->setText(m_message ? m_message() : QString());
+}
+
+void frmAddCod::require(QLineEdit *box, Words words)
+{
+    tell(std::move(words));
     box->setFocus();
     box->selectAll();
 }

@@ -21,6 +21,7 @@ public:
     /// @param users  the run is added to its working copy, which must stay until this window has unloaded; like the
     /// texts and the messages, must outlive it
     frmAddCod(const Texts &texts, Messages &messages, UserRegister &users, QWidget *parent = nullptr);
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// Not told when the program itself closes the window.
@@ -32,7 +33,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void captions();
+    using Words = std::function<QString()>; ///< in the language in force
+
     void txtNumTrasm_Change();
     void txtCodPart_Change();
     void cmdOK_Click();
@@ -40,14 +42,16 @@ private:
     void runEnded(const CodeRun &run, const Result<void> &result);
     void tellFault(const Fault &fault);
     void end(const QList<CodeRun::Added> &added);
-    void require(QLineEdit *box, const QString &message);
+    void require(QLineEdit *box, Words words);
     QString aboveMaximum() const;
+    void tell(Words words);
 
     const Texts &m_texts;
     Messages &m_messages;
     UserRegister &m_users;
     TaskRunner m_runner;
     bool m_hasUnloaded = false;
+    Words m_message; ///< what lblMessage says; none = nothing
 
     QLabel *lblNumTrasm;
     QLineEdit *txtNumTrasm;

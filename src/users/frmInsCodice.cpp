@@ -64,13 +64,13 @@ frmInsCodice::frmInsCodice(const Texts &texts, Messages &messages, std::optional
     connect(this, &ChildWindow::unloaded, &tmrRicezione, &QTimer::stop);
     setKeys(cmdOk, cmdAnnulla);
 
-    captions();
+    frmInsCodice::setCaptions();
     m_received.received = false;
     tmrRicezione.start(pollMilliseconds);
     txtCodice->setFocus();
 }
 
-void frmInsCodice::captions()
+void frmInsCodice::setCaptions()
 {
     setWindowTitle(m_texts[m_codMod ? Text::ModificaCodice : Text::InserimentoCodice]);
     setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + pixels(2250));

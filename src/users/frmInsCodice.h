@@ -27,6 +27,7 @@ public:
     /// @param exists  whether a user has the code and the type already
     frmInsCodice(const Texts &texts, Messages &messages, std::optional<QString> CodMod,
                  EventRoad::ReceivedCode &received, Exists exists, QWidget *parent = nullptr);
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// Not told when the program itself closes the window.
@@ -37,7 +38,6 @@ protected:
     bool canClose() override;
 
 private:
-    void captions();
     void tmrRicezione_Timer();
     void txtCodice_Change();
     void cmdOk_Click();

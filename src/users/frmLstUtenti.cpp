@@ -9,8 +9,6 @@
 #include "widgets/Twips.h"
 #include "widgets/UserCombo.h"
 
-#include <QDateTime>
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -30,6 +28,16 @@ QStringList samples()
     for (const UserColumn &column : userColumns)
         all.append(QString::fromLatin1(column.widest));
     return all;
+}
+
+QList<RecordSetModel::Column> columns(const Texts &texts)
+{
+    QList<RecordSetModel::Column> columns;
+    for (const UserColumn &column : userColumns) {
+        columns.append({QString::fromLatin1(column.field), texts[column.caption]});
+        columns.last().isEditable = column.isTyped;
+    }
+    return columns;
 }
 
 } // namespace
@@ -61,14 +69,9 @@ frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore 
       cmdSalva(new QPushButton),
       cmdChiudi(new QPushButton)
 {
-    QList<RecordSetModel::Column> columns;
-    for (const UserColumn &column : userColumns) {
-        columns.append({QString::fromLatin1(column.field), m_texts[column.caption]});
-        columns.last().isEditable = column.isTyped;
-    }
-    rsDati = new RecordSetModel(std::move(columns), this);
+    rsDati = new RecordSetModel(columns(texts), this);
     build();
-    captions();
+    frmLstUtenti::setCaptions();
 
     tmrLoad.setSingleShot(true);
     connect(&tmrLoad, &QTimer::timeout, this, &frmLstUtenti::tmrLoad_Timer);
@@ -165,10 +168,13 @@ void frmLstUtenti::build()
     rows->setColumnStretch(0, 1);
 }
 
-void frmLstUtenti::captions()
+void frmLstUtenti::setCaptions()
 {
-    setWindowTitle(m_texts[Text::ListaUtenti]);
-    dbgrdDati->setAccessibleName(windowTitle());
+    setWindowTitle(caption());
+    dbgrdDati->setAccessibleName(m_texts[Text::ListaUtenti]);
+    rsDati->setCaptions(columns(m_texts));
+    if (!lblMessage->text().isEmpty())
+        lblMessage->setText(m_texts[Text::Max15Caratteri]);
     QList<Grid::Column> widths;
     for (int column = 0; column < samples().size(); ++column) {
         const int sample = fontMetrics().horizontalAdvance(samples()[column] + QStringLiteral("nn"));
@@ -197,18 +203,6 @@ QPoint frmLstUtenti::place(QSize area, QSize own) const
 }
 
 // Opening ------------------------------------------------------------------------------------------------------------
-
-void frmLstUtenti::restoreFrom(const QString &file)
-{
-    m_restored = file;
-    const QDateTime saved = QFileInfo(file).lastModified();
-    const QString day = DataBarre(saved.date()) + QLatin1Char(' ') + OraTesto(saved.time());
-    // The day comes first: a long path is cut at its end.
-    const QString folder = m_archives.folder().root() + QLatin1Char('/');
-    const QString name = file.startsWith(folder) ? file.sliced(folder.size()) : file;
-    setWindowTitle(m_texts[Text::ListaUtenti] + QLatin1Char(' ') +
-                   m_texts.sentence({OwnText::RestoredFrom, {day, name}, {}}));
-}
 
 bool frmLstUtenti::open()
 {
@@ -249,7 +243,7 @@ void frmLstUtenti::tmrLoad_Timer()
     cmdDoppioni->setEnabled(m_register.hasTruncatedCodes());
     if (m_register.users().isEmpty())
         return loaded({});
-    m_runner.run(m_register.truncatedCodes(), TaskRunner::Notice{m_texts[Text::CaricamentoUtenti]},
+    m_runner.run(m_register.truncatedCodes(), TaskRunner::Notice{[this] { return m_texts[Text::CaricamentoUtenti]; }},
                  [this](const Result<void> &run) { loaded(run); });
 }
 

@@ -52,6 +52,7 @@ public:
 
     /// The users as they are at this moment; only after open().
     QList<User> users() { return m_register.all(); }
+    void setCaptions() override;
     /// What the operator has done to them so far.
     const UserChanges &changes() const { return m_register.changes(); }
 
@@ -70,7 +71,7 @@ protected:
 
 private:
     void build();
-    void captions();
+    QString caption() const;
 
     void tmrLoad_Timer();
     void tmrRicOn_Timer();

@@ -1,3 +1,4 @@
+#include "texts/DateTimeText.h"
 #include "texts/OwnText.h"
 #include "users/frmAddCod.h"
 #include "users/frmInsCodice.h"
@@ -9,6 +10,8 @@
 #include "widgets/Twips.h"
 #include "widgets/UserCombo.h"
 
+#include <QDateTime>
+#include <QFileInfo>
 #include <QPushButton>
 
 // What the register does with its users: their codes, finding them, and the tasks that look at all of them.
@@ -18,6 +21,26 @@ namespace {
 constexpr int tickMilliseconds = 100;
 
 } // namespace
+
+// The caption -------------------------------------------------------------------------------------------------------
+
+void frmLstUtenti::restoreFrom(const QString &file)
+{
+    m_restored = file;
+    setWindowTitle(caption());
+}
+
+QString frmLstUtenti::caption() const
+{
+    if (m_restored.isEmpty())
+        return m_texts[Text::ListaUtenti];
+    const QDateTime saved = QFileInfo(m_restored).lastModified();
+    const QString day = DataBarre(saved.date()) + QLatin1Char(' ') + OraTesto(saved.time());
+    // The day comes first: a long path is cut at its end.
+    const QString folder = m_archives.folder().root() + QLatin1Char('/');
+    const QString name = m_restored.startsWith(folder) ? m_restored.sliced(folder.size()) : m_restored;
+    return m_texts[Text::ListaUtenti] + QLatin1Char(' ') + m_texts.sentence({OwnText::RestoredFrom, {day, name}, {}});
+}
 
 // Codes --------------------------------------------------------------------------------------------------------------
 
@@ -168,7 +191,7 @@ void frmLstUtenti::cmdDoppioni_Click()
                                                      m_texts[Text::CodiceTroncatoReport]);
     const DuplicateReport &running = *listing;
     setEnabled(false);
-    m_runner.run(std::move(listing), TaskRunner::Notice{m_texts[Text::RicercaDoppioni]},
+    m_runner.run(std::move(listing), TaskRunner::Notice{[this] { return m_texts[Text::RicercaDoppioni]; }},
                  [this, &running](const Result<void> &listed) {
                      if (listed)
                          return duplicatesListed(running);

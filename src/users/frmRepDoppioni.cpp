@@ -75,18 +75,17 @@ QFont fixedFont()
 
 frmRepDoppioni::frmRepDoppioni(const Texts &texts, const QString &report, QWidget *parent)
     : ChildWindow(QStringLiteral("frmRepDoppioni"), parent),
+      m_texts(texts),
       m_runner(this),
       rtbRepDoppioni(new ReportBox),
-      cmdOk(new QPushButton(texts[Text::CmdOk])),
-      cmdStampa(new QPushButton(texts[Text::CmdStampa]))
+      cmdOk(new QPushButton),
+      cmdStampa(new QPushButton)
 {
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(rtbRepDoppioni);
     rows->addLayout(buttonRow({cmdOk, cmdStampa}));
 
-    setWindowTitle(texts[Text::ReportDoppioni]);
     rtbRepDoppioni->setObjectName(QStringLiteral("rtbRepDoppioni"));
-    rtbRepDoppioni->setAccessibleName(windowTitle());
     rtbRepDoppioni->setReadOnly(true);
     rtbRepDoppioni->setTabChangesFocus(true);
     rtbRepDoppioni->setLineWrapMode(QPlainTextEdit::NoWrap);
@@ -102,8 +101,17 @@ frmRepDoppioni::frmRepDoppioni(const Texts &texts, const QString &report, QWidge
     connect(cmdStampa, &QPushButton::clicked, this, [this, report] { Q_EMIT Stampa(report); });
     connect(this, &ChildWindow::unloaded, this, &frmRepDoppioni::Chiudi);
     setKeys(cmdOk, cmdOk);
+    frmRepDoppioni::setCaptions();
     cmdOk->setFocus();
     m_filling = std::make_unique<Filling>(rtbRepDoppioni, report);
     (void)m_runner.runAtOnce(*m_filling, {});
     rtbRepDoppioni->moveCursor(QTextCursor::Start);
+}
+
+void frmRepDoppioni::setCaptions()
+{
+    setWindowTitle(m_texts[Text::ReportDoppioni]);
+    rtbRepDoppioni->setAccessibleName(windowTitle());
+    cmdOk->setText(m_texts[Text::CmdOk]);
+    cmdStampa->setText(m_texts[Text::CmdStampa]);
 }

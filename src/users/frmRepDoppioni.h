@@ -12,8 +12,11 @@ class frmRepDoppioni : public ChildWindow
     Q_OBJECT
 
 public:
+    /// @param texts   must outlive this window
     /// @param report  lines that end with LF
     frmRepDoppioni(const Texts &texts, const QString &report, QWidget *parent = nullptr);
+
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// The operator wants the report on paper.
@@ -22,6 +25,7 @@ Q_SIGNALS:
     void Chiudi();
 
 private:
+    const Texts &m_texts;
     std::unique_ptr<Task> m_filling; ///< of the box
     TaskRunner m_runner;
     QPlainTextEdit *rtbRepDoppioni;

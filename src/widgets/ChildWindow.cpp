@@ -45,6 +45,12 @@ ChildWindow::~ChildWindow()
     disconnect(qApp, nullptr, this, nullptr);
 }
 
+void ChildWindow::translate()
+{
+    setCaptions();
+    Q_EMIT translated();
+}
+
 QPoint ChildWindow::place(QSize area, QSize own) const
 {
     if (m_place)
@@ -65,6 +71,14 @@ QSize ChildWindow::wantedSize(QSize area) const
 QSize ChildWindow::sizeHint() const
 {
     return m_scroll ? m_scroll->widget()->sizeHint().expandedTo(minimumSize()) : QWidget::sizeHint();
+}
+
+QSize ChildWindow::neededSize() const
+{
+    const QWidget *content = m_scroll ? m_scroll->widget() : this;
+    // Layouts within a layout still know the sizes from before a control has got other words.
+    content->layout()->activate();
+    return content->minimumSizeHint().expandedTo(minimumSize());
 }
 
 int ChildWindow::roomForContent() const

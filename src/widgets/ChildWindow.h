@@ -28,6 +28,12 @@ public:
     /// this window is of no use. What is made in turns goes on when it is shown; where it fails then, it closes itself.
     virtual bool open() { return true; }
 
+    /// Puts the program's own words on the controls, in the language in force: to be called by the constructor, and
+    /// while the window is open for another language. What was typed, chosen or found stays.
+    virtual void setCaptions() = 0;
+    /// Another language is in force: takes its words, those of notices about this window too.
+    void translate();
+
     /// What it tells the operator when it cannot open stands over that window, and stays when this one goes.
     void setUnderneath(QWidget *window) { m_underneath = window; }
 
@@ -44,6 +50,8 @@ public:
     /// Size that is wanted in a client area of that size; less where there is less room.
     virtual QSize wantedSize(QSize area) const;
     QSize sizeHint() const override;
+    /// Least size at which nothing in the window is scrolled.
+    QSize neededSize() const;
     /// Gives the keyboard to the control that the window has chosen itself, else to its first.
     void takeKeyboard();
     /// Presses the button that has the access key @p key. @param meant  the only one that may be it; null: any
@@ -57,6 +65,8 @@ public:
 Q_SIGNALS:
     /// The window has closed, for whatever reason.
     void unloaded();
+    /// The window has its words in another language.
+    void translated();
     /// A close was asked for and did not take place: the window is disabled, or the operator said no.
     void closeRefused();
 

@@ -93,6 +93,18 @@ QMdiSubWindow *ClientArea::open(ChildWindow *window)
     return frame;
 }
 
+void ClientArea::makeRoom(ChildWindow *window)
+{
+    auto *frame = qobject_cast<QMdiSubWindow *>(window->parentWidget());
+    if (!frame || frame->isMaximized())
+        return;
+    const QSize border = frame->size() - window->size();
+    const QSize area = viewport()->size();
+    frame->resize(frame->size().expandedTo((border + window->neededSize()).boundedTo(area)));
+    frame->move(qBound(0, frame->x(), qMax(0, area.width() - frame->width())),
+                qBound(0, frame->y(), qMax(0, area.height() - frame->height())));
+}
+
 void ClientArea::changeEvent(QEvent *event)
 {
     QMdiArea::changeEvent(event);

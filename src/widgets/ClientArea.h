@@ -17,6 +17,8 @@ public:
 
     /// Shows @p window in a frame; who calls decides whether it becomes the active one.
     QMdiSubWindow *open(ChildWindow *window);
+    /// The words on @p window have changed: makes it larger where they need more room than they have.
+    void makeRoom(ChildWindow *window);
 
 protected:
     void changeEvent(QEvent *event) override;

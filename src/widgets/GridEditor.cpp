@@ -20,10 +20,11 @@ constexpr int wantedRows = 8;
 
 } // namespace
 
-GridEditor::GridEditor(Form form, CopyEditor::Source source, const Texts &texts, Messages &messages,
+GridEditor::GridEditor(Form (*form)(const Texts &), CopyEditor::Source source, const Texts &texts, Messages &messages,
                        ArchiveStore &archives, QWidget *parent)
-    : ChildWindow(form.window, parent),
-      m_form(std::move(form)),
+    : ChildWindow({}, parent),
+      m_makeForm(form),
+      m_form(form(texts)),
       m_texts(texts),
       m_messages(messages),
       m_editor(archives, std::move(source)),
@@ -40,8 +41,9 @@ GridEditor::GridEditor(Form form, CopyEditor::Source source, const Texts &texts,
       cmdOk(new QPushButton),
       cmdAnnulla(new QPushButton)
 {
+    setObjectName(m_form.window);
     build();
-    captions();
+    GridEditor::setCaptions();
 
     connect(m_grid, &QTableView::clicked, this, [this](const QModelIndex &cell) {
         grid_RowColChange();
@@ -116,8 +118,10 @@ void GridEditor::setPicture(QWidget *picture)
     static_cast<QHBoxLayout *>(layout())->addWidget(picture);
 }
 
-void GridEditor::captions()
+void GridEditor::setCaptions()
 {
+    m_form = m_makeForm(m_texts);
+    m_model->setCaptions(m_form.columns);
     setWindowTitle(TogliAnd(m_texts[m_form.title]));
     m_grid->setAccessibleName(windowTitle());
     m_firstLabel->setText(m_form.first.caption);
@@ -141,6 +145,7 @@ void GridEditor::captions()
     cmdElimina->setText(m_texts[Text::CmdElimina]);
     cmdOk->setText(m_texts[Text::CmdOk]);
     cmdAnnulla->setText(m_texts[Text::CmdAnnulla]);
+    makeRoom(width());
 }
 
 bool GridEditor::open()

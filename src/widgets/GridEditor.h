@@ -29,6 +29,7 @@ public:
     /// Time has gone on: shows it where it is to be seen.
     void showMoment();
     QSize wantedSize(QSize area) const override;
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// The archive has been replaced by what was edited.
@@ -67,9 +68,10 @@ protected:
         Box box = Box::First;
     };
 
+    /// @param form   makes it, in the language in force
     /// @param texts  like the next two, must outlive this window
-    GridEditor(Form form, CopyEditor::Source source, const Texts &texts, Messages &messages, ArchiveStore &archives,
-               QWidget *parent);
+    GridEditor(Form (*form)(const Texts &), CopyEditor::Source source, const Texts &texts, Messages &messages,
+               ArchiveStore &archives, QWidget *parent);
 
     /// @param entry  may be completed; the boxes then show it
     virtual std::optional<Refusal> check(Entry &entry) const = 0;
@@ -98,7 +100,6 @@ protected:
 
 private:
     void build();
-    void captions();
     void makeRoom(int width) const;
 
     void grid_RowColChange();
@@ -112,7 +113,8 @@ private:
     void finish(Result<void> changed);
     void showFault(QWidget *over, OwnText text, const Fault &fault);
 
-    const Form m_form;
+    Form (*const m_makeForm)(const Texts &);
+    Form m_form; ///< in the language in force
     const Texts &m_texts;
     Messages &m_messages;
     CopyEditor m_editor;

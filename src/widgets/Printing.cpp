@@ -112,6 +112,10 @@ Printing::Printing(ChildWindow *window, const CurrentPrinter &printer, const Tex
     connect(tmrStampa, &QTimer::timeout, this, &Printing::tmrStampa_Timer);
     connect(window, &ChildWindow::unloaded, this, &Printing::windowGoes);
     connect(&m_runner, &TaskRunner::dropped, this, &Printing::tellLost);
+    connect(window, &ChildWindow::translated, this, [this] {
+        if (m_notice)
+            m_notice->setCaptions();
+    });
 }
 
 Printing::~Printing()

@@ -10,6 +10,12 @@ RecordSetModel::RecordSetModel(QList<Column> columns, QObject *parent)
 {
 }
 
+void RecordSetModel::setCaptions(QList<Column> columns)
+{
+    m_columns = std::move(columns);
+    Q_EMIT headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+}
+
 void RecordSetModel::bind(QAbstractItemView *view)
 {
     m_view = view;

@@ -28,6 +28,9 @@ public:
 
     explicit RecordSetModel(QList<Column> columns, QObject *parent = nullptr);
 
+    /// The same columns with other words.
+    void setCaptions(QList<Column> columns);
+
     /// Becomes the model of @p view.
     void bind(QAbstractItemView *view);
     /// @param set  must live until another one, or none (null), is set
@@ -53,7 +56,7 @@ Q_SIGNALS:
 private:
     void viewMoved(const QModelIndex &current);
 
-    const QList<Column> m_columns;
+    QList<Column> m_columns;
     RecordSet *m_set = nullptr;
     QPointer<QAbstractItemView> m_view;
     bool m_following = false;

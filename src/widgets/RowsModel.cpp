@@ -10,16 +10,29 @@ RowsModel::RowsModel(QList<Column> columns, QObject *parent)
 {
 }
 
+void RowsModel::setCaptions(QList<Column> columns)
+{
+    m_columns = std::move(columns);
+    Q_EMIT headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+    setWidths();
+}
+
 void RowsModel::bind(Grid *view)
 {
+    m_view = view;
     view->setModel(this);
+    setWidths();
+}
+
+void RowsModel::setWidths()
+{
     QList<Grid::Column> columns;
     for (int i = 0; i < m_columns.size(); ++i) {
         const Column &column = m_columns[i];
-        const int text = view->fontMetrics().horizontalAdvance(column.widest);
-        columns.append({qMax(pixels(column.width), view->roomFor(i, text)), column.stretches});
+        const int text = m_view->fontMetrics().horizontalAdvance(column.widest);
+        columns.append({qMax(pixels(column.width), m_view->roomFor(i, text)), column.stretches});
     }
-    view->setColumns(std::move(columns));
+    m_view->setColumns(std::move(columns));
 }
 
 void RowsModel::setRows(qsizetype count, Row row)

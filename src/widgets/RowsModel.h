@@ -26,6 +26,9 @@ public:
 
     explicit RowsModel(QList<Column> columns, QObject *parent = nullptr);
 
+    /// The same columns with other words.
+    void setCaptions(QList<Column> columns);
+
     /// Becomes the model of @p view, which gets the columns' widths. No row is measured.
     void bind(Grid *view);
     void setRows(qsizetype count, Row row);
@@ -38,7 +41,10 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    const QList<Column> m_columns;
+    void setWidths();
+
+    QList<Column> m_columns;
+    Grid *m_view = nullptr;
     qsizetype m_count = 0;
     Row m_row;
 };

@@ -13,6 +13,7 @@ TaskRunner::TaskRunner(ChildWindow *window) : QObject(window), m_window(window)
 {
     connect(&m_turn, &QTimer::timeout, this, &TaskRunner::turn);
     connect(window, &ChildWindow::unloaded, this, &TaskRunner::windowGoes);
+    connect(window, &ChildWindow::translated, this, &TaskRunner::setCaptions);
 }
 
 TaskRunner::~TaskRunner()
@@ -40,16 +41,17 @@ void TaskRunner::run(Task &task, const std::optional<Notice> &notice, Ended ende
     begin(task, std::move(ended));
     if (notice) {
         frmRicercapr::Parts parts = frmRicercapr::Bar;
-        parts.setFlag(frmRicercapr::Button, !notice->cancel.isEmpty());
+        parts.setFlag(frmRicercapr::Button, bool(notice->cancel));
         parts.setFlag(frmRicercapr::Label, bool(notice->label));
-        m_label = notice->label;
-        m_progress = new frmRicercapr(notice->caption, notice->cancel, parts, m_window);
+        m_notice = *notice;
+        m_progress =
+            new frmRicercapr(notice->caption(), notice->cancel ? notice->cancel() : QString(), parts, m_window);
         connect(m_progress, &frmRicercapr::Annulla, this, [this] {
             if (m_task)
                 m_task->stop();
         });
-        if (m_label)
-            m_progress->setLabel(m_label());
+        if (m_notice.label)
+            m_progress->setLabel(m_notice.label());
     }
     m_turn.start(0);
 }
@@ -89,11 +91,17 @@ void TaskRunner::turn()
 void TaskRunner::show(const Task::Progress &progress)
 {
     if (m_progress) {
-        if (m_label)
-            m_progress->setLabel(m_label());
+        if (m_notice.label)
+            m_progress->setLabel(m_notice.label());
         m_progress->setProgress(static_cast<int>(progress.done), static_cast<int>(qMax<qint64>(1, progress.count)));
     }
     Q_EMIT progressed(progress);
+}
+
+void TaskRunner::setCaptions()
+{
+    if (m_progress)
+        m_progress->setCaptions(m_notice.caption(), m_notice.cancel ? m_notice.cancel() : QString());
 }
 
 void TaskRunner::stop()
@@ -102,7 +110,7 @@ void TaskRunner::stop()
     m_task = nullptr;
     m_owned.reset();
     m_ended = {};
-    m_label = {};
+    m_notice = {};
     if (m_progress)
         m_progress->close();
     m_progress.clear();

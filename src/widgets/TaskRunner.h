@@ -22,9 +22,10 @@ class TaskRunner : public QObject
 public:
     /// The progress window.
     struct Notice {
-        QString caption;
-        QString cancel = {};                 ///< of the button that stops the task; "" = it cannot be stopped
-        std::function<QString()> label = {}; ///< what stands over the bar, asked for after each turn; none = nothing
+        using Words = std::function<QString()>; ///< asked for again when another language is chosen
+        Words caption;
+        Words cancel = {}; ///< of the button that stops the task; none = it cannot be stopped
+        Words label = {};  ///< what stands over the bar, asked for after each turn; none = nothing
     };
     using Ended = std::function<void(const Result<void> &)>;
 
@@ -58,12 +59,13 @@ private:
     void begin(Task &task, Ended ended);
     void turn();
     void show(const Task::Progress &progress);
+    void setCaptions();
 
     ChildWindow *m_window;
     QTimer m_turn;
     Task *m_task = nullptr;
     std::unique_ptr<Task> m_owned;
     Ended m_ended;
-    std::function<QString()> m_label;
+    Notice m_notice;
     QPointer<frmRicercapr> m_progress;
 };

@@ -13,11 +13,10 @@ frmRicercapr::frmRicercapr(const QString &caption, const QString &cancel, Parts 
     : QWidget(over, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
       lblGiorno(new QLabel),
       prgBarRic(new QProgressBar),
-      cmdAnnulla(new QPushButton(cancel))
+      cmdAnnulla(new QPushButton)
 {
     setObjectName(QStringLiteral("frmRicercapr"));
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(caption);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(cmdAnnulla);
@@ -30,13 +29,13 @@ frmRicercapr::frmRicercapr(const QString &caption, const QString &cancel, Parts 
     lblGiorno->setTextFormat(Qt::PlainText);
     lblGiorno->setVisible(parts.testFlag(Label));
     prgBarRic->setObjectName(QStringLiteral("prgBarRic"));
-    prgBarRic->setAccessibleName(caption);
     prgBarRic->setMinimumWidth(pixels(4500));
     cmdAnnulla->setObjectName(QStringLiteral("cmdAnnulla"));
     cmdAnnulla->setVisible(parts.testFlag(Button));
     // The keyboard is at the window itself: an Enter too many, or held down, must not stop the task.
     setFocusPolicy(Qt::StrongFocus);
     setProgress(0, 1);
+    setCaptions(caption, cancel);
     connect(cmdAnnulla, &QPushButton::clicked, this, &frmRicercapr::Annulla);
 
     adjustSize();
@@ -45,6 +44,13 @@ frmRicercapr::frmRicercapr(const QString &caption, const QString &cancel, Parts 
     move(middle);
     show();
     setFocus();
+}
+
+void frmRicercapr::setCaptions(const QString &caption, const QString &cancel)
+{
+    setWindowTitle(caption);
+    prgBarRic->setAccessibleName(caption);
+    cmdAnnulla->setText(cancel);
 }
 
 void frmRicercapr::setLabel(const QString &text)

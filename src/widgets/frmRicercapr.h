@@ -20,6 +20,8 @@ public:
     /// @param over  window whose task it is: the notice lies over it, goes with it, and is deleted when it is closed
     frmRicercapr(const QString &caption, const QString &cancel, Parts parts, QWidget *over);
 
+    /// As for the constructor.
+    void setCaptions(const QString &caption, const QString &cancel);
     void setLabel(const QString &text);
     /// @param value  0 to @p maximum
     void setProgress(int value, int maximum);

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class QLabel;
 class Texts;
 
 /// The notice that a print runs. It takes neither the keyboard nor any other window's attention.
@@ -12,4 +13,10 @@ class frmStampaInCorso : public QWidget
 public:
     /// Shows itself over @p window, in the middle of its width and at a third of its height.
     frmStampaInCorso(const Texts &texts, QWidget *window);
+
+    void setCaptions();
+
+private:
+    const Texts &m_texts;
+    QLabel *lblStampa;
 };

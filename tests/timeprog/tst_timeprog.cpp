@@ -263,10 +263,14 @@ private Q_SLOTS:
             programme.run();
             return std::exchange(told, {}).join(QLatin1Char(','));
         };
+        Texts texts;
+        QVERIFY(programme.untilWhen(texts).isEmpty());
         QCOMPARE(at("2004-03-05T07:45:00"), u"asserted Start"_s);
+        QCOMPARE(programme.untilWhen(texts), u"Disabilitata fino alle 08:00"_s);
         QCOMPARE(at("2004-03-05T08:00:00"), u"released Band"_s);
         QCOMPARE(at("2004-03-05T17:31:00"), u"asserted Band"_s);
         QCOMPARE(at("2004-03-05T20:30:00"), u"released Band"_s);
+        QCOMPARE(programme.untilWhen(texts), u"Abilitata fino alle 21:00"_s);
         QCOMPARE(at("2004-03-06T20:30:00"), u"asserted Holiday"_s);
         QCOMPARE(at("2004-03-07T20:30:00"), u"released Holiday"_s);
         QCOMPARE(applied, 6);
@@ -274,9 +278,11 @@ private Q_SLOTS:
         programme.suspend(TimeProgramme::Part::Bands);
         programme.suspend(TimeProgramme::Part::Holidays);
         QVERIFY(programme.reload(TimeProgramme::Part::Holidays).ok() && programme.isSuspended());
+        QCOMPARE(programme.untilWhen(texts), u"Abilitata finché il programma orario è in modifica"_s);
         test.execute(ArchiveName::Bands, "DELETE FROM Fascie");
         QVERIFY(programme.reload(TimeProgramme::Part::Bands).ok() && !programme.isSuspended());
         QCOMPARE(at("2004-03-07T20:30:00"), u"asserted Band"_s);
+        QCOMPARE(programme.untilWhen(texts), u"Disabilitata, nessun cambio entro un anno"_s);
         programme.end();
         QCOMPARE(told, QStringList{u"released End"_s});
     }

@@ -32,6 +32,7 @@ struct Window : ChildWindow {
         connect(cancel, &QPushButton::clicked, note("cancel"));
         show();
     }
+    void setCaptions() override {}
     bool canClose() override { return mayClose; }
     QString take() { return std::exchange(told, {}).join(u','); }
 
@@ -224,7 +225,12 @@ private Q_SLOTS:
         QTRY_COMPARE(told, u"12done1fault"_s);
         // Stopped by its button, the next step is the last.
         told.clear();
-        runner.run(std::make_unique<Steps>(9), TaskRunner::Notice{u"Task"_s, u"Cancel"_s}, ended);
+        QString word = u"Task"_s;
+        const auto words = [&word] { return word; };
+        runner.run(std::make_unique<Steps>(9), TaskRunner::Notice{words, words}, ended);
+        word = u"Auftrag"_s;
+        window.translate();
+        QCOMPARE(window.findChild<frmRicercapr *>()->windowTitle(), word);
         QTRY_COMPARE(told, u"12done"_s);
         Steps quick(1), slow(1'000'000);
         QVERIFY(runner.runAtOnce(quick, ended)->ok() && !runner.runAtOnce(slow, ended));
