@@ -97,6 +97,8 @@ Result<bool> ImportCheck::readLine()
     const Result<bool> read = m_reader.next(record);
     if (!read || !read.value())
         return read;
+    if (record.line == 1 && tellsSeparator(record))
+        return true;
     if (!std::exchange(m_isBegun, true) && m_choices.format.hasHeader)
         return true;
     if (m_lines.size() == MostLines)

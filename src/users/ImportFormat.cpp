@@ -1,6 +1,5 @@
 #include "users/ImportFormat.h"
 
-#include "platform/CsvReader.h"
 #include "platform/Windows1252.h"
 #include "texts/Texts.h"
 
@@ -89,6 +88,12 @@ Parting parting(const QByteArray &content, char separator)
 char recognisedSeparator(const QByteArray &content)
 {
     const QByteArray start = content.left(CsvReader::LongestRecord);
+    for (const char separator : separators) {
+        CsvReader reader(start, separator);
+        CsvReader::Record record;
+        if (const Result<bool> read = reader.next(record); read && tellsSeparator(record))
+            return separator;
+    }
     char best = separators.front();
     Parting ofBest = {1, 0};
     for (const char separator : separators) {
@@ -137,12 +142,20 @@ ImportFormat recognisedFormat(const QByteArray &content, char separator, TextEnc
     return format;
 }
 
+bool tellsSeparator(const CsvReader::Record &record)
+{
+    return record.fields.size() == 2 && record.fields[0].toLower() == "sep=" && record.fields[1].isEmpty();
+}
+
 QStringList firstFields(const QByteArray &content, const ImportFormat &format)
 {
     CsvReader reader(content, format.separator);
     CsvReader::Record record;
     QStringList fields;
-    if (const Result<bool> read = reader.next(record); read && read.value()) {
+    Result<bool> read = reader.next(record);
+    if (read && tellsSeparator(record))
+        read = reader.next(record);
+    if (read && read.value()) {
         for (const QByteArray &field : std::as_const(record.fields))
             fields.append(decoded(field, format.encoding));
     }

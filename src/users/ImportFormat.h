@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QByteArray>
+#include "platform/CsvReader.h"
+
 #include <QStringList>
 
 #include <array>
@@ -41,7 +42,10 @@ ImportFormat recognisedFormat(const QByteArray &content, bool isUtf8);
 /// The same where the separator or the encoding is known.
 ImportFormat recognisedFormat(const QByteArray &content, char separator, TextEncoding encoding);
 
-/// Fields of the first line, as a text; none in an empty file.
+/// Whether a line is "sep=;", which some spreadsheets want to be told at the beginning of a file.
+bool tellsSeparator(const CsvReader::Record &record);
+
+/// Fields of the first line but that one, as a text; none in an empty file.
 QStringList firstFields(const QByteArray &content, const ImportFormat &format);
 
 QString decoded(const QByteArray &bytes, TextEncoding encoding);

@@ -16,10 +16,20 @@ std::unique_ptr<Task> UserExport::task(Disk &disk, const Texts &texts, UserRows 
                                      });
 }
 
+SavedUsers::~SavedUsers()
+{
+    m_set.reset();
+    m_database.reset();
+    // What cannot be removed now is replaced the next time.
+    (void)m_archives.remove(ArchiveName::UsersExported);
+}
+
 Result<bool> SavedUsers::step(const QDeadlineTimer &until)
 {
     if (!m_set) {
-        Result<Database> opened = m_archives.open(ArchiveName::Users, Database::Use::Safe);
+        if (const Result<void> copied = m_archives.copy(ArchiveName::Users, ArchiveName::UsersExported); !copied)
+            return copied.fault();
+        Result<Database> opened = m_archives.open(ArchiveName::UsersExported, Database::Use::ThrowAway);
         if (!opened)
             return opened.fault();
         m_database.emplace(std::move(opened.value()));

@@ -21,12 +21,15 @@ struct UserExport {
     std::unique_ptr<Task> task(Disk &disk, const Texts &texts, UserRows users) const;
 };
 
-/// Reads the users of the register as it is saved, in turns.
+/// Reads the users of the register as it is saved, in turns, from a private copy.
 class SavedUsers : public Task
 {
 public:
     /// @param archives  must outlive this object
     explicit SavedUsers(ArchiveStore &archives) : m_archives(archives) {}
+    ~SavedUsers() override;
+    SavedUsers(const SavedUsers &) = delete;
+    SavedUsers &operator=(const SavedUsers &) = delete;
 
     Result<bool> step(const QDeadlineTimer &until) override;
     Progress progress() const override { return {m_set ? m_set->rowsRead() : 0, 0}; }

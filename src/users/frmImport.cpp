@@ -4,13 +4,11 @@
 #include "startup/PlainText.h"
 #include "texts/OwnText.h"
 #include "texts/Texts.h"
-#include "users/ImportReport.h"
 #include "widgets/Fields.h"
 #include "widgets/Forms.h"
 #include "widgets/Grid.h"
 #include "widgets/Messages.h"
 #include "widgets/RowsModel.h"
-#include "widgets/SaveFile.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -59,9 +57,9 @@ frmImport::frmImport(const Texts &texts, Messages &messages, UserRegister &users
       cmbSeparator(new QComboBox),
       lblEncoding(new QLabel),
       cmbEncoding(new QComboBox),
+      chkHeader(new QCheckBox),
       lblExisting(new QLabel),
       cmbExisting(new QComboBox),
-      chkHeader(new QCheckBox),
       chkShorten(new QCheckBox),
       lblCounts(new QLabel),
       chkOnlyRefused(new QCheckBox),
@@ -112,21 +110,24 @@ frmImport::~frmImport()
 void frmImport::build()
 {
     const auto name = [](QWidget *control, const char *text) { control->setObjectName(QString::fromLatin1(text)); };
-    const auto place = [&](QLabel *label, QComboBox *box, const char *of, Fields::Row row = Fields::Row::Same) {
+    const auto tie = [](QLabel *label, QComboBox *box, const char *of) {
         label->setObjectName(QLatin1String("lbl") + QLatin1String(of));
         box->setObjectName(QLatin1String("cmb") + QLatin1String(of));
         label->setBuddy(box);
         box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         box->setMinimumContentsLength(shownCharacters);
-        fraFormat->add(label, box, row);
     };
     name(fraFormat, "fraFormat");
-    place(lblSeparator, cmbSeparator, "Separator");
-    place(lblEncoding, cmbEncoding, "Encoding");
-    place(lblExisting, cmbExisting, "Existing");
-    for (size_t field = 0; field < ImportFieldCount; ++field)
-        place(lblColumn.at(field), cmbColumn.at(field), userColumns.at(field).field,
-              field == 0 ? Fields::Row::New : Fields::Row::Same);
+    tie(lblSeparator, cmbSeparator, "Separator");
+    fraFormat->add(lblSeparator, cmbSeparator);
+    tie(lblEncoding, cmbEncoding, "Encoding");
+    fraFormat->add(lblEncoding, cmbEncoding);
+    for (size_t field = 0; field < ImportFieldCount; ++field) {
+        tie(lblColumn.at(field), cmbColumn.at(field), userColumns.at(field).field);
+        fraFormat->add(lblColumn.at(field), cmbColumn.at(field), field == 0 ? Fields::Row::New : Fields::Row::Same);
+    }
+    tie(lblExisting, cmbExisting, "Existing");
+    cmbExisting->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     name(chkHeader, "chkHeader");
     name(chkShorten, "chkShorten");
     name(chkOnlyRefused, "chkOnlyRefused");
@@ -142,16 +143,18 @@ void frmImport::build()
 
     auto *ticks = new QHBoxLayout;
     ticks->addWidget(chkHeader);
-    ticks->addWidget(chkShorten);
     ticks->addStretch();
-    auto *filter = new QHBoxLayout;
-    filter->addWidget(chkOnlyRefused);
-    filter->addStretch();
+    ticks->addWidget(chkShorten);
+    auto *existing = new QHBoxLayout;
+    existing->addWidget(lblExisting);
+    existing->addWidget(cmbExisting);
+    existing->addStretch();
+    existing->addWidget(chkOnlyRefused);
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(fraFormat);
     rows->addLayout(ticks);
+    rows->addLayout(existing);
     rows->addWidget(lblCounts);
-    rows->addLayout(filter);
     rows->addWidget(dbgrdRighe, 1);
     rows->addWidget(Bar);
     rows->addLayout(buttonRow({cmdSaveRefused, cmdImport, cmdAnnulla}));
@@ -174,7 +177,8 @@ void frmImport::captions()
     chkHeader->setText(m_texts[OwnText::ImportHeader]);
     chkShorten->setText(m_texts[OwnText::ImportShorten]);
     chkOnlyRefused->setText(m_texts[OwnText::ImportOnlyRefused]);
-    Bar->setAccessibleName(windowTitle());
+    for (QWidget *control : std::initializer_list<QWidget *>{fraFormat, dbgrdRighe, Bar})
+        control->setAccessibleName(windowTitle());
     cmdSaveRefused->setText(m_texts[OwnText::ImportSaveRefused]);
     cmdImport->setText(m_texts[OwnText::CmdImport]);
     cmdAnnulla->setText(m_texts[Text::CmdAnnulla]);
@@ -191,11 +195,14 @@ void frmImport::captions()
     for (qsizetype column = 0; column < columns.size(); ++column)
         columns[column].widest = widest[column];
     columns[1].widest = m_texts[OwnText::ImportChanged];
-    columns[2].widest = m_texts[OwnText::ImportOutOfRange];
+    for (const QString &reason : {m_texts[OwnText::ImportOutOfRange], m_texts[OwnText::ImportNotDigits],
+                                  m_texts[OwnText::ImportTooLong].arg(UserRegister::LongestText)}) {
+        if (fontMetrics().horizontalAdvance(reason) > fontMetrics().horizontalAdvance(columns[2].widest))
+            columns[2].widest = reason;
+    }
     columns[2].stretches = true;
     m_rows = new RowsModel(std::move(columns), this);
     m_rows->bind(dbgrdRighe);
-    dbgrdRighe->setAccessibleName(windowTitle());
     dbgrdRighe->setWantedRows(wantedRows);
 }
 
@@ -220,11 +227,11 @@ void frmImport::fileRead(const Result<void> &read)
                         m_texts.sentence({OwnText::ImportNotPossible, {m_path}, read.fault()}));
         return end({});
     }
-    show(recognisedFormat(m_file.content(), m_file.isUtf8()));
+    showFormat(recognisedFormat(m_file.content(), m_file.isUtf8()));
 }
 
 /// Lets the controls say how the file is read, and reads it so.
-void frmImport::show(const ImportFormat &format)
+void frmImport::showFormat(const ImportFormat &format)
 {
     {
         const QScopedValueRollback shows(m_isShowing, true);
@@ -257,13 +264,13 @@ void frmImport::formatChanged()
     if (m_isShowing)
         return;
     const ImportFormat chosen = choices().format;
-    show(recognisedFormat(m_file.content(), chosen.separator, chosen.encoding));
+    showFormat(recognisedFormat(m_file.content(), chosen.separator, chosen.encoding));
 }
 
 void frmImport::chkHeader_Change()
 {
     if (!m_isShowing)
-        show(choices().format);
+        showFormat(choices().format);
 }
 
 ImportChoices frmImport::choices() const
@@ -277,123 +284,4 @@ ImportChoices frmImport::choices() const
     chosen.keepsNames = cmbExisting->currentData().toBool();
     chosen.shortens = chkShorten->isChecked();
     return chosen;
-}
-
-// The dry run --------------------------------------------------------------------------------------------------------
-
-void frmImport::check()
-{
-    if (m_isShowing)
-        return;
-    m_runner.stop();
-    m_rows->setRows(0, {});
-    setReady(false);
-    m_check = std::make_unique<ImportCheck>(m_file.content(), choices(), UserRows(m_users.users()));
-    m_runner.run(*m_check, {}, [this](const Result<void> &result) { checked(result); });
-}
-
-void frmImport::checked(const Result<void> &result)
-{
-    Bar->setValue(hundred);
-    if (!result) {
-        lblCounts->clear();
-        return m_messages.show(
-            this, Icon::Critical,
-            m_texts.sentence({OwnText::ImportBrokenOff, {m_path, result.fault().subject}, result.fault()}));
-    }
-    lblCounts->setText(countsText(m_texts, *m_check));
-    showLines();
-    setReady(true);
-}
-
-void frmImport::showLines()
-{
-    if (!m_check || m_runner.isRunning())
-        return;
-    const bool onlyRefused = chkOnlyRefused->isChecked();
-    const qsizetype count = onlyRefused ? m_check->refused().size() : m_check->lines().size();
-    m_rows->setRows(count, [this, onlyRefused](qsizetype row) {
-        const ImportLine &line = m_check->lines()[onlyRefused ? m_check->refused()[row] : row];
-        QStringList cells = {QString::number(line.number), outcomeText(m_texts, line.outcome),
-                             reasonText(m_texts, line)};
-        for (const QString &field : line.fields)
-            cells.append(field);
-        return cells;
-    });
-}
-
-/// What can be done with the lines. @param isChecked  they are known
-void frmImport::setReady(bool isChecked)
-{
-    const bool hasWork = isChecked && m_check->count(ImportOutcome::New) + m_check->count(ImportOutcome::Changed) > 0;
-    cmdImport->setEnabled(hasWork);
-    cmdSaveRefused->setEnabled(isChecked && !m_check->refused().isEmpty());
-}
-
-// What comes of it ---------------------------------------------------------------------------------------------------
-
-void frmImport::cmdSaveRefused_Click()
-{
-    const FileToSave wanted = {TogliAnd(cmdSaveRefused->text()).remove(QChar(0x2026)),
-                               m_texts[OwnText::CsvFiles] + QStringLiteral(" (*.csv)"), QStringLiteral(".csv")};
-    askFileToSave(this, m_messages, m_texts, wanted, [this](const QString &file) {
-        if (!file.isEmpty() && m_check && !m_runner.isRunning())
-            saveRefused(file);
-    });
-}
-
-void frmImport::saveRefused(const QString &file)
-{
-    setEnabled(false);
-    m_runner.run(refusedFile(m_users.disk(), file, m_texts, choices().format.separator, *m_check), {},
-                 [this, file](const Result<void> &written) {
-                     setEnabled(true);
-                     takeKeyboard();
-                     if (!written)
-                         m_messages.show(this, Icon::Exclamation,
-                                         m_texts.sentence({OwnText::FileNotWritten, {file}, written.fault()}));
-                 });
-}
-
-void frmImport::cmdImport_Click()
-{
-    Result<std::unique_ptr<Task>> import = m_users.importing(m_check->lines());
-    if (!import)
-        return imported(import.fault());
-    m_import = std::move(import.value());
-    // What has begun is not cancelled: the window refuses to close while it is disabled.
-    setEnabled(false);
-    m_runner.run(*m_import, {}, [this](const Result<void> &result) { imported(result); });
-}
-
-void frmImport::imported(const Result<void> &result)
-{
-    m_import.reset();
-    if (!result) {
-        setEnabled(true);
-        return m_messages.show(this, Icon::Critical,
-                               m_texts.sentence({OwnText::ArchiveNotChanged, {m_users.archive()}, result.fault()}));
-    }
-    end(m_texts[OwnText::UsersImported]
-            .arg(m_check->count(ImportOutcome::New))
-            .arg(m_check->count(ImportOutcome::Changed)));
-}
-
-void frmImport::cmdAnnulla_Click()
-{
-    end({});
-}
-
-bool frmImport::canClose()
-{
-    Q_EMIT Chiudi({});
-    return true;
-}
-
-void frmImport::end(const QString &said)
-{
-    if (m_hasUnloaded)
-        return;
-    Q_EMIT Chiudi(said);
-    unload();
 }

@@ -51,7 +51,7 @@ private:
     void cmdImport_Click();
     void cmdAnnulla_Click();
 
-    void show(const ImportFormat &format);
+    void showFormat(const ImportFormat &format);
     void fillColumns(const ImportFormat &format);
     ImportChoices choices() const;
     void check();
@@ -78,11 +78,11 @@ private:
     QComboBox *cmbSeparator;
     QLabel *lblEncoding;
     QComboBox *cmbEncoding;
-    QLabel *lblExisting;
-    QComboBox *cmbExisting;
     std::array<QLabel *, ImportFieldCount> lblColumn{};
     std::array<QComboBox *, ImportFieldCount> cmbColumn{};
     QCheckBox *chkHeader;
+    QLabel *lblExisting;
+    QComboBox *cmbExisting;
     QCheckBox *chkShorten;
     QLabel *lblCounts;
     QCheckBox *chkOnlyRefused;

@@ -115,6 +115,7 @@ void TestImport::formats_data()
     row("by order", "5;TX;Rossi\n", u"; utf8 order 0,1,2,-1,-1"_s);
     row("commas within texts", "5;TX;Rossi, Mario;x\n6;TX;Verdi;y\n7;TX;Neri, A, B;z\n", u"; utf8 order 0,1,2,3,-1"_s);
     row("separators within quotes", "5,\"a;b;c\",\"d\te\"\n6,\"f;g;h\",i\n", u", utf8 order 0,1,2,-1,-1"_s);
+    row("the file tells", "SEP=,\r\nTipo,a;b,Codice\r\n", u", utf8 header 2,0,-1,-1,-1"_s);
     row("codes alone", "5\n6\n", u"; utf8 order 0,-1,-1,-1,-1"_s);
     row("empty", "", u"; utf8 order -1,-1,-1,-1,-1"_s);
 }
@@ -130,6 +131,7 @@ void TestImport::lines_data()
     const Rows<QByteArray, QStringList> row("content", "lines");
     const auto line = [](const char *text) { return QStringList{QString::fromUtf8(text)}; };
     row("new", "7;TX;Verdi;Bea;note\n", line("1|new||7|TX|Verdi|Bea|note"));
+    row("below a line that tells the separator", "sep=;\n7;TX;a\n", line("2|new||7|TX|a||"));
     row("new without a type", "0007;;;;\n", line("1|new||7|TX|||"));
     row("unchanged", "Code;User Surname\n5;Rossi\n", line("2|unchanged||5|TX|Rossi|Mario|"));
     row("changed, other fields stay", "Code;User Surname\n5;Bianchi\n", line("2|name changed||5|TX|Bianchi|Mario|"));
