@@ -13,6 +13,7 @@ inline constexpr auto BackupFolder = u"Archivi/Backup";
 inline constexpr auto Users = u"Archivi/Anagrafico.zeb";
 inline constexpr auto UsersCopy = u"Archivi/Anatmp.$$$";
 inline constexpr auto UsersFetched = u"Archivi/Anarip.$$$";
+inline constexpr auto UsersExported = u"Archivi/Anaesp.$$$";
 inline constexpr auto UsersBackup = u"Archivi/Backup/AnaBack.zeb";
 inline constexpr auto UsersTemplate = u"Archivi/Anagraficoorg.zeb";
 inline constexpr auto UsersSnapshot = u"Archivi/Anagrafica.evn";

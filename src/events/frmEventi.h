@@ -59,7 +59,6 @@ private:
     void cmdStampa_Click();
     void printFound();
     void cmdToExcel_Click();
-    void cmdToExcel_FileChosen(const QString &chosen);
 
     TypedQuery query() const;
     void refuse(QueryFault fault);

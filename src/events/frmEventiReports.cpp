@@ -9,9 +9,8 @@
 #include "widgets/Grid.h"
 #include "widgets/Messages.h"
 #include "widgets/RowsModel.h"
+#include "widgets/SaveFile.h"
 
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QLabel>
 #include <QPushButton>
 
@@ -100,36 +99,16 @@ void frmEventi::cmdToExcel_Click()
 {
     if (m_search.results().count() == 0)
         return m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoDisponibile]);
-    auto *dialog = new QFileDialog(this, TogliAnd(m_texts[Text::CmdEsportaInExcel]));
-    dialog->setObjectName(QStringLiteral("ComDial"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setFileMode(QFileDialog::AnyFile);
-    // The question about an existing file is asked here, in the program's own words.
-    dialog->setOptions(QFileDialog::DontConfirmOverwrite | QFileDialog::DontUseNativeDialog);
-    dialog->setViewMode(QFileDialog::List);
-    dialog->setNameFilter(m_texts[Text::CartellaDiLavoroExcel]);
+    const FileToSave wanted = {TogliAnd(m_texts[Text::CmdEsportaInExcel]), m_texts[Text::CartellaDiLavoroExcel],
+                               QStringLiteral(".xls")};
     // The results stand still from here on: nothing else begins before the file is there or not wanted any more.
     setBusy(true);
-    connect(dialog, &QFileDialog::fileSelected, this, &frmEventi::cmdToExcel_FileChosen);
-    connect(dialog, &QFileDialog::rejected, this, [this] { setBusy(false); });
-    dialog->open();
-}
-
-void frmEventi::cmdToExcel_FileChosen(const QString &chosen)
-{
-    // A name may have a point of its own, as a date has.
-    const QString ending = QStringLiteral(".xls");
-    const QString file = chosen.endsWith(ending, Qt::CaseInsensitive) ? chosen : chosen + ending;
-    if (!QFileInfo::exists(file) && !QFileInfo(file).isSymLink())
-        return exportTo(file);
-    m_messages.ask(this, m_texts[Text::IlFile] + file + m_texts[Text::EsisteGia], Messages::Buttons::YesNo,
-                   [this, file](Messages::Answer answer) {
-                       if (answer == Messages::Answer::Yes)
-                           exportTo(file);
-                       else
-                           setBusy(false);
-                   });
+    askFileToSave(this, m_messages, m_texts, wanted, [this](const QString &file) {
+        if (file.isEmpty())
+            setBusy(false);
+        else
+            exportTo(file);
+    });
 }
 
 void frmEventi::exportTo(const QString &file)

@@ -54,6 +54,12 @@ void MDIForm1::buildMenu()
     m_menu.add(
         Entry::RestoreUsers, "mnuRestoreUsers", [this] { return m_program.texts()[OwnText::MnuRestoreUsers]; },
         [this] { m_register.restore(); });
+    m_menu.add(
+        Entry::ExportUsers, "mnuExportUsers", [this] { return m_program.texts()[OwnText::MnuExportUsers]; },
+        [this] { m_register.exportUsers(); });
+    m_menu.add(
+        Entry::ImportUsers, "mnuImportUsers", [this] { return m_program.texts()[OwnText::MnuImportUsers]; },
+        [this] { m_register.importUsers(); });
 
     add(Entry::Eventi, "mnuEventi", Text::MnuRicercaEventi, &MDIForm1::mnuEventi_Click);
     add(Entry::EventiOdierni, "mnuEventiOdierni", Text::MnuUltimiEventi, &MDIForm1::mnuEventiOdierni_Click);

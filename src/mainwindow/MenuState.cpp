@@ -6,6 +6,8 @@ bool isFree(Entry entry, const MenuInput &input)
 {
     switch (entry) {
     case Entry::Utenti:
+    case Entry::ExportUsers:
+    case Entry::ImportUsers:
         return !input.usersAreAsked;
     case Entry::RestoreUsers:
         // What is being changed there must not be lost.
@@ -27,7 +29,7 @@ TopMenu menuOf(Entry entry)
 {
     if (entry <= Entry::Exit)
         return TopMenu::File;
-    if (entry <= Entry::RestoreUsers)
+    if (entry <= Entry::ImportUsers)
         return TopMenu::Anagrafica;
     if (entry <= Entry::Journal)
         return TopMenu::Consult;

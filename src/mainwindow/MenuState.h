@@ -12,6 +12,8 @@ enum class Entry {
     FascieOr,
     ProgFerie,
     RestoreUsers,
+    ExportUsers,
+    ImportUsers,
     Eventi,
     EventiOdierni,
     PrnLastEv,

@@ -1,32 +1,51 @@
 #include "mainwindow/RegisterEntries.h"
 
 #include "reports/TextReport.h"
+#include "startup/PlainText.h"
+#include "texts/OwnText.h"
 #include "users/UserListReport.h"
 #include "users/frmRestore.h"
 #include "widgets/Printing.h"
 
+#include <QFileDialog>
+
 RegisterEntries::RegisterEntries(Program &program, Messages &messages, WindowSet &windows, QWidget *over)
-    : m_program(program), m_messages(messages), m_windows(windows), m_over(over)
+    : m_program(program), m_messages(messages), m_windows(windows), m_over(over), m_export(program, messages, over)
 {
 }
 
 void RegisterEntries::open()
 {
-    m_isToRestore = false;
-    if (m_windows.find<frmLstUtenti>())
-        openWindow();
-    else
-        askPassword();
+    enter(Purpose::Edit);
 }
 
 void RegisterEntries::restore()
 {
-    m_isToRestore = true;
-    askPassword();
+    askPassword(Purpose::Restore);
 }
 
-void RegisterEntries::askPassword()
+void RegisterEntries::exportUsers()
 {
+    enter(Purpose::Export);
+}
+
+void RegisterEntries::importUsers()
+{
+    enter(Purpose::Import);
+}
+
+void RegisterEntries::enter(Purpose purpose)
+{
+    const auto *window = m_windows.find<frmLstUtenti>();
+    if (!window)
+        return askPassword(purpose);
+    // While the register works, or a box of its is open, that comes first.
+    go(window->isEnabled() ? purpose : Purpose::Edit);
+}
+
+void RegisterEntries::askPassword(Purpose purpose)
+{
+    m_purpose = purpose;
     if (m_program.passwords().isSet(Passwords::Type::Users))
         Q_EMIT passwordWanted();
     else
@@ -35,13 +54,32 @@ void RegisterEntries::askPassword()
 
 void RegisterEntries::passwordGiven()
 {
-    if (std::exchange(m_isToRestore, false))
-        chooseFile();
-    else
-        openWindow();
+    go(std::exchange(m_purpose, Purpose::Edit));
 }
 
-void RegisterEntries::chooseFile()
+void RegisterEntries::go(Purpose purpose)
+{
+    switch (purpose) {
+    case Purpose::Edit:
+        openWindow();
+        break;
+    case Purpose::Restore:
+        chooseRestored();
+        break;
+    case Purpose::Export: {
+        auto *window = m_windows.find<frmLstUtenti>();
+        std::optional<UserRows> users = window ? window->rows() : std::nullopt;
+        if (users || !window)
+            m_export.choose(std::move(users));
+        break;
+    }
+    case Purpose::Import:
+        chooseImported();
+        break;
+    }
+}
+
+void RegisterEntries::chooseRestored()
 {
     auto *choice = m_over->findChild<frmRestore *>();
     if (!choice) {
@@ -51,10 +89,34 @@ void RegisterEntries::chooseFile()
     choice->open();
 }
 
-/// @param restored  file that the users come from; "" = the register itself
-void RegisterEntries::openWindow(const QString &restored)
+void RegisterEntries::chooseImported()
 {
-    m_windows.open<frmLstUtenti>([this, restored] {
+    const Texts &texts = m_program.texts();
+    auto *choice = new QFileDialog(m_over, TogliAnd(texts[OwnText::MnuImportUsers]).remove(QChar(0x2026)));
+    choice->setObjectName(QStringLiteral("ComDial"));
+    choice->setAttribute(Qt::WA_DeleteOnClose);
+    choice->setFileMode(QFileDialog::ExistingFile);
+    choice->setOptions(QFileDialog::ReadOnly | QFileDialog::DontUseNativeDialog);
+    choice->setViewMode(QFileDialog::Detail);
+    choice->setNameFilters({texts[OwnText::CsvFiles] + QStringLiteral(" (*.csv *.txt)"), QStringLiteral("*")});
+    connect(choice, &QFileDialog::fileSelected, this, &RegisterEntries::take);
+    choice->open();
+}
+
+void RegisterEntries::take(const QString &imported)
+{
+    auto *window = m_windows.find<frmLstUtenti>();
+    if (!window)
+        window = openWindow();
+    if (window)
+        window->importFrom(imported);
+}
+
+/// @param restored  file that the users come from; "" = the register itself
+/// @return the new window; null when there was one, or when it could not be opened
+frmLstUtenti *RegisterEntries::openWindow(const QString &restored)
+{
+    return m_windows.open<frmLstUtenti>([this, restored] {
         const frmLstUtenti::Interface interface = {[this] { return m_program.settings().CodProtocollo; },
                                                    m_program.link().link() != LinkMonitor::Link::Answering,
                                                    m_program.road().lastReceived()};

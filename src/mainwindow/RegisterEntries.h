@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mainwindow/ExportEntry.h"
 #include "mainwindow/Program.h"
 #include "mainwindow/WindowSet.h"
 #include "users/frmLstUtenti.h"
@@ -7,7 +8,8 @@
 
 class Printing;
 
-/// The menu entries that lead to the register of users, to be edited or restored, and what its window asks for.
+/// The menu entries that lead to the register of users, to be edited, restored, exported or imported into, and what its
+/// window asks for. Where that window is open, nobody is asked for the password again.
 class RegisterEntries : public QObject
 {
     Q_OBJECT
@@ -20,6 +22,10 @@ public:
     void open();
     /// The same with the users of a file that the operator chooses.
     void restore();
+    /// Writes the users into a file: those of the window where it is open, else those of the register as it is saved.
+    void exportUsers();
+    /// Opens the register like open(), with what a file would change in it.
+    void importUsers();
     /// The password that passwordWanted() asks for has been given.
     void passwordGiven();
 
@@ -27,9 +33,15 @@ Q_SIGNALS:
     void passwordWanted();
 
 private:
-    void askPassword();
-    void chooseFile();
-    void openWindow(const QString &restored = {});
+    enum class Purpose { Edit, Restore, Export, Import };
+
+    void enter(Purpose purpose);
+    void askPassword(Purpose purpose);
+    void go(Purpose purpose);
+    void chooseRestored();
+    void chooseImported();
+    void take(const QString &imported);
+    frmLstUtenti *openWindow(const QString &restored = {});
     void saved(const std::optional<UserChanges> &changes);
     void print(frmLstUtenti *window, Printing *printing);
     void printDuplicates(ChildWindow *window, const QString &report);
@@ -38,5 +50,6 @@ private:
     Messages &m_messages;
     WindowSet &m_windows;
     QWidget *m_over;
-    bool m_isToRestore = false; ///< what the password is asked for
+    ExportEntry m_export;
+    Purpose m_purpose = Purpose::Edit; ///< what the password is asked for
 };

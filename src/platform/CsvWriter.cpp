@@ -2,6 +2,15 @@
 
 #include <algorithm>
 
+namespace {
+
+bool isBlank(char byte)
+{
+    return byte == ' ' || byte == '\t';
+}
+
+} // namespace
+
 void CsvWriter::field(QStringView text)
 {
     field(QByteArrayView(text.toUtf8()));
@@ -11,9 +20,11 @@ void CsvWriter::field(QByteArrayView utf8)
 {
     if (std::exchange(m_isLineBegun, true))
         m_bytes += m_separator;
-    const bool isQuoted = std::any_of(utf8.begin(), utf8.end(), [separator = m_separator](char byte) {
+    const bool hasSpecial = std::any_of(utf8.begin(), utf8.end(), [separator = m_separator](char byte) {
         return byte == separator || byte == '"' || byte == '\r' || byte == '\n';
     });
+    // Readers may take blanks around a field for none of its own.
+    const bool isQuoted = hasSpecial || (!utf8.isEmpty() && (isBlank(utf8.front()) || isBlank(utf8.back())));
     if (!isQuoted) {
         m_bytes.append(utf8);
         return;

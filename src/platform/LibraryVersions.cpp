@@ -34,11 +34,13 @@ QString named(const char *library, const QString &version)
 
 QStringList libraryVersions()
 {
-    // CUPS tells the version that it was compiled with, not the one that is loaded.
+    // CUPS and libcsv tell the version that they were compiled with, not the one that is loaded.
     return {
-        named("Qt", QLatin1String(qVersion())), named("SQLCipher", sqlcipherVersion()),
-        named("OpenSSL", QLatin1String(OpenSSL_version(OPENSSL_VERSION_STRING))), QStringLiteral("CUPS"),
-        named(
-            "libgsf",
-            QStringLiteral("%1.%2.%3").arg(libgsf_major_version).arg(libgsf_minor_version).arg(libgsf_micro_version))};
+        named("Qt", QLatin1String(qVersion())),
+        named("SQLCipher", sqlcipherVersion()),
+        named("OpenSSL", QLatin1String(OpenSSL_version(OPENSSL_VERSION_STRING))),
+        QStringLiteral("CUPS"),
+        named("libgsf",
+              QStringLiteral("%1.%2.%3").arg(libgsf_major_version).arg(libgsf_minor_version).arg(libgsf_micro_version)),
+        QStringLiteral("libcsv")};
 }

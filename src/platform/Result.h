@@ -21,6 +21,8 @@ enum class FaultCode {
     OwnFolder,       ///< the program folder, or one in it, was chosen as the place of its copy
     OwnRegister,     ///< the register in force, or a copy at work, was chosen as what replaces it
     NoRegister,      ///< an archive, but of no users
+    NoTable,         ///< no text of separated values
+    LineTooLong,     ///< a line of text that is longer than the program takes in
     NotOpen,         ///< asked of something that is closed
 };
 

@@ -47,6 +47,10 @@ OwnText reason(FaultCode code)
         return OwnText::ReasonOwnRegister;
     case FaultCode::NoRegister:
         return OwnText::ReasonNoRegister;
+    case FaultCode::NoTable:
+        return OwnText::ReasonNoTable;
+    case FaultCode::LineTooLong:
+        return OwnText::ReasonLineTooLong;
     case FaultCode::NotOpen:
         return OwnText::ReasonNotOpen;
     case FaultCode::InputOutput:

@@ -22,6 +22,14 @@ public:
             ++m_deleted;
     }
 
+    /// Brings in what was done after this.
+    void follow(const UserChanges &later)
+    {
+        for (const qint64 id : later.m_changed)
+            change(id);
+        m_added += later.m_added;
+    }
+
     /// "added,changed,deleted"
     QString text() const { return QStringLiteral("%1,%2,%3").arg(m_added.size()).arg(m_changed.size()).arg(m_deleted); }
 

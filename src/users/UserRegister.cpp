@@ -308,3 +308,39 @@ void UserRegister::codeRunEnded(const QList<CodeRun::Added> &added)
     users().noteAdded({codeField(), QStringLiteral("Tipo"), QStringLiteral("CodTronc")}, rows);
     find(added.constFirst().code);
 }
+
+class UserRegister::Importing : public Task
+{
+public:
+    Importing(UserRegister &users, std::unique_ptr<UserImport> import)
+        : m_users(users), m_import(std::move(import)), m_reading(users)
+    {
+    }
+
+    Result<bool> step(const QDeadlineTimer &until) override
+    {
+        if (!m_import)
+            return m_reading.step(until);
+        Result<bool> imported = m_import->step(until);
+        if (!imported || !imported.value())
+            return imported;
+        m_users.m_changes.follow(m_import->changes());
+        m_import.reset();
+        m_users.setChanged();
+        return false;
+    }
+    Progress progress() const override { return m_import ? m_import->progress() : m_reading.progress(); }
+
+private:
+    UserRegister &m_users;
+    std::unique_ptr<UserImport> m_import; ///< none when all stand in the working copy
+    Reading m_reading;
+};
+
+Result<std::unique_ptr<Task>> UserRegister::importing(const FreedInTurns<QList<ImportLine>> &lines)
+{
+    if (!m_editor.database())
+        return Fault{FaultCode::NotOpen, archive()};
+    auto import = std::make_unique<UserImport>(*m_editor.database(), lines, m_protocol());
+    return std::unique_ptr<Task>(std::make_unique<Importing>(*this, std::move(import)));
+}

@@ -6,7 +6,7 @@
 #include "users/CodeRun.h"
 #include "users/NameList.h"
 #include "users/TruncatedCodes.h"
-#include "users/UserChanges.h"
+#include "users/UserImport.h"
 
 #include <functional>
 #include <memory>
@@ -22,6 +22,8 @@ public:
     class Reading;
     /// Makes a working copy of other users, and reads them.
     class Restoring;
+    /// Brings in the users of a list, and reads all anew.
+    class Importing;
 
     /// Most characters of a surname, a first name and the notes.
     static constexpr int LongestText = 15;
@@ -77,6 +79,12 @@ public:
     Result<std::unique_ptr<CodeRun>> codeRun(int first, int count);
     /// The first that was added, if any, becomes current.
     void codeRunEnded(const QList<CodeRun::Added> &added);
+    /// Brings in the lines of a dry run over the users as they are now, all or none. Once they stand, a fault in
+    /// reading them leaves no working copy.
+    /// @return NotOpen as above
+    Result<std::unique_ptr<Task>> importing(const FreedInTurns<QList<ImportLine>> &lines);
+    /// For files beside the register.
+    Disk &disk() const { return m_archives.folder().disk(); }
 
 private:
     Result<Database *> beginAnew();

@@ -250,9 +250,12 @@ void frmLstUtenti::tmrLoad_Timer()
 void frmLstUtenti::loaded(const Result<void> &result)
 {
     rsDati->setRecordSet(&m_register.users());
+    m_isLoaded = true;
     enable();
     if (!result)
         showFault(this, OwnText::ArchiveNotChanged, m_register.archive(), result.fault());
+    else if (!m_imported.isEmpty())
+        openImport();
 }
 
 // The grid -----------------------------------------------------------------------------------------------------------
@@ -298,15 +301,6 @@ void frmLstUtenti::showCurrent()
 {
     const int column = qMax(0, dbgrdDati->currentIndex().column());
     dbgrdDati->setCurrentIndex(rsDati->index(static_cast<int>(m_register.users().position()), column));
-}
-
-/// Whether there is no user, which the operator is told.
-bool frmLstUtenti::isEmpty()
-{
-    if (!m_register.users().isEmpty())
-        return false;
-    m_messages.show(this, Icon::Information, m_texts[Text::NessunUtenteRegistrato]);
-    return true;
 }
 
 // Closing ------------------------------------------------------------------------------------------------------------

@@ -50,6 +50,14 @@ public:
 
     QPoint place(QSize area, QSize own) const override;
 
+    /// Shows what a file would change in the working copy, once that is there. While this window is disabled by a box
+    /// of its, nothing happens. @param file  absolute path
+    void importFrom(const QString &file);
+
+    /// The users as they are at this moment, once they are shown; none before, and where the cell that is being
+    /// edited cannot be stored.
+    std::optional<UserRows> rows();
+
     /// The users as they are at this moment; only after open().
     QList<User> users() { return m_register.all(); }
     void setCaptions() override;
@@ -92,6 +100,8 @@ private:
     void objInsCodice_Chiudi(qint64 user, const QString &Codice, CodeType Tipo, frmInsCodice::Esito esito);
     void objAddCod_Chiudi(frmAddCod::Esito esito);
     void objRepDoppioni_Chiudi();
+    void openImport();
+    void objImport_Chiudi(const QString &said);
 
     bool commitCell();
     bool isEmpty();
@@ -116,6 +126,8 @@ private:
     EventRoad::ReceivedCode &m_received;
     UserRegister m_register;
     QString m_restored; ///< the file that the users come from, "" = the register itself
+    QString m_imported; ///< a file to be imported from when the users are there
+    bool m_isLoaded = false;
     Esito m_outcome = Esito::NotSaved;
 
     std::unique_ptr<Task> m_work; ///< reads the register, or saves it

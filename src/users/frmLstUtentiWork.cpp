@@ -1,6 +1,7 @@
 #include "texts/DateTimeText.h"
 #include "texts/OwnText.h"
 #include "users/frmAddCod.h"
+#include "users/frmImport.h"
 #include "users/frmInsCodice.h"
 #include "users/frmLstUtenti.h"
 #include "users/frmRepDoppioni.h"
@@ -40,6 +41,15 @@ QString frmLstUtenti::caption() const
     const QString folder = m_archives.folder().root() + QLatin1Char('/');
     const QString name = m_restored.startsWith(folder) ? m_restored.sliced(folder.size()) : m_restored;
     return m_texts[Text::ListaUtenti] + QLatin1Char(' ') + m_texts.sentence({OwnText::RestoredFrom, {day, name}, {}});
+}
+
+/// Whether there is no user, which the operator is told.
+bool frmLstUtenti::isEmpty()
+{
+    if (!m_register.users().isEmpty())
+        return false;
+    m_messages.show(this, Icon::Information, m_texts[Text::NessunUtenteRegistrato]);
+    return true;
 }
 
 // Codes --------------------------------------------------------------------------------------------------------------
@@ -178,6 +188,45 @@ void frmLstUtenti::dbcmb_Change(const UserCombo *chosen, UserCombo *other, QStri
     if (!(m_register.current().*otherName).isEmpty())
         other->showEntry(user);
     showCurrent();
+}
+
+// Lists in files -----------------------------------------------------------------------------------------------------
+
+std::optional<UserRows> frmLstUtenti::rows()
+{
+    if (!m_isLoaded || !commitCell())
+        return {};
+    return UserRows(m_register.users());
+}
+
+void frmLstUtenti::importFrom(const QString &file)
+{
+    if (m_isLoaded && !isEnabled())
+        return;
+    m_imported = file;
+    if (m_isLoaded)
+        openImport();
+}
+
+void frmLstUtenti::openImport()
+{
+    const QString file = std::exchange(m_imported, {});
+    if (!commitCell())
+        return;
+    auto *objImport = new frmImport(m_texts, m_messages, m_register, file);
+    connect(objImport, &frmImport::Chiudi, this, &frmLstUtenti::objImport_Chiudi);
+    openOver(objImport, [](QRect own, QSize) { return own.topLeft() + QPoint(pixels(300), pixels(300)); });
+}
+
+/// @param said  what has been imported, "" = nothing
+void frmLstUtenti::objImport_Chiudi(const QString &said)
+{
+    enable();
+    if (said.isEmpty())
+        return;
+    showRows();
+    fillCombos();
+    lblMessage->setText(said);
 }
 
 // Reports ------------------------------------------------------------------------------------------------------------

@@ -11,9 +11,14 @@ constexpr int turnMilliseconds = 15;
 
 TaskRunner::TaskRunner(ChildWindow *window) : QObject(window), m_window(window)
 {
-    connect(&m_turn, &QTimer::timeout, this, &TaskRunner::turn);
+    connectTurn();
     connect(window, &ChildWindow::unloaded, this, &TaskRunner::windowGoes);
     connect(window, &ChildWindow::translated, this, &TaskRunner::setCaptions);
+}
+
+void TaskRunner::connectTurn()
+{
+    connect(&m_turn, &QTimer::timeout, this, &TaskRunner::turn);
 }
 
 TaskRunner::~TaskRunner()

@@ -31,6 +31,8 @@ public:
 
     /// @param window  whose tasks these are; this object becomes its child
     explicit TaskRunner(ChildWindow *window);
+    /// For tasks of no window, of which nothing is shown.
+    explicit TaskRunner(QObject *owner) : QObject(owner) { connectTurn(); }
     ~TaskRunner() override;
 
     /// Begins with the next turn of the event loop. One task runs at a time.
@@ -55,13 +57,14 @@ Q_SIGNALS:
     void dropped();
 
 private:
+    void connectTurn();
     void windowGoes();
     void begin(Task &task, Ended ended);
     void turn();
     void show(const Task::Progress &progress);
     void setCaptions();
 
-    ChildWindow *m_window;
+    ChildWindow *m_window = nullptr;
     QTimer m_turn;
     Task *m_task = nullptr;
     std::unique_ptr<Task> m_owned;

@@ -5,7 +5,9 @@
 #include "widgets/frmRicercapr.h"
 
 #include <QAccessible>
+#include <QDialogButtonBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QPdfPageNavigator>
@@ -46,6 +48,19 @@ struct Screen : Desk {
             if (!before.contains(child))
                 return (QCoreApplication::processEvents(), child);
         qFatal("%s opens nothing", name);
+    }
+    /// A list of users, from the file dialog on.
+    ChildWindow *importList()
+    {
+        test.write(u"list.csv"_s, "Code;User Surname\n1;Verdi\nx;\n");
+        entry("mnuImportUsers")->trigger();
+        auto *dialog = window.findChild<QFileDialog *>();
+        control<QLineEdit>(dialog, u"fileNameEdit"_s)->setText(test.directory.filePath(u"list.csv"_s));
+        dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Open)->click();
+        const auto isThere = [this] { return open("frmImport") && !open("frmImport")->isHidden(); };
+        if (!QTest::qWaitFor(isThere))
+            qFatal("no list");
+        return (QCoreApplication::processEvents(), open("frmImport"));
     }
     QList<ChildWindow *> opened() const { return window.findChildren<ChildWindow *>(); }
 
@@ -131,8 +146,8 @@ private Q_SLOTS:
             for (const char *entry :
                  {"mnuUtenti", "mnuFascieOr", "mnuProgFerie", "mnuEventi", "mnuEventiOdierni", "mnuPrnLastEv",
                   "mnuNumEvOdVis", "mnuImpCom", "mnuLetConfInt", "mnuUtility", "mnuImpContKor", "mnuLingua",
-                  "mnuAttPass", "mnuIstrSwKOR", "mnuAbout", "mnuImpPrn", "mnuBackup", "mnuJournal"}) {
-                ChildWindow *opened = desk.choose(entry);
+                  "mnuAttPass", "mnuIstrSwKOR", "mnuAbout", "mnuImpPrn", "mnuBackup", "mnuJournal", ""}) {
+                ChildWindow *opened = *entry != 0 ? desk.choose(entry) : desk.importList();
                 Faults faults;
                 faults.look(opened);
                 if (!desk.area->viewport()->rect().contains(opened->parentWidget()->geometry()))
@@ -143,7 +158,8 @@ private Q_SLOTS:
                         faults.append(u"stays low"_s);
                 if (!faults.isEmpty())
                     wrong.append(u"%1 in %2: %3"_s.arg(opened->objectName()).arg(language).arg(faults.join(u", ")));
-                opened->unload();
+                for (ChildWindow *open : desk.opened())
+                    open->unload();
                 QCoreApplication::processEvents();
                 desk.messages.take();
             }

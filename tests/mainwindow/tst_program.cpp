@@ -305,8 +305,9 @@ private Q_SLOTS:
         row("password window", with({asks}), "x.xxx", {}, some + passwords);
         row("diagnostics asked", with({asks, diagnostics}), "x.xxx", {Entry::Utility}, passwords);
         row("register open", with({&MenuInput::registerIsOpen}), "xxxxx", passwords + Entries{Entry::RestoreUsers},
-            some + Entries{Entry::Utenti});
-        row("users asked", with({&MenuInput::usersAreAsked}), "xxxxx", {Entry::Utenti, Entry::RestoreUsers}, some);
+            some + Entries{Entry::Utenti, Entry::ExportUsers, Entry::ImportUsers});
+        row("users asked", with({&MenuInput::usersAreAsked}), "xxxxx",
+            {Entry::Utenti, Entry::RestoreUsers, Entry::ExportUsers, Entry::ImportUsers}, some);
     }
     void menuStates()
     {
