@@ -4,6 +4,7 @@
 #include "archive/FollowCommand.h"
 #include "archive/SearchCommand.h"
 #include "archive/UsersCommand.h"
+#include "archive/VerifyCommand.h"
 #include "archives/Tables.h"
 #include "startup/PlainText.h"
 #include "startup/Settings.h"
@@ -115,6 +116,9 @@ Result<std::unique_ptr<Command>> Tool::makeCommand()
     case CommandName::Coverage:
         command = std::make_unique<CoverageCommand>(site, rangeDay(m_options.query.firstDay, End::First),
                                                     rangeDay(m_options.query.lastDay, End::Last), form(), *m_output);
+        break;
+    case CommandName::Verify:
+        command = std::make_unique<VerifyCommand>(site, m_options.isQuick, *m_output);
         break;
     default:
         break;

@@ -145,7 +145,6 @@ enum class OwnText : int {
     VerifyRowForm,
     VerifyRowDate,
     VerifyRowOrder,
-    VerifyCutShort,
     VerifySideFile,
     VerifySetAside,
     VerifyRights,
