@@ -1,7 +1,9 @@
 #include "archive/Tool.h"
 
+#include "archive/BackupCommand.h"
 #include "archive/CoverageCommand.h"
 #include "archive/FollowCommand.h"
+#include "archive/PruneCommand.h"
 #include "archive/SearchCommand.h"
 #include "archive/UsersCommand.h"
 #include "archive/VerifyCommand.h"
@@ -83,6 +85,13 @@ LineForm Tool::form() const
     return form;
 }
 
+PruneCommand::Consent Tool::consent() const
+{
+    if (m_options.isSure)
+        return PruneCommand::Consent::Given;
+    return TerminalPassword::isThere() ? PruneCommand::Consent::ToBeAsked : PruneCommand::Consent::Impossible;
+}
+
 void Tool::begin()
 {
     Result<std::unique_ptr<Command>> made = makeCommand();
@@ -120,7 +129,11 @@ Result<std::unique_ptr<Command>> Tool::makeCommand()
     case CommandName::Verify:
         command = std::make_unique<VerifyCommand>(site, m_options.isQuick, *m_output);
         break;
-    default:
+    case CommandName::Backup:
+        command = std::make_unique<BackupCommand>(site, m_options.target);
+        break;
+    case CommandName::Prune:
+        command = std::make_unique<PruneCommand>(site, m_options.before, consent(), *m_output);
         break;
     }
     return command;

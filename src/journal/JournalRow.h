@@ -46,6 +46,8 @@ enum class JournalKind {
     StoringFails = 80, ///< fault
     StoringResumes = 81,
     EventsLost = 82, ///< how many
+
+    Pruned = 90, ///< by the archive tool: first day that was kept, files deleted
 };
 
 /// A point of time as the PC's clock told it.
