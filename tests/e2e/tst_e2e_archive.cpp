@@ -99,9 +99,9 @@ private Q_SLOTS:
         const QString sheet = site.directory.filePath(u"events.xls"_s);
         const Ended xls = site.tool(u"search"_s, {u"--format"_s, u"xls"_s, u"--output"_s, sheet});
         const QStringList behind = site.foundByTheWindow();
-        for (const auto &[ended, read] : {std::pair(csv, run(u"python3"_s, {u"-c"_s, readCsv}, csv.output)),
+        for (const auto &[ended, read] : {std::pair(csv, run(u"/usr/bin/python3"_s, {u"-c"_s, readCsv}, csv.output)),
                                           {json, run(u"jq"_s, {u"-r"_s, readJson}, json.output)},
-                                          {xls, run(u"python3"_s, {u"-c"_s, readSheet, sheet})}}) {
+                                          {xls, run(u"/usr/bin/python3"_s, {u"-c"_s, readSheet, sheet})}}) {
             QVERIFY2(ended.code == 0 && read.code == 0, ended.errors + read.errors);
             const QStringList rows = linesOf(read.output);
             QVERIFY(rows.size() >= before.size());
