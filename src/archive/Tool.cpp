@@ -1,9 +1,12 @@
 #include "archive/Tool.h"
 
+#include "archive/BackupCommand.h"
 #include "archive/CoverageCommand.h"
 #include "archive/FollowCommand.h"
+#include "archive/PruneCommand.h"
 #include "archive/SearchCommand.h"
 #include "archive/UsersCommand.h"
+#include "archive/VerifyCommand.h"
 #include "archives/Tables.h"
 #include "startup/PlainText.h"
 #include "startup/Settings.h"
@@ -82,6 +85,13 @@ LineForm Tool::form() const
     return form;
 }
 
+PruneCommand::Consent Tool::consent() const
+{
+    if (m_options.isSure)
+        return PruneCommand::Consent::Given;
+    return TerminalPassword::isThere() ? PruneCommand::Consent::ToBeAsked : PruneCommand::Consent::Impossible;
+}
+
 void Tool::begin()
 {
     Result<std::unique_ptr<Command>> made = makeCommand();
@@ -116,7 +126,14 @@ Result<std::unique_ptr<Command>> Tool::makeCommand()
         command = std::make_unique<CoverageCommand>(site, rangeDay(m_options.query.firstDay, End::First),
                                                     rangeDay(m_options.query.lastDay, End::Last), form(), *m_output);
         break;
-    default:
+    case CommandName::Verify:
+        command = std::make_unique<VerifyCommand>(site, m_options.isQuick, *m_output);
+        break;
+    case CommandName::Backup:
+        command = std::make_unique<BackupCommand>(site, m_options.target);
+        break;
+    case CommandName::Prune:
+        command = std::make_unique<PruneCommand>(site, m_options.before, consent(), *m_output);
         break;
     }
     return command;

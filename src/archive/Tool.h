@@ -2,6 +2,7 @@
 
 #include "archive/Command.h"
 #include "archive/Output.h"
+#include "archive/PruneCommand.h"
 #include "archive/ToolOptions.h"
 #include "prefs/PasswordPrompt.h"
 #include "startup/ProgramPlaces.h"
@@ -46,6 +47,7 @@ private:
     void tell(const Message &message);
     void showState(const QString &state);
     LineForm form() const;
+    PruneCommand::Consent consent() const;
 
     const ToolOptions m_options;
     Disk m_disk;

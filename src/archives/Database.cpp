@@ -1,6 +1,6 @@
 #include "archives/Database.h"
 
-#include "platform/UnusedSide.h"
+#include "platform/ArchiveUse.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -294,6 +294,31 @@ Result<void> Database::readPages()
         read = execute(*statement, {});
     const Result<void> ended = execute("COMMIT");
     return read ? ended : read;
+}
+
+Result<void> Database::readEnds()
+{
+    QList<std::array<QString, 2>> parts; // table, index or ""
+    Result<void> read = each(QStringLiteral("SELECT type, name, tbl_name FROM sqlite_master "
+                                            "WHERE type IN ('table', 'index') AND rootpage > 0"),
+                             {}, [&parts](const Statement &row) {
+                                 const bool isIndex = row.text(0) == QStringLiteral("index");
+                                 parts.append({row.text(2), isIndex ? row.text(1) : QString()});
+                             });
+    for (const auto &[table, index] : std::as_const(parts)) {
+        QString last = QStringLiteral("SELECT * FROM \"%1\" NOT INDEXED ORDER BY rowid DESC LIMIT 1").arg(table);
+        if (read && !index.isEmpty())
+            read = each(QStringLiteral("PRAGMA index_info(\"%1\")").arg(index), {},
+                        [&last, table = table, index = index](const Statement &row) {
+                            last = QStringLiteral(
+                                       "SELECT \"%3\" FROM \"%1\" INDEXED BY \"%2\" ORDER BY \"%3\" DESC LIMIT 1")
+                                       .arg(table, index, row.text(2));
+                            return false;
+                        });
+        if (read)
+            read = execute(last, {});
+    }
+    return read;
 }
 
 Result<void> Database::checkpoint()

@@ -123,6 +123,10 @@ public:
     /// @return Damaged when one cannot be read
     Result<void> readPages();
 
+    /// Reads the first page and the last one of each table and index: where an archive was cut short, or stopped being
+    /// written, it shows there. @return Damaged when one cannot be read
+    Result<void> readEnds();
+
     /// Brings what stands in the write-ahead journal into the archive file and empties the journal.
     /// @return Locked while somebody reads; all that he does not hold back has been brought over then
     Result<void> checkpoint();

@@ -110,7 +110,7 @@ QString FileCopy::nameBeside() const
 
 Result<void> FileCopy::beginPages()
 {
-    Result<Database> source = m_source.open(m_name, Database::Use::Safe);
+    Result<Database> source = m_source.open(m_name, Database::Use::Untouched);
     if (!source)
         return atSource(source.fault());
     Result<Database> target = m_target.make(nameBeside(), Database::Use::ThrowAway, m_salt);

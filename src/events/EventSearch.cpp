@@ -114,12 +114,15 @@ Result<void> EventSearch::start(const EventQuery &query)
 Result<bool> EventSearch::step(const QDeadlineTimer &until)
 {
     while (m_running) {
+        // A day that is opened only to be left again would never end.
+        if (m_isLeft)
+            openAgain();
+        if (!m_running)
+            break;
         if (m_isGathering)
             gather(until);
         else if (m_open)
             copyRow();
-        else if (m_isLeft)
-            openAgain();
         else if (!openDay())
             nextDay();
         if (until.hasExpired())

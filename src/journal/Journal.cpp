@@ -12,8 +12,6 @@ constexpr int againMilliseconds = 10'000;
 constexpr int failuresUntilTold = 7;
 constexpr qint64 clockTolerance = 60'000;
 constexpr qsizetype detailCharacters = 100;
-/// Running numbers of a journal that nothing is known of begin here times its year: behind those of any year before.
-constexpr qint64 numbersOfYear = 10'000'000;
 
 } // namespace
 
@@ -147,14 +145,14 @@ Result<void> Journal::write()
     qint64 number = m_next + m_lost;
     for (JournalRow &row : rows)
         row.number = number++;
-    Result<void> written = m_file->write(rows, now);
+    const Result<qint64> written = m_file->write(rows, now);
     if (!written) {
         m_isDamaged = written.fault().code == FaultCode::Damaged;
         m_file.reset();
-        return written;
+        return written.fault();
     }
     m_isStateWanted = m_isStateWanted || m_lost > 0;
-    m_next = number;
+    m_next = qMax(number, written.value() + 1);
     m_lost = 0;
     m_queue.clear();
     return {};
@@ -163,9 +161,10 @@ Result<void> Journal::write()
 /// Leaves the file of the year that has gone.
 Result<void> Journal::turnYear(const Moment &now)
 {
-    if (Result<void> written = m_file->write({{m_next, now, JournalKind::YearTurned, {}, {}}}, now); !written)
-        return written;
-    ++m_next;
+    const Result<qint64> written = m_file->write({{m_next, now, JournalKind::YearTurned, {}, {}}}, now);
+    if (!written)
+        return written.fault();
+    m_next = written.value() + 1;
     m_file.reset();
     m_isStateWanted = true;
     return {};
@@ -213,7 +212,7 @@ Result<void> Journal::findPlace(bool isAfresh)
     // The file that the run went on in has gone.
     const bool isLost = isAfresh || last.kind == JournalKind::YearTurned;
     if (last.number == 0)
-        m_next = m_file->year() * numbersOfYear;
+        m_next = m_file->year() * JournalFile::NumbersOfYear;
     else
         m_next = last.number + (isLost ? 2 : 1);
     if (last.number > 0 && !isLost && last.kind != JournalKind::Ended)

@@ -21,10 +21,14 @@ SqlValues values(const Moment &moment)
 Result<JournalFile::End> endOf(Database &database)
 {
     JournalFile::End end;
-    Result<void> read = database.each(QStringLiteral("SELECT Num, Tipo FROM Giornale ORDER BY Num DESC LIMIT 1"), {},
+    Result<void> read = database.each(QStringLiteral("SELECT Num, Tipo FROM Giornale ORDER BY Num DESC"), {},
                                       [&end](const Statement &row) {
-                                          end.number = row.integer(0);
-                                          end.kind = static_cast<JournalKind>(row.integer(1));
+                                          end.number = qMax(end.number, row.integer(0));
+                                          const auto kind = static_cast<JournalKind>(row.integer(1));
+                                          if (kind == JournalKind::Pruned)
+                                              return true;
+                                          end.kind = kind;
+                                          return false;
                                       });
     if (read)
         read = database.each(QStringLiteral("SELECT Data, Ora, Scarto FROM Vita"), {}, [&end](const Statement &row) {
@@ -69,6 +73,7 @@ Result<std::unique_ptr<JournalFile>> JournalFile::open(ArchiveStore &archives, i
     if (!end)
         return end.fault();
     file->m_end = end.value();
+    file->m_last = file->m_end.number;
     // The name may be a link, the journals stand beside the file.
     file->m_names[0].path = archives.folder().path(name);
     file->m_names[1].path = file->m_database.path() + QStringLiteral("-wal");
@@ -134,25 +139,57 @@ bool JournalFile::hasMoved() const
     return m_names[0].isOther() || m_names[1].isOther();
 }
 
-Result<void> JournalFile::write(const QList<JournalRow> &rows, const Moment &alive)
+Result<qint64> JournalFile::write(QList<JournalRow> rows, const std::optional<Moment> &alive)
 {
     Transaction transaction(m_database);
     if (Result<void> begun = transaction.begin(true); !begun)
-        return begun;
-    Result<Statement> insert = m_database.prepare(QStringLiteral(
-        "INSERT INTO Giornale (Data, Ora, Scarto, Num, Tipo, Dato1, Dato2) VALUES (?, ?, ?, ?, ?, ?, ?)"));
-    if (!insert)
-        return insert.fault();
-    for (const JournalRow &row : rows) {
-        insert.value().bind(values(row.at) + SqlValues{row.number, qint64(row.kind), row.first, row.second});
-        const Result<bool> stored = insert.value().step();
-        insert.value().reset();
-        if (!stored)
-            return stored.fault();
+        return begun.fault();
+    qint64 last = m_last;
+    qint64 ofOthers = 0;
+    Result<void> done = m_database.each(QStringLiteral("SELECT count(*), max(Num) FROM Giornale WHERE Num > ?"),
+                                        {m_last}, [&](const Statement &row) {
+                                            ofOthers = row.integer(0);
+                                            last = qMax(last, row.integer(1));
+                                        });
+    for (JournalRow &row : rows) {
+        row.number += ofOthers;
+        if (done)
+            done = insert(row);
+        last = row.number;
     }
-    if (Result<void> signedOff = m_database.execute(
-            QStringLiteral("REPLACE INTO Vita (Data, Ora, Scarto, Num) VALUES (?, ?, ?, 1)"), values(alive));
-        !signedOff)
-        return signedOff;
-    return transaction.commit();
+    if (done && alive)
+        done = m_database.execute(QStringLiteral("REPLACE INTO Vita (Data, Ora, Scarto, Num) VALUES (?, ?, ?, 1)"),
+                                  values(*alive));
+    if (done)
+        done = transaction.commit();
+    if (!done)
+        return done.fault();
+    m_last = last;
+    return last;
+}
+
+Result<void> JournalFile::insert(const JournalRow &row)
+{
+    return m_database.execute(
+        QStringLiteral(
+            "INSERT INTO Giornale (Data, Ora, Scarto, Num, Tipo, Dato1, Dato2) VALUES (?, ?, ?, ?, ?, ?, ?)"),
+        values(row.at) + SqlValues{row.number, qint64(row.kind), row.first, row.second});
+}
+
+Result<void> JournalFile::append(ArchiveStore &archives, JournalRow row)
+{
+    const int year = localTime(row.at).date().year();
+    Result<std::unique_ptr<JournalFile>> opened = open(archives, year);
+    if (!opened)
+        return opened.fault();
+    const Result<std::optional<End>> other = endOfOther(archives, year);
+    if (!other && other.fault().code != FaultCode::Damaged)
+        return other.fault();
+    JournalFile &file = *opened.value();
+    row.number = file.m_last;
+    if (other && other.value())
+        row.number = qMax(row.number, other.value()->number);
+    row.number = row.number > 0 ? row.number + 1 : year * NumbersOfYear;
+    const Result<qint64> written = file.write({row}, {});
+    return written ? Result<void>() : Result<void>(written.fault());
 }

@@ -14,11 +14,15 @@
 class JournalFile
 {
 public:
+    /// Running numbers of a journal that nothing is known of begin here times its year: behind those of any year
+    /// before.
+    static constexpr qint64 NumbersOfYear = 10'000'000;
+
     /// What a journal ends with.
     struct End {
-        qint64 number = 0; ///< of the last row, 0 without one
-        JournalKind kind = JournalKind::Ended;
-        std::optional<Moment> alive; ///< last sign of life
+        qint64 number = 0;                     ///< of the last row, 0 without one
+        JournalKind kind = JournalKind::Ended; ///< of the last row of the supervisor
+        std::optional<Moment> alive;           ///< last sign of life
     };
 
     /// Opens the file of @p year, made when there is none, with a day archive's salt.
@@ -37,8 +41,12 @@ public:
     bool isNew() const { return m_end.number == 0; }
     /// As it was when it was opened.
     const End &end() const { return m_end; }
-    /// Writes all of @p rows or none, and the sign of life @p alive; one flush.
-    Result<void> write(const QList<JournalRow> &rows, const Moment &alive);
+    /// Writes all of @p rows or none, and the sign of life @p alive if there is one; one flush. Their numbers grow by
+    /// the rows that another program has written since the last time.
+    /// @return number of the last row in the file
+    Result<qint64> write(QList<JournalRow> rows, const std::optional<Moment> &alive);
+    /// Writes one row for a program that is not the supervisor, which may be at work.
+    static Result<void> append(ArchiveStore &archives, JournalRow row);
     /// True when another file, or none, stands under its name or that of its write-ahead journal. Then closing it
     /// leaves alone what is not its own.
     bool hasMoved() const;
@@ -51,10 +59,12 @@ private:
     };
 
     JournalFile(ArchiveStore &archives, int year, Database database);
+    Result<void> insert(const JournalRow &row);
 
     ArchiveStore &m_archives;
     int m_year;
     Database m_database;
     End m_end;
+    qint64 m_last = 0;            ///< number of the last row that is known of
     std::array<Named, 3> m_names; ///< file, journal and its index as they were when it was opened
 };

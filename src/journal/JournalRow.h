@@ -42,6 +42,7 @@ enum class JournalKind {
     BackupMade = 70,
     BackupFailed = 71, ///< fault
     Restored = 72,
+    Pruned = 73, ///< by the archive tool: first day that was kept, files deleted
 
     StoringFails = 80, ///< fault
     StoringResumes = 81,

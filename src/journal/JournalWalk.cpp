@@ -107,6 +107,9 @@ void JournalWalk::take(const JournalRow &row)
         m_port = Port::NotKnown;
     }
     m_number = row.number;
+    // Another program's, which tells nothing of this one.
+    if (row.kind == JournalKind::Pruned)
+        return;
     // A moment of the past, at which the state was another than the one that stands now.
     if (row.kind == JournalKind::ClockMoved)
         return clockMoved(row);

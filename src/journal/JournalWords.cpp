@@ -167,6 +167,9 @@ QString rowWords(const JournalRow &row, const Texts &texts)
         return withFault(OwnText::NoteBackupFailed, {}, row.first, texts);
     case JournalKind::Restored:
         return texts[OwnText::NoteRestored];
+    case JournalKind::Pruned:
+        return texts.sentence(
+            {OwnText::NotePruned, {DataBarre(QDate::fromString(row.first, Qt::ISODate)), row.second}, {}});
     case JournalKind::StoringFails:
         return withFault(OwnText::NoteStoringFails, {}, row.first, texts);
     case JournalKind::StoringResumes:

@@ -31,6 +31,7 @@ void StandardInput::read()
         m_notifier.setEnabled(false);
         if (!m_begun.isEmpty())
             Q_EMIT line(std::exchange(m_begun, {}));
+        Q_EMIT ended();
         return;
     }
     m_begun.append(buffer.data(), count);

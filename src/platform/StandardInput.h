@@ -17,6 +17,7 @@ public:
 
 Q_SIGNALS:
     void line(const QByteArray &text); ///< without its LF; the last line also when it has none
+    void ended();                      ///< no more lines will come
 
 private:
     void read();

@@ -70,6 +70,8 @@ private Q_SLOTS:
         row("BackupMade", Kind::BackupMade, {}, {}, Group::Changes, u"Backup copy made"_s);
         row("BackupFailed", Kind::BackupFailed, u"4"_s, {}, Group::Faults, u"Backup copy failed: disk full"_s);
         row("Restored", Kind::Restored, {}, {}, Group::Changes, u"User list restored"_s);
+        row("Pruned", Kind::Pruned, u"2004-01-01"_s, u"7"_s, Group::Changes,
+            u"Archives before 01/01/2004 deleted: 7"_s);
         row("StoringFails", Kind::StoringFails, u"4"_s, {}, Group::Faults, u"Events cannot be stored: disk full"_s);
         row("StoringResumes", Kind::StoringResumes, {}, {}, Group::Faults, u"Events are stored again"_s);
         row("EventsLost", Kind::EventsLost, u"12"_s, {}, Group::Faults, u"Events lost: 12"_s);
