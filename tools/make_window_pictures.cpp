@@ -1,6 +1,7 @@
 // Takes the pictures of the manuals from the program's own windows, in each language; run by the build.
 
 #include "PictureDesk.h"
+#include "texts/LanguageName.h"
 #include "widgets/Accessibility.h"
 #include "widgets/DesktopStyle.h"
 
@@ -23,8 +24,6 @@ namespace {
 constexpr int scale = 2;
 constexpr double inch = 0.0254;
 constexpr int pixelsOfScreen = 96; ///< an inch
-
-constexpr std::array languages = {"it", "en", "fr", "de"};
 
 /// Searches the invented days.
 void search(PictureDesk &desk, ChildWindow &window)
@@ -138,7 +137,7 @@ int main(int argumentCount, char *arguments[])
     const QString installation = QString::fromLocal8Bit(arguments[1]), target = QString::fromLocal8Bit(arguments[2]);
     Album album(target);
     for (int language = Texts::FirstLanguage; language <= Texts::LastLanguage; ++language) {
-        const QString name = QLatin1String(languages.at(static_cast<size_t>(language - 1)));
+        const QString name = languageCode(language);
         QDir().mkpath(target + QLatin1Char('/') + name);
         PictureDesk desk(installation, language);
         takeAll(desk, album, name);

@@ -4,12 +4,15 @@
 
 class Messages;
 class QLabel;
+class QModelIndex;
+class QPdfBookmarkModel;
 class QPdfDocument;
 class QPdfView;
 class QToolButton;
+class QTreeView;
 class Texts;
 
-/// Shows one of the manuals.
+/// Shows one of the manuals, with its table of contents beside it where it has one and there is room.
 class frmIstruzioni : public ChildWindow
 {
     Q_OBJECT
@@ -24,8 +27,11 @@ public:
     /// Reads the manual. When there is none the operator is told so, and the window unloads with that message.
     bool load();
 
-    /// A page in its natural size; less where the main window is smaller.
+    /// A page in its natural size beside the contents; less where the main window is smaller.
     QSize sizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void captions(const QString &caption);
@@ -35,7 +41,8 @@ private:
     void toBegin();
     void toEnd();
     void showPage();
-    int firstPage() const;
+    void showContents();
+    void treContenuto_Change(const QModelIndex &chapter);
     void zoom(double step);
     double shownZoom() const;
 
@@ -44,6 +51,8 @@ private:
     Messages &m_messages;
 
     QPdfDocument *m_document;
+    QPdfBookmarkModel *m_chapters;
+    QTreeView *treContenuto;
     QPdfView *ReadPdf;
     QLabel *lblPagina;
     QToolButton *cmdZoomMeno;
