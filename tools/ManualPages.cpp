@@ -20,10 +20,12 @@ namespace {
 
 constexpr double pointsPerInch = 72;
 constexpr int resolution = 600;
-/// What must stand below a heading on its page, in inches: a line or two of text, or the first row of a table.
-constexpr double roomBelowHeading = 0.9;
+/// What must stand below a heading on its page, in inches: some lines of text, or the first rows of a table.
+constexpr double roomBelowHeading = 1.3;
+constexpr double roomBelowTable = 0.25; ///< likewise, where a table goes on on the next page
 constexpr double footInches = 0.5;
-constexpr double pageEdge = 3; ///< pixels of a screen
+constexpr double lineWidth = 0.4; ///< between the rows of a table, pixels of a screen
+constexpr double pageEdge = 3;    ///< pixels of a screen
 /// Of a picture, beside its size on the screen: text in it is as large as that around it.
 constexpr double pictureScale = 0.78;
 constexpr double inch = 0.0254;
@@ -72,13 +74,13 @@ private:
     bool breakBeforeHeading();
     bool breakInsideTable();
     void splitTable(QTextTable &table, int row);
+    double rowEnd(QTextTable &table, int row) const;
     void numberContents();
 
     QList<QTextBlock> headingBlocks() const;
     qsizetype headingOf(const QString &link) const;
     double top(const QTextBlock &block) const;
     double firstLineEnd(const QTextBlock &block) const;
-    double lastLineEnd(const QTextBlock &block) const;
     /// @param number  from 0; -1 = the last one
     QRectF line(const QTextBlock &block, int number) const;
     /// Of the text, in the units of formats: pixels of a screen.
@@ -126,6 +128,9 @@ QString Pages::prepared(QString markdown)
 {
     static const QRegularExpression linkOutside(QStringLiteral("\\[([^\\]]*)\\]\\((?!#)[^)]*\\)"));
     markdown.replace(linkOutside, QStringLiteral("\\1"));
+    // A sign that stands apart, as in French, does not begin a line.
+    static const QRegularExpression signApart(QStringLiteral(" ([:;!?])(?=\\s|$)"));
+    markdown.replace(signApart, QString(QChar(QChar::Nbsp)) + QStringLiteral("\\1"));
     markdown.replace(QStringLiteral("<!-- contents -->"), contents(markdown));
     return markdown.replace(pictureLine(), QStringLiteral("![\\1](\\1)"));
 }
@@ -210,19 +215,23 @@ void Pages::formatTable(QTextTable &table)
     QTextTableFormat format = table.format();
     format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
     format.setColumnWidthConstraints(widths);
-    format.setBorder(0.6);
-    format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
-    format.setBorderBrush(QColor(lineColour));
+    format.setBorder(0);
     format.setBorderCollapse(true);
     format.setCellPadding(3);
     format.setTopMargin(6);
     format.setBottomMargin(6);
     table.setFormat(format);
-    for (int column = 0; column < table.columns(); ++column) {
-        QTextTableCell cell = table.cellAt(0, column);
-        QTextCharFormat head = cell.format();
-        head.setBackground(QColor(headColour));
-        cell.setFormat(head);
+    for (int row = 0; row < table.rows(); ++row) {
+        for (int column = 0; column < table.columns(); ++column) {
+            QTextTableCell cell = table.cellAt(row, column);
+            QTextTableCellFormat look = cell.format().toTableCellFormat();
+            look.setBottomBorder(lineWidth);
+            look.setBottomBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+            look.setBottomBorderBrush(QColor(lineColour));
+            if (row == 0)
+                look.setBackground(QColor(headColour));
+            cell.setFormat(look);
+        }
     }
 }
 
@@ -252,6 +261,10 @@ void Pages::formatSpans()
                 around.setTopMargin(6);
                 around.setBottomMargin(10);
                 cursor.setBlockFormat(around);
+            } else if (format.fontFixedPitch()) {
+                format.setFontFamilies({QStringLiteral("Liberation Mono"), QStringLiteral("monospace")});
+                format.setFontPointSize(m_font.pointSizeF() - 0.5);
+                cursor.setCharFormat(format);
             } else if (format.isAnchor()) {
                 format.setAnchorHref(QLatin1Char('#') + QString::number(headingOf(format.anchorHref())));
                 format.setForeground(QColor(linkColour));
@@ -324,11 +337,6 @@ double Pages::firstLineEnd(const QTextBlock &block) const
     return line(block, 0).bottom();
 }
 
-double Pages::lastLineEnd(const QTextBlock &block) const
-{
-    return line(block, -1).bottom();
-}
-
 /// The layout knows nothing of lines that belong together: breaks pages from first to last until nothing is torn.
 void Pages::keepTogether()
 {
@@ -355,7 +363,7 @@ bool Pages::breakBeforeHeading()
     return false;
 }
 
-/// @return whether there was a row that does not stand on one page
+/// @return whether there was a row that does not stand on the page on which its table begins
 bool Pages::breakInsideTable()
 {
     const QList<QTextFrame *> frames = m_document.rootFrame()->childFrames();
@@ -364,19 +372,32 @@ bool Pages::breakInsideTable()
         if (!table)
             continue;
         const int first = page(top(table->cellAt(0, 0).firstCursorPosition().block()));
-        for (int row = 1; row < table->rows(); ++row) {
-            int last = first;
-            for (int column = 0; column < table->columns(); ++column) {
-                const QTextBlock block = table->cellAt(row, column).lastCursorPosition().block();
-                last = qMax(last, page(lastLineEnd(block)));
-            }
-            if (last == first)
-                continue;
+        int row = 1;
+        while (row < table->rows() && page(rowEnd(*table, row)) == first)
+            ++row;
+        if (row == table->rows())
+            continue;
+        // Between two tables there is a line, which needs its room as well.
+        while (row > 1 && page(rowEnd(*table, row - 1) + roomBelowTable * resolution) != first)
+            --row;
+        if (row > 1) {
             splitTable(*table, row);
-            return true;
+        } else {
+            QTextTableFormat format = table->format();
+            format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+            table->setFormat(format);
         }
+        return true;
     }
     return false;
+}
+
+double Pages::rowEnd(QTextTable &table, int row) const
+{
+    double end = 0;
+    for (int column = 0; column < table.columns(); ++column)
+        end = qMax(end, line(table.cellAt(row, column).lastCursorPosition().block(), -1).bottom());
+    return end;
 }
 
 /// Takes the rows from @p row on into a table of their own, with the same head, on the next page.

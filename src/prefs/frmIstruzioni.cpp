@@ -75,6 +75,7 @@ frmIstruzioni::frmIstruzioni(const QString &caption, const QString &file, const 
     ReadPdf->setZoomMode(QPdfView::ZoomMode::FitToWidth);
     ReadPdf->setFocusPolicy(Qt::StrongFocus);
     treContenuto->setHeaderHidden(true);
+    treContenuto->setRootIsDecorated(false);
     treContenuto->setTextElideMode(Qt::ElideRight);
     treContenuto->setModel(m_chapters);
     treContenuto->hide();
