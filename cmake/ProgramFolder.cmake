@@ -7,12 +7,21 @@ set_target_properties(kor-supervisor kor-simulator kor-archive PROPERTIES RUNTIM
 add_executable(kor-make-templates tools/make_templates.cpp)
 target_link_libraries(kor-make-templates PRIVATE kor_core kor_headers kor_flags)
 
-# The two below do without the core: a change of the core then makes no picture and no manual anew.
+# It works with the windows themselves: only what it takes from them anew makes the manuals anew.
+add_executable(kor-make-window-pictures tools/make_window_pictures.cpp tools/PictureDesk.cpp tools/PictureDesk.h)
+target_link_libraries(kor-make-window-pictures PRIVATE kor_desktop kor_simulator kor_headers kor_flags)
+
+# The two below do without the core: a change of the core alone makes no picture and no manual anew.
 add_executable(kor-make-pictures tools/make_pictures.cpp)
 target_link_libraries(kor-make-pictures PRIVATE Qt6::Gui Qt6::Svg kor_flags)
 
-add_executable(kor-make-manuals tools/make_manuals.cpp)
-target_link_libraries(kor-make-manuals PRIVATE Qt6::Gui kor_flags)
+# The toolkit's PDF writer makes no table of contents.
+pkg_check_modules(QPDF REQUIRED IMPORTED_TARGET libqpdf)
+add_executable(kor-make-manuals tools/make_manuals.cpp tools/ManualPages.cpp tools/ManualPages.h tools/PdfContents.cpp
+    tools/PdfContents.h)
+target_link_libraries(kor-make-manuals PRIVATE Qt6::Gui PkgConfig::QPDF kor_flags)
+# The library's older pointers are not used.
+target_compile_definitions(kor-make-manuals PRIVATE POINTERHOLDER_TRANSITION=4)
 
 # The tools draw without a screen. What font libraries keep until the end is no leak of ours.
 set(KOR_WITHOUT_SCREEN ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0)
@@ -46,15 +55,23 @@ add_custom_command(OUTPUT ${KOR_PICTURES} ${KOR_ICONS}
     COMMENT "Drawing the pictures"
     VERBATIM)
 
-set(KOR_MANUALS man731 man752 mansw)
-set(KOR_MANUAL_SOURCES ${KOR_MANUALS})
-list(TRANSFORM KOR_MANUAL_SOURCES REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/assets/manuals/\\1.md")
+# The tool writes a picture, and the list of all, only when it has become another.
+set(KOR_WINDOW_PICTURES ${CMAKE_BINARY_DIR}/manual-pictures)
+add_custom_command(OUTPUT ${KOR_WINDOW_PICTURES}/list.txt
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${KOR_WINDOW_PICTURES}
+    COMMAND ${KOR_WITHOUT_SCREEN} $<TARGET_FILE:kor-make-window-pictures> ${KOR_FOLDER} ${KOR_WINDOW_PICTURES}
+    DEPENDS kor-make-window-pictures ${KOR_TEMPLATES} ${KOR_PICTURES}
+    COMMENT "Taking the pictures of the windows"
+    VERBATIM)
+
+set(KOR_MANUALS man731 man752 mansw mansw_en mansw_fr mansw_de)
 list(TRANSFORM KOR_MANUALS REPLACE "(.+)" "${KOR_FOLDER}/Istruzioni/\\1.pdf")
+file(GLOB KOR_MANUAL_SOURCES CONFIGURE_DEPENDS assets/manuals/*.md docs/manual.md)
 add_custom_command(OUTPUT ${KOR_MANUALS}
     COMMAND ${CMAKE_COMMAND} -E make_directory ${KOR_FOLDER}/Istruzioni
-    COMMAND ${KOR_WITHOUT_SCREEN} $<TARGET_FILE:kor-make-manuals> ${PROJECT_SOURCE_DIR}/assets/manuals
+    COMMAND ${KOR_WITHOUT_SCREEN} $<TARGET_FILE:kor-make-manuals> ${PROJECT_SOURCE_DIR} ${KOR_WINDOW_PICTURES}
             ${KOR_FOLDER}/Istruzioni
-    DEPENDS kor-make-manuals ${KOR_MANUAL_SOURCES}
+    DEPENDS kor-make-manuals ${KOR_MANUAL_SOURCES} ${KOR_WINDOW_PICTURES}/list.txt
     COMMENT "Printing the manuals"
     VERBATIM)
 

@@ -48,21 +48,21 @@ Demonstration::~Demonstration()
 
 Result<void> Demonstration::start()
 {
-    if (Result<void> made = makeFolder(); !made)
-        return made;
+    if (!m_folder.isValid())
+        return Fault{FaultCode::AccessDenied, QDir::tempPath()};
+    if (Result<void> laid = layFolder(folder(), m_installation); !laid)
+        return laid;
     return startInterface();
 }
 
-Result<void> Demonstration::makeFolder()
+Result<void> Demonstration::layFolder(const QString &path, const QString &installation)
 {
-    if (!m_folder.isValid())
-        return Fault{FaultCode::AccessDenied, QDir::tempPath()};
     Disk disk;
     for (const char *name : {"/Archivi", "/Porte"}) {
-        if (Result<void> made = disk.makeFolder(folder() + QLatin1String(name)); !made)
+        if (Result<void> made = disk.makeFolder(path + QLatin1String(name)); !made)
             return made;
     }
-    ProgramFolder programFolder(folder(), disk, m_installation);
+    ProgramFolder programFolder(path, disk, installation);
     if (Result<void> laid = layTemplates(programFolder); !laid)
         return laid;
     ArchiveStore archives(programFolder);

@@ -25,8 +25,11 @@ public:
     QString folder() const { return m_folder.path(); }
     static constexpr int Port = 1;
 
+    /// Makes a program folder with the few users of an existing one.
+    /// @param installation  folder with the archive templates
+    static Result<void> layFolder(const QString &path, const QString &installation);
+
 private:
-    Result<void> makeFolder();
     Result<void> startInterface();
 
     QString m_programs;

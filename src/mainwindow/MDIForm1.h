@@ -85,7 +85,7 @@ private:
     void mnuImpContKor_Click();
     void mnuLingua_Click();
     void mnuAttPass_Click(Passwords::Type type);
-    void mnuIstr_Click(Text caption, const QString &file);
+    void mnuIstr_Click(Text caption, const QString &name);
     void mnuAbout_Click();
 
     // Windows, and what they report.

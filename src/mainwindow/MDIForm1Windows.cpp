@@ -9,6 +9,7 @@
 #include "link/frmImpCom.h"
 #include "link/frmUtility.h"
 #include "mainwindow/MDIForm1.h"
+#include "prefs/ManualFile.h"
 #include "prefs/PasswordFault.h"
 #include "prefs/frmImpStampa.h"
 #include "prefs/frmInfo.h"
@@ -35,8 +36,8 @@ void MDIForm1::buildMenu()
     const auto addPassword = [this](Entry entry, const char *name, Type type) {
         m_menu.add(entry, name, passwordCaption(type), [this, type] { mnuAttPass_Click(type); });
     };
-    const auto addManual = [this](Entry entry, const char *name, Text caption, const char *file) {
-        m_menu.add(entry, name, caption, [=, this] { mnuIstr_Click(caption, QLatin1String(file)); });
+    const auto addManual = [this](Entry entry, const char *name, Text caption, const char *manual) {
+        m_menu.add(entry, name, caption, [=, this] { mnuIstr_Click(caption, QLatin1String(manual)); });
     };
     add(Entry::ImpPrn, "mnuImpPrn", Text::MnuImpostaStampante, &MDIForm1::mnuImpPrn_Click);
     m_menu.separate(TopMenu::File, "mnuLineaBackup");
@@ -82,9 +83,9 @@ void MDIForm1::buildMenu()
     addPassword(Entry::AttPassUte, "mnuAttPassUte", Type::Users);
     addPassword(Entry::AttPassUty, "mnuAttPassUty", Type::Diagnostics);
 
-    addManual(Entry::IstrKOR, "mnuIstrKOR", Text::MnuIstruzioniHardware731, "Istruzioni/man731.pdf");
-    addManual(Entry::Istr752, "mnuIstr752", Text::MnuIstruzioniHardware752, "Istruzioni/man752.pdf");
-    addManual(Entry::IstrSwKOR, "mnuIstrSwKOR", Text::MnuIstruzioniSoftware, "Istruzioni/mansw.pdf");
+    addManual(Entry::IstrKOR, "mnuIstrKOR", Text::MnuIstruzioniHardware731, "man731");
+    addManual(Entry::Istr752, "mnuIstr752", Text::MnuIstruzioniHardware752, "man752");
+    addManual(Entry::IstrSwKOR, "mnuIstrSwKOR", Text::MnuIstruzioniSoftware, "mansw");
     m_menu.setShortcut(Entry::IstrSwKOR, Qt::Key_F1);
     m_menu.separate(TopMenu::Help, "mnuLineaH");
     add(Entry::About, "mnuAbout", Text::MnuInformazioniSu, &MDIForm1::mnuAbout_Click);
@@ -146,11 +147,12 @@ void MDIForm1::mnuBackup_Click()
     m_windows.open<frmBackup>([this] { return new frmBackup(m_program.texts(), m_program.backup(), m_messages); });
 }
 
-void MDIForm1::mnuIstr_Click(Text caption, const QString &file)
+void MDIForm1::mnuIstr_Click(Text caption, const QString &name)
 {
     if (auto *open = m_windows.find<frmIstruzioni>())
         open->unload();
-    auto *window = new frmIstruzioni(caption, m_program.folder().fileToOpen(file), m_program.texts(), m_messages);
+    const QString file = manualFile(m_program.folder(), name, m_program.texts().language());
+    auto *window = new frmIstruzioni(caption, file, m_program.texts(), m_messages);
     m_windows.openBeside(window);
     window->load();
 }

@@ -1,7 +1,6 @@
 #include "prefs/frmIstruzioni.h"
 
 #include "startup/PlainText.h"
-#include "texts/LanguageName.h"
 #include "texts/OwnText.h"
 #include "widgets/Messages.h"
 #include "widgets/Twips.h"
@@ -9,14 +8,16 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPdfBookmarkModel>
 #include <QPdfDocument>
 #include <QPdfPageNavigator>
-#include <QPdfSelection>
 #include <QPdfView>
 #include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QSplitter>
 #include <QToolButton>
+#include <QTreeView>
 
 namespace {
 
@@ -25,8 +26,15 @@ constexpr double smallestZoom = 0.25;
 // The view keeps up to twenty pages as pictures: larger ones would take memory by the gigabyte.
 constexpr double largestZoom = 3;
 constexpr double pointsPerInch = 72;
-/// A manual that speaks several languages names the one of a section below its title.
-constexpr int linesOfTitle = 3;
+// Twips.
+constexpr int contentsWidth = 3600;
+constexpr int leastPageWidth = 9000; ///< in which a page can be read
+
+/// Pixels in which a page of natural size shows a point.
+double naturalPixelsPerPoint()
+{
+    return QGuiApplication::primaryScreen()->logicalDotsPerInch() / pointsPerInch;
+}
 
 } // namespace
 
@@ -37,7 +45,9 @@ frmIstruzioni::frmIstruzioni(Text caption, const QString &file, const Texts &tex
       m_texts(texts),
       m_messages(messages),
       m_document(new QPdfDocument(this)),
-      ReadPdf(new QPdfView(this)),
+      m_chapters(new QPdfBookmarkModel(this)),
+      treContenuto(new QTreeView),
+      ReadPdf(new QPdfView),
       lblPagina(new QLabel),
       cmdZoomMeno(new QToolButton),
       cmdZoomLarghezza(new QToolButton),
@@ -52,19 +62,36 @@ frmIstruzioni::frmIstruzioni(Text caption, const QString &file, const Texts &tex
     auto *rows = new QVBoxLayout(this);
     rows->setContentsMargins(pixels(10), pixels(10), pixels(10), pixels(10));
     rows->setSpacing(pixels(10));
-    rows->addWidget(ReadPdf, 1);
+    auto *parts = new QSplitter;
+    parts->setChildrenCollapsible(false);
+    parts->addWidget(treContenuto);
+    parts->addWidget(ReadPdf);
+    parts->setStretchFactor(1, 1);
+    parts->setSizes({pixels(contentsWidth), pixels(leastPageWidth)});
+    rows->addWidget(parts, 1);
     rows->addLayout(tools);
     ReadPdf->setDocument(m_document);
     ReadPdf->setPageMode(QPdfView::PageMode::MultiPage);
     ReadPdf->setZoomMode(QPdfView::ZoomMode::FitToWidth);
     ReadPdf->setFocusPolicy(Qt::StrongFocus);
+    treContenuto->setHeaderHidden(true);
+    treContenuto->setRootIsDecorated(false);
+    treContenuto->setTextElideMode(Qt::ElideRight);
+    treContenuto->setModel(m_chapters);
+    treContenuto->hide();
 
+    treContenuto->setObjectName(QStringLiteral("treContenuto"));
     ReadPdf->setObjectName(QStringLiteral("ReadPdf"));
     lblPagina->setObjectName(QStringLiteral("lblPagina"));
     cmdZoomMeno->setObjectName(QStringLiteral("cmdZoomMeno"));
     cmdZoomLarghezza->setObjectName(QStringLiteral("cmdZoomLarghezza"));
     cmdZoomPiu->setObjectName(QStringLiteral("cmdZoomPiu"));
 
+    connect(treContenuto->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &frmIstruzioni::treContenuto_Change);
+    // One that is current already is chosen again.
+    connect(treContenuto, &QTreeView::clicked, this, &frmIstruzioni::treContenuto_Change);
+    connect(treContenuto, &QTreeView::activated, this, &frmIstruzioni::treContenuto_Change);
     connect(ReadPdf->pageNavigator(), &QPdfPageNavigator::currentPageChanged, this, &frmIstruzioni::showPage);
     connect(cmdZoomMeno, &QToolButton::clicked, this, &frmIstruzioni::cmdZoomMeno_Click);
     connect(cmdZoomLarghezza, &QToolButton::clicked, this, &frmIstruzioni::cmdZoomLarghezza_Click);
@@ -97,9 +124,9 @@ frmIstruzioni::~frmIstruzioni()
 bool frmIstruzioni::load()
 {
     if (m_document->load(m_file) == QPdfDocument::Error::None && m_document->pageCount() > 0) {
-        // Where a page lies is known when the view has its size.
-        QMetaObject::invokeMethod(
-            this, [this] { ReadPdf->pageNavigator()->jump(firstPage(), {}); }, Qt::QueuedConnection);
+        m_chapters->setDocument(m_document);
+        treContenuto->expandAll();
+        showContents();
         showPage();
         return true;
     }
@@ -107,29 +134,43 @@ bool frmIstruzioni::load()
     return false;
 }
 
-/// Page on which the section of the language in force begins; the first one when there is none.
-int frmIstruzioni::firstPage() const
+void frmIstruzioni::resizeEvent(QResizeEvent *event)
 {
-    const QString language = languageName(m_texts.language());
-    for (int page = 0; page < m_document->pageCount(); ++page) {
-        const QStringList lines = m_document->getAllText(page).text().split(QLatin1Char('\n'));
-        for (const QString &line : lines.first(qMin<qsizetype>(linesOfTitle, lines.size()))) {
-            if (line.trimmed() == language)
-                return page;
-        }
-    }
-    return 0;
+    ChildWindow::resizeEvent(event);
+    showContents();
+}
+
+/// The contents give way where the page would become too narrow to be read.
+void frmIstruzioni::showContents()
+{
+    const bool hasRoom = roomForContent() >= pixels(contentsWidth + leastPageWidth);
+    treContenuto->setVisible(hasRoom && m_chapters->rowCount() > 0);
+}
+
+void frmIstruzioni::treContenuto_Change(const QModelIndex &chapter)
+{
+    if (!chapter.isValid())
+        return;
+    // The view goes to the beginning of a page, wherever on it a chapter begins.
+    const int page = chapter.data(int(QPdfBookmarkModel::Role::Page)).toInt();
+    const double y = chapter.data(int(QPdfBookmarkModel::Role::Location)).toPointF().y();
+    const double scale = shownZoom() * naturalPixelsPerPoint();
+    double top = 0;
+    for (int before = 0; before < page; ++before)
+        top += qRound(m_document->pagePointSize(before).height() * scale) + ReadPdf->pageSpacing();
+    ReadPdf->verticalScrollBar()->setValue(qRound(top + y * scale));
 }
 
 QSize frmIstruzioni::sizeHint() const
 {
-    return {pixels(13000), pixels(12000)};
+    return {pixels(13000 + contentsWidth), pixels(12000)};
 }
 
 void frmIstruzioni::setCaptions()
 {
     setWindowTitle(TogliAnd(m_texts[m_caption]));
     ReadPdf->setAccessibleName(windowTitle());
+    treContenuto->setAccessibleName(m_texts[OwnText::ManualContents]);
     const auto label = [this](QToolButton *button, QChar sign, OwnText name) {
         button->setText(sign);
         button->setAccessibleName(m_texts[name]);
@@ -192,6 +233,5 @@ double frmIstruzioni::shownZoom() const
     const QMargins margins = ReadPdf->documentMargins();
     const int width = ReadPdf->viewport()->width() - margins.left() - margins.right();
     const double page = m_document->pagePointSize(ReadPdf->pageNavigator()->currentPage()).width();
-    const double resolution = QGuiApplication::primaryScreen()->logicalDotsPerInch() / pointsPerInch;
-    return page > 0 ? width / (page * resolution) : 1;
+    return page > 0 ? width / (page * naturalPixelsPerPoint()) : 1;
 }

@@ -5,12 +5,15 @@
 
 class Messages;
 class QLabel;
+class QModelIndex;
+class QPdfBookmarkModel;
 class QPdfDocument;
 class QPdfView;
 class QToolButton;
+class QTreeView;
 class Texts;
 
-/// Shows one of the manuals.
+/// Shows one of the manuals, with its table of contents beside it where it has one and there is room.
 class frmIstruzioni : public ChildWindow
 {
     Q_OBJECT
@@ -24,9 +27,12 @@ public:
     /// Reads the manual. When there is none the operator is told so, and the window unloads with that message.
     bool load();
 
-    /// A page in its natural size; less where the main window is smaller.
+    /// A page in its natural size beside the contents; less where the main window is smaller.
     QSize sizeHint() const override;
     void setCaptions() override;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void cmdZoomMeno_Click();
@@ -35,7 +41,8 @@ private:
     void toBegin();
     void toEnd();
     void showPage();
-    int firstPage() const;
+    void showContents();
+    void treContenuto_Change(const QModelIndex &chapter);
     void zoom(double step);
     double shownZoom() const;
 
@@ -45,6 +52,8 @@ private:
     Messages &m_messages;
 
     QPdfDocument *m_document;
+    QPdfBookmarkModel *m_chapters;
+    QTreeView *treContenuto;
     QPdfView *ReadPdf;
     QLabel *lblPagina;
     QToolButton *cmdZoomMeno;

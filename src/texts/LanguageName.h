@@ -10,3 +10,11 @@ inline QString languageName(int language)
                                       QStringLiteral("Deutsch")};
     return names.value(language - Texts::FirstLanguage);
 }
+
+/// The same in two letters, as names of files have it.
+inline QString languageCode(int language)
+{
+    static const QStringList codes = {QStringLiteral("it"), QStringLiteral("en"), QStringLiteral("fr"),
+                                      QStringLiteral("de")};
+    return codes.value(language - Texts::FirstLanguage);
+}

@@ -46,6 +46,7 @@ enum class OwnText : int {
     ZoomIn,
     ZoomOut,
     ZoomToWidth,
+    ManualContents,
     ArchiveNotOpened,
     ArchiveNotSaved,
     ArchiveNotChanged,

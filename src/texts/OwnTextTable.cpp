@@ -137,6 +137,7 @@ constexpr std::array<TextRow<OwnText>, OwnTextCount> ownTextTable = {{
     {OwnText::ZoomIn, "Ingrandisci", "Zoom in", "Agrandir", "Vergrößern"},
     {OwnText::ZoomOut, "Riduci", "Zoom out", "Réduire", "Verkleinern"},
     {OwnText::ZoomToWidth, "Adatta alla larghezza", "Fit to width", "Adapter à la largeur", "An Breite anpassen"},
+    {OwnText::ManualContents, "Indice", "Contents", "Table des matières", "Inhalt"},
     {OwnText::ArchiveNotOpened,
      "Impossibile aprire l'archivio '%1' per modificarlo", "The archive '%1' cannot be opened to be edited",
      "Impossible d'ouvrir l'archive '%1' pour la modifier",
