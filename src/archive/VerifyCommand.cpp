@@ -123,7 +123,8 @@ void VerifyCommand::checkFile(const QString &name)
     const bool isWorking = file.endsWith(QStringLiteral(".$$$"));
     const bool isPassing = file.endsWith(QStringLiteral(".part")) || FreshFile::isBeside(file);
     if (!archive.isEmpty()) {
-        if (isAlone(archive) && !archive.contains(QStringLiteral(".guasto")) && !archive.endsWith(QStringLiteral(".$$$")))
+        if (isAlone(archive) && !archive.contains(QStringLiteral(".guasto")) &&
+            !archive.endsWith(QStringLiteral(".$$$")))
             found({OwnText::VerifySideFile, {name}, {}});
     } else if ((isPassing && isOld(name, hourSeconds)) || (isWorking && isOld(name, daySeconds) && isAlone(name))) {
         found({OwnText::VerifySideFile, {name}, {}});

@@ -36,9 +36,7 @@ public:
         if (limit.count() > 0)
             m_limit.start(limit);
         try {
-            std::thread([answered = m_answered, work = std::move(work)] {
-                answered->lay(work());
-            }).detach();
+            std::thread([answered = m_answered, work = std::move(work)] { answered->lay(work()); }).detach();
         } catch (const std::system_error &) {
             m_answered->lay(Fault{FaultCode::InputOutput, {}});
         }
