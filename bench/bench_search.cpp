@@ -6,6 +6,7 @@
 #include "archives/Tables.h"
 #include "events/DayView.h"
 #include "events/frmEventi.h"
+#include "journal/Journal.h"
 #include "startup/CurrentPrinter.h"
 #include "support/FakeMessages.h"
 #include "support/Fixtures.h"

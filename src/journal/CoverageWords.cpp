@@ -24,13 +24,16 @@ QString timeWords(qint64 seconds)
 
 QString durationWords(qint64 seconds, const Texts &texts)
 {
+    const auto with = [](const QString &large, qint64 count, const char *unit) {
+        return count == 0 ? large : QStringLiteral("%1 %2 %3").arg(large).arg(count).arg(QLatin1String(unit));
+    };
     if (seconds < minute)
         return QStringLiteral("%1 s").arg(seconds);
     if (seconds < hour)
-        return QStringLiteral("%1 min %2 s").arg(seconds / minute).arg(seconds % minute);
+        return with(QStringLiteral("%1 min").arg(seconds / minute), seconds % minute, "s");
     if (seconds < 2 * wholeDay)
-        return QStringLiteral("%1 h %2 min").arg(seconds / hour).arg(seconds % hour / minute);
-    return texts[OwnText::DurationDays].arg(seconds / wholeDay).arg(seconds % wholeDay / hour);
+        return with(QStringLiteral("%1 h").arg(seconds / hour), seconds % hour / minute, "min");
+    return with(texts[OwnText::DurationDays].arg(seconds / wholeDay), seconds % wholeDay / hour, "h");
 }
 
 QString coverageWords(const Missing &missing, const Texts &texts)

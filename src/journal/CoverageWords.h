@@ -3,7 +3,7 @@
 #include "journal/Coverage.h"
 #include "texts/Texts.h"
 
-/// "3 h 12 min"; "45 s", "4 min 30 s" and, from two days on, "3 days 4 h". What is smaller is cut off.
+/// "3 h 12 min"; "45 s", "4 min 30 s", "5 min" and, from two days on, "3 days 4 h". What is smaller is cut off.
 QString durationWords(qint64 seconds, const Texts &texts);
 
 /// One line: that the program listened throughout, or how often and how long it did not, and how often and how long

@@ -689,7 +689,7 @@ constexpr std::array<TextRow<OwnText>, OwnTextCount> ownTextTable = {{
      "Écoute non connue: %1, %2 en tout", "Nicht bekannt, ob empfangsbereit: %1, insgesamt %2"},
     {OwnText::TimesOne, "una volta", "once", "une fois", "einmal"},
     {OwnText::TimesMany, "%1 volte", "%1 times", "%1 fois", "%1-mal"},
-    {OwnText::DurationDays, "%1 giorni %2 h", "%1 days %2 h", "%1 jours %2 h", "%1 Tage %2 h"},
+    {OwnText::DurationDays, "%1 giorni", "%1 days", "%1 jours", "%1 Tage"},
     {OwnText::ListeningNotRunning,
      "programma non in funzione", "program not running",
      "programme arrêté", "Programm lief nicht"},

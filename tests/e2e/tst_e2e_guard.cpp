@@ -75,7 +75,9 @@ private Q_SLOTS:
             const QJsonArray cells = sheet[row].toArray();
             return QStringList({cells[0].toString(), cells[1].toString(), cells[2].toString()}) == listOf(texts);
         };
-        QVERIFY(sheet[3] == 3 && begins(5, "Bianchi,Anna,TX") && begins(6, "O'Hara,Sean,DKS"));
+        QVERIFY(sheet[3] == 4 && begins(5, "Bianchi,Anna,TX") && begins(7, "O'Hara,Sean,DKS"));
+        // The program is new: nobody knows of the hours before.
+        QVERIFY(sheet[6][0].toString().contains(u"Not known whether listening: once, "_s));
 
         // Another code: the old one is nobody's from then on, and the backup still has it.
         desktop.press("Escape");

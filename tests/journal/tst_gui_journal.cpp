@@ -80,7 +80,7 @@ private Q_SLOTS:
         QCOMPARE(spoken(5), u"The program listened throughout."_s);
         QCOMPARE(cells(desk.days(), 6), u"05/03/2004|06:00:00 - 06:29:59: serial port lost"_s);
         QCOMPARE(control<QLabel>(desk.form.get(), u"lblCoverage"_s)->text(),
-                 u"Not listening: once, 30 min 0 s in all. Not known whether listening: once, 5 days 0 h in all"_s);
+                 u"Not listening: once, 30 min in all. Not known whether listening: once, 5 days in all"_s);
         QCOMPARE(desk.rows().constFirst(), u"04/03/2004|00:00:00|Program started, version 1.03"_s);
         QCOMPARE(desk.rows().constLast(), u"05/03/2004|06:30:00|Backup copy failed: disk full"_s);
         QVERIFY(!control<QLabel>(desk.form.get(), u"lblDays"_s)->isVisible());

@@ -106,7 +106,7 @@ private Q_SLOTS:
         row("minutes", {{2, 3599}, {}}, 3, u"Pas à l'écoute: 2 fois, 59 min 59 s en tout"_s);
         row("not known", {{}, {1, 172'799}}, 4, u"Nicht bekannt, ob empfangsbereit: einmal, insgesamt 47 h 59 min"_s);
         row("both, days", {{3, 60}, {1, 180'000}}, 2,
-            u"Not listening: 3 times, 1 min 0 s in all. Not known whether listening: once, 2 days 2 h in all"_s);
+            u"Not listening: 3 times, 1 min in all. Not known whether listening: once, 2 days 2 h in all"_s);
     }
     void coverage()
     {

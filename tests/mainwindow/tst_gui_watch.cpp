@@ -105,7 +105,7 @@ private Q_SLOTS:
             window.findChild<QAction *>(u"mnuEventi"_s)->trigger();
             control<QLineEdit>(&window, u"txtOraIn"_s)->setText(u"07:45:00"_s);
             control(&window, u"cmdRicerca"_s)->click();
-            QTRY_COMPARE(control(&window, u"cmdCoverage"_s)->text(), u"Not listening: 2 times, 23 min 0 s in all"_s);
+            QTRY_COMPARE(control(&window, u"cmdCoverage"_s)->text(), u"Not listening: 2 times, 23 min in all"_s);
         });
         office.messages.take();
     }

@@ -7,7 +7,8 @@
 #include <QProcess>
 
 /// What another program reads in all workbooks of @p folder, in order of their names, each a list of sheets: name,
-/// weights of the fonts of the first and of the second row, number of rows, then the first two rows and the last.
+/// weights of the fonts of the first and of the second row, number of rows, then the first two rows, the last, and the
+/// one before it.
 inline QJsonArray readWorkbooks(const QString &folder)
 {
     static const QString script = uR"(import glob, json, struct, sys, xlrd
@@ -28,7 +29,7 @@ for name in sorted(glob.glob(sys.argv[1] + '/*')):
         assert length <= 8224, length
         place += 4 + length
 print(json.dumps([[[s.name, weights(b, s, 0), weights(b, s, 1), s.nrows, content(s, 0), content(s, 1),
-    content(s, s.nrows - 1)] for s in b.sheets()] for b in books])))"_s;
+    content(s, s.nrows - 1), content(s, s.nrows - 2)] for s in b.sheets()] for b in books])))"_s;
     QProcess reader; // the package belongs to the system's own Python, whichever stands first in the path
     reader.start(u"/usr/bin/python3"_s, {u"-c"_s, script, folder});
     if (!reader.waitForFinished(120'000) || reader.exitCode() != 0)
