@@ -13,7 +13,8 @@
 namespace {
 
 /// A lot is flushed at once: a flush for each file would take far longer than the copying.
-constexpr size_t lotFiles = 128;
+constexpr size_t mostLotFiles = 96;
+constexpr size_t leastLotFiles = 24;
 constexpr qint64 lotBytes = 64 << 20;
 
 /// What the program and the database library leave behind, and nobody needs.
@@ -94,7 +95,7 @@ Result<bool> Backup::step(const QDeadlineTimer &until)
             worked = going(putFile());
         else if (m_copy)
             worked = copyOn(until);
-        else if (!m_sources.empty() && m_lot.size() < lotFiles && m_lotBytes < lotBytes)
+        else if (!m_sources.empty() && !isLotFull())
             beginFile();
         else if (m_check)
             worked = awaitCheck(until);
@@ -193,6 +194,13 @@ Result<void> Backup::copyLink(const QString &leadsTo, const QString &link)
     if (QFileInfo(link).isSymLink() || QFileInfo::exists(link))
         return {};
     return QFile::link(leadsTo, link) ? Result<void>() : Result<void>(Fault{FaultCode::AccessDenied, link});
+}
+
+/// The last lots are small: nothing goes on beside their checks.
+bool Backup::isLotFull() const
+{
+    const size_t most = std::clamp(m_sources.size(), leastLotFiles, mostLotFiles);
+    return m_lot.size() >= most || m_lotBytes >= lotBytes;
 }
 
 // How it is copied ---------------------------------------------------------------------------------------------------

@@ -59,6 +59,7 @@ private:
     Result<void> makeFolder(const QString &name);
     QString pathOfCopy(const QString &name) const;
     static Result<void> copyLink(const QString &leadsTo, const QString &link);
+    bool isLotFull() const;
     void beginFile();
     Result<bool> copyOn(const QDeadlineTimer &until);
     void checkLot();

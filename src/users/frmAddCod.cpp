@@ -3,8 +3,8 @@
 #include "texts/OwnText.h"
 #include "texts/Texts.h"
 #include "users/RunEntry.h"
+#include "widgets/Forms.h"
 #include "widgets/Messages.h"
-#include "widgets/Twips.h"
 
 #include <QEvent>
 #include <QGridLayout>
@@ -43,10 +43,6 @@ frmAddCod::frmAddCod(const Texts &texts, Messages &messages, UserRegister &users
       cmdOK(new QPushButton),
       cmdAnnulla(new QPushButton)
 {
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdAnnulla);
     auto *rows = new QGridLayout(this);
     rows->addWidget(lblNumTrasm, 0, 0);
     rows->addWidget(txtNumTrasm, 0, 1);
@@ -55,7 +51,7 @@ frmAddCod::frmAddCod(const Texts &texts, Messages &messages, UserRegister &users
     rows->addWidget(lblMessage, 2, 0, 1, 2);
     rows->addWidget(Bar, 3, 0, 1, 2);
     rows->setRowStretch(4, 1);
-    rows->addLayout(buttons, 5, 0, 1, 2);
+    rows->addLayout(buttonRow({cmdOK, cmdAnnulla}), 5, 0, 1, 2);
 
     lblNumTrasm->setObjectName(QStringLiteral("lblNumTrasm"));
     lblNumTrasm->setBuddy(txtNumTrasm);

@@ -7,6 +7,8 @@
 #include "texts/Texts.h"
 
 #include <QFileInfo>
+#include <QHeaderView>
+#include <QTreeView>
 
 frmRestore::frmRestore(const Texts &texts, const ProgramFolder &folder, QWidget *parent) : QFileDialog(parent)
 {
@@ -18,6 +20,12 @@ frmRestore::frmRestore(const Texts &texts, const ProgramFolder &folder, QWidget 
     // Nothing is renamed or deleted here.
     setOptions(ReadOnly | DontUseNativeDialog);
     setViewMode(Detail);
+    // Copies are told apart by their dates; of what type the files are tells nothing.
+    if (auto *files = findChild<QTreeView *>(QStringLiteral("treeView"))) {
+        constexpr int typeColumn = 2;
+        files->hideColumn(typeColumn);
+        files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    }
     // A copy that was made by hand may have any name.
     setNameFilters({texts[Text::ListaUtenti] + QStringLiteral(" (*.zeb)"), QStringLiteral("*")});
     const QString backup = folder.path(QStringView(ArchiveName::UsersBackup).toString());
