@@ -113,14 +113,14 @@ Result<QList<RowFault>> faultsOfRows(Database &database, QDate day)
         if (!read || !tables.contains(QLatin1String(form.table)))
             continue;
         DayOrder order(day);
-        read = database.each(
-            QStringLiteral("SELECT %1 FROM %2 ORDER BY rowid").arg(QLatin1String(form.columns), QLatin1String(form.table)),
-            {}, [&](const Statement &row) {
-                if (!form.isRight(row))
-                    faults.append({RowFault::Kind::Form, row.integer(0)});
-                else if (const auto kind = day.isValid() ? order.look(row) : std::nullopt)
-                    faults.append({*kind, row.integer(0)});
-            });
+        read = database.each(QStringLiteral("SELECT %1 FROM %2 ORDER BY rowid")
+                                 .arg(QLatin1String(form.columns), QLatin1String(form.table)),
+                             {}, [&](const Statement &row) {
+                                 if (!form.isRight(row))
+                                     faults.append({RowFault::Kind::Form, row.integer(0)});
+                                 else if (const auto kind = day.isValid() ? order.look(row) : std::nullopt)
+                                     faults.append({*kind, row.integer(0)});
+                             });
     }
     return read ? Result<QList<RowFault>>(faults) : read.fault();
 }

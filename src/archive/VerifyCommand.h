@@ -7,8 +7,8 @@ namespace tool {
 
 /// Looks for damage and disorder in the archives, one file in each step, and writes a line for each fault.
 ///
-/// An archive that the supervisor has open is read as it stands. Whatever the supervisor may be writing at the moment is
-/// no fault: a file that passes is told only when it has lain there for an hour, a working copy after a day.
+/// An archive that the supervisor has open is read as it stands. Whatever the supervisor may be writing at the moment
+/// is no fault: a file that passes is told only when it has lain there for an hour, a working copy after a day.
 class VerifyCommand : public Command
 {
 public:

@@ -98,22 +98,18 @@ Result<bool> UserDirectory::step(const QDeadlineTimer &until)
 Result<void> UserDirectory::readOn(const QDeadlineTimer &until)
 {
     QString type; // nearly all have the same one: they share it
-    do {
-        const Result<bool> stepped = m_reading->rows->step();
-        if (!stepped)
-            return stepped.fault();
-        if (!stepped.value()) {
-            m_reading->rows.reset();
-            return {};
-        }
-        const Statement &row = *m_reading->rows;
+    const Result<bool> isAll = m_reading->rows->each(until, [&](const Statement &row) {
         User user{row.text(0), row.text(1), row.text(2), row.text(3), {}, {}};
         if (user.Tipo == type)
             user.Tipo = type;
         else
             type = user.Tipo;
         m_reading->users.append(std::move(user));
-    } while (!until.hasExpired());
+    });
+    if (!isAll)
+        return isAll.fault();
+    if (isAll.value())
+        m_reading->rows.reset();
     return {};
 }
 
