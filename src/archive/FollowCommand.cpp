@@ -164,7 +164,7 @@ void FollowCommand::add(QDate day, const Statement &row, const SearchResults::Co
     readUsers();
     m_places[day] = place;
     m_lines.setCursor(cursorText(m_places));
-    (void)m_lines.add(row, columns, m_users.find(row.nameText(columns.Codice), row.nameText(columns.Tipo)));
+    (void)m_lines.add(row, columns, m_users.find(row.text(columns.Codice), row.text(columns.Tipo)));
 }
 
 } // namespace tool
