@@ -8,7 +8,7 @@ namespace tool {
 
 namespace {
 
-constexpr std::array widths = {25, 25, 10, 20};
+constexpr std::array spanWidths = {25, 25, 10, 20};
 
 QString localText(qint64 seconds)
 {
@@ -43,7 +43,7 @@ QByteArray coverageLines(const QList<CoveredSpan> &spans, const LineForm &form, 
 {
     QByteArray lines;
     if (form.format == Format::Table)
-        lines = tableLine({texts[Text::FasciaDa], texts[Text::FasciaA], QStringLiteral("s")}, widths, form.width);
+        lines = tableLine({texts[Text::FasciaDa], texts[Text::FasciaA], QStringLiteral("s")}, spanWidths, form.width);
     for (const CoveredSpan &span : spans) {
         const QString from = localText(span.from);
         const QString to = localText(span.to);
@@ -52,7 +52,7 @@ QByteArray coverageLines(const QList<CoveredSpan> &spans, const LineForm &form, 
             lines += "{\"from\":" + jsonText(from.toLatin1()) + ",\"to\":" + jsonText(to.toLatin1()) +
                      ",\"seconds\":" + seconds + ",\"state\":" + jsonText(nameOf(span.state)) + "}\n";
         else
-            lines += tableLine({from, to, QString::fromLatin1(seconds), QLatin1String(nameOf(span.state))}, widths,
+            lines += tableLine({from, to, QString::fromLatin1(seconds), QLatin1String(nameOf(span.state))}, spanWidths,
                                form.width);
     }
     return lines;

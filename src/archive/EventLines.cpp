@@ -9,9 +9,9 @@ namespace tool {
 
 namespace {
 
-constexpr std::array names = {
+constexpr std::array eventNames = {
     "date", "time", "type", "code", "surname", "name", "channel", "channel_disabled", "interface_disabled"};
-constexpr std::array widths = {10, 8, 4, 9, 15, 15, 2, 6, 7};
+constexpr std::array eventWidths = {10, 8, 4, 9, 15, 15, 2, 6, 7};
 
 bool isMarked(QByteArrayView field)
 {
@@ -76,7 +76,7 @@ void EventLines::addHead()
     if (m_form.format == Format::Csv) {
         if (m_form.hasCursors)
             m_csv.field(QByteArrayView("cursor"));
-        for (const char *name : names)
+        for (const char *name : eventNames)
             m_csv.field(QByteArrayView(name));
         m_csv.endLine();
     } else if (m_form.format == Format::Table) {
@@ -84,7 +84,7 @@ void EventLines::addHead()
         for (const Text caption : {Text::Data, Text::Ora, Text::Tipo, Text::Codice, Text::CognomeUtente,
                                    Text::NomeUtente, Text::Ch, Text::ChDis, Text::KorDis})
             captions.append(m_texts[caption]);
-        m_bytes += tableLine(captions, widths, m_form.width);
+        m_bytes += tableLine(captions, eventWidths, m_form.width);
     }
 }
 
@@ -140,7 +140,7 @@ void EventLines::addTable(const Fields &fields)
          {fields.date, fields.time, fields.type, fields.code, QByteArrayView(fields.surname),
           QByteArrayView(fields.name), fields.channel, fields.channelDisabled, fields.interfaceDisabled})
         cells.append(QString::fromUtf8(field));
-    m_bytes += tableLine(cells, widths, m_form.width);
+    m_bytes += tableLine(cells, eventWidths, m_form.width);
 }
 
 /// Most events have the date of the one before them.

@@ -6,7 +6,7 @@ namespace tool {
 
 namespace {
 
-QStringList captions(const Texts &texts)
+QStringList sheetCaptions(const Texts &texts)
 {
     QStringList all;
     for (const EventColumn &column : EventColumns::found)
@@ -17,7 +17,7 @@ QStringList captions(const Texts &texts)
 } // namespace
 
 EventSheet::EventSheet(Disk &disk, const QString &path, const Texts &texts)
-    : m_workbook(texts[Text::EventiFoglio], captions(texts)), m_file(disk, QFileInfo(path).absoluteFilePath())
+    : m_workbook(texts[Text::EventiFoglio], sheetCaptions(texts)), m_file(disk, QFileInfo(path).absoluteFilePath())
 {
 }
 

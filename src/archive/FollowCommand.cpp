@@ -13,7 +13,7 @@ constexpr int lookMilliseconds = 500;
 /// The files are listed anew whenever their folder has changed, and so often in any case.
 constexpr qint64 listMilliseconds = 60'000;
 
-QString text(QStringView name)
+QString nameText(QStringView name)
 {
     return name.toString();
 }
@@ -57,7 +57,7 @@ Result<bool> FollowCommand::step(const QDeadlineTimer &until)
 void FollowCommand::list()
 {
     const ProgramFolder &folder = m_site.archives.folder();
-    const QDateTime modified = QFileInfo(folder.path(text(ArchiveName::Folder))).lastModified();
+    const QDateTime modified = QFileInfo(folder.path(nameText(ArchiveName::Folder))).lastModified();
     const qint64 now = m_site.clock.monotonic();
     if (modified != m_listed || m_files.isEmpty() || now - m_listedAt > listMilliseconds) {
         m_listed = modified;
@@ -66,7 +66,7 @@ void FollowCommand::list()
         if (Result<QHash<QDate, DayFiles>> files = filesOfDays(folder); files)
             m_files = std::move(files.value());
     }
-    const QString waiting = folder.path(text(ArchiveName::Waiting));
+    const QString waiting = folder.path(nameText(ArchiveName::Waiting));
     const std::array stamps = {stampOf(waiting), stampOf(waiting + QStringLiteral("-wal"))};
     if (stamps == m_waitingStamps)
         return;
@@ -141,7 +141,7 @@ void FollowCommand::dropDays()
 
 void FollowCommand::readUsers()
 {
-    const std::optional<FileStamp> stamp = stampOf(m_site.archives.folder().path(text(ArchiveName::Users)));
+    const std::optional<FileStamp> stamp = stampOf(m_site.archives.folder().path(nameText(ArchiveName::Users)));
     if (m_users.isKnown() && stamp == m_usersStamp)
         return;
     // Who cannot be read now is told without his name.

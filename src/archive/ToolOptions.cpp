@@ -50,7 +50,7 @@ constexpr std::array options = {
     Option{"version", "v", "", OwnText::HelpVersion},
 };
 
-QStringList names(std::initializer_list<const char *> list)
+QStringList listed(std::initializer_list<const char *> list)
 {
     QStringList all;
     for (const char *name : list)
@@ -63,20 +63,20 @@ QStringList optionsOf(CommandName command)
 {
     switch (command) {
     case CommandName::Search:
-        return names({"from", "to", "between", "code", "surname", "name", "channels", "type", "only", "format",
-                      "separator", "output"});
+        return listed({"from", "to", "between", "code", "surname", "name", "channels", "type", "only", "format",
+                       "separator", "output"});
     case CommandName::Follow:
-        return names({"after", "format", "separator"});
+        return listed({"after", "format", "separator"});
     case CommandName::Users:
-        return names({"format", "separator", "output"});
+        return listed({"format", "separator", "output"});
     case CommandName::Coverage:
-        return names({"from", "to", "format", "output"});
+        return listed({"from", "to", "format", "output"});
     case CommandName::Verify:
-        return names({"quick"});
+        return listed({"quick"});
     case CommandName::Backup:
         return {};
     case CommandName::Prune:
-        return names({"before", "yes"});
+        return listed({"before", "yes"});
     }
     return {};
 }
@@ -85,13 +85,13 @@ QStringList formatsOf(CommandName command)
 {
     switch (command) {
     case CommandName::Search:
-        return names({"table", "csv", "json", "xls"});
+        return listed({"table", "csv", "json", "xls"});
     case CommandName::Follow:
-        return names({"json", "csv"});
+        return listed({"json", "csv"});
     case CommandName::Coverage:
-        return names({"table", "json"});
+        return listed({"table", "json"});
     default:
-        return names({"table", "csv", "json"});
+        return listed({"table", "csv", "json"});
     }
 }
 
@@ -151,7 +151,7 @@ bool Reading::readCommand()
     m_options.target = arguments.value(1);
     if (hasTarget && m_options.target.isEmpty())
         refuse({OwnText::ArgumentNeeded, {QStringLiteral("backup"), QStringLiteral("TARGET")}, {}});
-    const QStringList allowed = optionsOf(m_options.command) + names({"folder", "password-file", "help", "version"});
+    const QStringList allowed = optionsOf(m_options.command) + listed({"folder", "password-file", "help", "version"});
     for (const Option &option : options) {
         if (has(option.name) && !allowed.contains(QLatin1String(option.name)))
             refuse({OwnText::ArgumentNotOf, {QStringLiteral("--") + QLatin1String(option.name), command()}, {}});
@@ -221,7 +221,7 @@ void Reading::readFilter()
 void Reading::readOutput()
 {
     const QStringList formats = formatsOf(m_options.command);
-    static const QStringList all = names({"table", "csv", "json", "xls"});
+    static const QStringList all = listed({"table", "csv", "json", "xls"});
     const QString format = has("format") ? value("format") : formats.constFirst();
     if (!formats.contains(format))
         refuseValue("format");

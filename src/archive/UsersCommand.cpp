@@ -7,14 +7,14 @@ namespace tool {
 
 namespace {
 
-constexpr std::array names = {"code", "type", "surname", "name", "notes", "truncated_code"};
-constexpr std::array widths = {9, 4, 15, 15, 15, 9};
-static_assert(names.size() == userColumns.size() && widths.size() == userColumns.size());
+constexpr std::array userNames = {"code", "type", "surname", "name", "notes", "truncated_code"};
+constexpr std::array userWidths = {9, 4, 15, 15, 15, 9};
+static_assert(userNames.size() == userColumns.size() && userWidths.size() == userColumns.size());
 
 QByteArray csvLines(const QList<User> &users, char separator)
 {
     CsvWriter csv(separator);
-    for (const char *name : names)
+    for (const char *name : userNames)
         csv.field(QByteArrayView(name));
     csv.endLine();
     for (const User &user : users) {
@@ -30,8 +30,8 @@ QByteArray jsonLines(const QList<User> &users)
     QByteArray lines;
     for (const User &user : users) {
         char before = '{';
-        for (size_t i = 0; i < names.size(); ++i) {
-            lines += before + jsonText(names.at(i)) + ':' + jsonText(userColumns.at(i).value.text(user).toUtf8());
+        for (size_t i = 0; i < userNames.size(); ++i) {
+            lines += before + jsonText(userNames.at(i)) + ':' + jsonText(userColumns.at(i).value.text(user).toUtf8());
             before = ',';
         }
         lines += "}\n";
@@ -44,12 +44,12 @@ QByteArray tableLines(const QList<User> &users, int width, const Texts &texts)
     QStringList captions;
     for (const UserColumn &column : userColumns)
         captions.append(texts[column.caption]);
-    QByteArray lines = tableLine(captions, widths, width);
+    QByteArray lines = tableLine(captions, userWidths, width);
     for (const User &user : users) {
         QStringList cells;
         for (const UserColumn &column : userColumns)
             cells.append(column.value.text(user));
-        lines += tableLine(cells, widths, width);
+        lines += tableLine(cells, userWidths, width);
     }
     return lines;
 }

@@ -21,8 +21,8 @@ namespace tool {
 namespace {
 
 constexpr std::array sideEndings = {QLatin1String("-wal"), QLatin1String("-shm"), QLatin1String("-journal")};
-constexpr qint64 hourSeconds = 3'600;
-constexpr qint64 daySeconds = 86'400;
+constexpr qint64 passingSeconds = 3'600;
+constexpr qint64 workingSeconds = 86'400;
 constexpr int mostTries = 3;
 
 /// Name of the archive that a file stands beside; "" for one that stands for itself.
@@ -126,7 +126,8 @@ void VerifyCommand::checkFile(const QString &name)
         if (isAlone(archive) && !archive.contains(QStringLiteral(".guasto")) &&
             !archive.endsWith(QStringLiteral(".$$$")))
             found({OwnText::VerifySideFile, {name}, {}});
-    } else if ((isPassing && isOld(name, hourSeconds)) || (isWorking && isOld(name, daySeconds) && isAlone(name))) {
+    } else if ((isPassing && isOld(name, passingSeconds)) ||
+               (isWorking && isOld(name, workingSeconds) && isAlone(name))) {
         found({OwnText::VerifySideFile, {name}, {}});
     } else if (file.contains(QStringLiteral(".guasto"))) {
         found({OwnText::VerifySetAside, {name}, {}});

@@ -4,6 +4,7 @@
 #include "platform/Result.h"
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QString>
 #include <QStringList>
 
@@ -22,7 +23,7 @@ using SqlValues = QList<std::variant<QString, qint64>>;
 
 /// One prepared statement of an open database; must not outlive it.
 ///
-/// Whoever reads all rows at once does so by each(); step() is for what is read in turns.
+/// Whoever reads all rows does so by each(); step() is for what may stop at any of them.
 class Statement
 {
 public:
@@ -44,6 +45,9 @@ public:
     ///              wanted, or a Result<void> whose fault ends the reading and is returned
     template<class Take>
     Result<void> each(Take take);
+    /// The same in turns: reads on until @p until, at least one row. @return true when there are no more
+    template<class Take>
+    Result<bool> each(const QDeadlineTimer &until, Take take);
 
     QString text(int column) const;
     /// The same as it stands in the archive, until the next step().
@@ -76,6 +80,18 @@ Result<void> Statement::each(Take take)
             return taken ? Result<bool>(true) : Result<bool>(taken.fault());
         }
     });
+}
+
+template<class Take>
+Result<bool> Statement::each(const QDeadlineTimer &until, Take take)
+{
+    do {
+        const Result<bool> stepped = step();
+        if (!stepped || !stepped.value())
+            return stepped ? Result<bool>(true) : stepped;
+        take(std::as_const(*this));
+    } while (!until.hasExpired());
+    return false;
 }
 
 /// An open archive: an SQLCipher 3 database with 4096-byte pages.

@@ -93,21 +93,17 @@ Result<bool> RecordSet::requery(const QDeadlineTimer &until)
 
 Result<void> RecordSet::readOn(const QDeadlineTimer &until)
 {
-    const Statement &found = *m_reading->statement;
-    do {
-        const Result<bool> stepped = m_reading->statement->step();
-        if (!stepped)
-            return stepped.fault();
-        if (!stepped.value()) {
-            m_reading->statement.reset();
-            return {};
-        }
+    const Result<bool> isAll = m_reading->statement->each(until, [this](const Statement &found) {
         Row row{found.integer(0), {}};
         row.values.reserve(found.columnCount() - 1);
         for (int column = 1; column < found.columnCount(); ++column)
             row.values.append(found.text(column));
         m_reading->rows.add(std::move(row));
-    } while (!until.hasExpired());
+    });
+    if (!isAll)
+        return isAll.fault();
+    if (isAll.value())
+        m_reading->statement.reset();
     return {};
 }
 

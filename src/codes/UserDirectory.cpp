@@ -97,17 +97,13 @@ Result<bool> UserDirectory::step(const QDeadlineTimer &until)
 
 Result<void> UserDirectory::readOn(const QDeadlineTimer &until)
 {
-    do {
-        const Result<bool> stepped = m_reading->rows->step();
-        if (!stepped)
-            return stepped.fault();
-        if (!stepped.value()) {
-            m_reading->rows.reset();
-            return {};
-        }
-        const Statement &row = *m_reading->rows;
+    const Result<bool> isAll = m_reading->rows->each(until, [&](const Statement &row) {
         m_reading->users.append({row.text(0), typeOf(row.text(1)), row.text(2), row.text(3), {}, {}});
-    } while (!until.hasExpired());
+    });
+    if (!isAll)
+        return isAll.fault();
+    if (isAll.value())
+        m_reading->rows.reset();
     return {};
 }
 
