@@ -10,6 +10,7 @@
 #include "widgets/Twips.h"
 #include "widgets/UserCombo.h"
 
+#include <QLabel>
 #include <QPushButton>
 
 // What the register does with its users: their codes, finding them, and the tasks that look at all of them.
