@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr qsizetype pieceBytes = 16'384;
+constexpr qsizetype writtenBytes = 16'384;
 
 } // namespace
 
@@ -45,7 +45,7 @@ Result<void> CsvFile::work()
 
 Result<void> CsvFile::writePiece()
 {
-    while (m_position < m_count && m_lines.size() < pieceBytes)
+    while (m_position < m_count && m_lines.size() < writtenBytes)
         m_line(m_lines, m_position++);
     if (m_position == m_count)
         m_stage = Stage::Settle;

@@ -1,5 +1,7 @@
 #include "platform/CsvWriter.h"
 
+#include <QString>
+
 #include <algorithm>
 
 namespace {

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr qsizetype pieceBytes = 65'536;
+constexpr qsizetype readBytes = 65'536;
 
 /// Bytes that go on with a character of UTF-8.
 bool goesOn(char byte)
@@ -54,10 +54,10 @@ Result<bool> TextFile::step(const QDeadlineTimer &until)
 Result<bool> TextFile::readPiece()
 {
     const qsizetype before = m_content.size();
-    m_content.resize(before + pieceBytes);
+    m_content.resize(before + readBytes);
     ssize_t count = -1;
     do {
-        count = ::read(m_file->get(), m_content.data() + before, static_cast<size_t>(pieceBytes));
+        count = ::read(m_file->get(), m_content.data() + before, static_cast<size_t>(readBytes));
     } while (count < 0 && errno == EINTR);
     m_content.truncate(before + std::max<ssize_t>(count, 0));
     if (count < 0)
@@ -73,7 +73,7 @@ Result<bool> TextFile::readPiece()
 /// @return true when all has been looked at
 bool TextFile::checkPiece()
 {
-    qsizetype end = std::min(m_checked + pieceBytes, m_content.size());
+    qsizetype end = std::min(m_checked + readBytes, m_content.size());
     // Not in the middle of a character, if it is one.
     for (int i = 0; i < 3 && end < m_content.size() && goesOn(m_content[end]); ++i)
         ++end;

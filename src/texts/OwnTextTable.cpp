@@ -236,7 +236,7 @@ constexpr std::array<TextRow<OwnText>, OwnTextCount> ownTextTable = {{
      "A&ccorcia i testi troppo lunghi", "S&horten texts that are too long",
      "Raccourcir les te&xtes trop longs", "Zu lange Texte &kürzen"},
     {OwnText::ImportCounts,
-     "Nuovi: %1    Nomi cambiati: %2    Invariati: %3    Rifiutati: %4    Da guardare: %5",
+     "Nuovi: %1    Nomi cambiati: %2    Invariati: %3    Rifiutati: %4    Da controllare: %5",
      "New: %1    Names changed: %2    Unchanged: %3    Refused: %4    To be looked at: %5",
      "Nouveaux: %1    Noms modifiés: %2    Inchangés: %3    Refusés: %4    À vérifier: %5",
      "Neu: %1    Namen geändert: %2    Unverändert: %3    Abgelehnt: %4    Zu prüfen: %5"},

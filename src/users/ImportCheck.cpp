@@ -94,7 +94,7 @@ void ImportCheck::noteName(const QString &surname, const QString &firstName, int
 Result<bool> ImportCheck::readLine()
 {
     CsvReader::Record record;
-    const Result<bool> read = m_reader.next(record);
+    Result<bool> read = m_reader.next(record);
     if (!read || !read.value())
         return read;
     if (record.line == 1 && tellsSeparator(record))

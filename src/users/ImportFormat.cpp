@@ -15,7 +15,7 @@ struct Heading {
     ImportField field;
     Text text;
 };
-constexpr std::array headings = {
+constexpr std::array knownHeadings = {
     Heading{ImportField::Code, Text::CodiceColonna},           Heading{ImportField::Type, Text::Tipo},
     Heading{ImportField::Surname, Text::CognomeUtente},        Heading{ImportField::Surname, Text::Cognome},
     Heading{ImportField::FirstName, Text::NomeUtente},         Heading{ImportField::FirstName, Text::Nome},
@@ -36,7 +36,7 @@ std::optional<ImportField> fieldOf(const QString &heading)
     Texts texts;
     for (int language = Texts::FirstLanguage; language <= Texts::LastLanguage; ++language) {
         texts.fill(language);
-        for (const Heading &known : headings) {
+        for (const Heading &known : knownHeadings) {
             if (wanted == plainHeading(texts[known.text]))
                 return known.field;
         }

@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr int wantedRows = 10;
+constexpr int shownLines = 10;
 constexpr double leastShareOfHeight = 0.8;
 constexpr int shownCharacters = 10; ///< of a choice; the list below it is as wide as it must be
 constexpr int longestHeading = 40;
@@ -29,7 +29,7 @@ constexpr qsizetype mostColumns = 50; ///< of a file, to choose from
 constexpr int hundred = 100;
 
 template<class Value>
-void choose(QComboBox *box, const Value &value)
+void chooseValue(QComboBox *box, const Value &value)
 {
     box->setCurrentIndex(qMax(0, box->findData(value)));
 }
@@ -203,7 +203,7 @@ void frmImport::captions()
     columns[2].stretches = true;
     m_rows = new RowsModel(std::move(columns), this);
     m_rows->bind(dbgrdRighe);
-    dbgrdRighe->setWantedRows(wantedRows);
+    dbgrdRighe->setWantedRows(shownLines);
 }
 
 void frmImport::resizeEvent(QResizeEvent *event)
@@ -235,8 +235,8 @@ void frmImport::showFormat(const ImportFormat &format)
 {
     {
         const QScopedValueRollback shows(m_isShowing, true);
-        choose(cmbSeparator, format.separator);
-        choose(cmbEncoding, int(format.encoding));
+        chooseValue(cmbSeparator, format.separator);
+        chooseValue(cmbEncoding, int(format.encoding));
         chkHeader->setChecked(format.hasHeader);
         fillColumns(format);
     }
@@ -254,7 +254,7 @@ void frmImport::fillColumns(const ImportFormat &format)
             box->addItem(format.hasHeader ? first[place].simplified().left(longestHeading)
                                           : m_texts[OwnText::ImportColumn].arg(place + 1),
                          place);
-        choose(box, format.columns.at(field));
+        chooseValue(box, format.columns.at(field));
     }
 }
 

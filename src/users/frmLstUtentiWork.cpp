@@ -13,6 +13,7 @@
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QLabel>
 #include <QPushButton>
 
 // What the register does with its users: their codes, finding them, and the tasks that look at all of them.

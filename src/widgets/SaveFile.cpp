@@ -6,7 +6,7 @@
 #include <QFileDialog>
 
 void askFileToSave(QWidget *over, Messages &messages, const Texts &texts, const FileToSave &wanted,
-                   std::function<void(const QString &file)> then)
+                   const std::function<void(const QString &file)> &then)
 {
     auto *dialog = new QFileDialog(over, wanted.title);
     dialog->setObjectName(QStringLiteral("ComDial"));

@@ -19,4 +19,4 @@ struct FileToSave {
 /// @param over  window of whoever asks; where it goes, the dialog goes, and nothing is called
 /// @param then  called with the absolute path, "" when he wants none
 void askFileToSave(QWidget *over, Messages &messages, const Texts &texts, const FileToSave &wanted,
-                   std::function<void(const QString &file)> then);
+                   const std::function<void(const QString &file)> &then);

@@ -156,6 +156,7 @@ void TestImport::lines_data()
     row("name of another", "7;TX;ROSSI;mario\n8;TX;x\n9;TX;x\n",
         {u"1|new|same name as code 5|7|TX|ROSSI|mario|"_s, u"2|new||8|TX|x||"_s,
          u"3|new|same name as code 8|9|TX|x||"_s});
+    row("own name, of both types", "5;TX;Rossi;Mario;x\n", line("1|name changed||5|TX|Rossi|Mario|x"));
     row("nobody's name", "7;TX;;\n8;TX;;\n", {u"1|new||7|TX|||"_s, u"2|new||8|TX|||"_s});
     row("guard, fewer fields", "7;TX;'=1+1\n8\n", {u"1|new||7|TX|=1+1||"_s, u"2|new||8|TX|||"_s});
     row("old encoding", "7;TX;M\xFCller\n", {u"1|new||7|TX|Müller||"_s});
