@@ -147,7 +147,7 @@ int pageAt(const QTextDocument &document, double y)
     return int(y / document.pageSize().height());
 }
 
-void keepTogether(QTextDocument &document, double inch)
+void keepTogether(QTextDocument &document, double dotsPerInch)
 {
-    PageBreaks(document, inch).make();
+    PageBreaks(document, dotsPerInch).make();
 }

@@ -15,5 +15,4 @@ int pageAt(const QTextDocument &document, double y);
 
 /// Breaks pages where the layout, which knows nothing of lines that belong together, would leave a heading alone at the
 /// end of one, or tear a row of a table. A table that goes on on the next page has its head there again.
-/// @param inch  in dots of the document
-void keepTogether(QTextDocument &document, double inch);
+void keepTogether(QTextDocument &document, double dotsPerInch);
