@@ -15,13 +15,17 @@ target_link_libraries(kor-make-window-pictures PRIVATE kor_desktop kor_simulator
 add_executable(kor-make-pictures tools/make_pictures.cpp)
 target_link_libraries(kor-make-pictures PRIVATE Qt6::Gui Qt6::Svg kor_flags)
 
-# The toolkit's PDF writer makes no table of contents.
+# The toolkit's PDF writer makes no table of contents. Clang takes this library's headers in no later language; its older
+# pointers are not used.
 pkg_check_modules(QPDF REQUIRED IMPORTED_TARGET libqpdf)
-add_executable(kor-make-manuals tools/make_manuals.cpp tools/ManualPages.cpp tools/ManualPages.h tools/PdfContents.cpp
-    tools/PdfContents.h)
-target_link_libraries(kor-make-manuals PRIVATE Qt6::Gui PkgConfig::QPDF kor_flags)
-# The library's older pointers are not used.
-target_compile_definitions(kor-make-manuals PRIVATE POINTERHOLDER_TRANSITION=4)
+add_library(kor_pdf_contents STATIC tools/PdfContents.cpp tools/PdfContents.h)
+set_target_properties(kor_pdf_contents PROPERTIES CXX_STANDARD 17)
+target_compile_definitions(kor_pdf_contents PRIVATE POINTERHOLDER_TRANSITION=4)
+target_link_libraries(kor_pdf_contents PUBLIC Qt6::Gui PRIVATE PkgConfig::QPDF kor_flags)
+
+add_executable(kor-make-manuals tools/make_manuals.cpp tools/ManualPages.cpp tools/ManualPages.h tools/ManualText.cpp
+    tools/ManualText.h tools/PageBreaks.cpp tools/PageBreaks.h)
+target_link_libraries(kor-make-manuals PRIVATE kor_pdf_contents kor_flags)
 
 # The tools draw without a screen. What font libraries keep until the end is no leak of ours.
 set(KOR_WITHOUT_SCREEN ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0)

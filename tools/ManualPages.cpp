@@ -1,15 +1,14 @@
 #include "ManualPages.h"
 
+#include "ManualText.h"
+#include "PageBreaks.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
 #include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QRegularExpression>
-#include <QTextBlock>
 #include <QTextCursor>
-#include <QTextDocument>
-#include <QTextDocumentFragment>
 #include <QTextFrame>
 #include <QTextTable>
 
@@ -20,9 +19,6 @@ namespace {
 
 constexpr double pointsPerInch = 72;
 constexpr int resolution = 600;
-/// What must stand below a heading on its page, in inches: some lines of text, or the first rows of a table.
-constexpr double roomBelowHeading = 1.3;
-constexpr double roomBelowTable = 0.25; ///< likewise, where a table goes on on the next page
 constexpr double footInches = 0.5;
 constexpr double lineWidth = 0.4; ///< between the rows of a table, pixels of a screen
 constexpr double pageEdge = 3;    ///< pixels of a screen
@@ -31,24 +27,6 @@ constexpr double pictureScale = 0.78;
 constexpr double inch = 0.0254;
 constexpr int pixelsOfScreen = 96; ///< an inch
 constexpr QRgb lineColour = 0xffb0b8c0, headColour = 0xffe8edf2, linkColour = 0xff1f4e79;
-
-const QRegularExpression &pictureLine()
-{
-    static const QRegularExpression line(QStringLiteral("<!-- picture: ([a-z-]+) -->"));
-    return line;
-}
-
-QString anchor(const QString &heading)
-{
-    QString name;
-    for (const QChar c : heading.toLower()) {
-        if (c.isLetterOrNumber() || c == QLatin1Char('-') || c == QLatin1Char('_'))
-            name += c;
-        else if (c.isSpace())
-            name += QLatin1Char('-');
-    }
-    return name;
-}
 
 /// Lays a manual out page by page.
 class Pages
@@ -62,30 +40,17 @@ public:
     void print();
 
 private:
-    QString prepared(QString markdown);
-    QString contents(const QString &markdown) const;
     void addPicture(const QString &name, const QDir &pictures);
     void formatBlocks();
     void formatTables();
     void formatTable(QTextTable &table);
     void formatSpans();
     void breakPagesAtRules();
-    void keepTogether();
-    bool breakBeforeHeading();
-    bool breakInsideTable();
-    void splitTable(QTextTable &table, int row);
-    double rowEnd(QTextTable &table, int row) const;
     void numberContents();
 
-    QList<QTextBlock> headingBlocks() const;
     qsizetype headingOf(const QString &link) const;
-    double top(const QTextBlock &block) const;
-    double firstLineEnd(const QTextBlock &block) const;
-    /// @param number  from 0; -1 = the last one
-    QRectF line(const QTextBlock &block, int number) const;
     /// Of the text, in the units of formats: pixels of a screen.
     double ofScreenWidth() const { return double(pixelsOfScreen) * m_writer.width() / resolution; }
-    int page(double y) const { return int(y / m_document.pageSize().height()); }
 
     QPdfWriter &m_writer;
     QTextDocument m_document;
@@ -99,10 +64,11 @@ Pages::Pages(const QString &markdown, const QDir &pictures, QPdfWriter &writer) 
     m_font.setPointSizeF(10.5);
     m_document.setDefaultFont(m_font);
     m_document.documentLayout()->setPaintDevice(&writer);
-    m_document.setMarkdown(prepared(markdown));
+    m_document.setMarkdown(manualText(markdown));
     // A document that is filled anew forgets its resources.
-    for (const QRegularExpressionMatch &match : pictureLine().globalMatch(markdown))
-        addPicture(match.captured(1), pictures);
+    const QStringList names = picturesIn(markdown);
+    for (const QString &name : names)
+        addPicture(name, pictures);
     // At either end of a page room for what a viewer rounds over the edge.
     QTextFrameFormat whole = m_document.rootFrame()->frameFormat();
     whole.setMargin(0);
@@ -120,30 +86,8 @@ Pages::Pages(const QString &markdown, const QDir &pictures, QPdfWriter &writer) 
     all.endEditBlock();
     // The page number stands in a strip at the foot of the printable area.
     m_document.setPageSize(QSizeF(writer.width(), writer.height() - footInches * resolution));
-    keepTogether();
+    keepTogether(m_document, resolution);
     numberContents();
-}
-
-QString Pages::prepared(QString markdown)
-{
-    static const QRegularExpression linkOutside(QStringLiteral("\\[([^\\]]*)\\]\\((?!#)[^)]*\\)"));
-    markdown.replace(linkOutside, QStringLiteral("\\1"));
-    // A sign that stands apart, as in French, does not begin a line.
-    static const QRegularExpression signApart(QStringLiteral(" ([:;!?])(?=\\s|$)"));
-    markdown.replace(signApart, QString(QChar(QChar::Nbsp)) + QStringLiteral("\\1"));
-    markdown.replace(QStringLiteral("<!-- contents -->"), contents(markdown));
-    return markdown.replace(pictureLine(), QStringLiteral("![\\1](\\1)"));
-}
-
-QString Pages::contents(const QString &markdown) const
-{
-    QString lines;
-    static const QRegularExpression section(QStringLiteral("^## (.+)$"), QRegularExpression::MultilineOption);
-    for (const QRegularExpressionMatch &match : section.globalMatch(markdown)) {
-        const QString words = match.captured(1).remove(QLatin1Char('*'));
-        lines += QStringLiteral("[%1](#%2)\n\n").arg(words, anchor(words));
-    }
-    return lines;
 }
 
 void Pages::addPicture(const QString &name, const QDir &pictures)
@@ -296,131 +240,15 @@ void Pages::breakPagesAtRules()
     }
 }
 
-QList<QTextBlock> Pages::headingBlocks() const
-{
-    QList<QTextBlock> found;
-    for (QTextBlock block = m_document.begin(); block.isValid(); block = block.next()) {
-        if (block.blockFormat().headingLevel() > 0)
-            found.append(block);
-    }
-    return found;
-}
-
-QRectF Pages::line(const QTextBlock &block, int number) const
-{
-    // The layout is made as far as it is asked for.
-    const QPointF corner = m_document.documentLayout()->blockBoundingRect(block).topLeft();
-    const QTextLayout &lines = *block.layout();
-    if (lines.lineCount() == 0)
-        return {corner, QSizeF()};
-    return lines.lineAt(number < 0 ? lines.lineCount() - 1 : number).rect().translated(corner);
-}
-
-double Pages::top(const QTextBlock &block) const
-{
-    return line(block, 0).top();
-}
-
 /// The writer knows no letters beyond Latin-1 in a link: it gets the number of the heading.
 qsizetype Pages::headingOf(const QString &link) const
 {
-    const QList<QTextBlock> headings = headingBlocks();
+    const QList<QTextBlock> headings = headingBlocks(m_document);
     for (qsizetype i = 0; i < headings.size(); ++i) {
         if (QLatin1Char('#') + anchor(headings[i].text()) == link)
             return i;
     }
     throw std::runtime_error("no heading for the link " + link.toStdString());
-}
-
-double Pages::firstLineEnd(const QTextBlock &block) const
-{
-    return line(block, 0).bottom();
-}
-
-/// The layout knows nothing of lines that belong together: breaks pages from first to last until nothing is torn.
-void Pages::keepTogether()
-{
-    while (breakBeforeHeading() || breakInsideTable())
-        m_document.markContentsDirty(0, m_document.characterCount());
-}
-
-/// @return whether there was a heading that stands alone at the end of its page
-bool Pages::breakBeforeHeading()
-{
-    const QList<QTextBlock> headings = headingBlocks();
-    for (const QTextBlock &heading : headings) {
-        const int here = page(top(heading));
-        const double needed = firstLineEnd(heading) + roomBelowHeading * resolution;
-        const QTextBlock next = heading.next();
-        QTextBlockFormat format = heading.blockFormat();
-        if ((page(needed) == here && (!next.isValid() || page(firstLineEnd(next)) == here)) ||
-            format.pageBreakPolicy() == QTextFormat::PageBreak_AlwaysBefore)
-            continue;
-        format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
-        QTextCursor(heading).setBlockFormat(format);
-        return true;
-    }
-    return false;
-}
-
-/// @return whether there was a row that does not stand on the page on which its table begins
-bool Pages::breakInsideTable()
-{
-    const QList<QTextFrame *> frames = m_document.rootFrame()->childFrames();
-    for (QTextFrame *frame : frames) {
-        auto *table = qobject_cast<QTextTable *>(frame);
-        if (!table)
-            continue;
-        const int first = page(top(table->cellAt(0, 0).firstCursorPosition().block()));
-        int row = 1;
-        while (row < table->rows() && page(rowEnd(*table, row)) == first)
-            ++row;
-        if (row == table->rows())
-            continue;
-        // Between two tables there is a line, which needs its room as well.
-        while (row > 1 && page(rowEnd(*table, row - 1) + roomBelowTable * resolution) != first)
-            --row;
-        if (row > 1) {
-            splitTable(*table, row);
-        } else {
-            QTextTableFormat format = table->format();
-            format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
-            table->setFormat(format);
-        }
-        return true;
-    }
-    return false;
-}
-
-double Pages::rowEnd(QTextTable &table, int row) const
-{
-    double end = 0;
-    for (int column = 0; column < table.columns(); ++column)
-        end = qMax(end, line(table.cellAt(row, column).lastCursorPosition().block(), -1).bottom());
-    return end;
-}
-
-/// Takes the rows from @p row on into a table of their own, with the same head, on the next page.
-void Pages::splitTable(QTextTable &table, int row)
-{
-    const int moved = table.rows() - row;
-    QTextTableFormat format = table.format();
-    format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
-    QTextCursor after = table.lastCursorPosition();
-    after.movePosition(QTextCursor::NextBlock);
-    QTextTable *rest = after.insertTable(moved + 1, table.columns(), format);
-    for (int to = 0; to <= moved; ++to) {
-        const int from = to == 0 ? 0 : row + to - 1;
-        for (int column = 0; column < table.columns(); ++column) {
-            const QTextTableCell cell = table.cellAt(from, column);
-            QTextCursor content = cell.firstCursorPosition();
-            content.setPosition(cell.lastPosition(), QTextCursor::KeepAnchor);
-            QTextTableCell target = rest->cellAt(to, column);
-            target.setFormat(cell.format());
-            target.firstCursorPosition().insertFragment(content.selection());
-        }
-    }
-    table.removeRows(row, moved);
 }
 
 /// Writes the page numbers behind the lines of the contents, which keep their places.
@@ -451,11 +279,11 @@ QList<PrintedHeading> Pages::headings() const
     const double margin = m_writer.pageLayout().margins(QPageLayout::Point).top();
     const double height = m_document.pageSize().height();
     QList<PrintedHeading> found;
-    const QList<QTextBlock> blocks = headingBlocks();
+    const QList<QTextBlock> blocks = headingBlocks(m_document);
     for (const QTextBlock &block : blocks) {
-        const double y = top(block);
-        found.append({block.blockFormat().headingLevel(), block.text(), page(y),
-                      margin + (y - page(y) * height) / resolution * pointsPerInch});
+        const double y = firstLine(block).top();
+        found.append({block.blockFormat().headingLevel(), block.text(), pageAt(m_document, y),
+                      margin + (y - pageAt(m_document, y) * height) / resolution * pointsPerInch});
     }
     return found;
 }
@@ -492,7 +320,7 @@ void Pages::print()
 
 } // namespace
 
-PrintedManual printManual(QString markdown, const QDir &pictures)
+PrintedManual printManual(const QString &markdown, const QDir &pictures)
 {
     PrintedManual manual;
     QBuffer buffer(&manual.pdf);

@@ -17,16 +17,12 @@ struct PrintedManual {
     QByteArray pdf;
     QString title;
     QList<PrintedHeading> headings;
-    int links =
-        0; ///< to headings; each is one annotation or more of the PDF, with a URI of "#" and the heading's number
+    /// How many there are to headings. Each is one annotation or more, with a URI of "#" and the heading's number.
+    int links = 0;
 };
 
-/// Prints a manual on A4.
-///
-/// Besides Markdown: a rule across the page begins a new one; the line "<!-- contents -->" stands for a table of
-/// contents, "<!-- picture: NAME -->" for the picture NAME.png. Links that lead out of the manual become plain words,
-/// others name a heading as repository pages do: in small letters and digits, with "-" for blanks.
+/// Prints a manual on A4. Besides Markdown: what manualText() takes, and a rule across the page begins a new one.
 ///
 /// @param pictures  where they are
 /// @throw std::runtime_error  a picture is missing, or the heading of a link
-PrintedManual printManual(QString markdown, const QDir &pictures);
+PrintedManual printManual(const QString &markdown, const QDir &pictures);
