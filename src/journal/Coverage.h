@@ -1,11 +1,12 @@
 #pragma once
 
 #include "journal/JournalWalk.h"
+#include "platform/FreedInTurns.h"
 
 /// What coverage() goes by.
 struct JournalContent {
-    QList<JournalRow> rows;      ///< by their running numbers
-    std::optional<Moment> alive; ///< last sign of life behind the last row
+    FreedInTurns<QList<JournalRow>> rows; ///< by their running numbers
+    std::optional<Moment> alive;          ///< last sign of life behind the last row
 };
 
 /// Says for every second from @p from to @p to whether the program listened.

@@ -85,6 +85,8 @@ Result<bool> JournalReading::readOn(int year)
 /// A clock that was set back over New Year has later rows in an earlier year's file.
 void JournalReading::sort()
 {
-    std::stable_sort(m_content.rows.begin(), m_content.rows.end(),
-                     [](const JournalRow &a, const JournalRow &b) { return a.number < b.number; });
+    const auto isBefore = [](const JournalRow &a, const JournalRow &b) { return a.number < b.number; };
+    QList<JournalRow> &rows = m_content.rows;
+    if (!std::is_sorted(rows.cbegin(), rows.cend(), isBefore))
+        std::stable_sort(rows.begin(), rows.end(), isBefore);
 }

@@ -65,7 +65,7 @@ private:
     std::unique_ptr<CoverageReading> m_reading;
     QDate m_first; ///< of the days that are shown, as they were read
     QDate m_last;
-    QList<JournalRow> m_rows;
+    FreedInTurns<QList<JournalRow>> m_rows;
     QList<qsizetype> m_shown; ///< of the rows
     bool m_hasOpened = false;
 
