@@ -11,9 +11,8 @@ void CsvWriter::field(QByteArrayView utf8)
 {
     if (std::exchange(m_isLineBegun, true))
         m_bytes += m_separator;
-    const bool isQuoted = std::any_of(utf8.begin(), utf8.end(), [separator = m_separator](char byte) {
-        return byte == separator || byte == '"' || byte == '\r' || byte == '\n';
-    });
+    const bool isQuoted = std::any_of(utf8.begin(), utf8.end(),
+                                      [this](char byte) { return m_isSpecial[static_cast<unsigned char>(byte)]; });
     if (!isQuoted) {
         m_bytes.append(utf8);
         return;
