@@ -60,12 +60,12 @@ QByteArray tableLine(const QStringList &cells, std::span<const int> widths, int 
 
 /// UTF-8, in the order of the names.
 struct EventLines::Fields {
-    QByteArrayView date, time, type, code;
-    QByteArray surname, name;
+    QByteArrayView date, time, type, code, surname, name;
     QByteArrayView channel, channelDisabled, interfaceDisabled;
 };
 
-EventLines::EventLines(const LineForm &form, const Texts &texts) : m_form(form), m_texts(texts), m_csv(form.separator)
+EventLines::EventLines(const LineForm &form, const Texts &texts, const UserDirectory &users)
+    : m_form(form), m_texts(texts), m_names(users), m_csv(form.separator)
 {
     addHead();
     m_keptSize = size();
@@ -88,17 +88,12 @@ void EventLines::addHead()
     }
 }
 
-Result<void> EventLines::add(const Statement &row, const SearchResults::Columns &columns, const User *user)
+Result<void> EventLines::add(const Statement &row, const SearchResults::Columns &columns)
 {
-    const Fields fields{dateText(row.utf8(columns.Data)),
-                        row.utf8(columns.Ora),
-                        row.utf8(columns.Tipo),
-                        row.utf8(columns.Codice),
-                        user ? user->Cognome.toUtf8() : QByteArray(),
-                        user ? user->Nome.toUtf8() : QByteArray(),
-                        row.utf8(columns.Canale),
-                        row.utf8(columns.AbCh),
-                        row.utf8(columns.KorDis)};
+    const KnownNames::Names &names = m_names.of(row, columns);
+    const Fields fields{dateText(row.utf8(columns.Data)), row.utf8(columns.Ora),  row.utf8(columns.Tipo),
+                        row.utf8(columns.Codice),         names.surname,          names.name,
+                        row.utf8(columns.Canale),         row.utf8(columns.AbCh), row.utf8(columns.KorDis)};
     if (m_form.format == Format::Csv)
         addCsv(fields);
     else if (m_form.format == Format::Json)
@@ -113,9 +108,8 @@ void EventLines::addCsv(const Fields &fields)
 {
     if (m_form.hasCursors)
         m_csv.field(QByteArrayView(m_cursor));
-    for (const QByteArrayView field :
-         {fields.date, fields.time, fields.type, fields.code, QByteArrayView(fields.surname),
-          QByteArrayView(fields.name), fields.channel, fields.channelDisabled, fields.interfaceDisabled})
+    for (const QByteArrayView field : {fields.date, fields.time, fields.type, fields.code, fields.surname, fields.name,
+                                       fields.channel, fields.channelDisabled, fields.interfaceDisabled})
         m_csv.field(field);
     m_csv.endLine();
 }
@@ -136,9 +130,8 @@ void EventLines::addJson(const Fields &fields)
 void EventLines::addTable(const Fields &fields)
 {
     QStringList cells;
-    for (const QByteArrayView field :
-         {fields.date, fields.time, fields.type, fields.code, QByteArrayView(fields.surname),
-          QByteArrayView(fields.name), fields.channel, fields.channelDisabled, fields.interfaceDisabled})
+    for (const QByteArrayView field : {fields.date, fields.time, fields.type, fields.code, fields.surname, fields.name,
+                                       fields.channel, fields.channelDisabled, fields.interfaceDisabled})
         cells.append(QString::fromUtf8(field));
     m_bytes += tableLine(cells, eventWidths, m_form.width);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive/KnownNames.h"
 #include "events/EventSink.h"
 #include "platform/CsvWriter.h"
 #include "texts/Texts.h"
@@ -29,14 +30,17 @@ struct LineForm {
 class EventLines : public EventSink
 {
 public:
-    EventLines(const LineForm &form, const Texts &texts);
+    /// All must outlive this object.
+    EventLines(const LineForm &form, const Texts &texts, const UserDirectory &users);
 
-    Result<void> add(const Statement &row, const SearchResults::Columns &columns, const User *user) override;
+    Result<void> add(const Statement &row, const SearchResults::Columns &columns) override;
     void keep() override;
     void takeBack() override;
 
     /// Place behind the event that is added next.
     void setCursor(const QByteArray &cursor) { m_cursor = cursor; }
+    /// The users have been read anew.
+    void forgetNames() { m_names.clear(); }
     /// Lines kept since the last call.
     QByteArray take();
     qint64 count() const { return m_kept; } ///< events kept in all
@@ -54,6 +58,7 @@ private:
 
     const LineForm m_form;
     const Texts &m_texts;
+    KnownNames m_names;
     CsvWriter m_csv;
     QByteArray m_bytes;
     qsizetype m_keptSize = 0;

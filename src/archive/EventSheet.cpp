@@ -16,13 +16,16 @@ QStringList sheetCaptions(const Texts &texts)
 
 } // namespace
 
-EventSheet::EventSheet(Disk &disk, const QString &path, const Texts &texts)
-    : m_workbook(texts[Text::EventiFoglio], sheetCaptions(texts)), m_file(disk, QFileInfo(path).absoluteFilePath())
+EventSheet::EventSheet(Disk &disk, const QString &path, const Texts &texts, const UserDirectory &users)
+    : m_users(users),
+      m_workbook(texts[Text::EventiFoglio], sheetCaptions(texts)),
+      m_file(disk, QFileInfo(path).absoluteFilePath())
 {
 }
 
-Result<void> EventSheet::add(const Statement &row, const SearchResults::Columns &columns, const User *user)
+Result<void> EventSheet::add(const Statement &row, const SearchResults::Columns &columns)
 {
+    const User *user = m_users.find(row.text(columns.Codice), row.text(columns.Tipo));
     // As EventColumns::found has them.
     m_rows.append({user ? user->Cognome : QString(), user ? user->Nome : QString(), row.text(columns.Tipo),
                    row.text(columns.Canale), row.text(columns.AbCh), row.text(columns.Data), row.text(columns.Ora),

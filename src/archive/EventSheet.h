@@ -1,5 +1,6 @@
 #pragma once
 
+#include "codes/UserDirectory.h"
 #include "events/EventSink.h"
 #include "platform/FreshFile.h"
 #include "platform/Workbook.h"
@@ -15,11 +16,11 @@ namespace tool {
 class EventSheet : public EventSink
 {
 public:
-    /// @param disk  must outlive this object; @param path  of the file, which appears when it is whole
-    EventSheet(Disk &disk, const QString &path, const Texts &texts);
+    /// @param disk, @param users  must outlive this object; @param path  of the file, which appears when it is whole
+    EventSheet(Disk &disk, const QString &path, const Texts &texts, const UserDirectory &users);
 
     Result<void> create() { return m_file.create(); }
-    Result<void> add(const Statement &row, const SearchResults::Columns &columns, const User *user) override;
+    Result<void> add(const Statement &row, const SearchResults::Columns &columns) override;
     void keep() override;
     void takeBack() override { m_rows.clear(); }
     /// Writes the file, once all events are there. @return true when it is written
@@ -27,6 +28,7 @@ public:
     qint64 count() const { return m_count; } ///< events kept
 
 private:
+    const UserDirectory &m_users;
     Workbook m_workbook;
     FreshFile m_file;
     std::optional<WorkbookWriter> m_writer; ///< stands on both

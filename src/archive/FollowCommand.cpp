@@ -21,7 +21,11 @@ QString nameText(QStringView name)
 } // namespace
 
 FollowCommand::FollowCommand(const Site &site, std::optional<Cursor> cursor, const LineForm &form, Output &output)
-    : m_site(site), m_start(std::move(cursor)), m_users(site.archives), m_lines(form, site.texts), m_pending(output)
+    : m_site(site),
+      m_start(std::move(cursor)),
+      m_users(site.archives),
+      m_lines(form, site.texts, m_users),
+      m_pending(output)
 {
 }
 
@@ -145,8 +149,10 @@ void FollowCommand::readUsers()
     if (m_users.isKnown() && stamp == m_usersStamp)
         return;
     // Who cannot be read now is told without his name.
-    if (m_users.open())
+    if (m_users.open()) {
         m_usersStamp = stamp;
+        m_lines.forgetNames();
+    }
 }
 
 void FollowCommand::look(QDate day, FollowedDay &followed)
@@ -166,7 +172,7 @@ void FollowCommand::add(QDate day, const Statement &row, const SearchResults::Co
     readUsers();
     m_places[day] = place;
     m_lines.setCursor(cursorText(m_places));
-    (void)m_lines.add(row, columns, m_users.find(row.text(columns.Codice), typeOf(row.text(columns.Tipo))));
+    (void)m_lines.add(row, columns);
 }
 
 } // namespace tool

@@ -28,7 +28,13 @@ class Pending
 public:
     explicit Pending(Output &output) : m_output(output) {}
 
-    void add(const QByteArray &bytes) { m_bytes += bytes; }
+    void add(const QByteArray &bytes)
+    {
+        if (m_bytes.isEmpty())
+            m_bytes = bytes;
+        else
+            m_bytes += bytes;
+    }
     /// @return true when all has been written
     Result<bool> write(const QDeadlineTimer &until)
     {

@@ -48,9 +48,10 @@ SearchCommand::SearchCommand(const Site &site, const ToolOptions &options, const
     : m_site(site),
       m_options(options),
       m_users(site.archives),
-      m_lines(form, site.texts),
-      m_sheet(form.format == Format::Xls ? std::optional<EventSheet>(std::in_place, disk, options.output, site.texts)
-                                         : std::nullopt),
+      m_lines(form, site.texts, m_users),
+      m_sheet(form.format == Format::Xls
+                  ? std::optional<EventSheet>(std::in_place, disk, options.output, site.texts, m_users)
+                  : std::nullopt),
       m_search(site.archives, m_users, m_sheet ? static_cast<EventSink &>(*m_sheet) : m_lines)
 {
     if (output)

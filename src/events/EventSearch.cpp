@@ -28,6 +28,7 @@ const QString gatheringName = QStringLiteral("Archivi/Riuniti.$$$");
 
 /// How often a day is read again that somebody changes meanwhile, who does so a few times a day at most.
 constexpr int mostChanges = 5;
+constexpr int rowsOfSink = 50;
 
 } // namespace
 
@@ -122,7 +123,7 @@ Result<bool> EventSearch::step(const QDeadlineTimer &until)
         if (m_isGathering)
             gather(until);
         else if (m_open)
-            copyRow();
+            copyRows();
         else if (!openDay())
             nextDay();
         if (until.hasExpired())
@@ -283,6 +284,13 @@ void EventSearch::fail(const Fault &fault)
     finish();
 }
 
+/// To a sink that takes a part of a microsecond for each, some before the clock is looked at.
+void EventSearch::copyRows()
+{
+    for (int rows = m_sink ? rowsOfSink : 1; rows > 0 && m_open; --rows)
+        copyRow();
+}
+
 void EventSearch::copyRow()
 {
     const Result<ReadableRows::Found> found = m_open->step();
@@ -306,9 +314,9 @@ Result<void> EventSearch::deliver(const Statement &row)
 {
     const SearchResults::Columns &columns = m_open->columns;
     m_last = row.integer(0);
-    const User *user = m_users.find(row.text(columns.Codice), typeOf(row.text(columns.Tipo)));
     if (m_sink)
-        return m_sink->add(row, columns, user);
+        return m_sink->add(row, columns);
+    const User *user = m_users.find(row.text(columns.Codice), typeOf(row.text(columns.Tipo)));
     Result<void> added = m_results->add(row, columns, user ? user->Cognome : QString(), user ? user->Nome : QString());
     if (added)
         count(row);

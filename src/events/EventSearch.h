@@ -29,7 +29,7 @@ public:
     /// @param archives, @param users  must outlive this object
     EventSearch(ArchiveStore &archives, const UserDirectory &users);
     /// Writes nothing into the program folder, and has no archive of it open between two steps, unless it is damaged.
-    /// @param sink  must outlive this object; its faults end the search
+    /// @param sink  must outlive this object; its faults end the search. The users are its own matter
     EventSearch(ArchiveStore &archives, const UserDirectory &users, EventSink &sink);
     ~EventSearch() override;
 
@@ -78,6 +78,7 @@ private:
     void gather(const QDeadlineTimer &until);
     Result<std::unique_ptr<OpenDay>> openReunited();
     void fail(const Fault &fault);
+    void copyRows();
     void copyRow();
     void count(const Statement &row);
     void closeDay();

@@ -22,9 +22,8 @@ void CsvWriter::field(QByteArrayView utf8)
 {
     if (std::exchange(m_isLineBegun, true))
         m_bytes += m_separator;
-    const bool hasSpecial = std::any_of(utf8.begin(), utf8.end(), [separator = m_separator](char byte) {
-        return byte == separator || byte == '"' || byte == '\r' || byte == '\n';
-    });
+    const bool hasSpecial = std::any_of(utf8.begin(), utf8.end(),
+                                        [this](char byte) { return m_isSpecial[static_cast<unsigned char>(byte)]; });
     // Readers may take blanks around a field for none of its own.
     const bool isQuoted = hasSpecial || (!utf8.isEmpty() && (isBlank(utf8.front()) || isBlank(utf8.back())));
     if (!isQuoted) {

@@ -4,6 +4,7 @@
 #include <QByteArrayView>
 #include <QStringView>
 
+#include <array>
 #include <utility>
 
 /// Lines of separated values after RFC 4180, in UTF-8: a field is quoted where it must be, a line ends with CR LF.
@@ -13,7 +14,11 @@ public:
     static constexpr const char *ByteOrderMark = "\xEF\xBB\xBF"; ///< tells spreadsheets that the file is UTF-8
 
     /// @param separator  between two fields, an ASCII character
-    explicit CsvWriter(char separator) : m_separator(separator) {}
+    explicit CsvWriter(char separator) : m_separator(separator)
+    {
+        for (const char special : {separator, '"', '\r', '\n'})
+            m_isSpecial[static_cast<unsigned char>(special)] = true;
+    }
 
     void field(QStringView text);
     /// The same of a text that is UTF-8 already.
@@ -36,5 +41,6 @@ public:
 private:
     QByteArray m_bytes;
     char m_separator;
+    std::array<bool, 256> m_isSpecial{}; ///< bytes for which a field is quoted
     bool m_isLineBegun = false;
 };

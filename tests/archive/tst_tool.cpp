@@ -232,7 +232,7 @@ private Q_SLOTS:
         ToolRun run(test);
         UserDirectory users(run.archives);
         struct Counting : EventSink {
-            Result<void> add(const Statement &row, const SearchResults::Columns &, const User *) override
+            Result<void> add(const Statement &row, const SearchResults::Columns &) override
             {
                 numbers.append(row.integer(0));
                 if (numbers.size() == 1500 && change)
