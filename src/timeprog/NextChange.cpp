@@ -32,7 +32,7 @@ public:
     {
         const QDate last = m_moment.date().addYears(1);
         for (QDate day = m_moment.date(); day <= last; day = day.addDays(1)) {
-            if (const std::optional<QDateTime> found = clockIsPut(day) ? minuteByMinute(day) : byTimes(day))
+            if (std::optional<QDateTime> found = clockIsPut(day) ? minuteByMinute(day) : byTimes(day))
                 return found;
         }
         return {};
