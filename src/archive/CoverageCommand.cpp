@@ -1,5 +1,6 @@
 #include "archive/CoverageCommand.h"
 
+#include "journal/CoverageWords.h"
 #include "texts/OwnText.h"
 
 #include <array>
@@ -43,7 +44,7 @@ QByteArray coverageLines(const QList<CoveredSpan> &spans, const LineForm &form, 
 {
     QByteArray lines;
     if (form.format == Format::Table)
-        lines = tableLine({texts[Text::FasciaDa], texts[Text::FasciaA], QStringLiteral("s")}, spanWidths, form.width);
+        lines = tableLine({texts[Text::FasciaDa], texts[Text::FasciaA]}, spanWidths, form.width);
     for (const CoveredSpan &span : spans) {
         const QString from = localText(span.from);
         const QString to = localText(span.to);
@@ -52,8 +53,8 @@ QByteArray coverageLines(const QList<CoveredSpan> &spans, const LineForm &form, 
             lines += "{\"from\":" + jsonText(from.toLatin1()) + ",\"to\":" + jsonText(to.toLatin1()) +
                      ",\"seconds\":" + seconds + ",\"state\":" + jsonText(nameOf(span.state)) + "}\n";
         else
-            lines += tableLine({from, to, QString::fromLatin1(seconds), QLatin1String(nameOf(span.state))}, spanWidths,
-                               form.width);
+            lines += tableLine({from, to, durationWords(span.to - span.from, texts), listeningWords(span.state, texts)},
+                               spanWidths, form.width);
     }
     return lines;
 }

@@ -25,7 +25,7 @@ EventSheet::EventSheet(Disk &disk, const QString &path, const Texts &texts, cons
 
 Result<void> EventSheet::add(const Statement &row, const SearchResults::Columns &columns)
 {
-    const User *user = m_users.find(row.text(columns.Codice), row.text(columns.Tipo));
+    const User *user = m_users.find(row.text(columns.Codice), typeOf(row.text(columns.Tipo)));
     // As EventColumns::found has them.
     m_rows.append({user ? user->Cognome : QString(), user ? user->Nome : QString(), row.text(columns.Tipo),
                    row.text(columns.Canale), row.text(columns.AbCh), row.text(columns.Data), row.text(columns.Ora),

@@ -14,7 +14,7 @@ const KnownNames::Names &KnownNames::of(const Statement &row, const SearchResult
     Names &names = m_names[(hash >> 32) % slots];
     if (names.isThere && names.code == code && names.type == type)
         return names;
-    const User *user = m_users.find(QString::fromUtf8(code), QString::fromUtf8(type));
+    const User *user = m_users.find(QString::fromUtf8(code), typeOf(QString::fromUtf8(type)));
     names = {code.toByteArray(), type.toByteArray(), user ? user->Cognome.toUtf8() : QByteArray(),
              user ? user->Nome.toUtf8() : QByteArray(), true};
     return names;

@@ -39,9 +39,12 @@ Result<bool> PruneCommand::refuse(Message why)
 }
 
 /// The oldest first.
-void PruneCommand::list()
+Result<void> PruneCommand::list()
 {
-    const QHash<QDate, DayFiles> files = filesOfDays(m_site.archives.folder());
+    const Result<QHash<QDate, DayFiles>> listed = filesOfDays(m_site.archives.folder());
+    if (!listed)
+        return listed.fault();
+    const QHash<QDate, DayFiles> &files = listed.value();
     QList<QDate> days = files.keys();
     std::sort(days.begin(), days.end());
     for (const QDate day : std::as_const(days)) {
@@ -57,6 +60,7 @@ void PruneCommand::list()
         if (year < m_before.year())
             m_names.append(ArchiveName::journal(year));
     }
+    return {};
 }
 
 Result<bool> PruneCommand::step(const QDeadlineTimer &until)
@@ -84,7 +88,8 @@ Result<bool> PruneCommand::begin()
     const QDate latest = m_site.clock.date().addDays(-YoungestDays);
     if (!m_before.isValid() || m_before > latest)
         return refuse({OwnText::PruneTooYoung, {DataBarre(latest)}, {}});
-    list();
+    if (const Result<void> listed = list(); !listed)
+        return listed.fault();
     if (m_names.isEmpty()) {
         m_site.tell({OwnText::PruneNothing, {DataBarre(m_before)}, {}});
         m_stage = Stage::End;

@@ -30,7 +30,7 @@ public:
     void answer(const QString &text);
 
 private:
-    void list();
+    Result<void> list();
     Result<bool> ask();
     Result<bool> begin();
     Result<bool> remove();

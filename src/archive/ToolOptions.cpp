@@ -6,6 +6,9 @@
 #include "startup/PlainText.h"
 #include "texts/DateTimeText.h"
 #include "texts/OwnText.h"
+#include "users/UserLines.h"
+
+#include <QLocale>
 
 #include <algorithm>
 #include <array>
@@ -229,8 +232,11 @@ void Reading::readOutput()
     m_options.output = value("output");
     if (m_options.format == Format::Xls && m_options.output.isEmpty())
         refuse({OwnText::ArgumentNeeded, {QStringLiteral("--format xls"), QStringLiteral("--output FILE")}, {}});
-    if (!has("separator"))
+    if (!has("separator")) {
+        if (m_options.command == CommandName::Users)
+            m_options.separator = fieldSeparator(QLocale::system());
         return;
+    }
     const QString separator = value("separator") == QStringLiteral("\\t") ? QStringLiteral("\t") : value("separator");
     if (separator.size() != 1 || separator[0] >= u'\u0080' || separator[0] == u'"' || separator[0] == u'\n' ||
         separator[0] == u'\r')

@@ -2,6 +2,7 @@
 
 #include "archives/Tables.h"
 #include "codes/UserColumns.h"
+#include "users/UserLines.h"
 
 namespace tool {
 
@@ -11,18 +12,14 @@ constexpr std::array userNames = {"code", "type", "surname", "name", "notes", "t
 constexpr std::array userWidths = {9, 4, 15, 15, 15, 9};
 static_assert(userNames.size() == userColumns.size() && userWidths.size() == userColumns.size());
 
-QByteArray csvLines(const QList<User> &users, char separator)
+/// As the window exports them.
+QByteArray csvLines(const QList<User> &users, char separator, const Texts &texts)
 {
     CsvWriter csv(separator);
-    for (const char *name : userNames)
-        csv.field(QByteArrayView(name));
-    csv.endLine();
-    for (const User &user : users) {
-        for (const UserColumn &column : userColumns)
-            csv.field(column.value.text(user));
-        csv.endLine();
-    }
-    return csv.take();
+    writeHeader(csv, texts);
+    for (const User &user : users)
+        writeUser(csv, user);
+    return CsvWriter::ByteOrderMark + csv.take();
 }
 
 QByteArray jsonLines(const QList<User> &users)
@@ -60,7 +57,7 @@ QByteArray userLines(const QList<User> &users, const LineForm &form, const Texts
 {
     switch (form.format) {
     case Format::Csv:
-        return csvLines(users, form.separator);
+        return csvLines(users, form.separator, texts);
     case Format::Json:
         return jsonLines(users);
     default:

@@ -1,6 +1,5 @@
 #include "events/CoverageLine.h"
 
-#include "journal/CoverageWords.h"
 #include "widgets/ChildWindow.h"
 
 #include <QEvent>
@@ -21,7 +20,7 @@ void CoverageLine::forget()
 {
     m_runner->stop();
     m_reading.reset();
-    m_isMissing = false;
+    m_missing = {};
     hide();
 }
 
@@ -41,9 +40,8 @@ void CoverageLine::find(const DailyHours &hours, const Moment &until, std::funct
 
 void CoverageLine::say(const QList<CoveredSpan> &spans)
 {
-    const Missing missing = missingOf(spans);
-    m_isMissing = !missing.isNothing();
-    setText(coverageWords(missing, m_texts));
+    m_missing = missingOf(spans);
+    setCaptions();
     setVisible(!spans.isEmpty());
 }
 

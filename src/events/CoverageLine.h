@@ -1,5 +1,6 @@
 #pragma once
 
+#include "journal/CoverageWords.h"
 #include "journal/Journal.h"
 #include "texts/Texts.h"
 #include "widgets/TaskRunner.h"
@@ -21,8 +22,10 @@ public:
     /// Reads the journal in turns, and says what it tells. @param until  moments from there on are left out
     /// @param ended  called when that is said; not when the window closes before
     void find(const DailyHours &hours, const Moment &until, std::function<void()> ended);
+    /// Says the same in the language of now.
+    void setCaptions() { setText(coverageWords(m_missing, m_texts)); }
     /// The line when it says that something is missing, else "".
-    QString missing() const { return m_isMissing ? text() : QString(); }
+    QString missing() const { return m_missing.isNothing() ? QString() : text(); }
 
 Q_SIGNALS:
     /// The operator wants to see the journal of these days.
@@ -40,5 +43,5 @@ private:
     TaskRunner *m_runner; ///< the window's
     std::unique_ptr<CoverageReading> m_reading;
     DailyHours m_hours;
-    bool m_isMissing = false;
+    Missing m_missing;
 };

@@ -174,6 +174,7 @@ void frmEventi::setCaptions()
     const QString colon = QStringLiteral(":");
     setWindowTitle(m_texts[Text::RicercaEventi]);
     m_rows->setCaptions(gridColumns(EventColumns::found, m_texts));
+    m_coverage->setCaptions();
     dbgrdDati->setAccessibleName(windowTitle());
     FrameRic->setTitle(m_texts[Text::ParametriDiRicerca]);
     lblDataOrig->setText(m_texts[Text::DallaData]);

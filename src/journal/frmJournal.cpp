@@ -32,20 +32,12 @@ frmJournal::frmJournal(const Texts &texts, Messages &messages, Journal &journal,
       m_journal(journal),
       m_runner(this),
       m_printing(this, printer, texts, messages),
-      m_dayRows(
-          new RowsModel({{texts[Text::Data], 1000, Qt::AlignHCenter | Qt::AlignVCenter, QStringLiteral("00/00/0000")},
-                         {texts[OwnText::JournalBands], 3000, Qt::AlignLeft | Qt::AlignVCenter, {}, true}},
-                        this)),
+      m_dayRows(new RowsModel(dayColumns(), this)),
       m_bands(new DayBand(texts, this)),
-      m_noteRows(
-          new RowsModel({{texts[Text::Data], 1000, Qt::AlignHCenter | Qt::AlignVCenter, QStringLiteral("00/00/0000")},
-                         {texts[Text::Ora], 800, Qt::AlignHCenter | Qt::AlignVCenter, QStringLiteral("00:00:00")},
-                         {texts[OwnText::JournalWhat], 6000, Qt::AlignLeft | Qt::AlignVCenter,
-                          QString(mostCharacters, QLatin1Char('n')), true}},
-                        this))
+      m_noteRows(new RowsModel(noteColumns(), this))
 {
     build();
-    captions();
+    frmJournal::setCaptions();
     const QDate today = localTime(journal.momentBefore(0)).date();
     txtFrom->setText(DataBarre(today.addDays(1 - daysOfAWeek)));
     txtTo->setText(DataBarre(today));
@@ -143,8 +135,27 @@ Fields *frmJournal::buildParameters()
     return frame;
 }
 
-void frmJournal::captions()
+QList<RowsModel::Column> frmJournal::dayColumns() const
 {
+    return {{m_texts[Text::Data], 1000, Qt::AlignHCenter | Qt::AlignVCenter, QStringLiteral("00/00/0000")},
+            {m_texts[OwnText::JournalBands], 3000, Qt::AlignLeft | Qt::AlignVCenter, {}, true}};
+}
+
+QList<RowsModel::Column> frmJournal::noteColumns() const
+{
+    return {{m_texts[Text::Data], 1000, Qt::AlignHCenter | Qt::AlignVCenter, QStringLiteral("00/00/0000")},
+            {m_texts[Text::Ora], 800, Qt::AlignHCenter | Qt::AlignVCenter, QStringLiteral("00:00:00")},
+            {m_texts[OwnText::JournalWhat], 6000, Qt::AlignLeft | Qt::AlignVCenter,
+             QString(mostCharacters, QLatin1Char('n')), true}};
+}
+
+/// The rows themselves are made of the journal whenever they are painted.
+void frmJournal::setCaptions()
+{
+    m_dayRows->setCaptions(dayColumns());
+    m_noteRows->setCaptions(noteColumns());
+    lblDays->setText(m_texts[OwnText::JournalLastDays].arg(MostDays));
+    sayCoverage();
     setWindowTitle(TogliAnd(m_texts[OwnText::MnuJournal]));
     fraRange->setAccessibleName(windowTitle());
     lblFrom->setText(m_texts[Text::DallaData]);
@@ -250,9 +261,14 @@ void frmJournal::showDays()
         const DayCoverage &day = m_bands->days()[row];
         return QStringList{DataBarre(day.day), dayWords(day, m_texts)};
     });
-    lblDays->setText(m_texts[OwnText::JournalLastDays].arg(MostDays));
     lblDays->setVisible(m_first.daysTo(m_last) >= MostDays);
-    lblCoverage->setText(spans.isEmpty() ? QString() : coverageWords(missingOf(spans), m_texts));
+    sayCoverage();
+}
+
+void frmJournal::sayCoverage()
+{
+    const bool isRead = m_reading && !m_runner.isRunning() && !m_reading->spans().isEmpty();
+    lblCoverage->setText(isRead ? coverageWords(missingOf(m_reading->spans()), m_texts) : QString());
 }
 
 void frmJournal::showRows()

@@ -4,6 +4,7 @@
 #include "journal/JournalView.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
+#include "widgets/RowsModel.h"
 #include "widgets/TaskRunner.h"
 
 class DayBand;
@@ -14,7 +15,6 @@ class QCheckBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
-class RowsModel;
 
 /// The service journal of a range of days: when the program listened, day by day, and what happened to it.
 class frmJournal : public ChildWindow
@@ -35,6 +35,7 @@ public:
     using ChildWindow::show;
 
     bool open() override;
+    void setCaptions() override;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -43,7 +44,8 @@ protected:
 private:
     Fields *buildParameters();
     void build();
-    void captions();
+    QList<RowsModel::Column> dayColumns() const;
+    QList<RowsModel::Column> noteColumns() const;
 
     void cmdShow_Click();
     void chkGroups_Click();
@@ -52,6 +54,7 @@ private:
     void refuse(Text message, QLineEdit *box);
     void read(QDate first, QDate last);
     void showRead();
+    void sayCoverage();
     void showDays();
     void showRows();
     void goToEnd();

@@ -4,11 +4,11 @@
 #include "startup/PlainText.h"
 #include "texts/OwnText.h"
 #include "texts/Texts.h"
+#include "users/ImportReport.h"
 #include "widgets/Fields.h"
 #include "widgets/Forms.h"
 #include "widgets/Grid.h"
 #include "widgets/Messages.h"
-#include "widgets/RowsModel.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -74,7 +74,7 @@ frmImport::frmImport(const Texts &texts, Messages &messages, UserRegister &users
         cmbColumn.at(field) = new QComboBox;
     }
     build();
-    captions();
+    frmImport::setCaptions();
     connect(cmbSeparator, &QComboBox::currentIndexChanged, this, &frmImport::formatChanged);
     connect(cmbEncoding, &QComboBox::currentIndexChanged, this, &frmImport::formatChanged);
     connect(chkHeader, &QCheckBox::toggled, this, &frmImport::chkHeader_Change);
@@ -128,6 +128,12 @@ void frmImport::build()
     }
     tie(lblExisting, cmbExisting, "Existing");
     cmbExisting->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    for (const char separator : {';', ',', '\t'})
+        cmbSeparator->addItem(QString(QLatin1Char(separator)), separator);
+    cmbEncoding->addItem(QStringLiteral("UTF-8"), int(TextEncoding::Utf8));
+    cmbEncoding->addItem(QStringLiteral("Windows-1252"), int(TextEncoding::Windows1252));
+    cmbExisting->addItem(QString(), false);
+    cmbExisting->addItem(QString(), true);
     name(chkHeader, "chkHeader");
     name(chkShorten, "chkShorten");
     name(chkOnlyRefused, "chkOnlyRefused");
@@ -140,6 +146,9 @@ void frmImport::build()
     lblCounts->setTextFormat(Qt::PlainText);
     Bar->setRange(0, hundred);
     Bar->setTextVisible(false);
+    m_rows = new RowsModel(columns(), this);
+    m_rows->bind(dbgrdRighe);
+    dbgrdRighe->setWantedRows(shownLines);
 
     auto *ticks = new QHBoxLayout;
     ticks->addWidget(chkHeader);
@@ -160,20 +169,36 @@ void frmImport::build()
     rows->addLayout(buttonRow({cmdSaveRefused, cmdImport, cmdAnnulla}));
 }
 
-void frmImport::captions()
+QList<RowsModel::Column> frmImport::columns() const
+{
+    QList<RowsModel::Column> all = {
+        {m_texts[OwnText::ImportLine]}, {m_texts[OwnText::ImportOutcome]}, {m_texts[OwnText::ImportReason]}};
+    all[0].alignment = Qt::AlignRight | Qt::AlignVCenter;
+    for (size_t field = 0; field < ImportFieldCount; ++field)
+        all.append({m_texts[userColumns.at(field).caption]});
+    const QStringList widest = widestCells();
+    for (qsizetype column = 0; column < all.size(); ++column)
+        all[column].widest = widest[column];
+    all[1].widest = m_texts[OwnText::ImportChanged];
+    for (const QString &reason : {m_texts[OwnText::ImportOutOfRange], m_texts[OwnText::ImportNotDigits],
+                                  m_texts[OwnText::ImportTooLong].arg(UserRegister::LongestText)}) {
+        if (fontMetrics().horizontalAdvance(reason) > fontMetrics().horizontalAdvance(all[2].widest))
+            all[2].widest = reason;
+    }
+    all[2].stretches = true;
+    return all;
+}
+
+void frmImport::setCaptions()
 {
     setWindowTitle(TogliAnd(m_texts[OwnText::MnuImportUsers]).remove(QChar(0x2026)) + QStringLiteral(" - ") +
                    QFileInfo(m_path).fileName());
     lblSeparator->setText(m_texts[OwnText::ImportSeparator]);
-    cmbSeparator->addItem(QStringLiteral(";"), ';');
-    cmbSeparator->addItem(QStringLiteral(","), ',');
-    cmbSeparator->addItem(m_texts[OwnText::ImportTab], '\t');
+    cmbSeparator->setItemText(cmbSeparator->findData('\t'), m_texts[OwnText::ImportTab]);
     lblEncoding->setText(m_texts[OwnText::ImportEncoding]);
-    cmbEncoding->addItem(QStringLiteral("UTF-8"), int(TextEncoding::Utf8));
-    cmbEncoding->addItem(QStringLiteral("Windows-1252"), int(TextEncoding::Windows1252));
     lblExisting->setText(m_texts[OwnText::ImportExisting]);
-    cmbExisting->addItem(m_texts[OwnText::ImportFileWins], false);
-    cmbExisting->addItem(m_texts[OwnText::ImportRegisterWins], true);
+    cmbExisting->setItemText(cmbExisting->findData(false), m_texts[OwnText::ImportFileWins]);
+    cmbExisting->setItemText(cmbExisting->findData(true), m_texts[OwnText::ImportRegisterWins]);
     chkHeader->setText(m_texts[OwnText::ImportHeader]);
     chkShorten->setText(m_texts[OwnText::ImportShorten]);
     chkOnlyRefused->setText(m_texts[OwnText::ImportOnlyRefused]);
@@ -182,28 +207,13 @@ void frmImport::captions()
     cmdSaveRefused->setText(m_texts[OwnText::ImportSaveRefused]);
     cmdImport->setText(m_texts[OwnText::CmdImport]);
     cmdAnnulla->setText(m_texts[Text::CmdAnnulla]);
-
-    QList<RowsModel::Column> columns = {
-        {m_texts[OwnText::ImportLine]}, {m_texts[OwnText::ImportOutcome]}, {m_texts[OwnText::ImportReason]}};
-    columns[0].alignment = Qt::AlignRight | Qt::AlignVCenter;
     for (size_t field = 0; field < ImportFieldCount; ++field) {
-        const QString caption = m_texts[userColumns.at(field).caption];
-        lblColumn.at(field)->setText(caption + QLatin1Char(':'));
-        columns.append({caption});
+        lblColumn.at(field)->setText(m_texts[userColumns.at(field).caption] + QLatin1Char(':'));
+        nameColumns(cmbColumn.at(field));
     }
-    const QStringList widest = widestCells();
-    for (qsizetype column = 0; column < columns.size(); ++column)
-        columns[column].widest = widest[column];
-    columns[1].widest = m_texts[OwnText::ImportChanged];
-    for (const QString &reason : {m_texts[OwnText::ImportOutOfRange], m_texts[OwnText::ImportNotDigits],
-                                  m_texts[OwnText::ImportTooLong].arg(UserRegister::LongestText)}) {
-        if (fontMetrics().horizontalAdvance(reason) > fontMetrics().horizontalAdvance(columns[2].widest))
-            columns[2].widest = reason;
-    }
-    columns[2].stretches = true;
-    m_rows = new RowsModel(std::move(columns), this);
-    m_rows->bind(dbgrdRighe);
-    dbgrdRighe->setWantedRows(shownLines);
+    m_rows->setCaptions(columns());
+    if (m_isChecked)
+        lblCounts->setText(countsText(m_texts, *m_check));
 }
 
 void frmImport::resizeEvent(QResizeEvent *event)
@@ -249,12 +259,23 @@ void frmImport::fillColumns(const ImportFormat &format)
     for (size_t field = 0; field < ImportFieldCount; ++field) {
         QComboBox *box = cmbColumn.at(field);
         box->clear();
-        box->addItem(m_texts[OwnText::ImportNoColumn], -1);
+        box->addItem(QString(), -1);
         for (int place = 0; place < first.size(); ++place)
-            box->addItem(format.hasHeader ? first[place].simplified().left(longestHeading)
-                                          : m_texts[OwnText::ImportColumn].arg(place + 1),
-                         place);
+            box->addItem(format.hasHeader ? first[place].simplified().left(longestHeading) : QString(), place);
+        nameColumns(box);
         chooseValue(box, format.columns.at(field));
+    }
+}
+
+/// Gives those columns words that have no heading.
+void frmImport::nameColumns(QComboBox *box)
+{
+    for (int item = 0; item < box->count(); ++item) {
+        const int place = box->itemData(item).toInt();
+        if (place < 0)
+            box->setItemText(item, m_texts[OwnText::ImportNoColumn]);
+        else if (!chkHeader->isChecked())
+            box->setItemText(item, m_texts[OwnText::ImportColumn].arg(place + 1));
     }
 }
 

@@ -3,6 +3,7 @@
 #include "platform/TextFile.h"
 #include "users/UserRegister.h"
 #include "widgets/ChildWindow.h"
+#include "widgets/RowsModel.h"
 #include "widgets/TaskRunner.h"
 
 class Fields;
@@ -12,7 +13,6 @@ class QCheckBox;
 class QComboBox;
 class QLabel;
 class QProgressBar;
-class RowsModel;
 class Texts;
 
 /// Shows what a list of users would change in the register, line by line, and brings it in when the operator wants so.
@@ -31,6 +31,7 @@ public:
 
     /// Begins to read the file. Where that cannot be read the window closes, once the operator has been told.
     bool open() override;
+    void setCaptions() override;
 
 Q_SIGNALS:
     /// Not told when the program itself closes the window. @param said  what has been imported, "" = nothing
@@ -42,7 +43,7 @@ protected:
 
 private:
     void build();
-    void captions();
+    QList<RowsModel::Column> columns() const;
 
     void fileRead(const Result<void> &read);
     void formatChanged();
@@ -53,6 +54,7 @@ private:
 
     void showFormat(const ImportFormat &format);
     void fillColumns(const ImportFormat &format);
+    void nameColumns(QComboBox *box);
     ImportChoices choices() const;
     void check();
     void checked(const Result<void> &result);
@@ -70,6 +72,7 @@ private:
     std::unique_ptr<ImportCheck> m_check;
     std::unique_ptr<Task> m_import;
     TaskRunner m_runner;
+    bool m_isChecked = false; ///< the dry run has come to its end
     bool m_isShowing = false; ///< the controls change by themselves
     bool m_hasUnloaded = false;
 

@@ -4,7 +4,6 @@
 #include "users/ImportReport.h"
 #include "users/frmImport.h"
 #include "widgets/Messages.h"
-#include "widgets/RowsModel.h"
 #include "widgets/SaveFile.h"
 
 #include <QCheckBox>
@@ -61,6 +60,7 @@ void frmImport::showLines()
 void frmImport::setReady(bool isChecked)
 {
     const bool hasWork = isChecked && m_check->count(ImportOutcome::New) + m_check->count(ImportOutcome::Changed) > 0;
+    m_isChecked = isChecked;
     cmdImport->setEnabled(hasWork);
     cmdSaveRefused->setEnabled(isChecked && !m_check->refused().isEmpty());
 }
