@@ -175,30 +175,41 @@ Result<void> FollowedDay::scan(ArchiveStore &archives, const QStringList &files,
         m_inArchive.clear();
         m_highest = 0;
     }
+    // A file made anew may even have the inode of the one that was deleted: its latest event tells them apart.
+    bool isSame = m_highest == 0;
+    const qint64 latest = m_highest;
     Result<void> done;
     for (int file = isAnew ? 0 : static_cast<int>(files.size()) - 1; done && file < files.size(); ++file) {
         const bool isArchive = file == files.size() - 1;
         Counts ofFile;
         Counts &counts = isArchive ? m_inArchive : ofFile;
-        done = read(archives, files[file], isArchive ? m_highest : 0,
+        done = read(archives, files[file], isArchive && latest > 0 ? latest - 1 : 0,
                     [&](const Statement &row, const SearchResults::Columns &columns, qint64 number, quint64 digest) {
-                        if (isArchive)
+                        if (isArchive && !isSame) {
+                            isSame = number == latest && digest == m_latest;
+                            return isSame;
+                        }
+                        if (isArchive) {
                             m_highest = number;
+                            m_latest = digest;
+                        }
                         if (++counts[digest] <= m_told.value(digest))
                             return true;
                         ++m_told[digest];
                         told.append(digest);
-                        // One that was brought in among others that are told already changes no place.
-                        if (m_place.file != file || m_place.number < number)
-                            m_place = {file, number, markOf(digest)};
+                        m_place = {file, number, markOf(digest)};
                         take(row, columns, m_place);
                         return true;
                     });
     }
+    if (done && !isSame)
+        return scan(archives, files, true, take);
     if (!done) {
         for (const quint64 digest : std::as_const(told))
             --m_told[digest];
         m_place = before;
+    } else if (m_highest > 0) {
+        m_place = {static_cast<int>(files.size()) - 1, m_highest, markOf(m_latest)};
     }
     return done;
 }

@@ -54,6 +54,7 @@ private:
     Counts m_told;
     Counts m_inArchive; ///< up to m_highest
     qint64 m_highest = 0;
+    quint64 m_latest = 0; ///< digest of the event of that number
     qint64 m_rescued = 0; ///< mark of an archive that events were rescued into
     Place m_place;
     std::optional<Seen> m_seen;

@@ -180,11 +180,12 @@ Result<Database> Database::open(const QString &path, const QByteArray &rawKey, U
 {
     sqlite3 *handle = nullptr;
     QByteArray name = QFile::encodeName(path);
-    int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
+    // Each is used by one thread alone: the library need not lock itself for every value.
+    int flags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
     std::unique_ptr<const QString, Remover> laidBeside;
     std::optional<Stamps> stamps;
     if (use == Use::Untouched) {
-        flags = SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+        flags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
         name = QUrl::fromLocalFile(path).toEncoded(QUrl::FullyEncoded);
         const QFileInfo journal(path + QStringLiteral("-wal"));
         const bool hasIndex = QFile::exists(path + QStringLiteral("-shm"));
