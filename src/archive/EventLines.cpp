@@ -90,10 +90,18 @@ void EventLines::addHead()
 
 Result<void> EventLines::add(const Statement &row, const SearchResults::Columns &columns)
 {
-    const KnownNames::Names &names = m_names.of(row, columns);
-    const Fields fields{dateText(row.utf8(columns.Data)), row.utf8(columns.Ora),  row.utf8(columns.Tipo),
-                        row.utf8(columns.Codice),         names.surname,          names.name,
-                        row.utf8(columns.Canale),         row.utf8(columns.AbCh), row.utf8(columns.KorDis)};
+    const QByteArrayView code = row.utf8(columns.Codice);
+    const QByteArrayView type = row.utf8(columns.Tipo);
+    const KnownNames::Names &names = m_names.of(code, type);
+    const Fields fields{dateText(row.utf8(columns.Data)),
+                        row.utf8(columns.Ora),
+                        type,
+                        code,
+                        names.surname,
+                        names.name,
+                        row.utf8(columns.Canale),
+                        row.utf8(columns.AbCh),
+                        row.utf8(columns.KorDis)};
     if (m_form.format == Format::Csv)
         addCsv(fields);
     else if (m_form.format == Format::Json)

@@ -2,10 +2,8 @@
 
 namespace tool {
 
-const KnownNames::Names &KnownNames::of(const Statement &row, const SearchResults::Columns &columns)
+const KnownNames::Names &KnownNames::of(QByteArrayView code, QByteArrayView type)
 {
-    const QByteArrayView code = row.utf8(columns.Codice);
-    const QByteArrayView type = row.utf8(columns.Tipo);
     quint64 hash = 0xcbf29ce484222325;
     for (const QByteArrayView part : {type, code}) {
         for (const char byte : part)

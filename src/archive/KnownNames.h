@@ -1,7 +1,6 @@
 #pragma once
 
 #include "codes/UserDirectory.h"
-#include "events/SearchResults.h"
 
 #include <vector>
 
@@ -22,8 +21,8 @@ public:
     /// @param users  must outlive this object
     explicit KnownNames(const UserDirectory &users) : m_users(users), m_names(slots) {}
 
-    /// Of the event that @p row stands on; until the next call.
-    const Names &of(const Statement &row, const SearchResults::Columns &columns);
+    /// Of an event with that code and type, as stored; until the next call.
+    const Names &of(QByteArrayView code, QByteArrayView type);
     /// The users have been read anew.
     void clear() { m_names.assign(slots, {}); }
 
