@@ -44,6 +44,35 @@ QString frmEventi::lacks(const Result<void> &searched) const
     return reasons.join(QLatin1Char('\n'));
 }
 
+void frmEventi::searchDone(const Result<void> &searched)
+{
+    const SearchResults &results = m_search.results();
+    m_rowFaultTold = false;
+    m_rows->setRows(results.count(), [this](qsizetype row) { return shownRow(row); });
+    // Where not all was read, nobody knows that there is nothing.
+    const bool isKnown = m_search.isComplete() || results.count() > 0;
+    showFound(isKnown);
+    if (results.count() > 0) {
+        dbgrdDati->setCurrentIndex(m_rows->index(0, 0));
+        dbgrdDati->setFocus();
+    }
+    if (!m_search.isAtEnd())
+        return tellOutcome(searched);
+    m_coverage->find(m_searched, m_searchedAt, [this, searched] { tellOutcome(searched); });
+}
+
+/// When all there is to say stands in the window: whether nothing found means that nobody came, too.
+void frmEventi::tellOutcome(const Result<void> &searched)
+{
+    setBusy(false);
+    Q_EMIT this->searched(m_searched, m_search.results().count());
+    const bool isNone = m_search.results().count() == 0;
+    if (const QString lacking = lacks(searched); !lacking.isEmpty())
+        m_messages.show(this, searched ? Icon::Exclamation : Icon::Critical, lacking);
+    else if (isNone && m_search.isComplete())
+        m_messages.show(this, Icon::Information, m_texts[Text::NessunEventoTrovato]);
+}
+
 void frmEventi::showFound(bool isKnown)
 {
     showCount(isKnown);

@@ -33,6 +33,10 @@ void MDIForm1::buildMenu()
     const auto add = [this](Entry entry, const char *name, Text caption, void (MDIForm1::*chosen)()) {
         m_menu.add(entry, name, caption, std::bind_front(chosen, this));
     };
+    const auto addOwn = [this](Entry entry, const char *name, OwnText caption, std::function<void()> chosen) {
+        m_menu.add(
+            entry, name, [this, caption] { return m_program.texts()[caption]; }, std::move(chosen));
+    };
     const auto addPassword = [this](Entry entry, const char *name, Type type) {
         m_menu.add(entry, name, passwordCaption(type), [this, type] { mnuAttPass_Click(type); });
     };
@@ -41,9 +45,7 @@ void MDIForm1::buildMenu()
     };
     add(Entry::ImpPrn, "mnuImpPrn", Text::MnuImpostaStampante, &MDIForm1::mnuImpPrn_Click);
     m_menu.separate(TopMenu::File, "mnuLineaBackup");
-    m_menu.add(
-        Entry::Backup, "mnuBackup", [this] { return m_program.texts()[OwnText::MnuBackup]; },
-        [this] { mnuBackup_Click(); });
+    addOwn(Entry::Backup, "mnuBackup", OwnText::MnuBackup, [this] { mnuBackup_Click(); });
     m_menu.separate(TopMenu::File, "mnuLinea");
     add(Entry::Exit, "mnuExit", Text::MnuEsci, &MDIForm1::mnuExit_Click);
 
@@ -52,15 +54,9 @@ void MDIForm1::buildMenu()
     add(Entry::ProgFerie, "mnuProgFerie", Text::MnuProgrammazioneFerie, &MDIForm1::mnuProgFerie_Click);
 
     m_menu.separate(TopMenu::Anagrafica, "mnuLineaAna");
-    m_menu.add(
-        Entry::RestoreUsers, "mnuRestoreUsers", [this] { return m_program.texts()[OwnText::MnuRestoreUsers]; },
-        [this] { m_register.restore(); });
-    m_menu.add(
-        Entry::ExportUsers, "mnuExportUsers", [this] { return m_program.texts()[OwnText::MnuExportUsers]; },
-        [this] { m_register.exportUsers(); });
-    m_menu.add(
-        Entry::ImportUsers, "mnuImportUsers", [this] { return m_program.texts()[OwnText::MnuImportUsers]; },
-        [this] { m_register.importUsers(); });
+    addOwn(Entry::RestoreUsers, "mnuRestoreUsers", OwnText::MnuRestoreUsers, [this] { m_register.restore(); });
+    addOwn(Entry::ExportUsers, "mnuExportUsers", OwnText::MnuExportUsers, [this] { m_register.exportUsers(); });
+    addOwn(Entry::ImportUsers, "mnuImportUsers", OwnText::MnuImportUsers, [this] { m_register.importUsers(); });
 
     add(Entry::Eventi, "mnuEventi", Text::MnuRicercaEventi, &MDIForm1::mnuEventi_Click);
     add(Entry::EventiOdierni, "mnuEventiOdierni", Text::MnuUltimiEventi, &MDIForm1::mnuEventiOdierni_Click);
@@ -68,9 +64,7 @@ void MDIForm1::buildMenu()
     m_menu.separate(TopMenu::Consult, "mnuLineaCons");
     m_menu.add(Entry::NumEvOdVis, "mnuNumEvOdVis", shownEventsCaption(), [this] { mnuNumEvOdVis_Click(); });
     m_menu.separate(TopMenu::Consult, "mnuLineaJournal");
-    m_menu.add(
-        Entry::Journal, "mnuJournal", [this] { return m_program.texts()[OwnText::MnuJournal]; },
-        [this] { mnuJournal_Click(); });
+    addOwn(Entry::Journal, "mnuJournal", OwnText::MnuJournal, [this] { mnuJournal_Click(); });
 
     add(Entry::ImpCom, "mnuImpCom", Text::MnuImpostazionePortaSeriale, &MDIForm1::mnuImpCom_Click);
     add(Entry::LetConfInt, "mnuLetConfInt", Text::MnuLetturaConfigurazioneInterfaccia, &MDIForm1::mnuLetConfInt_Click);
