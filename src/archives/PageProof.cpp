@@ -16,8 +16,8 @@
 namespace {
 
 constexpr qint64 pageSize = 4096;
-constexpr qint64 pagesAtOnce = 64;
-constexpr qsizetype keySize = 32;
+constexpr qint64 provenAtOnce = 64;
+constexpr qsizetype pageKeySize = 32;
 // At the end of a page stand the vector that it was encrypted with, its check sum, and bytes that mean nothing.
 constexpr qint64 vectorAt = pageSize - 48;
 constexpr qint64 sumAt = vectorAt + 16;
@@ -33,9 +33,9 @@ struct Freer {
 struct Secret {
     explicit Secret(const QByteArray &rawKey)
     {
-        const QByteArray bytes = QByteArray::fromHex(rawKey.mid(2, 2 * (keySize + ArchiveKeys::SaltSize)));
-        key = bytes.first(keySize);
-        salt = bytes.sliced(keySize);
+        const QByteArray bytes = QByteArray::fromHex(rawKey.mid(2, 2 * (pageKeySize + ArchiveKeys::SaltSize)));
+        key = bytes.first(pageKeySize);
+        salt = bytes.sliced(pageKeySize);
     }
 
     /// What check sums are made with.
@@ -44,10 +44,10 @@ struct Secret {
         QByteArray sumSalt = salt;
         for (char &byte : sumSalt)
             byte = static_cast<char>(byte ^ 0x3a);
-        QByteArray derived(keySize, '\0');
-        PKCS5_PBKDF2_HMAC_SHA1(key.constData(), keySize, reinterpret_cast<const unsigned char *>(sumSalt.constData()),
-                               static_cast<int>(sumSalt.size()), 2, keySize,
-                               reinterpret_cast<unsigned char *>(derived.data()));
+        QByteArray derived(pageKeySize, '\0');
+        PKCS5_PBKDF2_HMAC_SHA1(
+            key.constData(), pageKeySize, reinterpret_cast<const unsigned char *>(sumSalt.constData()),
+            static_cast<int>(sumSalt.size()), 2, pageKeySize, reinterpret_cast<unsigned char *>(derived.data()));
         return derived;
     }
 
@@ -66,7 +66,7 @@ public:
         const std::array parameters = {
             OSSL_PARAM_construct_utf8_string(OSSL_MAC_PARAM_DIGEST, digest.data(), digest.size()),
             OSSL_PARAM_construct_end()};
-        EVP_MAC_init(m_context.get(), reinterpret_cast<const unsigned char *>(key.constData()), keySize,
+        EVP_MAC_init(m_context.get(), reinterpret_cast<const unsigned char *>(key.constData()), pageKeySize,
                      parameters.data());
     }
 
@@ -118,7 +118,7 @@ bool hasProvenPages(const QString &path, const QByteArray &rawKey)
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return false;
     Sums sums(secret.sumKey());
-    QByteArray bytes(pagesAtOnce * pageSize, Qt::Uninitialized);
+    QByteArray bytes(provenAtOnce * pageSize, Qt::Uninitialized);
     quint32 number = 0;
     quint32 count = 0;
     qint64 size = 0;

@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr qsizetype bytesAtOnce = 256 << 10;
+constexpr qsizetype bytesOfATurn = 256 << 10;
 constexpr int pagesAtOnce = 16;
-constexpr qint64 second = 1'000'000'000;
+constexpr qint64 nanosecondsOfSecond = 1'000'000'000;
 
 /// A file that changes again and again is left for the next time.
 constexpr int mostAttempts = 3;
@@ -125,7 +125,7 @@ Result<void> FileCopy::beginPages()
         return copy.fault();
     m_pages->copy.emplace(std::move(copy.value()));
     // What is written while it is being copied must be copied the next time.
-    m_stamp.modified -= second;
+    m_stamp.modified -= nanosecondsOfSecond;
     return {};
 }
 
@@ -150,8 +150,8 @@ Result<bool> FileCopy::copyPages(const QDeadlineTimer &until)
 Result<QByteArray> FileCopy::readSource()
 {
     if (m_archive)
-        return m_archive->read(m_position, bytesAtOnce);
-    QByteArray bytes(bytesAtOnce, '\0');
+        return m_archive->read(m_position, bytesOfATurn);
+    QByteArray bytes(bytesOfATurn, '\0');
     ssize_t count = -1;
     do {
         count = ::read(m_plain->get(), bytes.data(), static_cast<size_t>(bytes.size()));
@@ -190,9 +190,9 @@ Result<bool> FileCopy::finishBytes()
         return false;
     }
     // Within the grain of its clock a file can change unseen.
-    m_isSettled = m_begun - m_stamp.modified >= second;
+    m_isSettled = m_begun - m_stamp.modified >= nanosecondsOfSecond;
     if (!m_isSettled)
-        m_stamp.modified -= second;
+        m_stamp.modified -= nanosecondsOfSecond;
     m_archive.reset();
     m_plain.reset();
     return true;

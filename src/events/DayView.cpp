@@ -5,13 +5,13 @@
 namespace {
 
 /// Longest that one look takes.
-constexpr int turnMilliseconds = 15;
-const QString gatheringName = QStringLiteral("Archivi/Vista.$$$");
+constexpr int lookMilliseconds = 15;
+const QString viewGathering = QStringLiteral("Archivi/Vista.$$$");
 
 } // namespace
 
 DayView::DayView(ArchiveStore &archives, const Clock &clock)
-    : m_archives(archives), m_clock(clock), m_users(archives, ArchiveName::ViewUsers), m_last(archives, gatheringName)
+    : m_archives(archives), m_clock(clock), m_users(archives, ArchiveName::ViewUsers), m_last(archives, viewGathering)
 {
 }
 
@@ -98,7 +98,7 @@ Result<DayView::Seen> DayView::look()
 /// @return true when all has been read
 Result<bool> DayView::readOn()
 {
-    const Result<bool> read = m_last.step(QDeadlineTimer(turnMilliseconds));
+    const Result<bool> read = m_last.step(QDeadlineTimer(lookMilliseconds));
     m_isReading = read && !read.value();
     if (!read || m_isReading)
         return read;

@@ -24,7 +24,7 @@ struct EventSearch::OpenDay {
 namespace {
 
 /// A name of its own: events of a day may be rescued meanwhile.
-const QString gatheringName = QStringLiteral("Archivi/Riuniti.$$$");
+const QString searchGathering = QStringLiteral("Archivi/Riuniti.$$$");
 
 /// How often a day is read again that somebody changes meanwhile, who does so a few times a day at most.
 constexpr int mostChanges = 5;
@@ -62,7 +62,7 @@ std::optional<QSet<QDate>> daysThatWait(ArchiveStore &archives, Database::Use us
 }
 
 EventSearch::EventSearch(ArchiveStore &archives, const UserDirectory &users)
-    : m_archives(archives), m_users(users), m_reunited(archives, gatheringName)
+    : m_archives(archives), m_users(users), m_reunited(archives, searchGathering)
 {
     m_results.emplace(archives);
 }

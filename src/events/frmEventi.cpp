@@ -24,7 +24,7 @@
 
 namespace {
 
-constexpr double leastShare = 2.0 / 3; ///< of the main window's height
+constexpr double searchShare = 2.0 / 3; ///< of the main window's height
 
 } // namespace
 
@@ -67,7 +67,7 @@ frmEventi::frmEventi(const Texts &texts, Messages &messages, ArchiveStore &archi
     connect(cmdChiudi, &QPushButton::clicked, this, &ChildWindow::unload);
     setKeys(cmdRicerca, cmdChiudi);
     setKeepsPlace();
-    setLeastHeight(leastShare);
+    setLeastHeight(searchShare);
     txtDataOrig->setFocus();
 }
 

@@ -5,7 +5,7 @@
 namespace {
 
 /// Rows that are walked over in one go: less than a millisecond.
-constexpr qsizetype rowsAtOnce = 2000;
+constexpr qsizetype rowsWalkedAtOnce = 2000;
 
 bool isWholeDay(const DailyHours &hours)
 {
@@ -68,7 +68,7 @@ void CoverageReading::work(const QDeadlineTimer &until)
 void CoverageReading::walkOn()
 {
     const QList<JournalRow> &all = rows();
-    for (const qsizetype end = qMin(all.size(), m_next + rowsAtOnce); m_next < end; ++m_next)
+    for (const qsizetype end = qMin(all.size(), m_next + rowsWalkedAtOnce); m_next < end; ++m_next)
         m_walk.take(all[m_next]);
     if (m_next < all.size())
         return;

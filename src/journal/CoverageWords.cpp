@@ -6,8 +6,8 @@
 namespace {
 
 constexpr qint64 minute = 60;
-constexpr qint64 hour = 60 * minute;
-constexpr qint64 wholeDay = 24 * hour;
+constexpr qint64 secondsOfHour = 60 * minute;
+constexpr qint64 wholeDay = 24 * secondsOfHour;
 
 QString timesWords(const Missing::Times &times, OwnText text, const Texts &texts)
 {
@@ -29,11 +29,11 @@ QString durationWords(qint64 seconds, const Texts &texts)
     };
     if (seconds < minute)
         return QStringLiteral("%1 s").arg(seconds);
-    if (seconds < hour)
+    if (seconds < secondsOfHour)
         return with(QStringLiteral("%1 min").arg(seconds / minute), seconds % minute, "s");
     if (seconds < 2 * wholeDay)
-        return with(QStringLiteral("%1 h").arg(seconds / hour), seconds % hour / minute, "min");
-    return with(texts[OwnText::DurationDays].arg(seconds / wholeDay), seconds % wholeDay / hour, "h");
+        return with(QStringLiteral("%1 h").arg(seconds / secondsOfHour), seconds % secondsOfHour / minute, "min");
+    return with(texts[OwnText::DurationDays].arg(seconds / wholeDay), seconds % wholeDay / secondsOfHour, "h");
 }
 
 QString coverageWords(const Missing &missing, const Texts &texts)

@@ -12,7 +12,7 @@ namespace {
 constexpr int margin = 3;
 constexpr double leastWidth = 3; ///< of a gap: the shortest one is seen
 constexpr int hoursBetweenMarks = 6;
-constexpr qint64 hour = 3600;
+constexpr qint64 hourSeconds = 3600;
 constexpr qsizetype mostSpansTold = 8;
 
 // Told apart by pattern and by lightness as well, on light and on dark ground.
@@ -66,7 +66,7 @@ void DayBand::paint(QPainter *painter, const QStyleOptionViewItem &option, const
         }
     }
     painter->setPen(option.palette.color(QPalette::Mid));
-    for (qint64 mark = day.range.from; mark <= day.range.to; mark += hoursBetweenMarks * hour)
+    for (qint64 mark = day.range.from; mark <= day.range.to; mark += hoursBetweenMarks * hourSeconds)
         painter->drawLine(QPointF(scale.at(mark), option.rect.top()), QPointF(scale.at(mark), scale.band.top()));
     if (option.state.testFlag(QStyle::State_Selected)) {
         painter->setPen(QPen(option.palette.color(QPalette::Highlight), 2));

@@ -10,7 +10,7 @@ constexpr int dayCharacters = 10;
 constexpr int timeCharacters = 8;
 constexpr int wordsCharacters = 63;
 
-TableReport::Layout makeLayout(const Texts &texts, const QString &note)
+TableReport::Layout layoutOf(const Texts &texts, const QString &note)
 {
     return {{{dayCharacters, Fit::Left, texts[Text::Data]},
              {timeCharacters, Fit::Left, texts[Text::Ora]},
@@ -29,6 +29,6 @@ QStringList JournalReport::fields(const JournalRow &row, const Texts &texts)
 }
 
 JournalReport::JournalReport(const Texts &texts, Rows rows, const QString &note)
-    : RuledReport(makeLayout(texts, note), std::move(rows))
+    : RuledReport(layoutOf(texts, note), std::move(rows))
 {
 }

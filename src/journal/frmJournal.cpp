@@ -18,9 +18,9 @@
 namespace {
 
 constexpr int daysOfAWeek = 7;
-constexpr int leastDays = 4;           ///< in sight
-constexpr int mostCharacters = 60;     ///< of a row's words, in most cases
-constexpr double leastShare = 2.0 / 3; ///< of the main window's height
+constexpr int leastDays = 4;             ///< in sight
+constexpr int mostCharacters = 60;       ///< of a row's words, in most cases
+constexpr double journalShare = 2.0 / 3; ///< of the main window's height
 
 } // namespace
 
@@ -49,7 +49,7 @@ frmJournal::frmJournal(const Texts &texts, Messages &messages, Journal &journal,
     connect(cmdChiudi, &QPushButton::clicked, this, &ChildWindow::unload);
     setKeys(cmdShow, cmdChiudi);
     setKeepsPlace();
-    setLeastHeight(leastShare);
+    setLeastHeight(journalShare);
     txtFrom->setFocus();
 }
 

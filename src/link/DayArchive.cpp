@@ -13,7 +13,7 @@ namespace {
 /// Longest that opening reads.
 constexpr int firstTurnMilliseconds = 20;
 /// Rows that are read in one go: well below a millisecond.
-constexpr qint64 rowsAtOnce = 1000;
+constexpr qint64 rowsOfAStep = 1000;
 
 QString statement(QStringView text)
 {
@@ -105,11 +105,11 @@ Result<bool> DayArchive::readRows()
     const Result<void> read =
         m_database.each(QStringLiteral("SELECT count(*), max(ProgEv) FROM (SELECT ProgEv FROM Eventi NOT INDEXED "
                                        "WHERE ProgEv > ? ORDER BY ProgEv LIMIT ?)"),
-                        {m_row, rowsAtOnce}, [this, &count](const Statement &row) {
+                        {m_row, rowsOfAStep}, [this, &count](const Statement &row) {
                             count = row.integer(0);
                             m_row = row.integer(1);
                         });
-    return read ? Result<bool>(count == rowsAtOnce) : read.fault();
+    return read ? Result<bool>(count == rowsOfAStep) : read.fault();
 }
 
 /// Reads the pages of the index, which search and views go by.
@@ -125,7 +125,7 @@ Result<bool> DayArchive::readIndex()
     const Result<void> read = m_database.each(
         QStringLiteral("SELECT Data, Ora, ProgEv FROM Eventi INDEXED BY EventiOrdine "
                        "WHERE (Data, Ora, ProgEv) > (?, ?, ?) ORDER BY Data, Ora, ProgEv LIMIT 1 OFFSET ?"),
-        {m_key[0], m_key[1], m_row, rowsAtOnce - 1}, [this, &isMore](const Statement &row) {
+        {m_key[0], m_key[1], m_row, rowsOfAStep - 1}, [this, &isMore](const Statement &row) {
             m_key = {row.text(0), row.text(1)};
             m_row = row.integer(2);
             isMore = true;

@@ -6,9 +6,9 @@
 
 namespace {
 
-constexpr double gap = 3;         ///< between rows, and beside their captions
-constexpr double heavy = 2;       ///< outline of what is marked, line of the present moment
-constexpr double leastWidth = 24; ///< of a row, in average characters
+constexpr double rowGap = 3;           ///< between rows, and beside their captions
+constexpr double heavy = 2;            ///< outline of what is marked, line of the present moment
+constexpr double leastCharacters = 24; ///< of a row, in average characters
 constexpr double usualWidth = 36;
 constexpr double leastHeight = 1; ///< of a row, in lines
 constexpr double usualHeight = 1.3;
@@ -41,12 +41,12 @@ QSize StripPicture::sizeHint() const
 
 QSize StripPicture::minimumSizeHint() const
 {
-    return sizeFor(leastWidth, leastHeight);
+    return sizeFor(leastCharacters, leastHeight);
 }
 
 QSize StripPicture::sizeFor(double characters, double lines) const
 {
-    const double row = lines * fontMetrics().height() + gap;
+    const double row = lines * fontMetrics().height() + rowGap;
     return {captionWidth() + qCeil(characters * fontMetrics().averageCharWidth()),
             qCeil(row * static_cast<double>(m_strips.strips.size()) + fontMetrics().height())};
 }
@@ -56,7 +56,7 @@ int StripPicture::captionWidth() const
     int width = 0;
     for (const Strips::Strip &strip : m_strips.strips)
         width = qMax(width, fontMetrics().horizontalAdvance(strip.caption));
-    return width + qRound(2 * gap);
+    return width + qRound(2 * rowGap);
 }
 
 int StripPicture::rowHeight() const
@@ -69,7 +69,7 @@ int StripPicture::rowHeight() const
 QRectF StripPicture::rowRect(qsizetype strip) const
 {
     const double top = fontMetrics().height() + static_cast<double>(strip) * rowHeight();
-    return {static_cast<double>(captionWidth()), top, width() - captionWidth() - heavy, rowHeight() - gap};
+    return {static_cast<double>(captionWidth()), top, width() - captionWidth() - heavy, rowHeight() - rowGap};
 }
 
 QRectF StripPicture::spanRect(qsizetype strip, Strips::Span span) const
@@ -93,7 +93,7 @@ void StripPicture::paintEvent(QPaintEvent * /*event*/)
         const Strips::Strip &strip = m_strips.strips[i];
         const QRectF row = rowRect(i);
         painter.setPen(text);
-        painter.drawText(QRectF(0, row.top(), captionWidth() - gap, row.height()), Qt::AlignRight | Qt::AlignVCenter,
+        painter.drawText(QRectF(0, row.top(), captionWidth() - rowGap, row.height()), Qt::AlignRight | Qt::AlignVCenter,
                          strip.caption);
         const QRectF there = spanRect(i, strip.there);
         painter.fillRect(there, palette().color(QPalette::Base));
@@ -120,7 +120,7 @@ void StripPicture::paintEvent(QPaintEvent * /*event*/)
             for (const auto &[role, thickness] :
                  {std::pair(QPalette::Base, 3 * heavy), std::pair(QPalette::Text, heavy)}) {
                 painter.setPen(QPen(palette().color(role), thickness, Qt::SolidLine, Qt::FlatCap));
-                painter.drawLine(QPointF(x, row.top() - gap), QPointF(x, row.bottom() + gap));
+                painter.drawLine(QPointF(x, row.top() - rowGap), QPointF(x, row.bottom() + rowGap));
             }
         }
     }
