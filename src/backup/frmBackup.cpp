@@ -90,7 +90,7 @@ frmBackup::frmBackup(const Texts &texts, DailyBackup &backup, Messages &messages
     connect(chkDaily, &QCheckBox::toggled, txtTime, &QWidget::setEnabled);
     connect(cmdNow, &QPushButton::clicked, this, &frmBackup::cmdNow_Click);
     connect(cmdStop, &QPushButton::clicked, this, &frmBackup::cmdStop_Click);
-    connect(cmdChiudi, &QPushButton::clicked, this, &QWidget::close);
+    connect(cmdChiudi, &QPushButton::clicked, this, &frmBackup::cmdChiudi_Click);
     connect(&backup, &DailyBackup::progressed, this, &frmBackup::showState);
     connect(&backup, &DailyBackup::ended, this, &frmBackup::showEnd);
     setKeys(cmdNow, cmdChiudi);
@@ -142,7 +142,14 @@ void frmBackup::cmdStop_Click()
 {
     m_backup.stop();
     showState();
+    prgBackup->reset();
     tell(Message{OwnText::BackupStopped, {}, {}});
+}
+
+void frmBackup::cmdChiudi_Click()
+{
+    if (canClose())
+        unload();
 }
 
 /// What is copied at the moment, and which buttons make sense.
@@ -156,10 +163,12 @@ void frmBackup::showState()
     const QDateTime last = m_backup.plan().lastSuccess;
     lblLast->setText(m_texts[OwnText::BackupLast].arg(
         last.isValid() ? last.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) : m_texts[OwnText::BackupNever]));
-    const Task::Progress progress = m_backup.progress();
-    const qint64 kibibytes = 1024;
-    prgBackup->setRange(0, static_cast<int>(qMax<qint64>(1, progress.count / kibibytes)));
-    prgBackup->setValue(static_cast<int>(progress.done / kibibytes));
+    if (isRunning) {
+        const Task::Progress progress = m_backup.progress();
+        const qint64 kibibytes = 1024;
+        prgBackup->setRange(0, static_cast<int>(qMax<qint64>(1, progress.count / kibibytes)));
+        prgBackup->setValue(static_cast<int>(progress.done / kibibytes));
+    }
     if (const QString file = m_backup.file(); !file.isEmpty())
         tell(Message{OwnText::BackupCopying, {shownName(file)}, {}});
 }
@@ -173,6 +182,11 @@ void frmBackup::tell(std::optional<Message> state)
 void frmBackup::showEnd(const Result<void> &result, int copied)
 {
     showState();
+    // What is done is all of it; what has failed is not somewhere on its way.
+    if (result)
+        prgBackup->setValue(prgBackup->maximum());
+    else
+        prgBackup->reset();
     tell(result ? std::optional(Message{OwnText::BackupDone, {QString::number(copied)}, {}}) : std::nullopt);
     if (!result && !m_backup.isDaily())
         refuse(m_texts.sentence(m_backup.messageOf(result.fault(), false)));

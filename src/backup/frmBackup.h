@@ -31,6 +31,7 @@ private:
     void cmdFolder_Click();
     void cmdNow_Click();
     void cmdStop_Click();
+    void cmdChiudi_Click();
     void showState();
     void tell(std::optional<Message> state);
     void showEnd(const Result<void> &result, int copied);

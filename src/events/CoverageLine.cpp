@@ -1,8 +1,11 @@
 #include "events/CoverageLine.h"
 
 #include "widgets/ChildWindow.h"
+#include "widgets/Forms.h"
 
 #include <QEvent>
+#include <QStyleOptionFocusRect>
+#include <QStylePainter>
 
 CoverageLine::CoverageLine(const Texts &texts, Journal &journal, ChildWindow *window)
     : m_texts(texts), m_journal(journal), m_runner(new TaskRunner(window))
@@ -43,6 +46,31 @@ void CoverageLine::say(const QList<CoveredSpan> &spans)
     m_missing = missingOf(spans);
     setCaptions();
     setVisible(!spans.isEmpty());
+}
+
+void CoverageLine::setCaptions()
+{
+    const int beside = 2 * fontMetrics().height(); // of the words
+    setText(inLines(coverageWords(m_missing, m_texts), fontMetrics(), m_width - beside));
+}
+
+void CoverageLine::fit(int width)
+{
+    m_width = width;
+    setCaptions();
+}
+
+/// A flat button shows nothing of having the keyboard.
+void CoverageLine::paintEvent(QPaintEvent *event)
+{
+    QPushButton::paintEvent(event);
+    if (!hasFocus())
+        return;
+    QStylePainter painter(this);
+    QStyleOptionFocusRect frame;
+    frame.initFrom(this);
+    frame.state |= QStyle::State_KeyboardFocusChange;
+    painter.drawPrimitive(QStyle::PE_FrameFocusRect, frame);
 }
 
 void CoverageLine::changeEvent(QEvent *event)

@@ -23,9 +23,11 @@ public:
     /// @param ended  called when that is said; not when the window closes before
     void find(const DailyHours &hours, const Moment &until, std::function<void()> ended);
     /// Says the same in the language of now.
-    void setCaptions() { setText(coverageWords(m_missing, m_texts)); }
+    void setCaptions();
+    /// Breaks what is wider than @p width, in pixels.
+    void fit(int width);
     /// The line when it says that something is missing, else "".
-    QString missing() const { return m_missing.isNothing() ? QString() : text(); }
+    QString missing() const { return m_missing.isNothing() ? QString() : coverageWords(m_missing, m_texts); }
 
 Q_SIGNALS:
     /// The operator wants to see the journal of these days.
@@ -33,6 +35,7 @@ Q_SIGNALS:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     void say(const QList<CoveredSpan> &spans);
@@ -44,4 +47,5 @@ private:
     std::unique_ptr<CoverageReading> m_reading;
     DailyHours m_hours;
     Missing m_missing;
+    int m_width = QWIDGETSIZE_MAX; ///< that there is room for
 };

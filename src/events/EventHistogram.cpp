@@ -14,7 +14,9 @@
 
 namespace {
 
-constexpr int lines = 7;         ///< height, of which one stands above the bars and one below
+// Height, of which a line stands above the bars and one below.
+constexpr int usualLines = 7;
+constexpr int leastLines = 5;
 constexpr int leastBarWidth = 3; ///< pixels; where more bars would be thinner some of them become one
 constexpr double frame = 2;
 
@@ -27,7 +29,7 @@ public:
     {
         setObjectName(QStringLiteral("Istogramma"));
         setFocusPolicy(Qt::StrongFocus);
-        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
     }
 
     /// Makes the bars anew for the present width.
@@ -45,7 +47,8 @@ public:
     }
     void describe() { setAccessibleDescription(m_current < m_bars.size() ? words(m_bars[m_current]) : QString()); }
 
-    QSize sizeHint() const override { return {0, lines * fontMetrics().height()}; }
+    QSize sizeHint() const override { return {0, usualLines * fontMetrics().height()}; }
+    QSize minimumSizeHint() const override { return {0, leastLines * fontMetrics().height()}; }
 
 protected:
     bool event(QEvent *event) override
@@ -218,7 +221,7 @@ private:
 };
 
 EventHistogram::EventHistogram(const Texts &texts, QWidget *parent)
-    : QWidget(parent), m_texts(texts), cmdIstogramma(new QToolButton), m_bars(new Bars(*this))
+    : QWidget(parent), m_texts(texts), cmdIstogramma(new QToolButton(this)), m_bars(new Bars(*this))
 {
     cmdIstogramma->setObjectName(QStringLiteral("cmdIstogramma"));
     cmdIstogramma->setAutoRaise(true);

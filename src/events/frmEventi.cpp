@@ -167,6 +167,7 @@ void frmEventi::resizeEvent(QResizeEvent *event)
 {
     ChildWindow::resizeEvent(event);
     FrameRic->fit(roomForContent());
+    m_coverage->fit(roomForContent());
 }
 
 void frmEventi::setCaptions()

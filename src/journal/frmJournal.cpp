@@ -19,7 +19,6 @@ namespace {
 
 constexpr int daysOfAWeek = 7;
 constexpr int leastDays = 4;             ///< in sight
-constexpr int mostCharacters = 60;       ///< of a row's words, in most cases
 constexpr double journalShare = 2.0 / 3; ///< of the main window's height
 
 } // namespace
@@ -143,10 +142,14 @@ QList<RowsModel::Column> frmJournal::dayColumns() const
 
 QList<RowsModel::Column> frmJournal::noteColumns() const
 {
+    const JournalRow longest = {{},
+                                {},
+                                JournalKind::Searched,
+                                QStringLiteral("00/00/0000 - 00/00/0000, 00:00:00 - 00:00:00"),
+                                QStringLiteral("000000")};
     return {{m_texts[Text::Data], 1000, Qt::AlignHCenter | Qt::AlignVCenter, QStringLiteral("00/00/0000")},
             {m_texts[Text::Ora], 800, Qt::AlignHCenter | Qt::AlignVCenter, QStringLiteral("00:00:00")},
-            {m_texts[OwnText::JournalWhat], 6000, Qt::AlignLeft | Qt::AlignVCenter,
-             QString(mostCharacters, QLatin1Char('n')), true}};
+            {m_texts[OwnText::JournalWhat], 6000, Qt::AlignLeft | Qt::AlignVCenter, rowWords(longest, m_texts), true}};
 }
 
 /// The rows themselves are made of the journal whenever they are painted.
@@ -175,6 +178,7 @@ void frmJournal::resizeEvent(QResizeEvent *event)
 {
     ChildWindow::resizeEvent(event);
     fraRange->fit(roomForContent());
+    sayCoverage();
 }
 
 void frmJournal::showEvent(QShowEvent *event)
@@ -265,10 +269,16 @@ void frmJournal::showDays()
     sayCoverage();
 }
 
-void frmJournal::sayCoverage()
+/// What is known of the days that were read; "" where none were.
+QString frmJournal::coverage() const
 {
     const bool isRead = m_reading && !m_runner.isRunning() && !m_reading->spans().isEmpty();
-    lblCoverage->setText(isRead ? coverageWords(missingOf(m_reading->spans()), m_texts) : QString());
+    return isRead ? coverageWords(missingOf(m_reading->spans()), m_texts) : QString();
+}
+
+void frmJournal::sayCoverage()
+{
+    lblCoverage->setText(inLines(coverage(), fontMetrics(), roomForContent()));
 }
 
 void frmJournal::showRows()
@@ -306,7 +316,6 @@ void frmJournal::print()
     const auto fields = [this, rows = m_rows, shown = m_shown](qsizetype row) {
         return JournalReport::fields(rows[shown[row]], m_texts);
     };
-    m_printing.print(
-        std::make_unique<JournalReport>(m_texts, TableReport::Rows{m_shown.size(), fields}, lblCoverage->text()),
-        windowTitle());
+    m_printing.print(std::make_unique<JournalReport>(m_texts, TableReport::Rows{m_shown.size(), fields}, coverage()),
+                     windowTitle());
 }

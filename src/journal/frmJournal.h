@@ -54,6 +54,7 @@ private:
     void refuse(Text message, QLineEdit *box);
     void read(QDate first, QDate last);
     void showRead();
+    QString coverage() const;
     void sayCoverage();
     void showDays();
     void showRows();

@@ -41,3 +41,11 @@ inline void fitTitle(QWidget *form)
 {
     form->setMinimumWidth(form->fontMetrics().horizontalAdvance(form->windowTitle()) + pixels(2250));
 }
+
+/// Sentences, each in a line of its own where all of them are wider than @p width, in pixels.
+inline QString inLines(QString sentences, const QFontMetrics &metrics, int width)
+{
+    if (metrics.horizontalAdvance(sentences) > width)
+        sentences.replace(QStringLiteral(". "), QStringLiteral(".\n"));
+    return sentences;
+}

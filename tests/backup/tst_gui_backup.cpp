@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTimeEdit>
 
@@ -69,6 +70,7 @@ private Q_SLOTS:
         desk.click("cmdNow");
         QVERIFY(!desk.get<QPushButton>("cmdNow")->isEnabled() && desk.get<QPushButton>("cmdStop")->isEnabled());
         QTRY_VERIFY(desk.state().startsWith(u"All is copied"));
+        QCOMPARE(desk.get<QProgressBar>("prgBackup")->text(), u"100%"_s);
         QCOMPARE(desk.get<QLabel>("lblLast")->text(), u"Last successful copy: 05/03/2004 07:45:00"_s);
         QVERIFY(QFile::exists(desk.target.filePath(u"Archivi/Eventi_05-03-2004.zeb"_s)));
         desk.click("cmdNow");

@@ -72,6 +72,7 @@ private Q_SLOTS:
         QVERIFY(control(desk.form, u"cmdIstogramma"_s)->accessibleName() == u"Events by hour"_s);
         desk.press("cmdIstogramma");
         QTRY_VERIFY(bars->isVisible() && bars->width() > 100);
+        QVERIFY(control<QWidget>(desk.form, u"cmdIstogramma"_s)->nextInFocusChain() == bars);
         QCOMPARE(bars->accessibleDescription(), u"05/03/2004 08:00 - 08:59: 300 enabled, 0 disabled"_s);
         QTest::keyClick(bars, Qt::Key_Right);
         QCOMPARE(bars->accessibleDescription(), u"05/03/2004 23:00 - 23:59: 0 enabled, 2 disabled"_s);

@@ -29,6 +29,7 @@ struct JournalDesk : Office {
         if (!form->open())
             qFatal("the window does not open");
         form->show();
+        waitForRows();
     }
     ~JournalDesk() { journal.end(); }
 
@@ -39,8 +40,11 @@ struct JournalDesk : Office {
         clock.moment = clock.moment.addSecs(minutes * 60);
     }
     QTableView *days() { return control<QTableView>(form.get(), u"grdDays"_s); }
+    /// A busy machine reads the journal in turns.
+    void waitForRows() { QTRY_VERIFY(control(form.get(), u"cmdStampa"_s)->isEnabled()); }
     QStringList rows()
     {
+        waitForRows();
         const auto *grid = control<QTableView>(form.get(), u"grdRows"_s);
         QStringList all;
         for (int row = 0; row < grid->model()->rowCount(); ++row)
