@@ -31,6 +31,12 @@ int languageOf(ProgramFolder &folder, int otherwise)
     return language >= Texts::FirstLanguage && language <= Texts::LastLanguage ? language : otherwise;
 }
 
+Protocol protocolOf(ProgramFolder &folder)
+{
+    const Printers printers;
+    return Settings(folder, printers).storedProtocol();
+}
+
 } // namespace
 
 Tool::Tool(const ToolOptions &options, const ProgramPlaces &places, int language, const Clock &clock, QObject *parent)
@@ -120,7 +126,7 @@ Result<std::unique_ptr<Command>> Tool::makeCommand()
         command = std::make_unique<FollowCommand>(site, cursorOf(m_options.cursor), form(), *m_output);
         break;
     case CommandName::Users:
-        command = std::make_unique<UsersCommand>(site, form(), *m_output);
+        command = std::make_unique<UsersCommand>(site, form(), protocolOf(m_folder), *m_output);
         break;
     case CommandName::Coverage:
         command = std::make_unique<CoverageCommand>(site, rangeDay(m_options.query.firstDay, End::First),
