@@ -28,9 +28,13 @@ public:
 
 private:
     static constexpr size_t slots = 32768;
+    /// Places that one may have: two who had the same would else drive each other out all the time.
+    static constexpr size_t ways = 4;
+
+    Names look(QByteArrayView code, QByteArrayView type) const;
 
     const UserDirectory &m_users;
-    std::vector<Names> m_names; ///< one for each value of a hash; who comes later takes the place
+    std::vector<Names> m_names; ///< by a hash; who finds no place free takes the first of his
 };
 
 } // namespace tool

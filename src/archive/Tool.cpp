@@ -8,10 +8,13 @@
 #include "archive/UsersCommand.h"
 #include "archive/VerifyCommand.h"
 #include "archives/Tables.h"
+#include "platform/RegularFile.h"
 #include "startup/PlainText.h"
 #include "startup/Settings.h"
 #include "startup/Startup.h"
 #include "texts/OwnText.h"
+
+#include <QFileInfo>
 
 #include <cstdio>
 
@@ -29,6 +32,22 @@ int languageOf(ProgramFolder &folder, int otherwise)
     const Printers printers;
     const int language = Settings(folder, printers).LeggiImpostazione(QStringLiteral("LINGUA")).toInt();
     return language >= Texts::FirstLanguage && language <= Texts::LastLanguage ? language : otherwise;
+}
+
+Protocol protocolOf(ProgramFolder &folder)
+{
+    const Printers printers;
+    return Settings(folder, printers).storedProtocol();
+}
+
+/// Whether a result would stand beside an archive, or in its place.
+bool liesAmong(const QString &archives, const QString &file)
+{
+    const QString path = QFileInfo(file).absoluteFilePath();
+    const Result<QString> followed = linkFollowed(path);
+    const QString folder = QFileInfo(QFileInfo(followed ? followed.value() : path).path()).canonicalFilePath();
+    const QString real = QFileInfo(archives).canonicalFilePath();
+    return folder == real || folder.startsWith(real + QLatin1Char('/'));
 }
 
 } // namespace
@@ -104,6 +123,9 @@ void Tool::begin()
 
 Result<std::unique_ptr<Command>> Tool::makeCommand()
 {
+    if (!m_options.output.isEmpty() &&
+        liesAmong(m_folder.path(QStringView(ArchiveName::Folder).toString()), m_options.output))
+        return Fault{FaultCode::AccessDenied, m_options.output};
     if (m_options.format != Format::Xls) {
         Result<std::unique_ptr<Output>> output = Output::open(m_options.output, m_disk);
         if (!output)
@@ -120,7 +142,7 @@ Result<std::unique_ptr<Command>> Tool::makeCommand()
         command = std::make_unique<FollowCommand>(site, cursorOf(m_options.cursor), form(), *m_output);
         break;
     case CommandName::Users:
-        command = std::make_unique<UsersCommand>(site, form(), *m_output);
+        command = std::make_unique<UsersCommand>(site, form(), protocolOf(m_folder), *m_output);
         break;
     case CommandName::Coverage:
         command = std::make_unique<CoverageCommand>(site, rangeDay(m_options.query.firstDay, End::First),

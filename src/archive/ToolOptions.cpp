@@ -179,7 +179,9 @@ void Reading::readTimes()
     const QStringList times = value("between").split(QStringLiteral(".."));
     m_options.query.from = timeText(times.constFirst());
     m_options.query.to = timeText(times.constLast());
-    if (times.size() != 2 || m_options.query.from.isEmpty() || m_options.query.to.isEmpty())
+    // Times past midnight would find nothing and say nothing.
+    if (times.size() != 2 || m_options.query.from.isEmpty() || m_options.query.to.isEmpty() ||
+        m_options.query.from > m_options.query.to)
         refuseValue("between");
 }
 

@@ -1,6 +1,7 @@
 #include "archive/UsersCommand.h"
 
 #include "archives/Tables.h"
+#include "codes/CodeRules.h"
 #include "codes/UserColumns.h"
 #include "users/UserLines.h"
 
@@ -74,14 +75,15 @@ Result<QList<User>> UsersCommand::read()
     for (const UserColumn &column : userColumns)
         fields.append(QLatin1String(column.field));
     QList<User> users;
-    const Result<void> read =
-        opened.value().each(QStringLiteral("SELECT %1 FROM Utenti ORDER BY rowid").arg(fields.join(QLatin1Char(','))),
-                            {}, [&users](const Statement &row) {
-                                User user;
-                                for (size_t i = 0; i < userColumns.size(); ++i)
-                                    userColumns.at(i).value.set(user, row.text(static_cast<int>(i)));
-                                users.append(std::move(user));
-                            });
+    const Result<void> read = opened.value().each(
+        QStringLiteral("SELECT %1 FROM Utenti ORDER BY Codice, rowid").arg(fields.join(QLatin1Char(','))), {},
+        [this, &users](const Statement &row) {
+            User user;
+            for (size_t i = 0; i < userColumns.size(); ++i)
+                userColumns.at(i).value.set(user, row.text(static_cast<int>(i)));
+            user.CodTronc = truncatedCode(user.Codice, m_protocol);
+            users.append(std::move(user));
+        });
     return read ? Result<QList<User>>(std::move(users)) : read.fault();
 }
 

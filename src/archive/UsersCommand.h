@@ -3,18 +3,21 @@
 #include "archive/Command.h"
 #include "archive/EventLines.h"
 #include "archive/Output.h"
+#include "startup/Protocol.h"
 
 namespace tool {
 
-/// The register in lines; @p users in the order in which they lie there.
+/// The register in lines.
 QByteArray userLines(const QList<User> &users, const LineForm &form, const Texts &texts);
 
-/// Writes the users of the register, with notes and truncated codes.
+/// Writes the users of the register, with notes and truncated codes, in the order of the register's window.
 class UsersCommand : public Command
 {
 public:
     /// All must outlive this object.
-    UsersCommand(const Site &site, const LineForm &form, Output &output) : m_site(site), m_form(form), m_pending(output)
+    /// @param protocol  that codes are truncated by, whatever the register holds
+    UsersCommand(const Site &site, const LineForm &form, Protocol protocol, Output &output)
+        : m_site(site), m_form(form), m_protocol(protocol), m_pending(output)
     {
     }
 
@@ -25,6 +28,7 @@ private:
 
     const Site m_site;
     const LineForm m_form;
+    const Protocol m_protocol;
     Pending m_pending;
     bool m_isRead = false;
 };

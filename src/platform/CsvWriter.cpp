@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr qsizetype leastRoom = 4096;
+
 bool isBlank(char byte)
 {
     return byte == ' ' || byte == '\t';
@@ -20,23 +22,43 @@ void CsvWriter::field(QStringView text)
 
 void CsvWriter::field(QByteArrayView utf8)
 {
+    char *const begin = room(2 * utf8.size() + 3);
+    char *end = begin;
     if (std::exchange(m_isLineBegun, true))
-        m_bytes += m_separator;
-    const bool hasSpecial = std::any_of(utf8.begin(), utf8.end(),
-                                        [this](char byte) { return m_isSpecial[static_cast<unsigned char>(byte)]; });
+        *end++ = m_separator;
+    char *const bytes = end;
     // Readers may take blanks around a field for none of its own.
-    const bool isQuoted = hasSpecial || (!utf8.isEmpty() && (isBlank(utf8.front()) || isBlank(utf8.back())));
-    if (!isQuoted) {
-        m_bytes.append(utf8);
-        return;
+    bool isQuoted = !utf8.isEmpty() && (isBlank(utf8.front()) || isBlank(utf8.back()));
+    for (const char byte : utf8) {
+        isQuoted |= m_isSpecial[static_cast<unsigned char>(byte)];
+        *end++ = byte;
     }
-    m_bytes += '"';
-    m_bytes += utf8.toByteArray().replace('"', "\"\"");
-    m_bytes += '"';
+    if (isQuoted) {
+        end = bytes;
+        *end++ = '"';
+        for (const char byte : utf8) {
+            if (byte == '"')
+                *end++ = '"';
+            *end++ = byte;
+        }
+        *end++ = '"';
+    }
+    m_size += end - begin;
 }
 
 void CsvWriter::endLine()
 {
-    m_bytes += "\r\n";
+    char *const end = room(2);
+    end[0] = '\r';
+    end[1] = '\n';
+    m_size += 2;
     m_isLineBegun = false;
+}
+
+/// Behind what has been written, for so many bytes.
+char *CsvWriter::room(qsizetype count)
+{
+    if (m_bytes.size() - m_size < count)
+        m_bytes.resize(std::max(2 * m_size, m_size + count + leastRoom));
+    return m_bytes.data() + m_size;
 }

@@ -26,20 +26,24 @@ public:
     void endLine();
 
     /// The bytes since they were last taken, to be written wherever they belong.
-    QByteArray take() { return std::exchange(m_bytes, {}); }
-    qsizetype size() const { return m_bytes.size(); } ///< of what can be taken, in bytes
+    QByteArray take() { return take(m_size); }
+    qsizetype size() const { return m_size; } ///< of what can be taken, in bytes
     /// The first @p size of them.
     QByteArray take(qsizetype size)
     {
-        const QByteArray rest = m_bytes.sliced(size);
+        const QByteArray rest = m_bytes.sliced(size, m_size - size);
         m_bytes.truncate(size);
+        m_size = rest.size();
         return std::exchange(m_bytes, rest);
     }
     /// Forgets the lines behind the first @p size bytes.
-    void cut(qsizetype size) { m_bytes.truncate(size); }
+    void cut(qsizetype size) { m_size = size; }
 
 private:
+    char *room(qsizetype count);
+
     QByteArray m_bytes;
+    qsizetype m_size = 0; ///< of m_bytes, what has been written
     char m_separator;
     std::array<bool, 256> m_isSpecial{}; ///< bytes for which a field is quoted
     bool m_isLineBegun = false;

@@ -160,6 +160,11 @@ Result<void> Settings::read(int systemLanguage, Notices &notices)
     // The print system is asked only when there is need to.
     const QString printer = QStringLiteral("PRN");
     IndStampante = lenient(printer, entry(printer) ? 0 : IndiceStampanteDefault(), notices);
-    CodProtocollo = static_cast<Protocol>(toSixteenBits(leadingNumber(LeggiImpostazione(QStringLiteral("PRTC")))));
+    CodProtocollo = storedProtocol();
     return {};
+}
+
+Protocol Settings::storedProtocol() const
+{
+    return static_cast<Protocol>(toSixteenBits(leadingNumber(LeggiImpostazione(QStringLiteral("PRTC")))));
 }

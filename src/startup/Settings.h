@@ -33,6 +33,8 @@ public:
 
     /// Value of @p key without blanks at its ends; "" when no line has it or the file cannot be read.
     QString LeggiImpostazione(const QString &key) const;
+    /// CodProtocollo as the file has it now.
+    Protocol storedProtocol() const;
     /// Makes @p line the entry of @p key: in the place of every line that has the key, else as the last.
     Result<void> ScriviImpostazione(const QString &key, const QString &line);
     /// Writes the file anew with the defaults.

@@ -2,6 +2,7 @@
 #include "archive/ToolOptions.h"
 #include "archive/UsersCommand.h"
 #include "support/ToolRun.h"
+#include "users/UserExport.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -78,6 +79,7 @@ private Q_SLOTS:
         row("sheet on the terminal", u"search --format xls"_s, u"'--format xls' needs --output FILE"_s);
         row("times", u"search --between 08:00:00-18:00:00"_s, u"'08:00:00-18:00:00' is not possible"_s);
         row("short times", u"search --between 08:00..18:00"_s, {});
+        row("past midnight", u"search --between 22:00..06:00"_s, u"'22:00..06:00' is not possible"_s);
         row("channels", u"search --channels AE"_s, u"'AE' is not possible"_s);
         row("types", u"search --type tx,radio"_s, u"'tx,radio' is not possible"_s);
         row("state", u"search --only on"_s, u"'on' is not possible"_s);
@@ -220,6 +222,20 @@ private Q_SLOTS:
                     .startsWith("FAULT Several users have this name: choose one of 12, 13"));
         QVERIFY(search(run, options(u"search --surname Verdi"_s)).startsWith("FAULT Code or name is not"));
         QVERIFY(!search(run, options(u"search --surname rossi --name anna"_s)).startsWith("FAULT"));
+    }
+
+    /// The file of the window, whatever order and truncated codes the register has.
+    void usersAsTheWindowExports()
+    {
+        TestFolder test;
+        test.addUsers({listOf("9,TX,=a"), listOf("70007,TX,b"), listOf("10,DKS,c")});
+        ToolRun run(test);
+        UsersCommand command(run.site(), {Format::Csv, ';'}, Protocol::Wiegand26Site, run);
+        SavedUsers saved(test.archives);
+        QVERIFY(finish(command) && finish(saved));
+        const UserExport window{test.directory.filePath(u"users.csv"_s), ';', Protocol::Wiegand26Site};
+        QVERIFY(finish(*window.task(test.disk, run.texts, saved.users())));
+        QCOMPARE(run.output, test.read(u"users.csv"_s));
     }
 
     /// A day whose file changes while it is read without a lock is read again.

@@ -153,6 +153,12 @@ private Q_SLOTS:
             return site.tool(u"users"_s, {u"--password-file"_s, site.folder.path(u"pass"_s)});
         };
         QCOMPARE(with("segreta\n").code, 0);
+        // The register does not become a list of itself.
+        const QString link = site.directory.filePath(u"list"_s);
+        QVERIFY(QFile::link(site.folder.path(QStringView(ArchiveName::Users).toString()), link));
+        QCOMPARE(site.tool(u"users"_s, {u"--password-file"_s, site.folder.path(u"pass"_s), u"--output"_s, link}).code,
+                 2);
+        QCOMPARE(with("segreta\n").code, 0);
         const Ended wrong = with("falsa\n");
         QVERIFY(wrong.code == 2 && wrong.output.isEmpty() && wrong.errors.count('\n') == 1);
         const Ended nobody = site.tool(u"users"_s);
