@@ -16,7 +16,7 @@ namespace {
 
 // Height, of which a line stands above the bars and one below.
 constexpr int usualLines = 7;
-constexpr int leastLines = 5;
+constexpr int linesOfLeast = 5;
 constexpr int leastBarWidth = 3; ///< pixels; where more bars would be thinner some of them become one
 constexpr double frame = 2;
 
@@ -48,7 +48,7 @@ public:
     void describe() { setAccessibleDescription(m_current < m_bars.size() ? words(m_bars[m_current]) : QString()); }
 
     QSize sizeHint() const override { return {0, usualLines * fontMetrics().height()}; }
-    QSize minimumSizeHint() const override { return {0, leastLines * fontMetrics().height()}; }
+    QSize minimumSizeHint() const override { return {0, linesOfLeast * fontMetrics().height()}; }
 
 protected:
     bool event(QEvent *event) override
