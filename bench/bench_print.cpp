@@ -101,8 +101,9 @@ int main(int argumentCount, char *arguments[])
     QEventLoop loop;
     QTimer::singleShot(2000, &loop, &QEventLoop::quit);
     const double idle = longestGap(loop);
-    printing.findPrinter(
-        [&] { printing.print(std::make_unique<EventReport>(report(texts)), u"bench"_s, [&loop](bool) { loop.quit(); }); });
+    printing.findPrinter([&] {
+        printing.print(std::make_unique<EventReport>(report(texts)), u"bench"_s, [&loop](bool) { loop.quit(); });
+    });
     print("longest gap of a 5 ms heartbeat, printing 10,000 events", longestGap(loop), idle, "ms");
     return 0;
 }
