@@ -38,7 +38,7 @@ int FollowCommand::pause() const
 Result<bool> FollowCommand::step(const QDeadlineTimer &until)
 {
     if (!m_isWritten) {
-        const Result<bool> written = m_pending.write(until);
+        Result<bool> written = m_pending.write(until);
         if (!written)
             return written;
         m_isWritten = written.value();

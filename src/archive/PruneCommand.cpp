@@ -65,7 +65,7 @@ Result<void> PruneCommand::list()
 
 Result<bool> PruneCommand::step(const QDeadlineTimer &until)
 {
-    const Result<bool> written = m_pending.write(until);
+    Result<bool> written = m_pending.write(until);
     if (!written || !written.value())
         return written;
     switch (m_stage) {

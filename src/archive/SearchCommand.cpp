@@ -67,7 +67,7 @@ QString SearchCommand::state() const
 Result<bool> SearchCommand::step(const QDeadlineTimer &until)
 {
     if (m_pending) {
-        const Result<bool> written = m_pending->write(until);
+        Result<bool> written = m_pending->write(until);
         if (!written || !written.value())
             return written;
     }
@@ -77,7 +77,7 @@ Result<bool> SearchCommand::step(const QDeadlineTimer &until)
         const Result<void> begun = begin();
         return begun ? Result<bool>(false) : Result<bool>(begun.fault());
     }
-    const Result<bool> searched = m_search.step(until);
+    Result<bool> searched = m_search.step(until);
     if (!searched)
         return searched;
     if (m_pending)
@@ -96,7 +96,7 @@ Result<void> SearchCommand::begin()
         if (Result<void> created = m_sheet->create(); !created)
             return created;
     }
-    if (const Result<void> read = m_users.open(); !read)
+    if (Result<void> read = m_users.open(); !read)
         return read;
     TypedQuery query = m_options.query;
     if (Result<void> found = findPerson(query); !found)

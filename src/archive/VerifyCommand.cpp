@@ -85,7 +85,7 @@ void VerifyCommand::list(const QString &folder)
 
 Result<bool> VerifyCommand::step(const QDeadlineTimer &until)
 {
-    const Result<bool> written = m_pending.write(until);
+    Result<bool> written = m_pending.write(until);
     if (!written || !written.value())
         return written;
     if (!m_names.isEmpty()) {

@@ -98,7 +98,7 @@ Result<DayView::Seen> DayView::look()
 /// @return true when all has been read
 Result<bool> DayView::readOn()
 {
-    const Result<bool> read = m_last.step(QDeadlineTimer(lookMilliseconds));
+    Result<bool> read = m_last.step(QDeadlineTimer(lookMilliseconds));
     m_isReading = read && !read.value();
     if (!read || m_isReading)
         return read;
