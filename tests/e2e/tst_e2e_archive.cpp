@@ -125,10 +125,13 @@ private Q_SLOTS:
         const QStringList first = linesOf(follower.output);
         QVERIFY(first.size() > 10);
         const QString cursor = first.constLast().section(u'"', 3, 3);
+        const qsizetype stand = site.foundByTheWindow().size();
+        QTRY_VERIFY_WITH_TIMEOUT(site.foundByTheWindow().size() > stand, 20'000);
         interface.end();
         QTest::qWait(1500);
         QCOMPARE(supervisor.end(), 0);
         Running next("kor-archive", {u"follow"_s, u"--folder"_s, site.directory.path(), u"--after"_s, cursor});
+        QVERIFY(next.tells("cursor"));
         QTest::qWait(1500);
         QCOMPARE(next.end(), 0);
         const QStringList all = first + linesOf(next.output);
