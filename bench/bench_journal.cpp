@@ -1,13 +1,10 @@
 // What the service journal costs the road of an event, and what it takes to say whether the program listened.
 
+#include "Line.h"
 #include "Measure.h"
 
 #include "journal/Journal.h"
 #include "journal/JournalReading.h"
-#include "link/EventLog.h"
-#include "link/LineReader.h"
-#include "platform/PseudoTerminal.h"
-#include "support/Fixtures.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -20,20 +17,9 @@ namespace {
 constexpr int rowsADay = 200;
 constexpr qint64 day = 86'400;
 
-/// A line with all that stands behind it, over a pseudo-terminal.
-struct Line {
-    Line()
-    {
-        test.addUsers({{QStringLiteral("1001"), QStringLiteral("TX"), QStringLiteral("A"), QStringLiteral("B")}});
-        if (!interface.open() || !users.open())
-            qFatal("the line cannot be made");
-        log.open();
-        serial.setCommPort(1);
-        serial.setInputLen(1);
-        if (!serial.setPortOpen(true))
-            qFatal("the port cannot be opened");
-        serial.setRThreshold(1);
-    }
+/// A line whose events are stored as they come, and a journal.
+struct JournalledLine : Line {
+    JournalledLine() : Line(1) { serial.setRThreshold(1); }
     /// Microseconds from the write of a record's LF to the committed row.
     double store()
     {
@@ -52,21 +38,6 @@ struct Line {
         return took;
     }
 
-    TestFolder test;
-    FakeClock clock;
-    Notices notices;
-    FakePrinters printers;
-    Settings settings{test.folder, printers};
-    PseudoTerminal interface {
-        test.directory.filePath(QStringLiteral("Porte/COM1"))
-    };
-    SerialPorts ports{test.folder};
-    SerialControl serial{ports};
-    LinkMonitor link{serial, settings, clock};
-    UserDirectory users{test.archives, ArchiveName::UsersSnapshot};
-    EventLog log{test.archives, clock, notices};
-    EventRoad road{users, log, clock};
-    LineReader reader{serial, link, road};
     Journal journal{test.archives, clock, notices};
 };
 
@@ -74,8 +45,8 @@ void road()
 {
     constexpr int events = 4000;
     constexpr int eventsBetweenRows = 19;
-    Line with;
-    Line without;
+    JournalledLine with;
+    JournalledLine without;
     with.journal.begin(QStringLiteral("bench"));
     with.journal.wake();
     QList<double> on;
