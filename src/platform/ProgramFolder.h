@@ -59,6 +59,9 @@ private:
 };
 
 /// Holds folders for one program; the hold ends with the process, however it ends.
+///
+/// The folder itself is locked, not a file in it: nothing is written into a folder that is not ours, and nothing stays
+/// after a crash.
 class FolderLock
 {
 public:

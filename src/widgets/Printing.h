@@ -21,6 +21,8 @@ class frmStampaInCorso;
 /// operator is told.
 ///
 /// The document is painted to a file before the print system hears of it: what was stopped or failed prints nothing.
+/// The library's own printer would ask the print system, for minutes when that is silent, print half of a stopped
+/// document, and swallow a refusal.
 /// What becomes of a document that was handed over is the current printer's affair.
 class Printing : public QObject
 {
