@@ -16,8 +16,6 @@ void ArchiveBytes::Closer::operator()(sqlite3_file *file) const
 
 Result<ArchiveBytes> ArchiveBytes::open(const QString &path)
 {
-    if (!QFile::exists(path))
-        return Fault{FaultCode::NotFound, path};
     sqlite3_vfs *system = sqlite3_vfs_find(nullptr);
     // It wants names with two zeros behind them.
     const QByteArray name = QFile::encodeName(path) + '\0';
@@ -27,7 +25,7 @@ Result<ArchiveBytes> ArchiveBytes::open(const QString &path)
     ArchiveBytes bytes(static_cast<sqlite3_file *>(memory), path);
     constexpr int flags = SQLITE_OPEN_READONLY | SQLITE_OPEN_MAIN_DB;
     if (system->xOpen(system, name.constData(), bytes.m_file.get(), flags, nullptr) != SQLITE_OK)
-        return Fault{FaultCode::AccessDenied, path};
+        return Fault{QFile::exists(path) ? FaultCode::AccessDenied : FaultCode::NotFound, path};
     return bytes;
 }
 
@@ -50,7 +48,7 @@ Result<QByteArray> ArchiveBytes::read(qint64 position, qsizetype count)
     const Result<qint64> size = this->size();
     if (!size)
         return size.fault();
-    QByteArray bytes(std::clamp<qint64>(size.value() - position, 0, count), '\0');
+    QByteArray bytes(std::clamp<qint64>(size.value() - position, 0, count), Qt::Uninitialized);
     if (!bytes.isEmpty() &&
         m_file->pMethods->xRead(m_file.get(), bytes.data(), static_cast<int>(bytes.size()), position) != SQLITE_OK)
         return Fault{FaultCode::InputOutput, m_path};

@@ -2,6 +2,8 @@
 
 #include "platform/RegularFile.h"
 
+#include <sys/stat.h>
+
 namespace {
 
 constexpr qsizetype bytesAtOnce = 256 << 10;
@@ -88,9 +90,7 @@ Result<bool> ArchiveFetch::copyOn(const QDeadlineTimer &until)
         if (!bytes)
             return bytes.fault();
         if (bytes.value().isEmpty()) {
-            if (const Result<void> put =
-                    m_target->put(m_stamps.at(m_part)->modified, QFile::ReadOwner | QFile::WriteOwner);
-                !put)
+            if (const Result<void> put = m_target->put(m_stamps.at(m_part)->modified, S_IRUSR | S_IWUSR); !put)
                 return put.fault();
             m_target.reset();
             return true;

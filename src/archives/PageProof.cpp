@@ -55,11 +55,34 @@ struct Secret {
     QByteArray salt;
 };
 
-class Sums
+/// The number of pages that stands in the first one; 0 when none that can be relied on does.
+quint32 pagesOf(const unsigned char *first, const QByteArray &key)
+{
+    // The header of the database but for its first bytes, in whose place the salt stands.
+    constexpr int size = 96 - ArchiveKeys::SaltSize;
+    std::array<unsigned char, size> header{};
+    const std::unique_ptr<EVP_CIPHER_CTX, Freer> context(EVP_CIPHER_CTX_new());
+    EVP_DecryptInit_ex(context.get(), EVP_aes_256_cbc(), nullptr,
+                       reinterpret_cast<const unsigned char *>(key.constData()), first + vectorAt);
+    EVP_CIPHER_CTX_set_padding(context.get(), 0);
+    int decrypted = 0;
+    EVP_DecryptUpdate(context.get(), header.data(), &decrypted, first + ArchiveKeys::SaltSize, size);
+    const auto number = [&header](qsizetype place) {
+        return qFromBigEndian<quint32>(header.data() + place - ArchiveKeys::SaltSize);
+    };
+    // It counts where it was written with the last change.
+    constexpr qsizetype changes = 24, pages = 28, changesThen = 92;
+    return decrypted == size && number(changes) == number(changesThen) ? number(pages) : 0;
+}
+
+} // namespace
+
+class PageProof::Sums
 {
 public:
-    explicit Sums(const QByteArray &key)
+    explicit Sums(const QByteArray &rawKey) : secret(rawKey)
     {
+        const QByteArray key = secret.sumKey();
         const std::unique_ptr<EVP_MAC, Freer> mac(EVP_MAC_fetch(nullptr, "HMAC", nullptr));
         m_context.reset(EVP_MAC_CTX_new(mac.get()));
         std::string digest = "SHA1";
@@ -85,56 +108,43 @@ public:
                CRYPTO_memcmp(sum.data(), page + sumAt, sum.size()) == 0;
     }
 
+    const Secret secret;
+
 private:
     std::unique_ptr<EVP_MAC_CTX, Freer> m_context;
 };
 
-/// The number of pages that stands in the first one; 0 when none that can be relied on does.
-quint32 pagesOf(const unsigned char *first, const QByteArray &key)
+PageProof::PageProof() : m_bytes(provenAtOnce * pageSize, Qt::Uninitialized)
 {
-    // The header of the database but for its first bytes, in whose place the salt stands.
-    constexpr int size = 96 - ArchiveKeys::SaltSize;
-    std::array<unsigned char, size> header{};
-    const std::unique_ptr<EVP_CIPHER_CTX, Freer> context(EVP_CIPHER_CTX_new());
-    EVP_DecryptInit_ex(context.get(), EVP_aes_256_cbc(), nullptr,
-                       reinterpret_cast<const unsigned char *>(key.constData()), first + vectorAt);
-    EVP_CIPHER_CTX_set_padding(context.get(), 0);
-    int decrypted = 0;
-    EVP_DecryptUpdate(context.get(), header.data(), &decrypted, first + ArchiveKeys::SaltSize, size);
-    const auto number = [&header](qsizetype place) {
-        return qFromBigEndian<quint32>(header.data() + place - ArchiveKeys::SaltSize);
-    };
-    // It counts where it was written with the last change.
-    constexpr qsizetype changes = 24, pages = 28, changesThen = 92;
-    return decrypted == size && number(changes) == number(changesThen) ? number(pages) : 0;
 }
 
-} // namespace
+PageProof::~PageProof() = default;
 
-bool hasProvenPages(const QString &path, const QByteArray &rawKey)
+bool PageProof::holds(const QString &path, const QByteArray &rawKey)
 {
     QFile file(path);
-    const Secret secret(rawKey);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return false;
-    Sums sums(secret.sumKey());
-    QByteArray bytes(provenAtOnce * pageSize, Qt::Uninitialized);
+    if (!m_sums || m_rawKey != rawKey) {
+        m_sums = std::make_unique<Sums>(rawKey);
+        m_rawKey = rawKey;
+    }
     quint32 number = 0;
     quint32 count = 0;
     qint64 size = 0;
-    while ((size = file.read(bytes.data(), bytes.size())) > 0) {
+    while ((size = file.read(m_bytes.data(), m_bytes.size())) > 0) {
         if (size % pageSize != 0)
             return false;
-        const auto *page = reinterpret_cast<const unsigned char *>(bytes.constData());
+        const auto *page = reinterpret_cast<const unsigned char *>(m_bytes.constData());
         for (const auto *end = page + size; page != end; page += pageSize) {
-            if (!sums.isRight(page, ++number))
+            if (!m_sums->isRight(page, ++number))
                 return false;
             if (number > 1)
                 continue;
             // By the salt, which no check sum covers, the next reader finds the key.
-            if (!bytes.startsWith(secret.salt))
+            if (!m_bytes.startsWith(m_sums->secret.salt))
                 return false;
-            count = pagesOf(page, secret.key);
+            count = pagesOf(page, m_sums->secret.key);
         }
     }
     return size == 0 && number > 0 && number == count;

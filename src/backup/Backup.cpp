@@ -12,9 +12,9 @@
 
 namespace {
 
-/// A lot is flushed at once: a flush for each file would take far longer than the copying.
-constexpr size_t mostLotFiles = 96;
-constexpr size_t leastLotFiles = 24;
+/// A lot is flushed at once: a flush for each file would take far longer than the copying. Each file of two lots is
+/// open.
+constexpr size_t lotFiles = 256;
 constexpr qint64 lotBytes = 64 << 20;
 
 /// What the program and the database library leave behind, and nobody needs.
@@ -78,6 +78,7 @@ void Backup::stop()
 {
     m_isStopped = true;
     m_check.reset();
+    m_lotCheck.reset();
     m_copy.reset();
     m_lot.clear();
     m_checked.clear();
@@ -100,7 +101,7 @@ Result<bool> Backup::step(const QDeadlineTimer &until)
         else if (m_check)
             worked = awaitCheck(until);
         else if (!m_lot.empty())
-            checkLot();
+            finishLot();
         else if (!m_changedFolders.isEmpty())
             worked = going(flushNames());
         else
@@ -153,8 +154,10 @@ Result<bool> Backup::listEntry(const QFileInfo &entry)
             return copied.fault();
     } else if (entry.isFile() && !isPassing(entry.fileName())) {
         const std::optional<FileStamp> stamp = stampOf(entry.filePath());
-        const bool isOpen = hasJournals(entry.isSymLink() ? entry.canonicalFilePath() : entry.filePath());
-        if (stamp && (isOpen || stamp != stampOf(pathOfCopy(name)))) {
+        const auto isOpen = [&entry] {
+            return hasJournals(entry.isSymLink() ? entry.canonicalFilePath() : entry.filePath());
+        };
+        if (stamp && (stamp != stampOf(pathOfCopy(name)) || isOpen())) {
             m_sources.push_back({name, stamp->size});
             m_bytes += stamp->size;
         }
@@ -196,11 +199,9 @@ Result<void> Backup::copyLink(const QString &leadsTo, const QString &link)
     return QFile::link(leadsTo, link) ? Result<void>() : Result<void>(Fault{FaultCode::AccessDenied, link});
 }
 
-/// The last lots are small: nothing goes on beside their checks.
 bool Backup::isLotFull() const
 {
-    const size_t most = std::clamp(m_sources.size(), leastLotFiles, mostLotFiles);
-    return m_lot.size() >= most || m_lotBytes >= lotBytes;
+    return m_lot.size() >= lotFiles || m_lotBytes >= lotBytes;
 }
 
 // How it is copied ---------------------------------------------------------------------------------------------------
@@ -220,7 +221,7 @@ Result<bool> Backup::copyOn(const QDeadlineTimer &until)
     if (copied && !copied.value())
         return true;
     if (copied)
-        m_lot.push_back(std::move(m_copy));
+        addToLot();
     else
         miss(copied.fault());
     m_copy.reset();
@@ -229,17 +230,22 @@ Result<bool> Backup::copyOn(const QDeadlineTimer &until)
     return true;
 }
 
-void Backup::checkLot()
+void Backup::addToLot()
 {
-    std::vector<LotCheck::Archive> archives;
-    for (std::unique_ptr<FileCopy> &copy : m_lot) {
-        if (std::optional<LotCheck::Archive> archive = copy->toBeChecked())
-            archives.push_back(std::move(*archive));
-        m_checked.push_back(std::move(copy));
-    }
+    if (!m_lotCheck)
+        m_lotCheck = std::make_unique<LotCheck>();
+    if (std::optional<LotCheck::Archive> archive = m_copy->toBeChecked())
+        m_lotCheck->add(std::move(*archive));
+    m_lot.push_back(std::move(m_copy));
+}
+
+void Backup::finishLot()
+{
+    std::move(m_lot.begin(), m_lot.end(), std::back_inserter(m_checked));
     m_lot.clear();
     m_lotBytes = 0;
-    m_check = std::make_unique<LotCheck>(archives, m_folder.disk().flushAll(m_folder.root()));
+    m_check = std::move(m_lotCheck);
+    m_check->finish(m_folder.disk().flushAll(m_folder.root()));
 }
 
 Result<bool> Backup::awaitCheck(const QDeadlineTimer &until)

@@ -18,7 +18,7 @@ class QFileInfo;
 /// Copies the program folder into another folder while the program is at work. The copy is a program folder as well.
 ///
 /// What differs is copied, by size and time of modification. Files are copied in lots: a lot is written beside what is
-/// there, read through where it is an archive, flushed as a whole, and only then put in place; meanwhile the next one
+/// there, where it is an archive read through, flushed as a whole, and only then put in place; meanwhile the next one
 /// is written. So each file of the copy is whole whenever the work is cut off. What the program folder does not have
 /// any more stays in the copy.
 class Backup : public Task
@@ -62,7 +62,8 @@ private:
     bool isLotFull() const;
     void beginFile();
     Result<bool> copyOn(const QDeadlineTimer &until);
-    void checkLot();
+    void addToLot();
+    void finishLot();
     Result<bool> awaitCheck(const QDeadlineTimer &until);
     Result<void> putFile();
     Result<void> flushNames();
@@ -81,10 +82,11 @@ private:
     bool m_isListed = false;
     std::unique_ptr<FileCopy> m_copy;
     std::vector<std::unique_ptr<FileCopy>> m_lot; ///< written
+    std::unique_ptr<LotCheck> m_lotCheck;         ///< of these
     qint64 m_lotBytes = 0;
-    std::deque<std::unique_ptr<FileCopy>> m_checked; ///< the lot before it: being checked, then put in place
-    std::unique_ptr<LotCheck> m_check;
-    QSet<QString> m_changedFolders; ///< whose names are not flushed yet
+    std::deque<std::unique_ptr<FileCopy>> m_checked; ///< the lot before it: being flushed, then put in place
+    std::unique_ptr<LotCheck> m_check;               ///< of that one
+    QSet<QString> m_changedFolders;                  ///< whose names are not flushed yet
     std::optional<Fault> m_missed;
     qint64 m_bytesOfFile = 0;
     bool m_isStopped = false;

@@ -29,7 +29,7 @@ FileCopy::FileCopy(ArchiveStore &source, ArchiveStore &target, QString name)
     : m_source(source),
       m_target(target),
       m_name(std::move(name)),
-      m_path(source.folder().path(m_name)),
+      m_path(source.folder().root() + QLatin1Char('/') + m_name),
       m_copied(target.folder().root() + QLatin1Char('/') + m_name),
       m_isArchive(isArchiveName(m_name)),
       // One that was set aside is damaged: it is copied as it is.
@@ -181,7 +181,9 @@ Result<bool> FileCopy::copyBytes(const QDeadlineTimer &until)
 Result<bool> FileCopy::finishBytes()
 {
     const std::optional<FileStamp> now = stampOf(m_path);
-    if (now != m_stamp || m_position != m_stamp.size || isBeingWritten()) {
+    // Within the grain of its clock a file can change unseen.
+    m_isSettled = m_begun - m_stamp.modified >= nanosecondsOfSecond;
+    if (now != m_stamp || m_position != m_stamp.size || (!m_isSettled && isBeingWritten())) {
         m_archive.reset();
         m_plain.reset();
         m_file.reset();
@@ -189,8 +191,6 @@ Result<bool> FileCopy::finishBytes()
             return atSource({FaultCode::Locked, m_path});
         return false;
     }
-    // Within the grain of its clock a file can change unseen.
-    m_isSettled = m_begun - m_stamp.modified >= nanosecondsOfSecond;
     if (!m_isSettled)
         m_stamp.modified -= nanosecondsOfSecond;
     m_archive.reset();
@@ -210,12 +210,9 @@ Result<void> FileCopy::put()
     if (!m_file)
         return {};
     if (m_isArchive) {
-        const Result<QString> file = linkFollowed(m_copied);
-        if (!file)
-            return file.fault();
-        if (Result<void> made = hasJournals(file.value()) ? m_target.makeRoomAt(file.value()) : Result<void>(); !made)
+        const QString &file = m_file->target();
+        if (Result<void> made = hasJournals(file) ? m_target.makeRoomAt(file) : Result<void>(); !made)
             return made;
     }
-    constexpr auto owner = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-    return m_file->put(m_stamp.modified, QFile::permissions(m_path) & owner);
+    return m_file->put(m_stamp.modified, m_stamp.rights);
 }

@@ -2,6 +2,7 @@
 
 #include "archives/Database.h"
 #include "archives/PageProof.h"
+#include "platform/FreshFile.h"
 
 #include <QDeadlineTimer>
 
@@ -10,9 +11,9 @@ namespace {
 /// When the program ends the thread must be out of the libraries, but a device that hangs may not hold the end up.
 constexpr std::chrono::milliseconds patience(200);
 
-std::optional<FaultCode> faultOf(const LotCheck::Archive &archive)
+std::optional<FaultCode> faultOf(const LotCheck::Archive &archive, PageProof &proof)
 {
-    if (archive.isSettled && hasProvenPages(archive.path, archive.rawKey))
+    if (archive.isSettled && proof.holds(archive.path, archive.rawKey))
         return {};
     Result<Database> opened = Database::open(archive.path, archive.rawKey, Database::Use::ThrowAway);
     if (!opened)
@@ -23,35 +24,69 @@ std::optional<FaultCode> faultOf(const LotCheck::Archive &archive)
 
 } // namespace
 
-LotCheck::LotCheck(const std::vector<Archive> &archives, const std::function<Result<bool>()> &flush)
-    : m_reading(
-          [archives, flush, isGivenUp = m_isGivenUp]() -> Result<Faults> {
-              Faults faults;
-              for (const Archive &archive : archives) {
-                  if (*isGivenUp)
-                      return faults;
-                  faults.push_back(faultOf(archive));
-              }
-              return faults;
-          },
-          {}),
-      m_flush(flush, {})
+/// Waits for it. @return nothing when there is none any more
+std::optional<LotCheck::Archive> LotCheck::Queue::next()
 {
+    std::unique_lock lock(mutex);
+    changed.wait(lock, [this] { return isEnded || !archives.empty(); });
+    if (archives.empty())
+        return std::nullopt;
+    Archive archive = std::move(archives.front());
+    archives.pop_front();
+    return archive;
+}
+
+void LotCheck::Queue::end(bool isGivenUp)
+{
+    const std::lock_guard lock(mutex);
+    isEnded = true;
+    if (isGivenUp)
+        archives.clear();
+    changed.notify_one();
+}
+
+Result<LotCheck::Faults> LotCheck::readAll(Queue &queue)
+{
+    Faults faults;
+    PageProof proof;
+    while (const std::optional<Archive> archive = queue.next()) {
+        faults.push_back(faultOf(*archive, proof));
+        FreshFile::beginFlush(archive->path);
+    }
+    return faults;
 }
 
 LotCheck::~LotCheck()
 {
-    *m_isGivenUp = true;
-    (void)m_reading.wait(patience);
+    m_queue->end(true);
+    if (m_reading)
+        (void)m_reading->wait(patience);
+}
+
+void LotCheck::add(Archive archive)
+{
+    {
+        const std::lock_guard lock(m_queue->mutex);
+        m_queue->archives.push_back(std::move(archive));
+        m_queue->changed.notify_one();
+    }
+    if (!m_reading)
+        m_reading.emplace([queue = m_queue] { return readAll(*queue); }, Errand<Faults>::Then());
+}
+
+void LotCheck::finish(const std::function<Result<bool>()> &flush)
+{
+    m_queue->end(false);
+    m_flush.emplace(flush, Errand<bool>::Then());
 }
 
 std::optional<Result<LotCheck::Faults>> LotCheck::wait(std::chrono::milliseconds most)
 {
     const QDeadlineTimer until(most);
-    const std::optional<Result<bool>> flushed = m_flush.wait(most);
+    const std::optional<Result<bool>> flushed = m_flush->wait(most);
     if (!flushed)
         return std::nullopt;
     if (!*flushed)
         return Result<Faults>(flushed->fault());
-    return m_reading.wait(std::chrono::milliseconds(until.remainingTime()));
+    return m_reading ? m_reading->wait(std::chrono::milliseconds(until.remainingTime())) : Result<Faults>(Faults());
 }

@@ -5,14 +5,16 @@
 #include <QByteArray>
 #include <QString>
 
-#include <atomic>
+#include <condition_variable>
+#include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <vector>
 
-/// Reads archives that were copied from their first page to their last, and flushes all that was written, each in a
-/// thread of its own while the next ones are being copied.
+/// Reads archives that were copied from their first page to their last, each as soon as it has been written, and
+/// flushes all that was written once the last one has: in threads of its own, while the next ones are being copied.
 class LotCheck
 {
 public:
@@ -25,16 +27,32 @@ public:
     /// Why each archive cannot be read, in their order; nothing of those that can.
     using Faults = std::vector<std::optional<FaultCode>>;
 
-    /// @param flush  called in a thread, see Disk::flushAll()
-    LotCheck(const std::vector<Archive> &archives, const std::function<Result<bool>()> &flush);
+    LotCheck() = default;
     /// Has the reading end with the archive at hand, and waits a moment for that.
     ~LotCheck();
+    LotCheck(const LotCheck &) = delete;
+    LotCheck &operator=(const LotCheck &) = delete;
 
-    /// @return the answer once it is there, within @p most; its fault is that of the flush
+    /// Has one more archive read.
+    void add(Archive archive);
+    /// No more are added. @param flush  called in a thread, see Disk::flushAll()
+    void finish(const std::function<Result<bool>()> &flush);
+    /// Only after finish(). @return the answer once it is there, within @p most; its fault is that of the flush
     std::optional<Result<Faults>> wait(std::chrono::milliseconds most);
 
 private:
-    std::shared_ptr<std::atomic<bool>> m_isGivenUp = std::make_shared<std::atomic<bool>>(false);
-    Errand<Faults> m_reading;
-    Errand<bool> m_flush;
+    struct Queue {
+        std::optional<Archive> next();
+        void end(bool isGivenUp);
+
+        std::mutex mutex;
+        std::condition_variable changed;
+        std::deque<Archive> archives;
+        bool isEnded = false;
+    };
+    static Result<Faults> readAll(Queue &queue);
+
+    std::shared_ptr<Queue> m_queue = std::make_shared<Queue>();
+    std::optional<Errand<Faults>> m_reading; ///< begins with the first archive
+    std::optional<Errand<bool>> m_flush;
 };

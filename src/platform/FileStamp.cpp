@@ -10,5 +10,5 @@ std::optional<FileStamp> stampOf(const QString &path)
     struct stat status = {};
     if (::stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
-    return FileStamp{status.st_size, status.st_mtim.tv_sec * second + status.st_mtim.tv_nsec};
+    return FileStamp{status.st_size, status.st_mtim.tv_sec * second + status.st_mtim.tv_nsec, status.st_mode & S_IRWXU};
 }

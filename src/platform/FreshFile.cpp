@@ -32,12 +32,16 @@ FreshFile::~FreshFile()
 
 Result<void> FreshFile::create()
 {
-    const Result<QString> file = linkFollowed(m_target);
-    if (!file)
-        return file.fault();
-    m_target = file.value();
-    if (Result<void> regular = checkRegular(m_target); !regular)
-        return regular;
+    struct stat old = {};
+    const bool isThere = ::lstat(QFile::encodeName(m_target).constData(), &old) == 0;
+    if (isThere) {
+        const Result<QString> file = linkFollowed(m_target);
+        if (!file)
+            return file.fault();
+        m_target = file.value();
+        if (Result<void> regular = checkRegular(m_target); !regular)
+            return regular;
+    }
     // The name is short, so that there is room for it wherever the target's own name fits.
     QByteArray name = QFile::encodeName(QFileInfo(m_target).path() + QStringLiteral("/.kor-XXXXXX"));
     m_file = ::mkostemp(name.data(), O_CLOEXEC);
@@ -45,8 +49,7 @@ Result<void> FreshFile::create()
         return systemFault(m_target);
     m_beside = QFile::decodeName(name);
     // Whoever could read the file that it replaces can read this one.
-    struct stat old = {};
-    if (::stat(QFile::encodeName(m_target).constData(), &old) == 0)
+    if (isThere && ::stat(QFile::encodeName(m_target).constData(), &old) == 0)
         (void)::fchmod(m_file, old.st_mode & ALLPERMS);
     // Unbuffered: whoever writes small pieces gathers them.
     open(WriteOnly | Unbuffered);
@@ -85,6 +88,12 @@ bool FreshFile::settle()
     return m_settled >= m_size;
 }
 
+void FreshFile::beginFlush(const QString &beside)
+{
+    const Descriptor file(::open(QFile::encodeName(beside).constData(), O_RDONLY | O_CLOEXEC));
+    (void)::sync_file_range(file.get(), 0, 0, SYNC_FILE_RANGE_WRITE);
+}
+
 Result<void> FreshFile::commit()
 {
     const Result<void> done = m_disk.finish(m_file, m_beside, m_target);
@@ -94,11 +103,11 @@ Result<void> FreshFile::commit()
     return {};
 }
 
-Result<void> FreshFile::put(qint64 modified, QFile::Permissions rights)
+Result<void> FreshFile::put(qint64 modified, mode_t rights)
 {
     constexpr qint64 second = 1'000'000'000;
     const std::array<timespec, 2> times = {timespec{0, UTIME_OMIT}, timespec{modified / second, modified % second}};
-    if (::futimens(m_file, times.data()) != 0 || !QFile::setPermissions(m_beside, rights))
+    if (::futimens(m_file, times.data()) != 0 || ::fchmod(m_file, rights) != 0)
         return systemFault(m_target);
     if (Result<void> renamed = m_disk.renameOnly(m_beside, m_target); !renamed)
         return renamed;

@@ -25,12 +25,17 @@ public:
     /// Waits until the next mebibyte or so lies on the device, so that the flush of commit() finds little to do.
     /// @return true when all that is written has been waited for
     bool settle();
+    /// Has the device begin with what was written to @p beside, whose flush then finds little to do. May be called in
+    /// any thread.
+    static void beginFlush(const QString &beside);
     /// Flushes the file and puts it in the place of its target.
     Result<void> commit();
     /// Puts the file in the place of its target like commit(), but flushes neither it nor the folder: see
     /// Disk::flushAll(), for many files at once.
     /// @param modified  its time of modification, nanoseconds since 1970; @param rights  its rights
-    Result<void> put(qint64 modified, QFile::Permissions rights);
+    Result<void> put(qint64 modified, mode_t rights);
+    /// The file that it takes the place of: once created, what a link leads to.
+    const QString &target() const { return m_target; }
     /// Where it is written to, for a library that writes by itself; "" when there is none.
     const QString &beside() const { return m_beside; }
     /// Why a write failed; InputOutput when none did.

@@ -275,7 +275,7 @@ private Q_SLOTS:
         QVERIFY(sound.size() > 4 * 4096);
         test.write(name, change(sound));
         const auto isProven = [&](const QByteArray &salt) {
-            return hasProvenPages(test.folder.path(name), test.archives.rawKey(salt));
+            return PageProof().holds(test.folder.path(name), test.archives.rawKey(salt));
         };
         QTEST(isProven(sound.first(16)), "proven");
         QVERIFY(!isProven(QByteArray(16, 'x')));
