@@ -115,5 +115,5 @@ int main(int argc, char *argv[])
     backUp(test, target);
     const double gap = heart.longest();
     std::printf("while 50 events a second are stored (%d, %d wait): longest gap of a heartbeat %.1f ms\n", stored,
-                int(log.waiting()), gap);
+                int(waiting(log)), gap);
 }

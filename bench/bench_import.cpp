@@ -90,7 +90,7 @@ int main(int argumentCount, char *arguments[])
     texts.fill(2);
     FakeMessages messages;
     UserRegister users(test.archives, [] { return Protocol::Wiegand26Site; });
-    if (!users.open())
+    if (!users.begin() || !finish(*users.reading()))
         return 1;
     const QByteArray content = list();
     test.write(u"list.csv"_s, content);

@@ -74,7 +74,6 @@ public:
     /// Moves a row to where it stands in the order of a set that has one, and makes it current.
     /// @return false, and nothing changes, when the set does not hold it
     bool settle(qint64 id);
-    int columnCount() const { return static_cast<int>(m_fields.size()); }
 
     Result<void> addNew(const Values &values);
     /// NotFound when the row is deleted or was deleted by another connection.

@@ -46,8 +46,6 @@ public:
 
     /// The moment that lies @p millisecondsAgo.
     Moment momentBefore(qint64 millisecondsAgo) const;
-    /// Rows that are not on disk.
-    qsizetype waiting() const { return m_queue.size(); }
     /// Writes what waits and a sign of life; its own timer calls it in time.
     void wake();
 

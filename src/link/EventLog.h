@@ -19,7 +19,6 @@ class EventLog : public QObject
     Q_OBJECT
 
 public:
-    static constexpr qsizetype WaitingLimit = EventSpool::MemoryLimit;
     /// Whether a code is registered; nothing while nobody knows.
     using Decide = std::function<std::optional<bool>(const QString &code)>;
 
@@ -52,9 +51,6 @@ public:
     /// Tries again to store what waits, each event in the archive of its own day; also done once a second by itself.
     void retry();
 
-    /// Events that wait, on disk or in memory.
-    qsizetype waiting() const { return m_spool.onDisk() + m_spool.inMemory(); }
-    qsizetype undecided() const { return m_spool.undecided(); }
     /// Events that would be lost if the program ended now.
     qsizetype unsaved();
     /// That events wait, and where, or that none is stored; nothing when all is well.

@@ -31,8 +31,6 @@ public:
     bool UtenteEsiste(const QString &code) const { return m_users.contains(code); }
     /// Stores those of the kept events that are of registered codes; call when the register has been read.
     void usersKnown() { m_log.retry(); }
-    /// Events that nobody could decide about so far.
-    qsizetype undecided() const { return m_log.undecided(); }
 
     ReceivedCode &lastReceived() { return m_received; }
 

@@ -246,14 +246,6 @@ qsizetype EventSpool::onDisk() const
     return all;
 }
 
-qsizetype EventSpool::undecided() const
-{
-    qsizetype all = 0;
-    for (const SpoolFile::Counts &counts : m_counts)
-        all += counts.at(indexOf(Mark::Undecided));
-    return all;
-}
-
 // What goes out
 // --------------------------------------------------------------------------------------------------------
 

@@ -54,7 +54,6 @@ public:
     qsizetype count(QDate day, Mark mark) const;
     qsizetype inMemory() const { return m_memory.size(); }
     qsizetype onDisk() const;
-    qsizetype undecided() const;
     /// Why the disk did not take what it was given last.
     const std::optional<Fault> &fault() const { return m_fault; }
     /// What was lost since this was asked last.

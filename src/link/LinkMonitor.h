@@ -35,9 +35,6 @@ public:
     /// What is known of the link, and what is shown of it.
     LinkState state() const { return m_state; }
     Link link() const;
-    /// Minutes until the next periodic check, while checks run.
-    int checkCountdown() const { return m_countdown; }
-    bool checksRun() const { return m_checkDue.has_value(); }
 
     /// Opens the configured port and asks the interface. Ends with noPortChosen, portNotAvailable or queryEnded.
     void ApriCollegamento();
@@ -51,7 +48,7 @@ public:
     void recordReceived();
     /// The operator has closed the message of the alarm.
     void objMessage_Chiudi();
-    /// Another interval of the periodic check: @p minutes from now, -1 = as it was.
+    /// Another interval of the periodic check: @p minutes from now on, 0 = no checks; nothing = as it was.
     void objTempochk_ModificaMin(std::optional<int> minutes);
 
     /// The program ends: nothing is asked any more, and what a query holds is handed back.
@@ -142,5 +139,5 @@ private:
     qint64 m_recordQuietUntil = 0;    ///< no query for a record before this
     std::optional<qint64> m_checkDue; ///< next minute of the countdown
     std::optional<qint64> m_retryDue; ///< next try to open the port
-    int m_countdown = 0;
+    int m_countdown = 0;              ///< minutes until the next periodic check, while checks run
 };

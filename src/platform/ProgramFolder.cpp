@@ -111,11 +111,6 @@ bool ProgramFolder::isWritable(const QString &name) const
     return ::access(QFile::encodeName(path(name)).constData(), W_OK | X_OK) == 0;
 }
 
-Result<void> ProgramFolder::copy(const QString &source, const QString &target)
-{
-    return m_disk.copy(path(source), path(target));
-}
-
 Result<void> ProgramFolder::copyInstalled(const QString &name)
 {
     return m_disk.copy(installed(name), path(name));

@@ -37,7 +37,6 @@ public:
     /// True when files can be made in the folder @p name ("" is the program folder itself).
     bool isWritable(const QString &name) const;
 
-    Result<void> copy(const QString &source, const QString &target);
     /// Copies what was installed as @p name to the same name of the folder.
     Result<void> copyInstalled(const QString &name);
     Result<void> remove(const QString &name);

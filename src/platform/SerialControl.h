@@ -34,7 +34,6 @@ public:
 
     /// Number of the port; takes effect at the next opening.
     void setCommPort(int number) { m_commPort = number; }
-    int commPort() const { return m_commPort; }
 
     bool portOpen() const { return m_transport->isOpen(); }
     /// Opens the port at 9600,N,8,1, or closes it.
@@ -47,7 +46,6 @@ public:
     /// 0 = no notifications, else one for each character received, beginning in the next turn of the event loop with
     /// those that are waiting.
     void setRThreshold(int threshold);
-    int rThreshold() const { return m_rThreshold; }
     /// Kept for the interface's protocol of use; the program waits for no transmission to end.
     void setSThreshold(int threshold) { m_sThreshold = threshold; }
     int sThreshold() const { return m_sThreshold; }
@@ -58,7 +56,6 @@ public:
     /// State wanted for the RTS line: true asserts it. Kept while the port is closed and told to the device as the
     /// first thing after opening, because opening a port asserts the line by itself.
     void setRTSEnable(bool enable);
-    bool rtsEnable() const { return m_rts; }
     /// What the device says of its RTS line; nothing while the port is closed or has no modem lines.
     std::optional<bool> rtsLevel() { return m_transport->enableLine(); }
 

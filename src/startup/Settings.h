@@ -40,7 +40,6 @@ public:
     /// Writes the file anew with the defaults.
     Result<void> CreaImpostazioni(int language);
     int IndiceStampanteDefault() const { return m_printers.listAtOnce().defaultIndex(); }
-    bool StampanteValida(int index) const { return index < m_printers.listAtOnce().names.size(); }
 
     /// Shorthand for ScriviImpostazione(key, key=value).
     Result<void> save(const QString &key, int value);

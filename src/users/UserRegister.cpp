@@ -156,18 +156,6 @@ Result<Database *> UserRegister::beginAnew()
     return begun ? Result<Database *>(m_editor.database()) : Result<Database *>(begun.fault());
 }
 
-Result<void> UserRegister::open()
-{
-    if (Result<void> begun = begin(); !begun)
-        return begun;
-    return finish(*reading());
-}
-
-Result<void> UserRegister::save()
-{
-    return finish(*saving());
-}
-
 std::unique_ptr<Task> UserRegister::saving()
 {
     return m_editor.saving([this] { return keepPasswords(); });

@@ -33,14 +33,12 @@ public:
     UserRegister(ArchiveStore &archives, std::function<Protocol()> protocol);
 
     // As of CopyEditor.
-    Result<void> open();
     Result<void> begin() { return m_editor.begin(); }
     std::unique_ptr<Task> reading();
     /// In place of begin() and reading(): the users of another register, as a change that is not saved yet; the
     /// passwords stay those in force. On a fault no working copy is left.
     /// @param file  absolute path, only read. Faults as of UsersFetch, or of CopyEditor
     std::unique_ptr<Task> restoring(const QString &file);
-    Result<void> save();
     std::unique_ptr<Task> saving();
     void discard();
     bool isChanged() const { return m_editor.isChanged(); }
@@ -49,7 +47,7 @@ public:
     /// Since the working copy was made; past the end of the work as they were then.
     const UserChanges &changes() const { return m_changes; }
 
-    /// The users in the order of their codes; valid after open(). To be read and moved in.
+    /// The users in the order of their codes; valid after reading(). To be read and moved in.
     RecordSet &users() { return m_editor.set(); }
     /// The same as values.
     QList<User> all();
@@ -72,7 +70,7 @@ public:
     /// @param row  0 to users().recordCount() - 1
     Result<void> setText(qsizetype row, const QString &field, const QString &text);
 
-    // Work on all users, in steps. It must be gone before save() and discard(), and only one may be under way.
+    // Work on all users, in steps. It must be gone before saving() and discard(), and only one may be under way.
     /// Only when there is a working copy at hand, as after reading().
     std::unique_ptr<TruncatedCodes> truncatedCodes();
     /// @return NotOpen when there is no working copy at hand, as after a save that failed and left none

@@ -96,11 +96,6 @@ StatusPanels::StatusPanels(const QString &name, const QList<int> &widths, QWidge
     m_remark->hide();
 }
 
-QString StatusPanels::text(int panel) const
-{
-    return m_panels[panel - 1]->text();
-}
-
 void StatusPanels::showText(int panel, const QString &text, const QString &shorter)
 {
     m_panels[panel - 1]->setText(text);

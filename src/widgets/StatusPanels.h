@@ -19,7 +19,6 @@ public:
     /// @param widths  of the panels, in twips; 0 = what the others leave
     StatusPanels(const QString &name, const QList<int> &widths, QWidget *parent = nullptr);
 
-    QString text(int panel) const;
     /// @param shorter  stands in its place where there is too little room; none: the end of the text gives way
     void showText(int panel, const QString &text, const QString &shorter = {});
     /// @param file   of the picture; when it cannot be read the panel is empty but for its words

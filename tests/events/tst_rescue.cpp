@@ -142,7 +142,7 @@ private Q_SLOTS:
                     return !isStored || (view.refresh(1000) && day.isRescued(test));
                 },
                 patience));
-            QCOMPARE(day.log.waiting(), 0);
+            QCOMPARE(waiting(day.log), 0);
             QCOMPARE(takeNotices(day.notices),
                      QStringList{u"Events of the archive '%1' rescued from the files set aside: %2"_s.arg(name).arg(
                          expected.size())});

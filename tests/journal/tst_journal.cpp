@@ -96,7 +96,7 @@ private Q_SLOTS:
         for (int i = 0; i < 100; ++i)
             site.journal->note(JournalKind::InterfaceSwitchedOn);
         QCOMPARE(vfs.steps, QStringList());
-        QTRY_COMPARE(site.journal->waiting(), 0);
+        QTRY_VERIFY(!vfs.steps.isEmpty());
         QCOMPARE(vfs.steps.filter(u"flush"_s), QStringList{u"flush Giornale_2004.zeb-wal"_s});
         site.journal->end();
     }
@@ -190,10 +190,10 @@ private Q_SLOTS:
         site.journal->spaceLeft = [] { return 0; };
         for (qsizetype i = 0; i < Journal::QueueLimit + 9; ++i)
             site.journal->note(JournalKind::InterfaceSwitchedOn);
-        QCOMPARE(site.journal->waiting(), Journal::QueueLimit);
         site.journal->spaceLeft = [] { return Journal::Reserve; };
         site.journal->wake();
         QCOMPARE(site.told().constFirst(), u"20040000010|27|"_s);
+        QCOMPARE(site.told().size(), Journal::QueueLimit);
         QCOMPARE(site.wanted, 1);
     }
 

@@ -58,7 +58,7 @@ private Q_SLOTS:
         test.write(name, content);
         Day day(test);
         day.append(2);
-        QTRY_COMPARE(day.log.waiting(), 0);
+        QTRY_COMPARE(waiting(day.log), 0);
         QCOMPARE(takeNotices(day.notices).size(), 1);
         day.log.close();
         QVERIFY(day.rows().contains(row(day.event(2))));

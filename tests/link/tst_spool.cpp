@@ -34,7 +34,7 @@ private Q_SLOTS:
             expected.append(row(day.event(code)));
         }
         day.log.retry();
-        QVERIFY(day.told.size() == 1 && day.log.waiting() == 3);
+        QVERIFY(day.told.size() == 1 && waiting(day.log) == 3);
         QCOMPARE(day.waits(), waits);
         const QStringList notice = takeNotices(day.notices);
         QVERIFY2(notice.size() == 1 && notice[0].endsWith(reason), qPrintable(notice.join(u'/')));
@@ -57,9 +57,9 @@ private Q_SLOTS:
         Stage stage;
         Day &day = stage.day;
         stage.vfs.refusal = SQLITE_FULL;
-        for (int code = 1; code <= EventLog::WaitingLimit + 7; ++code)
+        for (int code = 1; code <= EventSpool::MemoryLimit + 7; ++code)
             day.append(code);
-        QCOMPARE(day.log.waiting(), EventLog::WaitingLimit);
+        QCOMPARE(waiting(day.log), EventSpool::MemoryLimit);
         for (int second = 0; second < 60; ++second)
             day.log.retry();
         QCOMPARE(takeNotices(day.notices).mid(1), QStringList{u"Events lost: 7"_s});

@@ -47,7 +47,7 @@ private Q_SLOTS:
         QTRY_VERIFY(remark->isVisible());
         QVERIFY(remark->accessibleName().contains(u"is tried again every second"_s));
         interface.write("R/A-000000001X..\r\n");
-        QTRY_COMPARE(program.road().undecided(), 1);
+        QTRY_COMPARE(waiting(program.log()), 1);
         QVERIFY(!window.findChild<QAction *>(u"mnuFile"_s)->isEnabled() && !window.close());
         QVERIFY(!window.findChild<ChildWindow *>());
 

@@ -164,7 +164,7 @@ private Q_SLOTS:
         Database other = desk.test.hold(ArchiveName::Users, "BEGIN EXCLUSIVE; UPDATE Utenti SET Note='x'");
         desk.program.reloadUsers();
         desk.interface.write("R/A-000000022X..\r\n");
-        QTRY_COMPARE(desk.program.road().undecided(), 1);
+        QTRY_COMPARE(waiting(desk.program.log()), 1);
         QVERIFY(other.execute("ROLLBACK"));
         desk.program.tmrRefresh.start(0);
         QTRY_COMPARE(desk.test.rows(ArchiveName::events(u"05-03-2004"_s), u"SELECT Codice FROM Eventi"_s),

@@ -185,7 +185,7 @@ private Q_SLOTS:
             site.execute(users, "DELETE FROM Utenti");
         }
         QTRY_VERIFY(site.program.users().isKnown());
-        QTRY_COMPARE(site.program.road().undecided(), 0);
+        QTRY_COMPARE(waiting(site.program.log()), 0);
         QCOMPARE(site.rows(ArchiveName::events(u"05-03-2004"_s), u"SELECT Codice FROM Eventi"_s),
                  QStringList({u"602"_s, u"602"_s}));
         QCOMPARE(takeNotices(site.program.notices()), QStringList());
@@ -264,14 +264,14 @@ private Q_SLOTS:
         start.run();
         QCOMPARE(gate.calls, QStringList{u"wait"_s});
         interface.write("R/A-000000500X..\r\nR/A-000000501X..\r\n");
-        QTRY_COMPARE(site.program.road().undecided(), 2);
+        QTRY_COMPARE(waiting(site.program.log()), 2);
         QTRY_VERIFY(gate.calls.size() > 1);
         QCOMPARE(gate.calls.constLast(), u"wait"_s);
         other.reset();
         if (isDamaged)
             site.damage(users);
         QTRY_COMPARE(gate.calls.constLast(), then);
-        QTRY_COMPARE(site.program.road().undecided(), isDamaged ? 2 : 0);
+        QTRY_COMPARE(waiting(site.program.log()), isDamaged ? 2 : 0);
         QVERIFY(start.isGateClosed() && site.program.serial().portOpen());
         QCOMPARE(site.read(u"Impost.stp"_s), settings);
         if (!isDamaged) {

@@ -32,11 +32,11 @@ struct Day {
     bool storeAll()
     {
         log.retry();
-        return QTest::qWaitFor([this] { return log.waiting() == 0; });
+        return QTest::qWaitFor([this] { return waiting(log) == 0; });
     }
     /// What the status bar shows.
     QString waits() const { return log.waits() ? english(*log.waits()) : QString(); }
-    qsizetype onDisk() { return log.waiting() - log.unsaved(); }
+    qsizetype onDisk() { return log.unsaved() > 0 ? 0 : waiting(log); }
     /// Another program's hold on the archive of a day, as long as the result lives.
     std::optional<Database> lock(const QString &day = today)
     {

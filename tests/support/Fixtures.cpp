@@ -102,17 +102,14 @@ QStringList TestFolder::rows(QStringView archive, const QString &statement)
     Result<Database> database = archives.open(archive, Database::Use::ThrowAway);
     if (!database)
         return fault(database.fault());
-    Result<RecordSet> set = RecordSet::open(database.value(), statement, RecordSet::Kind::Snapshot);
-    if (!set)
-        return fault(set.fault());
     QStringList rows;
-    for (RecordSet &all = set.value(); !all.isEof(); all.moveNext()) {
+    const Result<void> read = database.value().each(statement, {}, [&rows](const Statement &row) {
         QStringList cells;
-        for (int column = 0; column < all.columnCount(); ++column)
-            cells.append(all.value(column));
+        for (int column = 0; column < row.columnCount(); ++column)
+            cells.append(row.text(column));
         rows.append(cells.join(QLatin1Char('|')));
-    }
-    return rows;
+    });
+    return read ? rows : fault(read.fault());
 }
 
 QString asText(const Event &event)
@@ -137,6 +134,12 @@ QString english(const Message &message)
     Texts texts;
     texts.fill(2);
     return texts.sentence(message);
+}
+
+qsizetype waiting(const EventLog &log)
+{
+    const std::optional<Message> told = log.waits();
+    return told ? told->arguments.value(0).toLongLong() : 0;
 }
 
 QStringList takeNotices(Notices &notices)

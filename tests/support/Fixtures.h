@@ -3,6 +3,7 @@
 #include "archives/ArchiveStore.h"
 #include "archives/RecordSet.h"
 #include "archives/Tables.h"
+#include "link/EventLog.h"
 #include "link/EventRecord.h"
 #include "platform/Clock.h"
 #include "platform/Printers.h"
@@ -193,6 +194,9 @@ QString asText(const Event &event);
 qint64 residentPages();
 
 QString english(const Message &message);
+
+/// How many events wait, as the status bar has it: those in memory where there are any, else those on disk.
+qsizetype waiting(const EventLog &log);
 
 /// Texts of the notices that wait, in English, which are taken.
 QStringList takeNotices(Notices &notices);

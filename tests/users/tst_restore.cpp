@@ -156,7 +156,7 @@ void TestRestore::files()
     }
     QVERIFY(desk.edited.isChanged() && turns > desk.edited.users().recordCount());
     QCOMPARE(desk.test.files(u"Archivi"_s).filter(u"$"_s), QStringList{u"Anatmp.$$$"_s});
-    QVERIFY(desk.edited.save().ok());
+    QVERIFY(finish(*desk.edited.saving()).ok());
     QCOMPARE(desk.test.rows(own, all).join(u','), users);
     QCOMPARE(desk.test.rows(ArchiveName::UsersBackup, all), QStringList{u"1|TX|Neri||"_s});
     QCOMPARE(desk.test.read(own).first(ArchiveKeys::SaltSize), before.first(ArchiveKeys::SaltSize));
@@ -205,18 +205,18 @@ void TestRestore::passwords()
     QVERIFY(!inForce.value().readThrough().ok());
     Passwords passwords(desk.test.archives);
     QCOMPARE(passwords.load(), Passwords::Fault::RegisterUnusable);
-    QVERIFY(desk.edited.save().ok() && passwords.load() == Passwords::Fault::None);
+    QVERIFY(finish(*desk.edited.saving()).ok() && passwords.load() == Passwords::Fault::None);
     QVERIFY(passwords.matches(Passwords::Type::Main, u"apriti"_s) && desk.test.rows(own, all).size() == 2);
 
     QVERIFY(finish(*desk.edited.restoring(desk.file)).ok());
     Desk::setPassword(desk.test, Passwords::Type::Users, u"otra"_s);
-    QVERIFY(desk.edited.save().ok() && passwords.load() == Passwords::Fault::None);
+    QVERIFY(finish(*desk.edited.saving()).ok() && passwords.load() == Passwords::Fault::None);
     QVERIFY(passwords.matches(Passwords::Type::Main, u"apriti"_s));
     QVERIFY(passwords.matches(Passwords::Type::Users, u"otra"_s));
 
     // Should the register vanish meanwhile, they are those of the working copy.
     QVERIFY(finish(*desk.edited.restoring(desk.file)).ok() && desk.test.archives.remove(own).ok());
-    QVERIFY(desk.edited.save().ok() && passwords.load() == Passwords::Fault::None);
+    QVERIFY(finish(*desk.edited.saving()).ok() && passwords.load() == Passwords::Fault::None);
     QVERIFY(passwords.matches(Passwords::Type::Users, u"otra"_s));
 }
 

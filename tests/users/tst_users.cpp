@@ -20,7 +20,7 @@ struct Desk {
         for (const QString &user : users.split(u',', Qt::SkipEmptyParts))
             rows.append(user.split(u' '));
         test.addUsers(rows);
-        if (!edited.open())
+        if (!edited.begin() || !finish(*edited.reading()))
             qFatal("the register does not open");
     }
     /// All users, the current one between brackets.
@@ -176,17 +176,17 @@ void TestUsers::passwordsSurvive()
     // Those that cannot be read are not put back to what they were: nothing is saved, and the work stays.
     QVERIFY(desk.edited.add(u"6"_s, TX).ok());
     desk.test.execute(ArchiveName::Users, "CREATE TABLE Aside AS SELECT * FROM Password; DELETE FROM Password");
-    const Result<void> refused = desk.edited.save();
+    const Result<void> refused = finish(*desk.edited.saving());
     QVERIFY(!refused && refused.fault().code == FaultCode::Damaged && desk.edited.isChanged());
     QCOMPARE(desk.stored().size(), 1);
     desk.test.execute(ArchiveName::Users, "INSERT INTO Password SELECT * FROM Aside; DROP TABLE Aside");
     // Given up between two pieces a save leaves the work where it is.
     QVERIFY(!desk.edited.saving()->step(QDeadlineTimer(0)).value());
-    QVERIFY(desk.edited.save().ok());
+    QVERIFY(finish(*desk.edited.saving()).ok());
     QVERIFY(passwords.load() == Passwords::Fault::None && passwords.matches(Passwords::Type::Main, u"apriti"_s));
     QCOMPARE(desk.stored().size(), 2);
     // Nor are those lost that are set between two turns of a save.
-    QVERIFY(desk.edited.open().ok());
+    QVERIFY(desk.edited.begin().ok() && finish(*desk.edited.reading()));
     const auto saving = desk.edited.saving();
     QVERIFY(!saving->step(QDeadlineTimer(0)).value() &&
             passwords.set(Passwords::Type::Users, u"otra"_s) == Passwords::Fault::None);
