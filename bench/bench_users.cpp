@@ -115,10 +115,9 @@ int main(int argumentCount, char *arguments[])
     Texts texts;
     texts.fill(2);
     FakeMessages messages;
-    EventRoad::ReceivedCode received;
     QPointer<ChildWindow> child;
 
-    QPointer window = new frmLstUtenti(texts, messages, test.archives, {[] { return protocol; }, false, received});
+    QPointer window = new frmLstUtenti(texts, messages, test.archives, {[] { return protocol; }, false});
     QObject::connect(window, &frmLstUtenti::openChild, [&child](ChildWindow *opened) {
         child = opened;
         opened->show();

@@ -18,7 +18,6 @@ bool EventRoad::RegistraEvento(QByteArrayView line)
     const std::optional<EventRecord> record = decodeRecord(line);
     if (!record)
         return false;
-    m_received = {true, record->code, record->type};
     Q_EMIT recordReceived(*record);
     if (!m_users.isKnown()) {
         m_log.appendUndecided(makeEvent(*record, m_clock.now()), m_users.isBeingRead());

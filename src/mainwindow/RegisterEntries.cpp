@@ -118,9 +118,9 @@ frmLstUtenti *RegisterEntries::openWindow(const QString &restored)
 {
     return m_windows.open<frmLstUtenti>([this, restored] {
         const frmLstUtenti::Interface interface = {[this] { return m_program.settings().CodProtocollo; },
-                                                   m_program.link().link() != LinkMonitor::Link::Answering,
-                                                   m_program.road().lastReceived()};
+                                                   m_program.link().link() != LinkMonitor::Link::Answering};
         auto *window = new frmLstUtenti(m_program.texts(), m_messages, m_program.archives(), interface);
+        connect(&m_program.road(), &EventRoad::recordReceived, window, &frmLstUtenti::recordReceived);
         if (!restored.isEmpty())
             window->restoreFrom(restored);
         auto *printing = new Printing(window, m_program.printer(), m_program.texts(), m_messages);

@@ -12,17 +12,16 @@
 
 namespace {
 
-constexpr int pollMilliseconds = 100;
+constexpr int tickMilliseconds = 100;
 
 } // namespace
 
-frmInsCodice::frmInsCodice(const Texts &texts, Messages &messages, std::optional<QString> CodMod,
-                           EventRoad::ReceivedCode &received, Exists exists, QWidget *parent)
+frmInsCodice::frmInsCodice(const Texts &texts, Messages &messages, std::optional<QString> CodMod, Exists exists,
+                           QWidget *parent)
     : ChildWindow(QStringLiteral("frmInsCodice"), parent),
       m_texts(texts),
       m_messages(messages),
       m_codMod(std::move(CodMod)),
-      m_received(received),
       m_exists(std::move(exists)),
       lblCodice(new QLabel),
       txtCodice(new QLineEdit),
@@ -65,8 +64,7 @@ frmInsCodice::frmInsCodice(const Texts &texts, Messages &messages, std::optional
     setKeys(cmdOk, cmdAnnulla);
 
     frmInsCodice::setCaptions();
-    m_received.received = false;
-    tmrRicezione.start(pollMilliseconds);
+    tmrRicezione.start(tickMilliseconds);
     txtCodice->setFocus();
 }
 
@@ -83,13 +81,12 @@ void frmInsCodice::setCaptions()
 
 void frmInsCodice::tmrRicezione_Timer()
 {
-    if (!m_received.received)
+    if (!m_received)
         return;
     // A second transmitter does not take the place of the first.
     tmrRicezione.stop();
-    txtCodice->setText(m_received.code);
-    (m_received.type == CodeType::Transmitter ? optTX : optDKS)->setChecked(true);
-    m_received.received = false;
+    txtCodice->setText(m_received->code);
+    (m_received->type == CodeType::Transmitter ? optTX : optDKS)->setChecked(true);
 }
 
 void frmInsCodice::txtCodice_Change()

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "codes/CodeRules.h"
-#include "link/EventRoad.h"
+#include "link/EventRecord.h"
+#include "texts/Texts.h"
 #include "widgets/ChildWindow.h"
 
 #include <QTimer>
@@ -22,12 +23,15 @@ public:
     enum class Esito { Confirmed, Cancelled };
     using Exists = std::function<bool(const QString &code, CodeType type)>;
 
+    /// @param texts  like the messages, must outlive this window
     /// @param CodMod  code of the user who gets another one, nothing for a new user
-    /// @param received  last code of the line; like the texts and the messages, must outlive this window
     /// @param exists  whether a user has the code and the type already
-    frmInsCodice(const Texts &texts, Messages &messages, std::optional<QString> CodMod,
-                 EventRoad::ReceivedCode &received, Exists exists, QWidget *parent = nullptr);
+    frmInsCodice(const Texts &texts, Messages &messages, std::optional<QString> CodMod, Exists exists,
+                 QWidget *parent = nullptr);
     void setCaptions() override;
+
+    /// A record has come from the interface: the latest one is taken at the next tick.
+    void recordReceived(const EventRecord &record) { m_received = record; }
 
 Q_SIGNALS:
     /// Not told when the program itself closes the window.
@@ -47,8 +51,8 @@ private:
     const Texts &m_texts;
     Messages &m_messages;
     const std::optional<QString> m_codMod;
-    EventRoad::ReceivedCode &m_received;
     const Exists m_exists;
+    std::optional<EventRecord> m_received;
 
     QTimer tmrRicezione;
     QLabel *lblCodice;

@@ -1,6 +1,5 @@
 #include "users/frmLstUtenti.h"
 
-#include "texts/DateTimeText.h"
 #include "texts/OwnText.h"
 #include "widgets/CellEditor.h"
 #include "widgets/Grid.h"
@@ -48,7 +47,6 @@ frmLstUtenti::frmLstUtenti(const Texts &texts, Messages &messages, ArchiveStore 
       m_texts(texts),
       m_messages(messages),
       m_archives(archives),
-      m_received(interface.received),
       m_register(archives, std::move(interface.protocol)),
       m_runner(this),
       dbgrdDati(new Grid),

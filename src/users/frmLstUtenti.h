@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/EventRoad.h"
+#include "link/EventRecord.h"
 #include "users/DuplicateReport.h"
 #include "users/RecognitionWait.h"
 #include "users/UserRegister.h"
@@ -33,7 +33,6 @@ public:
     struct Interface {
         std::function<Protocol()> protocol; ///< the one in force
         bool isOffLine = false;
-        EventRoad::ReceivedCode &received; ///< must outlive this window
     };
 
     /// @param texts  like the next two, must outlive this window
@@ -44,6 +43,9 @@ public:
     /// Opens with the users of another register, as a change that is not saved yet. To be called before open().
     /// @param file  absolute path; the title names it, with its day and time
     void restoreFrom(const QString &file);
+
+    /// A record has come from the interface: it is looked for while the operator wants a code to be recognised.
+    void recordReceived(const EventRecord &record);
 
     /// Makes the working copy; the users are shown a moment later.
     bool open() override;
@@ -123,7 +125,6 @@ private:
     const Texts &m_texts;
     Messages &m_messages;
     ArchiveStore &m_archives;
-    EventRoad::ReceivedCode &m_received;
     UserRegister m_register;
     QString m_restored; ///< the file that the users come from, "" = the register itself
     QString m_imported; ///< a file to be imported from when the users are there
@@ -136,6 +137,7 @@ private:
     bool m_isAsking = false; ///< whether to save at the close
     bool m_isStored = true;  ///< the last change of a cell
     RecognitionWait m_recognition;
+    std::optional<EventRecord> m_received; ///< latest one since that has begun
     QTimer tmrLoad{this};
     QTimer tmrRicOn{this};
 

@@ -70,7 +70,7 @@ void frmLstUtenti::openOver(ChildWindow *window, std::function<QPoint(QRect own,
 void frmLstUtenti::openCode(std::optional<QString> CodMod, qint64 user)
 {
     auto *objInsCodice =
-        new frmInsCodice(m_texts, m_messages, std::move(CodMod), m_received,
+        new frmInsCodice(m_texts, m_messages, std::move(CodMod),
                          [this](const QString &code, CodeType type) { return m_register.contains(code, type); });
     connect(objInsCodice, &frmInsCodice::Chiudi, this,
             [this, user](const QString &code, CodeType type, frmInsCodice::Esito outcome) {
@@ -148,26 +148,31 @@ void frmLstUtenti::cmdRicTx_Click()
     if (!commitCell() || isEmpty())
         return;
     cmdRicTx->setEnabled(false);
-    m_received.received = false;
-    m_received.code.clear();
+    m_received.reset();
     m_recognition.start();
     tmrRicOn.start(tickMilliseconds);
 }
 
+void frmLstUtenti::recordReceived(const EventRecord &record)
+{
+    m_received = record;
+    if (auto *code = qobject_cast<frmInsCodice *>(m_child))
+        code->recordReceived(record);
+}
+
 void frmLstUtenti::tmrRicOn_Timer()
 {
-    const RecognitionWait::Tick tick = m_recognition.tick(m_received.received);
+    const RecognitionWait::Tick tick = m_recognition.tick(m_received.has_value());
     if (tick == RecognitionWait::Tick::Again)
         return;
     endRecognition();
     if (tick == RecognitionWait::Tick::GivenUp || !commitCell())
         return;
-    const bool isFound = m_register.find(m_received.code);
+    const bool isFound = m_register.find(m_received->code);
     dbgrdDati->setCurrentIndex(rsDati->index(static_cast<int>(m_register.users().position()), 0));
-    m_received.received = false;
     if (!isFound)
         m_messages.show(this, Icon::Information,
-                        QStringList{m_texts[Text::IlCodice], typeText(m_received.type), m_received.code,
+                        QStringList{m_texts[Text::IlCodice], typeText(m_received->type), m_received->code,
                                     m_texts[Text::NonPresenteInAnagrafica]}
                             .join(QLatin1Char(' ')));
 }

@@ -59,11 +59,13 @@ private Q_SLOTS:
         EventRoad road(users, log, test.clock);
         QSignalSpy stored(&log, &EventLog::stored);
 
-        const auto publish = [&road](const char *line) {
-            road.lastReceived().received = false;
-            const QString kept = road.RegistraEvento(line) ? u"kept"_s : u"not kept"_s;
-            const auto &last = road.lastReceived();
-            return last.received ? kept + u'|' + last.code + u'|' + typeText(last.type) : kept;
+        QString told;
+        connect(&road, &EventRoad::recordReceived, this, [&told](const EventRecord &record) {
+            told = u'|' + record.code + u'|' + typeText(record.type);
+        });
+        const auto publish = [&](const char *line) {
+            told.clear();
+            return (road.RegistraEvento(line) ? u"kept"_s : u"not kept"_s) + told;
         };
         QCOMPARE(publish("R/A-000012345X..\r"), u"kept|12345|TX"_s);
         QCOMPARE(publish("K/B-000012345.D.\r"), u"kept|12345|DKS"_s); // the type is not compared

@@ -22,8 +22,7 @@ struct Desk : Office {
     }
     void open(int protocol)
     {
-        window = new frmLstUtenti(texts, messages, test.archives,
-                                  {[protocol] { return Protocol{protocol}; }, false, received});
+        window = new frmLstUtenti(texts, messages, test.archives, {[protocol] { return Protocol{protocol}; }, false});
         grid = window->findChild<QTableView *>();
         QObject::connect(window.data(), &frmLstUtenti::Chiudi, [this](frmLstUtenti::Esito outcome) {
             closed =
@@ -80,8 +79,9 @@ struct Desk : Office {
     }
     void receive(const QString &code, const QString &type)
     {
-        received = {true, code, type == u"TX" ? CodeType::Transmitter : CodeType::Keypad};
-        (void)QTest::qWaitFor([this] { return !received.received; }, 300);
+        window->recordReceived({code, type == u"TX" ? CodeType::Transmitter : CodeType::Keypad, {}});
+        const auto *box = top()->findChild<QLineEdit *>(u"txtCodice"_s);
+        (void)QTest::qWaitFor([&] { return box && box->text() == code; }, 300);
     }
     /// Until answers have come, and tasks and the windows that are closing have ended.
     void settle()
@@ -107,7 +107,6 @@ struct Desk : Office {
         return test.rows(archive, u"SELECT Codice, Tipo, Cognome FROM Utenti ORDER BY Codice"_s).join(u',');
     }
 
-    EventRoad::ReceivedCode received;
     QString closed;
     QPointer<frmLstUtenti> window;
     QPointer<ChildWindow> child;
