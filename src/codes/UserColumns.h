@@ -41,3 +41,12 @@ inline constexpr std::array userColumns = {
     UserColumn{"Note", {&User::Note}, Text::InformazioniAggiuntive, "nnnnnnnnnnnnnnn", 15, Fit::Left, 1, true},
     UserColumn{"CodTronc", {&User::CodTronc}, Text::CodiceTroncatoColonna, "00000000", 9, Fit::Right},
 };
+
+/// Place in userColumns of one of a user's texts.
+constexpr size_t userColumnOf(QString User::*text)
+{
+    size_t column = 0;
+    while (userColumns.at(column).value.member != text)
+        ++column;
+    return column;
+}

@@ -243,27 +243,23 @@ Result<void> UserRegister::remove()
     return {};
 }
 
-Result<void> UserRegister::setText(qsizetype row, const QString &field, const QString &text)
+Result<void> UserRegister::setText(qsizetype row, QString User::*field, const QString &text)
 {
     RecordSet &all = users();
-    const auto changed = std::find_if(userColumns.begin(), userColumns.end(), [&field](const UserColumn &column) {
-        return field == QLatin1String(column.field);
-    });
-    if (changed == userColumns.end())
-        return Fault{FaultCode::NotFound, field};
     const QString limited = limitedText(text);
-    const QString before = changed->value.text(UserRows(all)[row]);
+    const QString before = UserRows(all).text(row, field);
     if (limited == before)
         return {};
     const qsizetype current = all.position();
     all.moveTo(row);
     const qint64 id = all.rowId();
-    Result<void> stored = m_editor.edit({{field, limited}});
+    const QString name = QString::fromLatin1(userColumns.at(userColumnOf(field)).field);
+    Result<void> stored = m_editor.edit({{name, limited}});
     all.moveTo(current);
     if (stored) {
         m_changes.change(id);
         for (NameList *names : {&m_surnames, &m_firstNames}) {
-            if (names->name() == changed->value.member)
+            if (names->name() == field)
                 names->change(id, before, limited);
         }
     }

@@ -68,7 +68,7 @@ public:
     Result<void> remove();
     /// Stores Cognome, Nome or Note of a user, cut to LongestText; the current user stays current.
     /// @param row  0 to users().recordCount() - 1
-    Result<void> setText(qsizetype row, const QString &field, const QString &text);
+    Result<void> setText(qsizetype row, QString User::*field, const QString &text);
 
     // Work on all users, in steps. It must be gone before saving() and discard(), and only one may be under way.
     /// Only when there is a working copy at hand, as after reading().

@@ -16,10 +16,7 @@ User UserRows::operator[](qsizetype row) const
 
 QString UserRows::text(qsizetype row, QString User::*field) const
 {
-    size_t i = 0;
-    while (userColumns.at(i).value.member != field)
-        ++i;
-    return m_users.value(row, m_columns.at(i));
+    return m_users.value(row, m_columns.at(userColumnOf(field)));
 }
 
 User currentUser(const RecordSet &users)

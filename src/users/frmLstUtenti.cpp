@@ -1,5 +1,6 @@
 #include "users/frmLstUtenti.h"
 
+#include "codes/UserColumns.h"
 #include "texts/OwnText.h"
 #include "widgets/CellEditor.h"
 #include "widgets/Grid.h"
@@ -264,8 +265,9 @@ void frmLstUtenti::dbgrdDati_Change(bool wasCut)
     lblMessage->setText(wasCut ? m_texts[Text::Max15Caratteri] : QString());
 }
 
-void frmLstUtenti::dbgrdDati_Update(int row, const QString &field, const QString &text)
+void frmLstUtenti::dbgrdDati_Update(int row, int column, const QString &text)
 {
+    QString User::*field = userColumns.at(static_cast<size_t>(column)).value.member;
     const Result<void> stored = m_register.setText(row, field, text);
     m_isStored = stored.ok();
     if (!stored)

@@ -86,7 +86,7 @@ private:
     void tmrLoad_Timer();
     void tmrRicOn_Timer();
     void dbgrdDati_Change(bool wasCut);
-    void dbgrdDati_Update(int row, const QString &field, const QString &text);
+    void dbgrdDati_Update(int row, int column, const QString &text);
     void cmdNuovo_Click();
     void cmdModifica_Click();
     void cmdElimina_Click();

@@ -96,7 +96,7 @@ bool RecordSetModel::setData(const QModelIndex &index, const QVariant &value, in
 {
     if (role != Qt::EditRole || !flags(index).testFlag(Qt::ItemIsEditable))
         return false;
-    Q_EMIT edited(index.row(), m_columns[index.column()].field, value.toString());
+    Q_EMIT edited(index.row(), index.column(), value.toString());
     Q_EMIT dataChanged(index, index);
     return true;
 }

@@ -51,7 +51,7 @@ public:
 
 Q_SIGNALS:
     /// The operator has typed into a cell: to be stored by whoever changes the set.
-    void edited(int row, const QString &field, const QString &text);
+    void edited(int row, int column, const QString &text);
 
 private:
     void viewMoved(const QModelIndex &current);

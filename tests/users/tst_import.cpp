@@ -228,8 +228,8 @@ void TestImport::roundTrips()
             if (first.users.contains(QString::number(code), type))
                 continue;
             QVERIFY(first.users.add(QString::number(code), type).ok());
-            for (const char *field : {"Cognome", "Nome", "Note"})
-                QVERIFY(first.users.setText(first.users.users().position(), QLatin1String(field), text()).ok());
+            for (QString User::*field : {&User::Cognome, &User::Nome, &User::Note})
+                QVERIFY(first.users.setText(first.users.users().position(), field, text()).ok());
         }
         QVERIFY(finish(*first.users.saving()) && first.users.begin() && finish(*first.users.reading()));
         const QByteArray file = first.exported(separator);

@@ -86,8 +86,8 @@ void TestUsers::rows()
     QCOMPARE(desk.shown(), u"5 TX Rossi Ada,[5 DKS rossini Bea],7 TX,9 TX \u00C9mile"_s);
     const qint64 keypad = edited.users().rowId();
     edited.users().moveTo(3);
-    QVERIFY(edited.setText(0, u"Cognome"_s, u"Zanibonetti Maggi"_s).ok() && edited.isChanged());
-    QVERIFY(edited.setText(2, u"Nome"_s, u"ada"_s).ok() && edited.setText(1, u"Cognome"_s, {}).ok());
+    QVERIFY(edited.setText(0, &User::Cognome, u"Zanibonetti Maggi"_s).ok() && edited.isChanged());
+    QVERIFY(edited.setText(2, &User::Nome, u"ada"_s).ok() && edited.setText(1, &User::Cognome, {}).ok());
     QCOMPARE(desk.shown(), u"5 TX Zanibonetti Mag Ada,5 DKS  Bea,7 TX  ada,[9 TX \u00C9mile]"_s);
     QCOMPARE(desk.names(edited.surnames()), (QStringList{u"\u00C9mile"_s, u"Zanibonetti Mag"_s}));
     QCOMPARE(desk.names(edited.firstNames()), listOf("Ada,ada,Bea"));
