@@ -100,6 +100,19 @@ Result<void> ArchiveStore::create(QStringView name, const char *layout, QStringV
     return create(name, layout, salt, use);
 }
 
+Result<void> ArchiveStore::createUnlessThere(QStringView name, const char *layout, QStringView like)
+{
+    const QFileInfo file(m_folder.path(name.toString()));
+    if (file.exists() && (!file.isFile() || file.size() > 0))
+        return {};
+    Result<void> made = remove(name);
+    if (made)
+        made = create(name, layout, like);
+    if (!made)
+        (void)remove(name);
+    return made;
+}
+
 Result<Database> ArchiveStore::createNameless(const char *layout)
 {
     QByteArray salt(ArchiveKeys::SaltSize, '\0');

@@ -48,6 +48,9 @@ public:
     Result<void> create(QStringView name, const char *layout, QStringView like,
                         Database::Use use = Database::Use::Safe);
 
+    /// The same unless there is one; an empty file is none: a power cut in the middle of its making leaves that.
+    Result<void> createUnlessThere(QStringView name, const char *layout, QStringView like);
+
     /// An archive with the tables of @p layout that has no name: nobody else sees it, and nothing of it is left.
     Result<Database> createNameless(const char *layout);
 

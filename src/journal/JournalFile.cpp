@@ -37,20 +37,6 @@ Result<JournalFile::End> endOf(Database &database)
     return read ? Result<JournalFile::End>(end) : read.fault();
 }
 
-/// Makes the file unless there is one. A power cut in the middle of its making leaves it empty.
-Result<void> make(ArchiveStore &archives, const QString &name)
-{
-    const QFileInfo file(archives.folder().path(name));
-    if (file.exists() && (!file.isFile() || file.size() > 0))
-        return {};
-    Result<void> made = archives.remove(name);
-    if (made)
-        made = archives.create(name, TableLayout::Journal, ArchiveName::EventsTemplate);
-    if (!made)
-        (void)archives.remove(name);
-    return made;
-}
-
 } // namespace
 
 JournalFile::JournalFile(ArchiveStore &archives, int year, Database database)
@@ -61,7 +47,8 @@ JournalFile::JournalFile(ArchiveStore &archives, int year, Database database)
 Result<std::unique_ptr<JournalFile>> JournalFile::open(ArchiveStore &archives, int year)
 {
     const QString name = ArchiveName::journal(year);
-    if (Result<void> made = make(archives, name); !made)
+    const Result<void> made = archives.createUnlessThere(name, TableLayout::Journal, ArchiveName::EventsTemplate);
+    if (!made)
         return made.fault();
     Result<Database> database = archives.open(name, Database::Use::Log);
     if (!database)
@@ -74,12 +61,7 @@ Result<std::unique_ptr<JournalFile>> JournalFile::open(ArchiveStore &archives, i
         return end.fault();
     file->m_end = end.value();
     file->m_last = file->m_end.number;
-    // The name may be a link, the journals stand beside the file.
-    file->m_names[0].path = archives.folder().path(name);
-    file->m_names[1].path = file->m_database.path() + QStringLiteral("-wal");
-    file->m_names[2].path = file->m_database.path() + QStringLiteral("-shm");
-    for (Named &named : file->m_names)
-        named.file = identityOf(named.path);
+    file->m_names = OpenedNames(archives.folder().path(name), file->m_database);
     return file;
 }
 
@@ -118,25 +100,7 @@ JournalFile::~JournalFile()
         (void)m_database.leaveLogMode();
         return;
     }
-    m_database.keepSideFiles();
-    // A journal of this file must not be taken for one of the file that has its name now.
-    for (const Named &side : {m_names[1], m_names[2]}) {
-        if (side.file && identityOf(side.path) == side.file)
-            (void)m_archives.folder().disk().remove(side.path);
-    }
-}
-
-bool JournalFile::Named::isOther() const
-{
-    if (!file)
-        return false;
-    const std::optional<FileIdentity> now = identityOf(path);
-    return now && now != file;
-}
-
-bool JournalFile::hasMoved() const
-{
-    return m_names[0].isOther() || m_names[1].isOther();
+    m_names.giveUp(m_database, m_archives.folder().disk());
 }
 
 Result<qint64> JournalFile::write(QList<JournalRow> rows, const std::optional<Moment> &alive)

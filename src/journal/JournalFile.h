@@ -1,12 +1,11 @@
 #pragma once
 
 #include "archives/ArchiveStore.h"
+#include "archives/OpenedNames.h"
 #include "journal/JournalRow.h"
-#include "platform/FileIdentity.h"
 
 #include <QList>
 
-#include <array>
 #include <memory>
 #include <optional>
 
@@ -49,15 +48,9 @@ public:
     static Result<void> append(ArchiveStore &archives, JournalRow row);
     /// True when another file, or none, stands under its name or that of its write-ahead journal. Then closing it
     /// leaves alone what is not its own.
-    bool hasMoved() const;
+    bool hasMoved() const { return m_names.hasMoved(); }
 
 private:
-    struct Named {
-        QString path;
-        std::optional<FileIdentity> file; ///< nothing when it could not be told
-        bool isOther() const;
-    };
-
     JournalFile(ArchiveStore &archives, int year, Database database);
     Result<void> insert(const JournalRow &row);
 
@@ -65,6 +58,6 @@ private:
     int m_year;
     Database m_database;
     End m_end;
-    qint64 m_last = 0;            ///< number of the last row that is known of
-    std::array<Named, 3> m_names; ///< file, journal and its index as they were when it was opened
+    qint64 m_last = 0; ///< number of the last row that is known of
+    OpenedNames m_names;
 };

@@ -65,12 +65,7 @@ Result<void> DayArchive::look()
 {
     if (const Result<qint64> last = highest(); !last)
         return last.fault();
-    // The name may be a link, the journals stand beside the file.
-    m_names[0].path = m_archives.folder().path(ArchiveName::events(m_day));
-    m_names[1].path = m_database.path() + QStringLiteral("-wal");
-    m_names[2].path = m_database.path() + QStringLiteral("-shm");
-    for (Named &name : m_names)
-        name.file = identityOf(name.path);
+    m_names = OpenedNames(m_archives.folder().path(ArchiveName::events(m_day)), m_database);
     return {};
 }
 
@@ -222,23 +217,6 @@ qsizetype DayArchive::countAfter(qint64 number)
 // The file
 // -------------------------------------------------------------------------------------------------------------
 
-/// True when the name does not lead to the file any more that it led to.
-bool DayArchive::isOther(const Named &name)
-{
-    const std::optional<FileIdentity> now = identityOf(name.path);
-    return now && name.file && *now != *name.file;
-}
-
-bool DayArchive::isReplaced() const
-{
-    return isOther(m_names[0]);
-}
-
-bool DayArchive::hasMoved() const
-{
-    return isReplaced() || isOther(m_names[1]);
-}
-
 Result<void> DayArchive::bringTogether()
 {
     if (!m_isDirty)
@@ -252,14 +230,4 @@ bool DayArchive::leaveLogMode()
 {
     m_insert.reset();
     return m_database.leaveLogMode().ok();
-}
-
-void DayArchive::giveUpNames()
-{
-    m_database.keepSideFiles();
-    // A journal of this file must not be taken for one of the file that has its name now.
-    for (const Named &side : {m_names[1], m_names[2]}) {
-        if (side.file && identityOf(side.path) == side.file)
-            (void)m_archives.folder().disk().remove(side.path);
-    }
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "archives/ArchiveStore.h"
+#include "archives/OpenedNames.h"
 #include "codes/Event.h"
-#include "platform/FileIdentity.h"
 
 #include <QList>
 
@@ -59,23 +59,19 @@ public:
     qsizetype countAfter(qint64 number);
 
     /// True when another file, or none, stands under the name of this one or of its journal.
-    bool hasMoved() const;
+    bool hasMoved() const { return m_names.hasMoved(); }
     /// True when the file itself was replaced or deleted, not its journal only.
-    bool isReplaced() const;
+    bool isReplaced() const { return m_names.isReplaced(); }
 
     /// Brings all rows into the file itself, if there are any that stand in the journal only.
     Result<void> bringTogether();
     /// Ends write-ahead mode before it is closed. @return false when somebody reads: then it stays
     bool leaveLogMode();
     /// Before it is closed: what stands under its names is not its own any more, but for journals that still are.
-    void giveUpNames();
+    void giveUpNames() { m_names.giveUp(m_database, m_archives.folder().disk()); }
 
 private:
     enum class Reading { Table, Index, Done };
-    struct Named {
-        QString path;
-        std::optional<FileIdentity> file; ///< nothing when it could not be told
-    };
 
     DayArchive(ArchiveStore &archives, QDate day, Database database, Statement insert);
     Result<void> look();
@@ -83,16 +79,15 @@ private:
     Result<bool> readRows();
     Result<bool> readIndex();
     Result<QList<Row>> rows(QStringView sql, const SqlValues &values);
-    static bool isOther(const Named &name);
 
     ArchiveStore &m_archives;
     QDate m_day;
     Database m_database;
     Statement m_insert;
-    std::array<Named, 3> m_names; ///< file, journal and its index as they were when it was opened
-    qint64 m_last = 0;            ///< highest ProgEv, or the one below
-    qint64 m_behind = 0;          ///< events are numbered from here on
-    bool m_isDirty = true;        ///< rows may stand in the journal only
+    OpenedNames m_names;
+    qint64 m_last = 0;     ///< highest ProgEv, or the one below
+    qint64 m_behind = 0;   ///< events are numbered from here on
+    bool m_isDirty = true; ///< rows may stand in the journal only
 
     Reading m_reading = Reading::Table;
     qint64 m_row = 0;             ///< read so far

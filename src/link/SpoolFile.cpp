@@ -5,18 +5,9 @@
 #include "codes/EventRow.h"
 #include "texts/DateTimeText.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 
 namespace {
-
-constexpr std::array endings = {QLatin1String(""), QLatin1String("-wal"), QLatin1String("-shm")};
-
-QString pathOf(const ArchiveStore &archives)
-{
-    return archives.folder().path(QStringView(ArchiveName::Waiting).toString());
-}
 
 QString statement(const char *text)
 {
@@ -35,23 +26,11 @@ SpoolFile::SpoolFile(ArchiveStore &archives, Database database, Statement insert
 {
 }
 
-Result<void> SpoolFile::make(ArchiveStore &archives)
-{
-    // A power cut in the middle of its making leaves it empty.
-    const QFileInfo file(pathOf(archives));
-    if (file.exists() && file.size() > 0)
-        return {};
-    Result<void> made = archives.remove(ArchiveName::Waiting);
-    if (made)
-        made = archives.create(ArchiveName::Waiting, TableLayout::Waiting, ArchiveName::EventsTemplate);
-    if (!made)
-        (void)archives.remove(ArchiveName::Waiting);
-    return made;
-}
-
 Result<std::unique_ptr<SpoolFile>> SpoolFile::open(ArchiveStore &archives)
 {
-    if (Result<void> made = make(archives); !made)
+    const Result<void> made =
+        archives.createUnlessThere(ArchiveName::Waiting, TableLayout::Waiting, ArchiveName::EventsTemplate);
+    if (!made)
         return made.fault();
     Result<Database> database = archives.open(ArchiveName::Waiting, Database::Use::Log);
     if (!database)
@@ -77,8 +56,7 @@ Result<void> SpoolFile::look()
     };
     Result<void> looked =
         m_database.each(QStringLiteral("SELECT Giorno, Stato, count(*) FROM Attesa GROUP BY Giorno, Stato"), {}, note);
-    for (size_t i = 0; i < endings.size(); ++i)
-        m_files.at(i) = identityOf(pathOf(m_archives) + endings.at(i));
+    m_names = OpenedNames(m_archives.folder().path(QStringView(ArchiveName::Waiting).toString()), m_database);
     return looked;
 }
 
@@ -141,26 +119,6 @@ Result<void> SpoolFile::setPlaces(const QList<WaitingEvent> &events)
 Result<void> SpoolFile::remove(const QList<WaitingEvent> &events)
 {
     return change(events, "DELETE FROM Attesa WHERE Num = ?1");
-}
-
-bool SpoolFile::hasMoved() const
-{
-    const auto isOther = [this](size_t i) {
-        const std::optional<FileIdentity> now = identityOf(pathOf(m_archives) + endings.at(i));
-        return now && m_files.at(i) && *now != *m_files.at(i);
-    };
-    return isOther(0) || isOther(1);
-}
-
-void SpoolFile::giveUpNames()
-{
-    m_database.keepSideFiles();
-    // A journal of this file must not be taken for one of the file that has its name now.
-    for (const size_t i : {size_t{1}, size_t{2}}) {
-        const QString side = pathOf(m_archives) + endings.at(i);
-        if (m_files.at(i) && identityOf(side) == m_files.at(i))
-            (void)m_archives.folder().disk().remove(side);
-    }
 }
 
 void SpoolFile::finish(bool isEmpty)

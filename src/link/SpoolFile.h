@@ -1,8 +1,8 @@
 #pragma once
 
 #include "archives/ArchiveStore.h"
+#include "archives/OpenedNames.h"
 #include "link/WaitingEvent.h"
-#include "platform/FileIdentity.h"
 
 #include <QList>
 #include <QMap>
@@ -32,22 +32,21 @@ public:
     /// Brings all rows into the file itself, but for those that a reader holds back.
     void bringTogether() { (void)m_database.checkpoint(); }
     /// True when another file, or none, stands under its name or that of its journal.
-    bool hasMoved() const;
+    bool hasMoved() const { return m_names.hasMoved(); }
     /// Before it is closed: one file again, which goes when nothing waits in it.
     void finish(bool isEmpty);
     /// Before one that has moved is closed: what stands under its names is not its own, but for journals that still
     /// are.
-    void giveUpNames();
+    void giveUpNames() { m_names.giveUp(m_database, m_archives.folder().disk()); }
 
 private:
     SpoolFile(ArchiveStore &archives, Database database, Statement insert);
-    static Result<void> make(ArchiveStore &archives);
     Result<void> look();
     Result<void> change(const QList<WaitingEvent> &events, const char *sql);
 
     ArchiveStore &m_archives;
     Database m_database;
     Statement m_insert;
-    std::array<std::optional<FileIdentity>, 3> m_files; ///< file, journal and its index as they were when it was opened
+    OpenedNames m_names;
     QMap<QDate, Counts> m_found;
 };
