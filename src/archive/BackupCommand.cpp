@@ -11,13 +11,6 @@ BackupCommand::BackupCommand(const Site &site, const QString &target)
 {
 }
 
-/// Such a fault costs one file: all others have been copied.
-bool BackupCommand::isOfSource(const Fault &fault) const
-{
-    return fault.code != FaultCode::OwnFolder &&
-           fault.subject.startsWith(m_site.archives.folder().root() + QLatin1Char('/'));
-}
-
 Message BackupCommand::words(const Fault &fault) const
 {
     return {OwnText::BackupNotMade, {m_target}, fault};
@@ -37,7 +30,7 @@ Result<bool> BackupCommand::step(const QDeadlineTimer &until)
             return begun.fault();
     }
     Result<bool> stepped = m_backup.step(until);
-    if (!stepped && isOfSource(stepped.fault())) {
+    if (!stepped && Backup::isOfSource(m_site.archives, stepped.fault())) {
         m_isIncomplete = true;
         m_site.tell({OwnText::BackupIncomplete, {stepped.fault().subject}, stepped.fault()});
         return true;

@@ -18,8 +18,6 @@ public:
     QString state() const override;
 
 private:
-    bool isOfSource(const Fault &fault) const;
-
     const Site m_site;
     const QString m_target;
     Backup m_backup;

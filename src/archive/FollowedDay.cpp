@@ -1,6 +1,7 @@
 #include "archive/FollowedDay.h"
 
 #include "archives/ReadableRows.h"
+#include "archives/ReunitedDay.h"
 #include "platform/FileStamp.h"
 
 #include <QDateTime>
@@ -156,9 +157,8 @@ Result<bool> FollowedDay::look(ArchiveStore &archives, const DayFiles &files, co
     if (!files.setAside.isEmpty() && !files.archive.isEmpty()) {
         // Events that were rescued have lower numbers than those that came meanwhile.
         Result<Database> database = archives.open(files.archive, Database::Use::Untouched);
-        const Result<qint64> mark = database ? database.value().number(QStringLiteral("PRAGMA user_version"))
-                                             : Result<qint64>(database.fault());
-        isAnew |= mark && std::exchange(m_rescued, mark.value()) != mark.value();
+        const Result<bool> rescued = database ? ReunitedDay::isBroughtInto(database.value()) : database.fault();
+        isAnew |= rescued && std::exchange(m_isRescued, rescued.value()) != rescued.value();
     }
     const Result<void> scanned = scan(archives, allFiles(files), isAnew, take);
     if (!scanned)

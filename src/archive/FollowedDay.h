@@ -55,9 +55,9 @@ private:
     Counts m_inArchive; ///< up to m_highest
     qint64 m_highest = 0;
     quint64 m_latest = 0; ///< digest of the event of that number
-    qint64 m_rescued = 0; ///< mark of an archive that events were rescued into
     Place m_place;
     std::optional<Seen> m_seen;
+    bool m_isRescued = false; ///< events were brought into the archive from files set aside
     bool m_isSettled = false; ///< no change can have gone unseen
 };
 

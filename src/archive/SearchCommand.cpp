@@ -5,28 +5,6 @@
 
 namespace tool {
 
-Message queryMessage(QueryFault fault)
-{
-    switch (fault) {
-    case QueryFault::FirstDay:
-    case QueryFault::LastDay:
-        return {Text::FormatoDataNonCorretto, {}, {}};
-    case QueryFault::From:
-    case QueryFault::To:
-        return {Text::FormatoOraNonCorretto, {}, {}};
-    case QueryFault::Order:
-        return {Text::DataDiPartenzaDopoArrivo, {}, {}};
-    case QueryFault::NoChannel:
-        return {Text::SelezionareUnCanale, {}, {}};
-    case QueryFault::NoType:
-        return {Text::SelezionareUnTipo, {}, {}};
-    case QueryFault::UnknownPerson:
-    case QueryFault::None:
-        break;
-    }
-    return {Text::CodiceONominativoNonPresente, {}, {}};
-}
-
 Result<EventChoice::Person> personOf(const UserDirectory &users, const QString &surname, const QString &name)
 {
     QStringList codes;
@@ -102,7 +80,7 @@ Result<void> SearchCommand::begin()
     if (Result<void> found = findPerson(query); !found)
         return found;
     if (const QueryFault fault = checkQuery(query, m_users); fault != QueryFault::None)
-        return refuse(queryMessage(fault));
+        return refuse({queryText(fault), {}, {}});
     return m_search.start(eventQuery(query));
 }
 

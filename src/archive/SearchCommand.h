@@ -9,9 +9,6 @@
 
 namespace tool {
 
-/// Which fault of a query it is, in the words of the search window.
-Message queryMessage(QueryFault fault);
-
 /// The one user of these names, whatever their case and accents; "" counts as any.
 /// @return NotFound for nobody, TooLarge for users of several codes, with these as its subject
 Result<EventChoice::Person> personOf(const UserDirectory &users, const QString &surname, const QString &name);

@@ -20,7 +20,6 @@ namespace tool {
 
 namespace {
 
-constexpr std::array sideEndings = {QLatin1String("-wal"), QLatin1String("-shm"), QLatin1String("-journal")};
 constexpr qint64 passingSeconds = 3'600;
 constexpr qint64 workingSeconds = 86'400;
 constexpr int mostTries = 3;
@@ -28,7 +27,7 @@ constexpr int mostTries = 3;
 /// Name of the archive that a file stands beside; "" for one that stands for itself.
 QString besideWhat(const QString &name)
 {
-    for (const QLatin1String ending : sideEndings) {
+    for (const QLatin1String ending : JournalEndings) {
         if (name.endsWith(ending))
             return name.chopped(ending.size());
     }

@@ -8,17 +8,14 @@
 #include <QRandomGenerator>
 
 #include <algorithm>
-#include <array>
 
 namespace {
-
-constexpr std::array sideFiles = {QLatin1String("-wal"), QLatin1String("-shm"), QLatin1String("-journal")};
 
 /// That nothing is opened which is no file, for a pipe would hang the program; and that no link stands where only a
 /// file of the library's own can.
 Result<void> checkFiles(const QString &path)
 {
-    for (const QLatin1String side : sideFiles) {
+    for (const QLatin1String side : JournalEndings) {
         if (QFileInfo(path + side).isSymLink())
             return Fault{FaultCode::NotRegularFile, path + side};
         if (Result<void> regular = checkRegular(path + side); !regular)
@@ -40,7 +37,7 @@ Result<QByteArray> saltOf(const QString &path)
 
 bool hasJournals(const QString &path)
 {
-    return std::any_of(sideFiles.begin(), sideFiles.end(),
+    return std::any_of(JournalEndings.begin(), JournalEndings.end(),
                        [&path](QLatin1String side) { return QFile::exists(path + side); });
 }
 
@@ -139,7 +136,7 @@ Result<void> ArchiveStore::recover(const QString &path)
 
 Result<void> ArchiveStore::removeSideFiles(const QString &path)
 {
-    for (const QLatin1String side : sideFiles) {
+    for (const QLatin1String side : JournalEndings) {
         if (!QFile::exists(path + side) && !QFileInfo(path + side).isSymLink())
             continue;
         if (Result<void> removed = m_folder.disk().remove(path + side); !removed)
@@ -183,7 +180,7 @@ Result<QString> ArchiveStore::setAside(QStringView name)
     for (int count = 2; QFile::exists(path + ending) || hasJournals(path + ending); ++count)
         ending = QStringLiteral(".guasto%1").arg(count);
     // The journals go first and keep their place beside it, where a later repair looks for them.
-    for (const QLatin1String side : sideFiles) {
+    for (const QLatin1String side : JournalEndings) {
         const QString old = path + side;
         if (!QFile::exists(old))
             continue;

@@ -6,8 +6,12 @@
 
 #include <QStringView>
 
+#include <array>
 #include <functional>
 #include <utility>
+
+/// What the names of an archive's journals end with, behind its own.
+inline constexpr std::array JournalEndings = {QLatin1String("-wal"), QLatin1String("-shm"), QLatin1String("-journal")};
 
 /// Whether journals stand beside an archive: somebody has it open, or was cut off.
 /// @param path  of the file itself, no link to it

@@ -84,6 +84,11 @@ void Backup::stop()
     m_checked.clear();
 }
 
+bool Backup::isOfSource(const ArchiveStore &archives, const Fault &fault)
+{
+    return fault.code != FaultCode::OwnFolder && fault.subject.startsWith(archives.folder().root() + QLatin1Char('/'));
+}
+
 Result<bool> Backup::step(const QDeadlineTimer &until)
 {
     do {

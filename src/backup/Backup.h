@@ -38,6 +38,8 @@ public:
     /// @return after the last file, the fault of the first one that could not be read, or is damaged; all others have
     /// been copied then. A fault of the target ends the work at once.
     Result<bool> step(const QDeadlineTimer &until) override;
+    /// Such a fault costs one file: all others have been copied. @param archives  those of the backup
+    static bool isOfSource(const ArchiveStore &archives, const Fault &fault);
     /// Bytes; those of files that need not be copied do not count.
     Progress progress() const override { return {m_bytesDone, m_bytes}; }
     /// Ends the work; the lot that was being written is dropped.

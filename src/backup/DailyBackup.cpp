@@ -1,6 +1,7 @@
 #include "backup/DailyBackup.h"
 
 #include "startup/Settings.h"
+#include "texts/DateTimeText.h"
 #include "texts/OwnText.h"
 
 namespace {
@@ -41,8 +42,7 @@ void DailyBackup::look()
             end(begun);
     } else if (need.isOverdue && (need.isDue || !isRunning())) {
         // Also of one that has been running for so long that the next would be due.
-        tellOnceADay(
-            {OwnText::BackupOverdue, {m_plan.lastSuccess.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss"))}, {}});
+        tellOnceADay({OwnText::BackupOverdue, {dayAndTime(m_plan.lastSuccess)}, {}});
     }
 }
 
@@ -108,9 +108,7 @@ void DailyBackup::tellOnceADay(const Message &message)
 
 Message DailyBackup::messageOf(const Fault &fault, bool isTriedAgain) const
 {
-    const bool isOfSource =
-        fault.code != FaultCode::OwnFolder && fault.subject.startsWith(m_archives.folder().root() + QLatin1Char('/'));
-    if (isOfSource)
+    if (Backup::isOfSource(m_archives, fault))
         return {OwnText::BackupIncomplete, {fault.subject}, fault};
     return {isTriedAgain ? OwnText::BackupTriedAgain : OwnText::BackupNotMade, {m_plan.folder}, fault};
 }

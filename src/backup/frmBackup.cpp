@@ -161,8 +161,8 @@ void frmBackup::showState()
     txtTime->setEnabled(!isRunning && chkDaily->isChecked());
     cmdStop->setEnabled(isRunning);
     const QDateTime last = m_backup.plan().lastSuccess;
-    lblLast->setText(m_texts[OwnText::BackupLast].arg(
-        last.isValid() ? last.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) : m_texts[OwnText::BackupNever]));
+    lblLast->setText(
+        m_texts[OwnText::BackupLast].arg(last.isValid() ? dayAndTime(last) : m_texts[OwnText::BackupNever]));
     if (isRunning) {
         const Task::Progress progress = m_backup.progress();
         const qint64 kibibytes = 1024;

@@ -24,6 +24,28 @@ QueryFault checkQuery(const TypedQuery &query, const UserDirectory &users)
     return QueryFault::None;
 }
 
+Text queryText(QueryFault fault)
+{
+    switch (fault) {
+    case QueryFault::FirstDay:
+    case QueryFault::LastDay:
+        return Text::FormatoDataNonCorretto;
+    case QueryFault::From:
+    case QueryFault::To:
+        return Text::FormatoOraNonCorretto;
+    case QueryFault::Order:
+        return Text::DataDiPartenzaDopoArrivo;
+    case QueryFault::NoChannel:
+        return Text::SelezionareUnCanale;
+    case QueryFault::NoType:
+        return Text::SelezionareUnTipo;
+    case QueryFault::UnknownPerson:
+    case QueryFault::None:
+        break;
+    }
+    return Text::CodiceONominativoNonPresente;
+}
+
 EventQuery eventQuery(const TypedQuery &typed)
 {
     return {typed, rangeDay(typed.firstDay, End::First), rangeDay(typed.lastDay, End::Last), timeOf(typed.from),

@@ -2,6 +2,7 @@
 
 #include "codes/UserDirectory.h"
 #include "journal/CoverageReading.h"
+#include "texts/Text.h"
 
 #include <QDate>
 
@@ -45,6 +46,8 @@ enum class QueryFault { None, FirstDay, LastDay, From, To, Order, NoChannel, NoT
 
 /// First of the faults, in the order in which the operator is told them.
 QueryFault checkQuery(const TypedQuery &query, const UserDirectory &users);
+/// What the operator is told of it. @param fault  not None
+Text queryText(QueryFault fault);
 
 /// @param typed  without a fault
 EventQuery eventQuery(const TypedQuery &typed);

@@ -309,40 +309,29 @@ TypedQuery frmEventi::query() const
 
 void frmEventi::refuse(QueryFault fault)
 {
-    struct Refusal {
-        Text message;
-        QLineEdit *box;
-    };
-    const auto refusal = [this, fault]() -> Refusal {
+    const auto box = [this, fault]() -> QLineEdit * {
         switch (fault) {
         case QueryFault::FirstDay:
-            return {Text::FormatoDataNonCorretto, txtDataOrig};
-        case QueryFault::LastDay:
-            return {Text::FormatoDataNonCorretto, txtDataFine};
-        case QueryFault::From:
-            return {Text::FormatoOraNonCorretto, txtOraIn};
-        case QueryFault::To:
-            return {Text::FormatoOraNonCorretto, txtOraFine};
         case QueryFault::Order:
-            return {Text::DataDiPartenzaDopoArrivo, txtDataOrig};
-        case QueryFault::NoChannel:
-            return {Text::SelezionareUnCanale, nullptr};
-        case QueryFault::NoType:
-            return {Text::SelezionareUnTipo, nullptr};
-        case QueryFault::UnknownPerson:
-        case QueryFault::None:
-            break;
+            return txtDataOrig;
+        case QueryFault::LastDay:
+            return txtDataFine;
+        case QueryFault::From:
+            return txtOraIn;
+        case QueryFault::To:
+            return txtOraFine;
+        default:
+            return nullptr;
         }
-        return {Text::CodiceONominativoNonPresente, nullptr};
     }();
-    const auto select = [box = refusal.box] {
+    const auto select = [box] {
         if (box) {
             box->setFocus();
             box->selectAll();
         }
     };
     select();
-    m_messages.show(this, Icon::Exclamation, m_texts[refusal.message], select);
+    m_messages.show(this, Icon::Exclamation, m_texts[queryText(fault)], select);
 }
 
 Result<QStringList> frmEventi::foundRow(qsizetype row) const

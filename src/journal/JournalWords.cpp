@@ -1,5 +1,6 @@
 #include "journal/JournalWords.h"
 
+#include "startup/PlainText.h"
 #include "texts/DateTimeText.h"
 #include "texts/LanguageName.h"
 #include "texts/OwnText.h"
@@ -16,8 +17,7 @@ QString momentWords(const QString &detail)
     const std::optional<Moment> moment = momentOfText(detail);
     if (!moment)
         return QStringLiteral("?");
-    const QDateTime local = localTime(*moment);
-    return DataBarre(local.date()) + QLatin1Char(' ') + OraTesto(local.time());
+    return dayAndTime(localTime(*moment));
 }
 
 QString withFault(OwnText text, const QStringList &arguments, const QString &code, const Texts &texts)
@@ -72,7 +72,7 @@ QString settingWords(const QString &key, const QString &value, const Texts &text
     QString name = key;
     for (const Named &setting : named) {
         if (key == QLatin1String(setting.key))
-            name = texts.sentence({setting.text, {}, {}}).remove(QLatin1Char('&'));
+            name = TogliAnd(texts.sentence({setting.text, {}, {}}));
     }
     const bool isLanguage = key == QStringLiteral("LINGUA") && value.toInt() >= Texts::FirstLanguage &&
                             value.toInt() <= Texts::LastLanguage;

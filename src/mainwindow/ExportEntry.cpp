@@ -16,7 +16,7 @@ ExportEntry::ExportEntry(Program &program, Messages &messages, QWidget *over)
 void ExportEntry::choose(std::optional<UserRows> users)
 {
     const Texts &texts = m_program.texts();
-    const FileToSave wanted = {TogliAnd(texts[OwnText::MnuExportUsers]).remove(QChar(0x2026)),
+    const FileToSave wanted = {titleOf(texts[OwnText::MnuExportUsers]),
                                texts[OwnText::CsvFiles] + QStringLiteral(" (*.csv)"), QStringLiteral(".csv")};
     askFileToSave(m_over, m_messages, texts, wanted, [this, users = std::move(users)](const QString &file) {
         if (file.isEmpty())

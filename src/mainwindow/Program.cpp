@@ -2,6 +2,7 @@
 
 #include "archives/Tables.h"
 #include "startup/Version.h"
+#include "texts/DateTimeText.h"
 #include "texts/OwnText.h"
 
 namespace {
@@ -152,10 +153,7 @@ void Program::woke(qint64 milliseconds)
         return;
     if (milliseconds >= second) {
         const QDateTime since = m_clock.now().addMSecs(-milliseconds);
-        m_notices.post(Icon::Exclamation,
-                       {OwnText::ComputerSlept,
-                        {duration(milliseconds), since.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss"))},
-                        {}});
+        m_notices.post(Icon::Exclamation, {OwnText::ComputerSlept, {duration(milliseconds), dayAndTime(since)}, {}});
     }
     tmrRefresh_Timer();
     // A tick that changes the day leaves the time programme to the next one.

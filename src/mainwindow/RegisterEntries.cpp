@@ -92,7 +92,7 @@ void RegisterEntries::chooseRestored()
 void RegisterEntries::chooseImported()
 {
     const Texts &texts = m_program.texts();
-    auto *choice = new QFileDialog(m_over, TogliAnd(texts[OwnText::MnuImportUsers]).remove(QChar(0x2026)));
+    auto *choice = new QFileDialog(m_over, titleOf(texts[OwnText::MnuImportUsers]));
     choice->setObjectName(QStringLiteral("ComDial"));
     choice->setAttribute(Qt::WA_DeleteOnClose);
     choice->setFileMode(QFileDialog::ExistingFile);

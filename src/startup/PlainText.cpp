@@ -21,6 +21,11 @@ QString TogliAnd(const QString &text)
     return QString(text).remove(QLatin1Char('&'));
 }
 
+QString titleOf(const QString &caption)
+{
+    return TogliAnd(caption).remove(QChar(0x2026));
+}
+
 QString Centra(const QString &text, int width)
 {
     const qsizetype before = qMax<qsizetype>(0, (width - text.size()) / 2);

@@ -8,6 +8,9 @@ QString TogliZeri(const QString &text);
 QString SoloCifre(const QString &text);
 /// @p text without any "&": a menu caption as plain words.
 QString TogliAnd(const QString &text);
+/// The caption of a menu entry or a button as a title: also without the dots of one that asks for something.
+QString titleOf(const QString &caption);
+
 /// Where a text stands in a column of fixed width.
 enum class Fit { Left, Centred, Right };
 

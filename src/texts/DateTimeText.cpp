@@ -91,6 +91,11 @@ QString OraTesto(QTime time)
     return text;
 }
 
+QString dayAndTime(const QDateTime &moment)
+{
+    return DataBarre(moment.date()) + QLatin1Char(' ') + OraTesto(moment.time());
+}
+
 QDate dayOfFile(QStringView text)
 {
     const auto [day, month, year] = numbers(text, 10, u'-');

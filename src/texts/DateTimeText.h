@@ -18,6 +18,8 @@ QString DataOrdinabile(QDate day);
 QString DataOrdinabile(const QString &date);
 /// "hh:mm:ss".
 QString OraTesto(QTime time);
+/// "dd/mm/yyyy hh:mm:ss", as the operator sees it.
+QString dayAndTime(const QDateTime &moment);
 
 /// The day of a DataFile(), in digits only; not valid for any other text.
 QDate dayOfFile(QStringView text);

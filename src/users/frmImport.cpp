@@ -191,8 +191,7 @@ QList<RowsModel::Column> frmImport::columns() const
 
 void frmImport::setCaptions()
 {
-    setWindowTitle(TogliAnd(m_texts[OwnText::MnuImportUsers]).remove(QChar(0x2026)) + QStringLiteral(" - ") +
-                   QFileInfo(m_path).fileName());
+    setWindowTitle(titleOf(m_texts[OwnText::MnuImportUsers]) + QStringLiteral(" - ") + QFileInfo(m_path).fileName());
     lblSeparator->setText(m_texts[OwnText::ImportSeparator]);
     cmbSeparator->setItemText(cmbSeparator->findData('\t'), m_texts[OwnText::ImportTab]);
     lblEncoding->setText(m_texts[OwnText::ImportEncoding]);

@@ -69,8 +69,8 @@ void frmImport::setReady(bool isChecked)
 
 void frmImport::cmdSaveRefused_Click()
 {
-    const FileToSave wanted = {TogliAnd(cmdSaveRefused->text()).remove(QChar(0x2026)),
-                               m_texts[OwnText::CsvFiles] + QStringLiteral(" (*.csv)"), QStringLiteral(".csv")};
+    const FileToSave wanted = {titleOf(cmdSaveRefused->text()), m_texts[OwnText::CsvFiles] + QStringLiteral(" (*.csv)"),
+                               QStringLiteral(".csv")};
     askFileToSave(this, m_messages, m_texts, wanted, [this](const QString &file) {
         if (!file.isEmpty() && m_check && !m_runner.isRunning())
             saveRefused(file);

@@ -37,11 +37,11 @@ QString frmLstUtenti::caption() const
     if (m_restored.isEmpty())
         return m_texts[Text::ListaUtenti];
     const QDateTime saved = QFileInfo(m_restored).lastModified();
-    const QString day = DataBarre(saved.date()) + QLatin1Char(' ') + OraTesto(saved.time());
     // The day comes first: a long path is cut at its end.
     const QString folder = m_archives.folder().root() + QLatin1Char('/');
     const QString name = m_restored.startsWith(folder) ? m_restored.sliced(folder.size()) : m_restored;
-    return m_texts[Text::ListaUtenti] + QLatin1Char(' ') + m_texts.sentence({OwnText::RestoredFrom, {day, name}, {}});
+    return m_texts[Text::ListaUtenti] + QLatin1Char(' ') +
+           m_texts.sentence({OwnText::RestoredFrom, {dayAndTime(saved), name}, {}});
 }
 
 /// Whether there is no user, which the operator is told.

@@ -14,7 +14,7 @@ frmRestore::frmRestore(const Texts &texts, const ProgramFolder &folder, QWidget 
 {
     setObjectName(QStringLiteral("frmRestore"));
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(TogliAnd(texts[OwnText::MnuRestoreUsers]).remove(QChar(0x2026)));
+    setWindowTitle(titleOf(texts[OwnText::MnuRestoreUsers]));
     setAcceptMode(AcceptOpen);
     setFileMode(ExistingFile);
     // Nothing is renamed or deleted here.
