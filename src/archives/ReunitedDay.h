@@ -31,7 +31,7 @@ public:
     /// Begins to gather. The archive is read first: what is added to it from then on is not among the rows.
     /// @param condition  of the rows that are wanted, its parameters numbered (?1, ?2, ...); @param values  of them
     Result<void> start(const DayFiles &files, const QString &condition, const SqlValues &values);
-    /// Gathers on. A file that cannot be read, or not all of it, is no fault: see archive() and hasRead().
+    /// Gathers on. A file that cannot be read, or not all of it, is no fault: see archiveFault() and hasRead().
     Result<bool> step(const QDeadlineTimer &until) override;
     Progress progress() const override { return {m_gathered, 0}; }
     /// Gives up what was gathered.

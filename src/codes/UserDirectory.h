@@ -65,8 +65,8 @@ private:
 
     Result<void> openArchive(QStringView name, Database::Use use);
     Result<void> readRegister(const Fault &ofCopy);
-    Result<void> readOn(const QDeadlineTimer &budget);
-    bool index(const QDeadlineTimer &budget);
+    Result<void> readOn(const QDeadlineTimer &until);
+    bool index(const QDeadlineTimer &until);
 
     ArchiveStore &m_archives;
     const QString m_copy;

@@ -19,10 +19,10 @@ std::optional<QSet<QDate>> daysThatWait(ArchiveStore &archives, Database::Use us
 
 /// Walks through the archives of the days of a query and copies the events that match, with the names of their users,
 /// into results of its own, or hands them over to a sink.
+///
 /// Of a day of which archives were set aside it takes what can be read of them all, each event once, in the order of
-/// times.
-/// Each step deals with at least one event or day. What has been found stays, whether the search was stopped or could
-/// keep no more events, which is its fault.
+/// times. Each step deals with at least one event or day. What has been found stays, whether the search was stopped or
+/// could keep no more events, which is its fault.
 class EventSearch : public Task
 {
 public:

@@ -69,8 +69,7 @@ Result<void> DayArchive::look()
     return {};
 }
 
-// Reading it through
-// ---------------------------------------------------------------------------------------------------
+// Reading it through -------------------------------------------------------------------------------------------------
 
 Result<void> DayArchive::readOn(int milliseconds)
 {
@@ -128,8 +127,7 @@ Result<bool> DayArchive::readIndex()
     return read ? Result<bool>(isMore) : read.fault();
 }
 
-// Rows
-// -----------------------------------------------------------------------------------------------------------------
+// Rows ---------------------------------------------------------------------------------------------------------------
 
 Result<qint64> DayArchive::insert(const Event &event, qint64 number)
 {
@@ -214,8 +212,7 @@ qsizetype DayArchive::countAfter(qint64 number)
     return count ? static_cast<qsizetype>(count.value()) : 0;
 }
 
-// The file
-// -------------------------------------------------------------------------------------------------------------
+// The file -----------------------------------------------------------------------------------------------------------
 
 Result<void> DayArchive::bringTogether()
 {

@@ -22,8 +22,8 @@ public:
         qint64 copy = 0; ///< it is the n-th of equal ones, counted from 1
     };
 
-    /// Opens the archive of @p day, made from the template when there is none, and begins to read it
-    /// through: one that is not large is read when this returns.
+    /// Opens the archive of @p day, made from the template when there is none, and begins to read it through: one that
+    /// is not large is read when this returns.
     /// @return Damaged, also for what reading finds; TemplateDamaged when the copy just made is no archive
     static Result<std::unique_ptr<DayArchive>> open(ArchiveStore &archives, QDate day);
 

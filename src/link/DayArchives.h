@@ -19,7 +19,7 @@ class DayArchives
 {
 public:
     /// All must outlive this object.
-    /// @param moved  called when another part of the program was about to open a file that has taken the live one's
+    /// @param moved  called when another part of the program was about to open a file that stands under the live one's
     /// name
     DayArchives(ArchiveStore &archives, const Clock &clock, Notices &notices, std::function<void()> moved)
         : m_archives(archives), m_clock(clock), m_notices(notices), m_moved(std::move(moved))

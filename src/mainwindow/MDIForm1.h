@@ -22,7 +22,7 @@ class MDIForm1 : public QMainWindow, private Gate
     Q_OBJECT
 
 public:
-    /// @param program  prepared, not yet loaded; @param messages; both must outlive this window
+    /// @param program  prepared, not yet loaded; must outlive this window, as must the messages
     MDIForm1(Program &program, Messages &messages, QWidget *parent = nullptr);
     ~MDIForm1() override;
 

@@ -158,8 +158,7 @@ void MDIForm1::mnuAbout_Click()
     });
 }
 
-// The time programme
-// ---------------------------------------------------------------------------------------------------
+// The time programme -------------------------------------------------------------------------------------------------
 
 template<class Editor>
 void MDIForm1::openEditor(TimeProgramme::Part part)

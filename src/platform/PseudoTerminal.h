@@ -25,9 +25,8 @@ public:
     ~PseudoTerminal() override;
 
     /// Makes a new device, and the link to it: a missing folder is made, another symbolic link is replaced.
-    /// @return AlreadyInUse when something that is no symbolic link has the link's name, AccessDenied when the link or
-    /// its
-    ///         folder cannot be made, InputOutput when the system gives no device
+    /// @return AlreadyInUse when something that is no symbolic link has the link's name; AccessDenied when the link or
+    /// its folder cannot be made; InputOutput when the system gives no device
     Result<void> open();
     /// Ends the line and removes the link, unless it leads to another device by now.
     void close();

@@ -34,11 +34,10 @@ public:
     Printing(ChildWindow *window, const CurrentPrinter &printer, const Texts &texts, Messages &messages);
     ~Printing() override;
 
-    /// Looks for the printer; to be asked before each print. A print that still runs is left alone, and then nothing
-    /// is called.
+    /// Looks for the printer; to be asked before each print. Nothing is called while a print still runs, which is
+    /// left alone, nor when the window closes first.
     /// @param found     called when print() may be, later on
-    /// @param notFound  called when there is no printer, which the operator is told; neither when the window closes
-    /// first
+    /// @param notFound  called when there is no printer, which the operator is told
     /// @param icon      of the message that no printer is installed
     void findPrinter(std::function<void()> found, std::function<void()> notFound = {}, Icon icon = Icon::Information);
     /// Begins a print; from @p found only.
