@@ -73,7 +73,7 @@ int main(int argumentCount, char *arguments[])
     for (int round = 0; round < 3; ++round) {
         ours.append(painted(file, [&](PainterPage &page) {
             EventReport all = report(texts);
-            while (all.step(page, 20) == Report::Progress::Running) {
+            while (!all.step(page, QDeadlineTimer(20)).value()) {
             }
         }));
         bare.append(painted(file, [&](PainterPage &page) {

@@ -2,9 +2,8 @@
 
 #include "platform/Result.h"
 
+#include <QDeadlineTimer>
 #include <QString>
-
-#include <optional>
 
 /// The printable area of the present page of a document. Lengths are twips (1440 to the inch) from its upper left
 /// corner, and every one that is measured is that of the device which is painted.
@@ -37,16 +36,10 @@ public:
 class Report
 {
 public:
-    enum class Progress { Running, Finished, Failed };
-
     virtual ~Report() = default;
 
-    /// Prints on for about @p milliseconds, at least one row. @param page  the same at each call
-    /// @return Failed when the device takes no further page, or what is to be printed cannot be read
-    virtual Progress step(Page &page, int milliseconds) = 0;
-    /// Why it failed; nothing when the device did.
-    const std::optional<Fault> &fault() const { return m_fault; }
-
-protected:
-    std::optional<Fault> m_fault;
+    /// Prints on until then, at least one row. @param page  the same at each call
+    /// @return true when all is printed; InputOutput when the device takes no further page, else why what is to be
+    /// printed cannot be read
+    virtual Result<bool> step(Page &page, const QDeadlineTimer &until) = 0;
 };

@@ -1,7 +1,5 @@
 #include "reports/TableReport.h"
 
-#include <QElapsedTimer>
-
 namespace {
 
 constexpr double topOfNextPages = 400;
@@ -74,35 +72,31 @@ QString TableReport::pageNumber() const
     return m_layout.page + QLatin1Char(' ') + QString::number(m_page) + QStringLiteral("  ");
 }
 
-Report::Progress TableReport::step(Page &page, int milliseconds)
+Result<bool> TableReport::step(Page &page, const QDeadlineTimer &until)
 {
-    QElapsedTimer turn;
-    turn.start();
     if (!std::exchange(m_hasBegun, true))
         begin(page);
     while (m_next < m_rows.count) {
         const Result<QStringList> fields = m_rows.fields(m_next++);
-        if (!fields) {
-            m_fault = fields.fault();
-            return Progress::Failed;
-        }
+        if (!fields)
+            return fields.fault();
         printRow(page, rowText(fields.value()));
         // The next row needs two lines, and a third stays free above the page number.
         if (m_rowBottom + 3 * m_line > page.height() - m_line - FooterSpace) {
             closePage(page);
             if (!page.newPage())
-                return Progress::Failed;
+                return Fault{FaultCode::InputOutput, {}};
             ++m_page;
             m_y = topOfNextPages;
             setTextFont(page);
             printHeadings(page);
         }
-        if (turn.elapsed() >= milliseconds && m_next < m_rows.count)
-            return Progress::Running;
+        if (until.hasExpired() && m_next < m_rows.count)
+            return false;
     }
     closePage(page);
     printNote(page);
-    return Progress::Finished;
+    return true;
 }
 
 /// There is room for another row below the last one.

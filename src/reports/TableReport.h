@@ -36,7 +36,7 @@ public:
         QString note = {};
     };
 
-    Progress step(Page &page, int milliseconds) override;
+    Result<bool> step(Page &page, const QDeadlineTimer &until) override;
 
     /// @p text in a column: cut or padded, but that a centred text is never cut.
     static QString fitted(const QString &text, int width, Fit fit);

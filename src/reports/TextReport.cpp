@@ -1,18 +1,14 @@
 #include "reports/TextReport.h"
 
-#include <QElapsedTimer>
-
-Report::Progress TextReport::step(Page &page, int milliseconds)
+Result<bool> TextReport::step(Page &page, const QDeadlineTimer &until)
 {
-    QElapsedTimer turn;
-    turn.start();
     page.setFont(10, false);
     const double height = page.textHeight();
     const auto room = qMax<qsizetype>(1, static_cast<qsizetype>(page.width() / page.textWidth(QStringLiteral(" "))));
     while (m_next < m_lines.size()) {
         if (m_y + height > page.height()) {
             if (!page.newPage())
-                return Progress::Failed;
+                return Fault{FaultCode::InputOutput, {}};
             m_y = 0;
         }
         const QString &text = m_lines[m_next];
@@ -23,8 +19,8 @@ Report::Progress TextReport::step(Page &page, int milliseconds)
             m_printed = 0;
             ++m_next;
         }
-        if (turn.elapsed() >= milliseconds && m_next < m_lines.size())
-            return Progress::Running;
+        if (until.hasExpired() && m_next < m_lines.size())
+            return false;
     }
-    return Progress::Finished;
+    return true;
 }

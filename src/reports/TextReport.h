@@ -10,7 +10,7 @@ class TextReport : public Report
 public:
     explicit TextReport(QStringList lines) : m_lines(std::move(lines)) {}
 
-    Progress step(Page &page, int milliseconds) override;
+    Result<bool> step(Page &page, const QDeadlineTimer &until) override;
 
 private:
     const QStringList m_lines;

@@ -87,11 +87,11 @@ Result<bool> Printing::Document::step(const QDeadlineTimer &until)
         const Result<void> begun = begin();
         return begun ? Result<bool>(false) : Result<bool>(begun.fault());
     }
-    const Report::Progress progress = m_report->step(*m_page, static_cast<int>(qMax<qint64>(1, until.remainingTime())));
-    if (progress == Report::Progress::Running)
+    const Result<bool> printed = m_report->step(*m_page, until);
+    if (!printed)
+        return fail(OwnText::PrintNotMade, m_printer.name, printed.fault());
+    if (!printed.value())
         return false;
-    if (progress == Report::Progress::Failed)
-        return fail(OwnText::PrintNotMade, m_printer.name, m_report->fault().value_or(notMade()));
     if (!m_painter.end() || !isComplete(m_made.path()))
         return fail(OwnText::PrintNotMade, m_printer.name, notMade());
     return true;

@@ -11,7 +11,7 @@ namespace {
 using Mark = RecordedPage::Mark;
 using Table = EventReport::Table;
 
-constexpr int unlimited = 1'000'000;
+constexpr int unlimited = -1;
 
 /// How one kind of table must look on a page whose line of 10 points is 220 high. All figures are twips.
 struct Look {
@@ -67,7 +67,7 @@ RecordedPage recorded(Report &report, int budget, int *steps = nullptr)
 {
     RecordedPage page;
     int count = 1;
-    while (report.step(page, budget) == Report::Progress::Running)
+    while (!report.step(page, QDeadlineTimer(budget)).value())
         ++count;
     if (steps)
         *steps = count;
@@ -165,7 +165,7 @@ private Q_SLOTS:
         RecordedPage full;
         full.lastPage = 1;
         EventReport refused(Table::LastEvents, Texts(), rows);
-        QCOMPARE(refused.step(full, unlimited), Report::Progress::Failed);
+        QCOMPARE(refused.step(full, QDeadlineTimer(unlimited)).fault().code, FaultCode::InputOutput);
     }
 
     void plainText()

@@ -130,7 +130,7 @@ private Q_SLOTS:
             texts, {2, [&](qsizetype row) { return JournalReport::fields(row == 0 ? saved : searched, texts); }},
             u"note"_s);
         RecordedPage page;
-        QCOMPARE(report.step(page, 1'000'000), Report::Progress::Finished);
+        QVERIFY(report.step(page, QDeadlineTimer(QDeadlineTimer::Forever)).value());
         QStringList lines;
         for (const RecordedPage::Mark &mark : page.marks) {
             if (mark.points == 10)
