@@ -2,7 +2,6 @@
 
 #include "archives/ReadableRows.h"
 #include "archives/ReunitedDay.h"
-#include "platform/FileStamp.h"
 
 #include <QDateTime>
 

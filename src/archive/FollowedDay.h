@@ -3,8 +3,9 @@
 #include "archive/Cursor.h"
 #include "archives/ArchiveStore.h"
 #include "archives/DayFiles.h"
-#include "events/EventSink.h"
+#include "events/SearchResults.h"
 #include "platform/FileIdentity.h"
+#include "platform/FileStamp.h"
 
 #include <functional>
 

@@ -1,7 +1,6 @@
 #include "archive/VerifyCommand.h"
 
 #include "archive/RowForms.h"
-#include "archives/DayFiles.h"
 #include "archives/Tables.h"
 #include "platform/ArchiveUse.h"
 #include "platform/FreshFile.h"
@@ -14,7 +13,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <array>
 
 namespace tool {
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "events/EventExport.h"
 #include "events/EventSearch.h"
 #include "platform/Clock.h"
 #include "platform/TaskSequence.h"

@@ -1,5 +1,6 @@
 #include "events/CoverageLine.h"
 #include "events/EventColumns.h"
+#include "events/EventExport.h"
 #include "events/EventHistogram.h"
 #include "events/EventReport.h"
 #include "events/frmEventi.h"

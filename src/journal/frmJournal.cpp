@@ -3,6 +3,7 @@
 #include "journal/CoverageWords.h"
 #include "journal/DayBand.h"
 #include "journal/JournalReport.h"
+#include "journal/JournalView.h"
 #include "texts/DateTimeText.h"
 #include "texts/OwnText.h"
 #include "widgets/Accessibility.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "journal/Journal.h"
-#include "journal/JournalView.h"
+#include "journal/JournalWords.h"
 #include "widgets/ChildWindow.h"
 #include "widgets/Printing.h"
 #include "widgets/RowsModel.h"

@@ -1,6 +1,7 @@
 #include "users/UsersFetch.h"
 
 #include "archives/Tables.h"
+#include "archives/Transaction.h"
 #include "platform/FileIdentity.h"
 
 /// The users on their way; all of them or none come into the working copy.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "archives/ArchiveFetch.h"
-#include "archives/Transaction.h"
 
 #include <functional>
 #include <memory>
