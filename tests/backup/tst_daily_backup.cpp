@@ -153,7 +153,7 @@ private Q_SLOTS:
         QVERIFY(!site.backup.isDaily());
         QVERIFY(site.backup.copyNow().ok());
         site.backup.stop();
-        QTest::qWait(20);
+        QCoreApplication::processEvents();
         QCOMPARE(site.copies(), 0);
         QVERIFY(QDir(site.target.path()).entryList({u".kor-*"_s}, QDir::Files | QDir::Hidden).isEmpty());
         QVERIFY(!site.backup.plan().lastSuccess.isValid());

@@ -86,7 +86,7 @@ private Q_SLOTS:
         Running supervisor("kor-supervisor", site.console(listOf("--port,7")));
         QVERIFY(supervisor.tells("ON LINE"));
         Running follower("kor-archive", {u"follow"_s, u"--folder"_s, site.directory.path()});
-        QTest::qWait(1500);
+        QTRY_VERIFY_WITH_TIMEOUT(site.foundByTheWindow().size() > 20, 20'000);
         const auto searched = [&site](const char *format) {
             return site.tool(u"search"_s, {u"--format"_s, QLatin1String(format)});
         };

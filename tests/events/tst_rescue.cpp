@@ -67,11 +67,6 @@ struct Reception {
     {
         return log.append({QString::number(code), clock.date(), clock.moment.time(), CodeType::Transmitter, u"A"_s});
     }
-    bool isRescued(TestFolder &test) const
-    {
-        Result<Database> archive = test.archives.open(name, Database::Use::Safe);
-        return archive && archive.value().number(u"PRAGMA user_version"_s).value() == 1;
-    }
 
     FakeClock clock;
     Notices notices;
@@ -139,7 +134,7 @@ private Q_SLOTS:
                 [&] {
                     const bool isStored = day.append(code);
                     code += isStored ? 1 : 0;
-                    return !isStored || (view.refresh(1000) && day.isRescued(test));
+                    return !isStored || (view.refresh(1000) && isRescued(test.archives, name));
                 },
                 patience));
             QCOMPARE(waiting(day.log), 0);
@@ -230,7 +225,7 @@ private Q_SLOTS:
             }
             Reception next(test);
             next.log.open();
-            QVERIFY2(QTest::qWaitFor([&] { return next.isRescued(test); }, patience),
+            QVERIFY2(QTest::qWaitFor([&] { return isRescued(test.archives, name); }, patience),
                      qPrintable(QString::number(stop)));
             next.log.close();
             const QStringList rows = test.rows(name, u"SELECT Ora || ' ' || Codice FROM Eventi"_s);

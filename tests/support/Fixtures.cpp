@@ -1,5 +1,6 @@
 #include "support/Fixtures.h"
 
+#include "archives/ReunitedDay.h"
 #include "archives/Templates.h"
 #include "texts/DateTimeText.h"
 
@@ -134,6 +135,12 @@ QString english(const Message &message)
     Texts texts;
     texts.fill(2);
     return texts.sentence(message);
+}
+
+bool isRescued(ArchiveStore &archives, const QString &archive)
+{
+    Result<Database> database = archives.open(archive, Database::Use::Safe);
+    return database && ReunitedDay::isBroughtInto(database.value()).value();
 }
 
 qsizetype waiting(const EventLog &log)

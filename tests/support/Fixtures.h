@@ -197,6 +197,8 @@ QString english(const Message &message);
 
 /// How many events wait, as the status bar has it: those in memory where there are any, else those on disk.
 qsizetype waiting(const EventLog &log);
+/// What could be read of archives of the day that were set aside stands in @p archive.
+bool isRescued(ArchiveStore &archives, const QString &archive);
 
 /// Texts of the notices that wait, in English, which are taken.
 QStringList takeNotices(Notices &notices);
