@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 Result<void> checkRegular(const QString &path)
 {
@@ -15,6 +16,13 @@ Result<void> checkRegular(const QString &path)
     if (::stat(QFile::encodeName(path).constData(), &status) == 0 && !S_ISREG(status.st_mode))
         return Fault{FaultCode::NotRegularFile, path};
     return {};
+}
+
+bool isOwnersOnly(const QString &path)
+{
+    struct stat status = {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISREG(status.st_mode) &&
+           status.st_uid == ::geteuid() && (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
 }
 
 Result<QString> linkFollowed(const QString &path)

@@ -11,6 +11,9 @@
 /// @return NotRegularFile when something else than a file stands at @p path, links followed; no fault when nothing does
 Result<void> checkRegular(const QString &path);
 
+/// True for a file that nobody but its owner, who must be this user, can read or write; links are followed.
+bool isOwnersOnly(const QString &path);
+
 /// The file at the end of the link @p path, or @p path itself when it is no link.
 /// @return NotFound when the link leads nowhere
 Result<QString> linkFollowed(const QString &path);

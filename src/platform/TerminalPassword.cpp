@@ -1,12 +1,9 @@
 #include "platform/TerminalPassword.h"
 
-#include <QFile>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 #include <utility>
@@ -119,11 +116,4 @@ void TerminalPassword::take(bool isGivenUp)
         Q_EMIT givenUp();
     else
         Q_EMIT typed(text);
-}
-
-bool isOwnersOnly(const QString &path)
-{
-    struct stat status = {};
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISREG(status.st_mode) &&
-           status.st_uid == ::geteuid() && (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
 }

@@ -46,6 +46,3 @@ private:
     QByteArray m_line;
     std::unique_ptr<Silence> m_silence;
 };
-
-/// True when nobody but the owner, who must be this user, can read or write the file.
-bool isOwnersOnly(const QString &path);

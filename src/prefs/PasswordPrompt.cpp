@@ -1,5 +1,6 @@
 #include "prefs/PasswordPrompt.h"
 
+#include "platform/RegularFile.h"
 #include "texts/OwnText.h"
 
 #include <QFile>

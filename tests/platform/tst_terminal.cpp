@@ -1,6 +1,7 @@
 #include "platform/ConsoleOutput.h"
 #include "platform/CoreDump.h"
 #include "platform/PseudoTerminal.h"
+#include "platform/RegularFile.h"
 #include "platform/TerminalPassword.h"
 #include "support/Fixtures.h"
 #include "support/Typist.h"
