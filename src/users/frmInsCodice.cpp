@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int tickMilliseconds = 100;
+constexpr int takeMilliseconds = 100;
 
 } // namespace
 
@@ -64,7 +64,7 @@ frmInsCodice::frmInsCodice(const Texts &texts, Messages &messages, std::optional
     setKeys(cmdOk, cmdAnnulla);
 
     frmInsCodice::setCaptions();
-    tmrRicezione.start(tickMilliseconds);
+    tmrRicezione.start(takeMilliseconds);
     txtCodice->setFocus();
 }
 
