@@ -15,6 +15,7 @@ class Grid;
 class Journal;
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -68,6 +69,7 @@ private:
     QString lacks(const Result<void> &searched) const;
     void showFound(bool isKnown);
     void showCount(bool isKnown);
+    void fitButtons();
     Result<QStringList> foundRow(qsizetype row) const;
     QStringList shownRow(qsizetype row);
     void exportTo(const QString &file);
@@ -115,6 +117,7 @@ private:
     CoverageLine *m_coverage;
     EventHistogram *m_histogram;
     QLabel *lblTrovati;
+    QGridLayout *m_buttons;
     QPushButton *cmdRicerca;
     QPushButton *cmdStampa;
     QPushButton *cmdToExcel;

@@ -152,9 +152,8 @@ private Q_SLOTS:
                   "mnuNumEvOdVis", "mnuImpCom", "mnuLetConfInt", "mnuUtility", "mnuImpContKor", "mnuLingua",
                   "mnuAttPass", "mnuIstrSwKOR", "mnuAbout", "mnuImpPrn", "mnuBackup", "mnuJournal", ""}) {
                 ChildWindow *opened = *entry != 0 ? desk.choose(entry) : desk.importList();
-                // Not on the smallest: there the number of events makes the line of buttons too wide in German.
                 auto *histogram = opened->findChild<QAbstractButton *>(u"cmdIstogramma"_s);
-                if (histogram && screen.width() > 640) {
+                if (histogram) {
                     control(opened, u"cmdRicerca"_s)->click();
                     QTRY_VERIFY(control<QWidget>(opened, u"cmdCoverage"_s)->isVisible());
                     histogram->click();
