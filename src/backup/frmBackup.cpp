@@ -132,8 +132,9 @@ void frmBackup::cmdNow_Click()
 {
     if (folder().isEmpty())
         return refuse(m_texts[OwnText::BackupNoFolder]);
-    if (!store())
-        return;
+    if (const std::optional<QString> fault = faultOfPlan())
+        return refuse(*fault);
+    store();
     if (const Result<void> begun = m_backup.copyNow(); !begun)
         refuse(m_texts.sentence(m_backup.messageOf(begun.fault(), false)));
 }
@@ -204,38 +205,53 @@ bool frmBackup::canClose()
                             (txtTime->time() == plan.at || !plan.isDaily);
     if (m_backup.isRunning() || isAsBefore)
         return true;
-    const bool isStored = store();
-    if (!isStored)
-        refuseClose();
-    return isStored;
+    const std::optional<QString> fault = faultOfPlan();
+    if (!fault) {
+        store();
+        return true;
+    }
+    // Whoever only looked around must get out again.
+    m_messages.ask(this, *fault + QStringLiteral("\r\n") + m_texts[Text::TuttiICambiamentiVerrannoAnnullati],
+                   Messages::Buttons::YesNo, [this](Messages::Answer answer) {
+                       if (answer == Messages::Answer::Yes)
+                           return unload();
+                       chooseFolder();
+                       refuseClose();
+                   });
+    return false;
 }
 
-/// Takes over what the window says. @return false when it cannot be; the operator has been told then
-bool frmBackup::store()
+/// Why a copy cannot be made every day as the window says; nothing when it can, or need not be.
+std::optional<QString> frmBackup::faultOfPlan() const
 {
-    if (chkDaily->isChecked() && folder().isEmpty()) {
-        refuse(m_texts[OwnText::BackupNoFolder]);
-        return false;
-    }
+    if (!chkDaily->isChecked())
+        return {};
+    if (folder().isEmpty())
+        return m_texts[OwnText::BackupNoFolder];
     // A folder that is not there for the moment was one once.
     const bool isNew = folder() != m_backup.plan().folder || !m_backup.plan().isDaily;
-    if (const Result<void> checked = chkDaily->isChecked() && isNew ? m_backup.check(folder()) : Result<void>();
-        !checked) {
-        refuse(m_texts.sentence({OwnText::BackupNotMade, {folder()}, checked.fault()}));
-        return false;
-    }
+    if (const Result<void> checked = isNew ? m_backup.check(folder()) : Result<void>(); !checked)
+        return m_texts.sentence({OwnText::BackupNotMade, {folder()}, checked.fault()});
+    return {};
+}
+
+/// Takes over what the window says.
+void frmBackup::store()
+{
     const Result<void> stored = m_backup.setPlan(folder(), chkDaily->isChecked(), txtTime->time());
     if (!stored)
         m_messages.show(underneath(), Icon::Exclamation,
                         m_texts.sentence({OwnText::SettingNotSaved, {stored.fault().subject}, stored.fault()}));
-    return true;
 }
 
 /// Says why not, and lets the operator choose another folder.
 void frmBackup::refuse(const QString &text)
 {
-    m_messages.show(this, Icon::Exclamation, text, [this] {
-        txtFolder->setFocus();
-        txtFolder->selectAll();
-    });
+    m_messages.show(this, Icon::Exclamation, text, [this] { chooseFolder(); });
+}
+
+void frmBackup::chooseFolder()
+{
+    txtFolder->setFocus();
+    txtFolder->selectAll();
 }

@@ -36,8 +36,10 @@ private:
     void tell(std::optional<Message> state);
     void showEnd(const Result<void> &result, int copied);
     QString folder() const;
-    bool store();
+    std::optional<QString> faultOfPlan() const;
+    void store();
     void refuse(const QString &text);
+    void chooseFolder();
 
     const Texts &m_texts;
     DailyBackup &m_backup;

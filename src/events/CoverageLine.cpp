@@ -7,6 +7,12 @@
 #include <QStyleOptionFocusRect>
 #include <QStylePainter>
 
+namespace {
+
+constexpr int leastContrast = 64; ///< of 255 grey levels
+
+}
+
 CoverageLine::CoverageLine(const Texts &texts, Journal &journal, ChildWindow *window)
     : m_texts(texts), m_journal(journal), m_runner(new TaskRunner(window))
 {
@@ -87,6 +93,10 @@ void CoverageLine::look()
     underlined.setUnderline(true);
     setFont(underlined);
     QPalette coloured;
-    coloured.setColor(QPalette::ButtonText, coloured.color(QPalette::Link));
+    // A dark desktop may leave the colour of links as dark as it is on white.
+    QColor link = coloured.color(QPalette::Link);
+    if (qAbs(qGray(link.rgb()) - qGray(coloured.color(QPalette::Window).rgb())) < leastContrast)
+        link = coloured.color(QPalette::WindowText);
+    coloured.setColor(QPalette::ButtonText, link);
     setPalette(coloured);
 }

@@ -168,7 +168,7 @@ private:
             when += bar.from.toString(QStringLiteral(" HH:00")) + bar.to.toString(QStringLiteral(" - HH:59"));
         else if (bar.from != bar.to)
             when += QStringLiteral(" - ") + DataBarre(bar.to.date());
-        return when + QStringLiteral(": ") +
+        return when + texts[OwnText::Colon] +
                texts.sentence(
                    {OwnText::EventCounts, {QString::number(bar.enabled), QString::number(bar.disabled)}, {}});
     }

@@ -17,6 +17,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -93,19 +94,20 @@ void frmEventi::build()
     cmdChiudi = button("cmdChiudi");
     lblTrovati = new QLabel;
     lblTrovati->setObjectName(QStringLiteral("lblTrovati"));
-    auto *buttons = new QHBoxLayout;
-    buttons->addWidget(cmdRicerca);
-    buttons->addWidget(lblTrovati, 1);
-    buttons->addWidget(cmdStampa);
-    buttons->addWidget(cmdToExcel);
-    buttons->addWidget(cmdChiudi);
+    m_buttons = new QGridLayout;
+    m_buttons->setColumnStretch(1, 1);
+    m_buttons->addWidget(cmdRicerca, 1, 0);
+    m_buttons->addWidget(lblTrovati, 1, 1);
+    m_buttons->addWidget(cmdStampa, 1, 2);
+    m_buttons->addWidget(cmdToExcel, 1, 3);
+    m_buttons->addWidget(cmdChiudi, 1, 4);
 
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(FrameRic);
     rows->addWidget(dbgrdDati, 1);
     rows->addWidget(m_coverage, 0, Qt::AlignLeft);
     rows->addWidget(m_histogram);
-    rows->addLayout(buttons);
+    rows->addLayout(m_buttons);
 }
 
 Fields *frmEventi::buildParameters()
@@ -168,6 +170,20 @@ void frmEventi::resizeEvent(QResizeEvent *event)
     ChildWindow::resizeEvent(event);
     FrameRic->fit(roomForContent());
     m_coverage->fit(roomForContent());
+    fitButtons();
+}
+
+/// What was found stands between the buttons; above them where it would push them out of the window.
+void frmEventi::fitButtons()
+{
+    int wanted = lblTrovati->sizeHint().width();
+    for (const QPushButton *button : {cmdRicerca, cmdStampa, cmdToExcel, cmdChiudi})
+        wanted += m_buttons->horizontalSpacing() + button->sizeHint().width();
+    m_buttons->removeWidget(lblTrovati);
+    if (wanted > roomForContent())
+        m_buttons->addWidget(lblTrovati, 0, 0, 1, -1);
+    else
+        m_buttons->addWidget(lblTrovati, 1, 1);
 }
 
 void frmEventi::setCaptions()

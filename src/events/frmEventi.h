@@ -14,6 +14,7 @@ class Grid;
 class Journal;
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -67,6 +68,7 @@ private:
     QString lacks(const Result<void> &searched) const;
     void showFound(bool isKnown);
     void showCount(bool isKnown);
+    void fitButtons();
     Result<QStringList> foundRow(qsizetype row) const;
     QStringList shownRow(qsizetype row);
     void exportTo(const QString &file);
@@ -114,6 +116,7 @@ private:
     CoverageLine *m_coverage;
     EventHistogram *m_histogram;
     QLabel *lblTrovati;
+    QGridLayout *m_buttons;
     QPushButton *cmdRicerca;
     QPushButton *cmdStampa;
     QPushButton *cmdToExcel;

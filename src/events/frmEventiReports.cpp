@@ -86,6 +86,7 @@ void frmEventi::showCount(bool isKnown)
         isKnown ? m_texts.sentence({OwnText::EventsFound, {QString::number(m_search.results().count())}, {}})
                 : QString();
     lblTrovati->setText(found);
+    fitButtons();
     // The keyboard goes to the grid, and so do readers.
     dbgrdDati->setAccessibleDescription(found);
 }

@@ -71,6 +71,6 @@ QString listeningWords(Listening state, const Texts &texts)
 
 QString spanWords(const CoveredSpan &span, const Texts &texts)
 {
-    return timeWords(span.from) + QStringLiteral(" - ") + timeWords(span.to - 1) + QStringLiteral(": ") +
+    return timeWords(span.from) + QStringLiteral(" - ") + timeWords(span.to - 1) + texts[OwnText::Colon] +
            listeningWords(span.state, texts);
 }

@@ -40,7 +40,9 @@ struct Scale {
     QRectF band;
 };
 
-void paintSpan(QPainter &painter, const QRectF &rect, Listening state)
+} // namespace
+
+void DayBand::paintSpan(QPainter &painter, const QRectF &rect, Listening state)
 {
     if (state == Listening::Listened)
         return painter.fillRect(rect, listening);
@@ -49,8 +51,6 @@ void paintSpan(QPainter &painter, const QRectF &rect, Listening state)
     painter.setPen(colour);
     painter.drawRect(rect.adjusted(0, 0, -1, -1));
 }
-
-} // namespace
 
 void DayBand::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {

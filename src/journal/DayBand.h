@@ -14,6 +14,9 @@ public:
     /// @param texts  must outlive this object
     DayBand(const Texts &texts, QObject *parent) : QStyledItemDelegate(parent), m_texts(texts) {}
 
+    /// Paints time in which the program listened, or did not.
+    static void paintSpan(QPainter &painter, const QRectF &rect, Listening state);
+
     /// The days of the rows.
     void setDays(QList<DayCoverage> days) { m_days = std::move(days); }
     const QList<DayCoverage> &days() const { return m_days; }

@@ -51,7 +51,7 @@ QString registerWords(const QString &counts, const Texts &texts)
     const QStringList parts = counts.split(QLatin1Char(','));
     QString words = texts[OwnText::NoteRegisterSaved];
     if (parts.size() == 3)
-        words += QStringLiteral(": ") + texts[OwnText::NoteRegisterChanges].arg(parts[0], parts[1], parts[2]);
+        words += texts[OwnText::Colon] + texts[OwnText::NoteRegisterChanges].arg(parts[0], parts[1], parts[2]);
     return words;
 }
 

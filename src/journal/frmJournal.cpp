@@ -1,5 +1,6 @@
 #include "journal/frmJournal.h"
 
+#include "journal/BandLegend.h"
 #include "journal/CoverageWords.h"
 #include "journal/DayBand.h"
 #include "journal/JournalReport.h"
@@ -94,6 +95,7 @@ void frmJournal::build()
     auto *rows = new QVBoxLayout(this);
     rows->addWidget(fraRange);
     rows->addWidget(grdDays, 1);
+    rows->addWidget(m_legend = new BandLegend);
     rows->addWidget(lblDays);
     rows->addWidget(lblCoverage);
     rows->addWidget(grdRows, 1);
@@ -158,6 +160,7 @@ void frmJournal::setCaptions()
 {
     m_dayRows->setCaptions(dayColumns());
     m_noteRows->setCaptions(noteColumns());
+    m_legend->setCaptions(m_texts);
     lblDays->setText(m_texts[OwnText::JournalLastDays].arg(MostDays));
     sayCoverage();
     setWindowTitle(TogliAnd(m_texts[OwnText::MnuJournal]));

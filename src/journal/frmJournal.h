@@ -7,6 +7,7 @@
 #include "widgets/RowsModel.h"
 #include "widgets/TaskRunner.h"
 
+class BandLegend;
 class DayBand;
 class Fields;
 class Grid;
@@ -83,6 +84,7 @@ private:
     Grid *grdDays;
     RowsModel *m_dayRows;
     DayBand *m_bands;
+    BandLegend *m_legend;
     QLabel *lblDays;
     QLabel *lblCoverage;
     Grid *grdRows;

@@ -187,7 +187,7 @@ void frmImpCom::showDevices()
 {
     for (int port = 1; port <= PortTest::Ports; ++port) {
         QRadioButton *option = Com.at(static_cast<size_t>(port - 1));
-        const QString words = option->text() + QStringLiteral(": ") + deviceWords(m_test.describe(port), m_texts);
+        const QString words = option->text() + m_texts[OwnText::Colon] + deviceWords(m_test.describe(port), m_texts);
         // A device may call itself anything: none of it is markup.
         option->setToolTip(Qt::mightBeRichText(words) ? words.toHtmlEscaped() : words);
         option->setAccessibleDescription(words);

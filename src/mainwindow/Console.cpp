@@ -109,6 +109,7 @@ void Console::tellNotices()
 {
     while (!m_program.notices().isEmpty()) {
         const Notice notice = m_program.notices().take();
-        tell(m_program.texts()[OwnText::Notice] + QStringLiteral(": ") + m_program.texts().sentence(notice.message));
+        tell(m_program.texts()[OwnText::Notice] + m_program.texts()[OwnText::Colon] +
+             m_program.texts().sentence(notice.message));
     }
 }

@@ -6,10 +6,31 @@
 #include "texts/Texts.h"
 
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPixmap>
 #include <QPushButton>
+#include <QScreen>
+
+namespace {
+
+constexpr double mostOfScreen = 0.4; ///< of its height, taken by the picture
+
+/// The picture, smaller where it would push the words out of the window.
+QPixmap fitted(QPixmap picture)
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const double most = mostOfScreen * screen->availableSize().height();
+    if (picture.height() <= most)
+        return picture;
+    const double sharpness = screen->devicePixelRatio();
+    picture = picture.scaledToHeight(qRound(most * sharpness), Qt::SmoothTransformation);
+    picture.setDevicePixelRatio(sharpness);
+    return picture;
+}
+
+} // namespace
 
 frmInfo::frmInfo(const Texts &texts, const QPixmap &picture, const QString &folder, QWidget *parent)
     : ChildWindow(QStringLiteral("frmInfo"), parent),
@@ -42,7 +63,7 @@ frmInfo::frmInfo(const Texts &texts, const QPixmap &picture, const QString &fold
     rows->addWidget(lblVersione);
     rows->addLayout(facts);
     rows->addLayout(buttons);
-    imgInfo->setPixmap(picture);
+    imgInfo->setPixmap(fitted(picture));
     imgInfo->setAlignment(Qt::AlignCenter);
     imgInfo->setVisible(!picture.isNull());
     lblVersione->setAlignment(Qt::AlignCenter);

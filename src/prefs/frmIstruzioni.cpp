@@ -7,6 +7,7 @@
 
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPdfBookmarkModel>
 #include <QPdfDocument>
@@ -16,6 +17,7 @@
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSplitter>
+#include <QStyledItemDelegate>
 #include <QToolButton>
 #include <QTreeView>
 
@@ -28,6 +30,7 @@ constexpr double largestZoom = 3;
 constexpr double pointsPerInch = 72;
 // Twips.
 constexpr int contentsWidth = 3600;
+constexpr int betweenHeadings = 60;
 constexpr int leastPageWidth = 9000; ///< in which a page can be read
 
 /// Pixels in which a page of natural size shows a point.
@@ -35,6 +38,26 @@ double naturalPixelsPerPoint()
 {
     return QGuiApplication::primaryScreen()->logicalDotsPerInch() / pointsPerInch;
 }
+
+/// A heading goes on in another line where the tree is narrower than it; the library leaves it one.
+class Headings : public QStyledItemDelegate
+{
+public:
+    explicit Headings(QTreeView *tree) : QStyledItemDelegate(tree), m_tree(tree) {}
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        QStyleOptionViewItem broken = option;
+        int width = m_tree->columnWidth(0);
+        for (QModelIndex above = index.parent(); above.isValid(); above = above.parent())
+            width -= m_tree->indentation();
+        broken.rect = QRect(0, 0, width, option.fontMetrics.height());
+        return QStyledItemDelegate::sizeHint(broken, index) + QSize(0, pixels(betweenHeadings));
+    }
+
+private:
+    QTreeView *m_tree;
+};
 
 } // namespace
 
@@ -76,8 +99,10 @@ frmIstruzioni::frmIstruzioni(Text caption, const QString &file, const Texts &tex
     ReadPdf->setFocusPolicy(Qt::StrongFocus);
     treContenuto->setHeaderHidden(true);
     treContenuto->setRootIsDecorated(false);
-    treContenuto->setTextElideMode(Qt::ElideRight);
+    treContenuto->setWordWrap(true);
+    treContenuto->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     treContenuto->setModel(m_chapters);
+    treContenuto->setItemDelegate(new Headings(treContenuto));
     treContenuto->hide();
 
     treContenuto->setObjectName(QStringLiteral("treContenuto"));
@@ -89,6 +114,8 @@ frmIstruzioni::frmIstruzioni(Text caption, const QString &file, const Texts &tex
 
     connect(treContenuto->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &frmIstruzioni::treContenuto_Change);
+    // Its lines are as high as their headings are in that width.
+    connect(treContenuto->header(), &QHeaderView::sectionResized, treContenuto, &QTreeView::doItemsLayout);
     // One that is current already is chosen again.
     connect(treContenuto, &QTreeView::clicked, this, &frmIstruzioni::treContenuto_Change);
     connect(treContenuto, &QTreeView::activated, this, &frmIstruzioni::treContenuto_Change);

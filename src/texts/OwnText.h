@@ -36,6 +36,7 @@ enum class OwnText : int {
     ConsoleDemo,
     DemoCannotStart,
     Notice,
+    Colon, ///< between what is joined
     LedUnknown,
     RtsAsserted,
     RtsReleased,
@@ -255,6 +256,7 @@ enum class OwnText : int {
     ListeningEventsNotStored,
     ListeningNotKnown,
     Listened,
+    NotListened,
     NoteStarted,
     NoteEnded,
     NoteCutOff,

@@ -91,6 +91,6 @@ QString Texts::sentence(const Message &message) const
         words = words.arg(message.arguments[0], message.arguments[1]);
     }
     if (message.fault)
-        words += QStringLiteral(": ") + (*this)[reason(message.fault->code)];
+        words += (*this)[OwnText::Colon] + (*this)[reason(message.fault->code)];
     return words;
 }

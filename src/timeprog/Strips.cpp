@@ -117,7 +117,7 @@ Strips weekStrips(const QList<Band> &bands, qsizetype marked, const QDateTime &n
         QStringList words;
         for (const Strips::Span &span : std::as_const(strip.spans))
             words.append(minuteText(span.first) + QStringLiteral(" - ") + minuteText(span.last));
-        days.append(name + QStringLiteral(": ") +
+        days.append(name + texts[OwnText::Colon] +
                     (words.isEmpty() ? texts[OwnText::NoBand] : words.join(QStringLiteral(", "))));
         week.strips.append(strip);
     }

@@ -156,18 +156,16 @@ void ChildWindow::setKeys(QPushButton *accept, QPushButton *cancel)
 
 bool ChildWindow::pressByKey(const QKeySequence &key, const QPushButton *meant)
 {
-    QPushButton *only = nullptr;
-    const QList<QPushButton *> buttons = findChildren<QPushButton *>();
-    for (QPushButton *button : buttons) {
-        if (button->shortcut() != key || !button->isEnabled() || !button->isVisible())
-            continue;
-        if (only)
-            return false;
-        only = button;
-    }
-    if (!only || (meant && meant != only))
+    QList<QPushButton *> with = findChildren<QPushButton *>();
+    with.removeIf([&key](const QPushButton *button) {
+        return button->shortcut() != key || !button->isEnabled() || !button->isVisible();
+    });
+    if (with.isEmpty() || (with.size() == 1 && meant && meant != with.first()))
         return false;
-    only->click();
+    if (with.size() == 1)
+        with.first()->click();
+    else
+        with[(with.indexOf(focusWidget()) + 1) % with.size()]->setFocus(Qt::ShortcutFocusReason);
     return true;
 }
 

@@ -54,8 +54,9 @@ public:
     QSize neededSize() const;
     /// Gives the keyboard to the control that the window has chosen itself, else to its first.
     void takeKeyboard();
-    /// Presses the button that has the access key @p key. @param meant  the only one that may be it; null: any
-    /// @return false when no button that can be pressed has it, or several have
+    /// Presses the button that has the access key @p key; where several have it, the keyboard goes to the next of them.
+    /// @param meant  the only one that may be pressed; null: any
+    /// @return false when no button that can be pressed has it
     bool pressByKey(const QKeySequence &key, const QPushButton *meant = nullptr);
 
     /// Another window that this one, disabled, waits for; it comes to the front in its place.

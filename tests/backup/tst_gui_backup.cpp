@@ -84,6 +84,7 @@ private Q_SLOTS:
     {
         const Rows<QString, bool, QString> row("folder", "isDaily", "message");
         row("none", {}, false, u"Exclamation: Choose the folder of the backup copy."_s);
+        row("none, daily", {}, true, u"Exclamation: Choose the folder of the backup copy."_s);
         row("not there", u"/nowhere"_s, false,
             u"Exclamation: The backup copy in '/nowhere' cannot be made: does not exist"_s);
         row("not there, daily", u"/nowhere"_s, true,
@@ -103,11 +104,18 @@ private Q_SLOTS:
         message.replace(u"*"_s, desk.test.directory.path());
         QCOMPARE(desk.messages.take(), QStringList{message});
         QVERIFY(!desk.backup.isRunning());
-        if (isDaily) {
-            desk.click("cmdChiudi");
-            QCOMPARE(desk.messages.take(), QStringList{message});
-            QVERIFY(desk.window && desk.window->isEnabled());
-        }
+        if (!isDaily)
+            return;
+        // It is said once more, and the operator may leave all the same.
+        desk.messages.answers = {Messages::Answer::No, Messages::Answer::Yes};
+        desk.click("cmdChiudi");
+        QCOMPARE(desk.messages.take(), QStringList{message.replace(u"Exclamation"_s, u"Question"_s) + u"\r\n"_s +
+                                                   desk.texts[Text::TuttiICambiamentiVerrannoAnnullati]});
+        QTRY_COMPARE(desk.messages.standing, 0);
+        QVERIFY(desk.window && desk.window->isEnabled());
+        desk.click("cmdChiudi");
+        QTRY_VERIFY(!desk.window);
+        QVERIFY(desk.messages.take().size() == 1 && !BackupPlan::from(desk.settings).isDaily);
     }
 
     void closingKeepsThePlan()

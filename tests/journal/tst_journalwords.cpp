@@ -103,7 +103,7 @@ private Q_SLOTS:
         row("throughout", {}, 2, u"The program listened throughout."_s);
         row("twice", {{2, 11'530}, {}}, 2, u"Not listening: 2 times, 3 h 12 min in all"_s);
         row("once, seconds", {{1, 59}, {}}, 1, u"Non in ascolto: una volta, in tutto 59 s"_s);
-        row("minutes", {{2, 3599}, {}}, 3, u"Pas à l'écoute: 2 fois, 59 min 59 s en tout"_s);
+        row("minutes", {{2, 3599}, {}}, 3, u"Pas à l'écoute\u00A0: 2 fois, 59 min 59 s en tout"_s);
         row("not known", {{}, {1, 172'799}}, 4, u"Nicht bekannt, ob empfangsbereit: einmal, insgesamt 47 h 59 min"_s);
         row("both, days", {{3, 60}, {1, 180'000}}, 2,
             u"Not listening: 3 times, 1 min in all. Not known whether listening: once, 2 days 2 h in all"_s);

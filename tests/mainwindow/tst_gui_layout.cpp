@@ -11,6 +11,7 @@
 #include <QFileDialog>
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QMenuBar>
 #include <QPdfBookmarkModel>
 #include <QPdfPageNavigator>
 #include <QPdfView>
@@ -89,6 +90,20 @@ public:
         }
     }
 
+    /// Two buttons may share a key, or one and a menu: the window in front sees to it. Nobody does for another control.
+    void lookForKeys(const QWidget *window, const QMenuBar *bar)
+    {
+        QList<QKeySequence> taken;
+        for (const QAction *menu : bar->actions())
+            taken.append(QKeySequence::mnemonic(menu->text()));
+        for (const QWidget *part : window->findChildren<QWidget *>()) {
+            const QKeySequence key = QKeySequence::mnemonic(part->property("text").toString());
+            check(!qobject_cast<const QPushButton *>(part) && !key.isEmpty() && taken.contains(key), part,
+                  "shares a key");
+            taken.append(key);
+        }
+    }
+
 private:
     void lookAt(const QWidget *part)
     {
@@ -152,9 +167,8 @@ private Q_SLOTS:
                   "mnuNumEvOdVis", "mnuImpCom", "mnuLetConfInt", "mnuUtility", "mnuImpContKor", "mnuLingua",
                   "mnuAttPass", "mnuIstrSwKOR", "mnuAbout", "mnuImpPrn", "mnuBackup", "mnuJournal", ""}) {
                 ChildWindow *opened = *entry != 0 ? desk.choose(entry) : desk.importList();
-                // Not on the smallest: there the number of events makes the line of buttons too wide in German.
                 auto *histogram = opened->findChild<QAbstractButton *>(u"cmdIstogramma"_s);
-                if (histogram && screen.width() > 640) {
+                if (histogram) {
                     control(opened, u"cmdRicerca"_s)->click();
                     QTRY_VERIFY(control<QWidget>(opened, u"cmdCoverage"_s)->isVisible());
                     histogram->click();
@@ -164,6 +178,7 @@ private Q_SLOTS:
                 QCoreApplication::processEvents();
                 Faults faults;
                 faults.look(opened);
+                faults.lookForKeys(opened, desk.window.menuBar());
                 if (!desk.area->viewport()->rect().contains(opened->parentWidget()->geometry()))
                     faults.append(u"leaves the main window"_s);
                 // There is more to be seen where there is room for it.

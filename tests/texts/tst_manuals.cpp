@@ -72,7 +72,7 @@ QStringList quotedIn(QString manual)
 /// "..." and a single "n" stand for whatever the program puts there.
 QRegularExpression patternOf(const QString &quoted)
 {
-    static const QRegularExpression value(u":?\\s*\\.\\.\\.$|\\s*\\.\\.\\.\\s*|(?<=com)n\\b|\\bn\\b(?!')"_s);
+    static const QRegularExpression value(u"\\s*:?\\s*\\.\\.\\.$|\\s*\\.\\.\\.\\s*|(?<=com)n\\b|\\bn\\b(?!')"_s);
     QStringList parts = plain(quoted).split(value);
     for (QString &part : parts)
         part = QRegularExpression::escape(part);
