@@ -88,9 +88,8 @@ void MDIForm1::buildMenu()
 MainMenu::Caption MDIForm1::shownEventsCaption() const
 {
     return [this] {
-        return QStringLiteral("%1 (%2)")
-            .arg(m_program.texts()[Text::MnuNumeroEventiOdierni])
-            .arg(m_program.settings().NumEvOd);
+        const QString caption = m_program.texts()[Text::MnuNumeroEventiOdierni];
+        return m_isCountChosen ? QStringLiteral("%1 (%2)").arg(caption).arg(m_program.settings().NumEvOd) : caption;
     };
 }
 
@@ -243,7 +242,10 @@ void MDIForm1::mnuNumEvOdVis_Click()
 {
     m_windows.open<frmNumEvOd>([this] {
         auto *window = new frmNumEvOd(m_program.texts(), m_program.settings(), m_messages);
-        connect(window, &frmNumEvOd::NumeroCambiato, this, &MDIForm1::applyTexts);
+        connect(window, &frmNumEvOd::NumeroCambiato, this, [this] {
+            m_isCountChosen = true;
+            applyTexts();
+        });
         return window;
     });
 }
