@@ -57,7 +57,6 @@ enum class OwnText : int {
     DaysNotRead,
     DayNotShown,
     ResultsUnreadable,
-    PrinterGone,
     PrintSystemSilent,
     PrintNotMade,
     PrintNotConfirmed,
