@@ -272,7 +272,7 @@ void MDIForm1::openPortWindow(bool first)
         auto *window = new frmImpCom(m_program.texts(), m_messages, *test);
         test->setParent(window);
         window->setPrima(first);
-        window->setConfiguredPort(m_program.settings().PortaCom);
+        window->setConfiguredPort(m_program.settings().LeggiImpostazione(QStringLiteral("COM")).toInt());
         connect(window, &frmImpCom::Chiudi, this, &MDIForm1::objImpCom_Chiudi);
         connect(window, &frmImpCom::FineProgramma, this, &MDIForm1::leave);
         return window;
