@@ -150,6 +150,7 @@ void MDIForm1::applyTexts()
 void MDIForm1::translate()
 {
     m_translation.apply(m_program.texts().language());
+    m_isCountChosen = false;
     applyTexts();
     // The message of the alarm and a question for a password are among them, whoever frames them.
     const QList<ChildWindow *> open = findChildren<ChildWindow *>();

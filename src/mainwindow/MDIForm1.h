@@ -116,7 +116,8 @@ private:
     AlarmFrame m_alarm;
     QPointer<Splash> m_splash;
     QTimer tmrShow;
-    bool m_ending = false;     ///< the close cannot be refused
-    bool m_isHeldUp = false;   ///< it comes from the system or the session, which wait for it
-    bool m_closeAgain = false; ///< a close waits for a window to answer its question
+    bool m_ending = false;        ///< the close cannot be refused
+    bool m_isHeldUp = false;      ///< it comes from the system or the session, which wait for it
+    bool m_isCountChosen = false; ///< in the present language: the menu tells it then
+    bool m_closeAgain = false;    ///< a close waits for a window to answer its question
 };

@@ -88,9 +88,8 @@ void MDIForm1::buildMenu()
 MainMenu::Caption MDIForm1::shownEventsCaption() const
 {
     return [this] {
-        return QStringLiteral("%1 (%2)")
-            .arg(m_program.texts()[Text::MnuNumeroEventiOdierni])
-            .arg(m_program.settings().NumEvOd);
+        const QString caption = m_program.texts()[Text::MnuNumeroEventiOdierni];
+        return m_isCountChosen ? QStringLiteral("%1 (%2)").arg(caption).arg(m_program.settings().NumEvOd) : caption;
     };
 }
 
@@ -242,7 +241,10 @@ void MDIForm1::mnuNumEvOdVis_Click()
 {
     m_windows.open<frmNumEvOd>([this] {
         auto *window = new frmNumEvOd(m_program.texts(), m_program.settings(), m_messages);
-        connect(window, &frmNumEvOd::NumeroCambiato, this, &MDIForm1::applyTexts);
+        connect(window, &frmNumEvOd::NumeroCambiato, this, [this] {
+            m_isCountChosen = true;
+            applyTexts();
+        });
         return window;
     });
 }
@@ -269,7 +271,7 @@ void MDIForm1::openPortWindow(bool first)
         auto *window = new frmImpCom(m_program.texts(), m_messages, *test);
         test->setParent(window);
         window->setPrima(first);
-        window->setConfiguredPort(m_program.settings().PortaCom);
+        window->setConfiguredPort(m_program.settings().LeggiImpostazione(QStringLiteral("COM")).toInt());
         connect(window, &frmImpCom::Chiudi, this, &MDIForm1::objImpCom_Chiudi);
         connect(window, &frmImpCom::FineProgramma, this, &MDIForm1::leave);
         return window;

@@ -44,7 +44,8 @@ frmLingua::frmLingua(Texts &texts, Settings &settings, Messages &messages, QWidg
     setKeys(cmdOk, cmdAnnulla);
 
     frmLingua::setCaptions();
-    QAbstractButton *stored = optLingua->button(settings.Lingua);
+    // As the file has it now, which may have been changed by hand.
+    QAbstractButton *stored = optLingua->button(settings.LeggiImpostazione(QStringLiteral("LINGUA")).toInt());
     QAbstractButton *present = stored ? stored : optLingua->button(texts.language());
     present->setChecked(true);
     present->setFocus();

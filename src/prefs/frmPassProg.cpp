@@ -64,6 +64,7 @@ void frmPassProg::setCaptions()
     const bool isMain = m_type == Passwords::Type::Main;
     const Text others = m_type == Passwords::Type::Users ? Text::PasswordUtenti : Text::PasswordDiagnostica;
     setWindowTitle(m_texts[isMain ? Text::PasswordPrincipale : others]);
+    fitTitle(this);
     lblPass->setText(m_texts[Text::PasswordRichiesta]);
     cmdOk->setText(m_texts[Text::CmdOk]);
     cmdAnnulla->setText(m_texts[Text::CmdAnnulla]);

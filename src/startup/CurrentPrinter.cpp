@@ -4,9 +4,26 @@
 
 #include <QDeadlineTimer>
 
+namespace {
+
+constexpr int noPrinter = -1; ///< in the settings
+
+/// Where the chosen printer stands among those that are installed: the default one in place of one that is gone.
+int currentIndex(int chosen, const PrinterList &installed)
+{
+    return chosen >= 0 && chosen < installed.names.size() ? chosen : installed.defaultIndex();
+}
+
+} // namespace
+
 CurrentPrinter::CurrentPrinter(Settings &settings, const Printers &printers, Notices &notices)
     : m_settings(settings), m_printers(printers), m_notices(notices)
 {
+}
+
+bool CurrentPrinter::isChosen() const
+{
+    return m_settings.IndStampante != noPrinter;
 }
 
 CurrentPrinter::Search::Search(const CurrentPrinter &printer, std::function<void(const Result<Found> &)> then)
@@ -24,9 +41,8 @@ void CurrentPrinter::Search::listed(const Result<PrinterList> &list)
     const QStringList &names = list.value().names;
     if (names.isEmpty())
         return m_then(Fault{FaultCode::NotOpen, {}});
-    if (m_index >= names.size())
-        return m_then(Fault{FaultCode::NotFound, QString::number(m_index + 1)});
-    m_paper = m_printers.paper(names[m_index], [this, name = names[m_index]](const Result<Paper> &paper) {
+    const QString name = names[currentIndex(m_index, list.value())];
+    m_paper = m_printers.paper(name, [this, name](const Result<Paper> &paper) {
         m_then(Found{name, paper ? paper.value() : Paper{}});
     });
 }
@@ -34,9 +50,7 @@ void CurrentPrinter::Search::listed(const Result<PrinterList> &list)
 int CurrentPrinter::shownIndex(const PrinterList &installed) const
 {
     const int index = m_settings.IndStampante;
-    if (index < -1)
-        return -1;
-    return index >= 0 && index < installed.names.size() ? index : installed.defaultIndex();
+    return index < noPrinter ? -1 : currentIndex(index, installed);
 }
 
 Result<void> CurrentPrinter::choose(int index)

@@ -4,7 +4,8 @@
 #include "startup/Settings.h"
 #include "texts/Notices.h"
 
-/// The printer that this program prints on: the one of the setting PRN, an index in the print system's list.
+/// The printer that this program prints on: the one of the setting PRN, an index in the print system's list, or the
+/// default one of the print system where the list is shorter.
 class CurrentPrinter
 {
 public:
@@ -16,8 +17,8 @@ public:
     class Search
     {
     public:
-        /// @param then  called once by the event loop. NotOpen: none is installed; NotFound with its number: the list
-        ///              has become too short; InputOutput: the print system is silent
+        /// @param then  called once by the event loop. NotOpen: none is installed; InputOutput: the print system is
+        /// silent
         Search(const CurrentPrinter &printer, std::function<void(const Result<Found> &)> then);
 
     private:
@@ -34,7 +35,7 @@ public:
     CurrentPrinter(Settings &settings, const Printers &printers, Notices &notices);
 
     const Printers &printers() const { return m_printers; }
-    bool isChosen() const { return m_settings.IndStampante >= 0; }
+    bool isChosen() const;
     /// The number that the operator knows it by, counted from 1.
     QString number() const { return QString::number(m_settings.IndStampante + 1); }
     /// Index in @p installed of the printer to be shown as the current one: the print system's default while none is

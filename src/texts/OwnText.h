@@ -58,7 +58,6 @@ enum class OwnText : int {
     DaysNotRead,
     DayNotShown,
     ResultsUnreadable,
-    PrinterGone,
     PrintSystemSilent,
     PrintNotMade,
     PrintNotConfirmed,

@@ -306,9 +306,13 @@ void GridEditor::finish(Result<void> changed)
     const qsizetype place = set.position();
     if (changed)
         changed = m_editor.requery();
-    if (!set.moveToRow(row) && !set.isEmpty())
+    const bool isGone = !set.moveToRow(row);
+    if (isGone && !set.isEmpty())
         set.moveTo(qMin(place, set.recordCount() - 1));
     m_model->refresh();
+    // What stood in the boxes would else be written over the follower by the next modification.
+    if (isGone)
+        grid_RowColChange();
     m_grid->scrollTo(m_grid->currentIndex());
     cmdModifica->setEnabled(m_model->rowCount() > 0);
     showPicture();

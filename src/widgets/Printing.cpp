@@ -148,15 +148,10 @@ void Printing::findPrinter(std::function<void()> found, std::function<void()> no
 
 void Printing::tellNoPrinter(const Fault &fault, Icon icon)
 {
-    switch (fault.code) {
-    case FaultCode::NotOpen:
-        return m_messages.show(m_window, icon, m_texts[Text::NessunaStampanteInstallata]);
-    case FaultCode::NotFound:
-        return m_messages.show(m_window, Icon::Exclamation,
-                               m_texts.sentence({OwnText::PrinterGone, {fault.subject}, {}}));
-    default:
-        return m_messages.show(m_window, Icon::Exclamation, m_texts[OwnText::PrintSystemSilent]);
-    }
+    if (fault.code == FaultCode::NotOpen)
+        m_messages.show(m_window, icon, m_texts[Text::NessunaStampanteInstallata]);
+    else
+        m_messages.show(m_window, Icon::Exclamation, m_texts[OwnText::PrintSystemSilent]);
 }
 
 void Printing::print(std::unique_ptr<Report> report, const QString &title, std::function<void(bool)> ended)

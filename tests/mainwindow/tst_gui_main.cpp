@@ -98,11 +98,13 @@ private Q_SLOTS:
 
         // Opened again and cancelled, the link comes back as it was; a second choice of the entry opens no second
         // window.
+        desk.test.write(u"Impost.stp"_s, "COM=8\r\n");
         desk.entry("mnuImpCom")->trigger();
         desk.entry("mnuImpCom")->trigger();
         QVERIFY(!desk.program.serial().portOpen());
         QCOMPARE(desk.panel(5) + desk.led(), u"Led_G.bmp"_s);
         QTRY_VERIFY(desk.open("frmImpCom")->isEnabled());
+        QVERIFY(!desk.open("frmImpCom")->findChild<QRadioButton *>(u"Com(6)"_s)->isChecked());
         desk.asked.clear();
         desk.click(desk.open("frmImpCom"), "cmdAnnulla");
         QTRY_COMPARE(desk.asked, QByteArray("&IC"));

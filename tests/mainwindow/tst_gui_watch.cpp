@@ -132,11 +132,13 @@ private Q_SLOTS:
         desk.click(search, "cmdCoverage");
         QCOMPARE(from->text(), u"05/03/2004"_s);
 
+        QCOMPARE(desk.entry("mnuNumEvOdVis")->text(), u"&Number of daily events to display"_s);
         for (int i = 0; i < 2; ++i) {
             desk.entry("mnuNumEvOdVis")->trigger();
             control<QLineEdit>(desk.open("frmNumEvOd"), u"txtNumEv"_s)->setText(u"40"_s);
             desk.click(desk.open("frmNumEvOd"), "cmdOk");
             QTRY_VERIFY(!desk.open("frmNumEvOd"));
+            QCOMPARE(desk.entry("mnuNumEvOdVis")->text(), u"&Number of daily events to display (40)"_s);
         }
         desk.entry("mnuUtenti")->trigger();
         ChildWindow *list = desk.open("frmLstUtenti");

@@ -3,6 +3,7 @@
 #include "prefs/frmPassProg.h"
 #include "prefs/frmTempochk.h"
 #include "support/Windows.h"
+#include "widgets/Twips.h"
 
 namespace {
 
@@ -17,6 +18,8 @@ struct Desk : Office {
             !test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users) ||
             passwords.load() != Passwords::Fault::None || passwords.set(Users, perche) != Passwords::Fault::None)
             qFatal("the folder cannot be prepared");
+        // As if the file had been changed since.
+        settings.Lingua = 1;
     }
     template<class Told>
     static int number(Told value)
@@ -117,6 +120,7 @@ private Q_SLOTS:
             {"check cancelled", check, {u"txtMinuti=5"_s}, esc, u"minutes -1"_s},
             {"check not saved", check, {u"txtMinuti=7"_s}, ok, u"minutes 7"_s, notSaved, same, perche, false},
             {"language", lingua, {u"optLingua(3)"_s}, ok, u"Sprache"_s, {}, u"CHECK=60 LINGUA=4"_s},
+            {"language of the file", lingua, {}, ok, u"Language"_s, {}, same},
             {"language cancelled", lingua, {u"optLingua(3)"_s}, esc},
             {"language not saved", lingua, {u"optLingua(0)"_s}, ok, u"Lingua"_s, italian, same, perche, false},
             {"right", ask, right, ok, u"closed 2 1"_s},
@@ -140,6 +144,8 @@ private Q_SLOTS:
         Desk desk;
         QPointer window = desk.open(row.window);
         window->show();
+        QVERIFY(!window->windowFlags().testFlag(Qt::Dialog) ||
+                window->width() >= window->fontMetrics().horizontalAdvance(window->windowTitle()) + pixels(2250));
         for (const QString &input : row.input)
             enter(window, input);
         desk.test.disk.stopAt = row.diskWorks ? -1 : 0;

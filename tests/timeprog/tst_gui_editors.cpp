@@ -126,7 +126,7 @@ private Q_SLOTS:
             {"delete, then the follower", "09:00=10:00 Aggiungi @1,5 Yes Elimina _",
              "XXXXX   08:00 12:00;XXXXXX  14:00 18:00", "1 09:00=10:00", ask},
             {"toggle", "@1,0 @1,5 _ _ @1,7 _", "XXXXX   08:00 12:00; XXXXX  14:00 18:00", "1 14:00=18:00"},
-            {"delete", "@1,7 Yes Elimina", "XXXXX   08:00 12:00", "0 14:00=18:00", ask},
+            {"delete", "@1,7 Yes Elimina", "XXXXX   08:00 12:00", "0 08:00=12:00", ask},
             {"do not delete", "@1,2 _ Elimina", week, "1 =", ask},
             {"delete all, add", "Yes Yes Elimina Elimina 08:00=23:59 Aggiungi", "XXXXX   08:00 23:59", "0 08:00=23:59",
              twice},
