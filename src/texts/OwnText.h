@@ -183,6 +183,7 @@ enum class OwnText : int {
     VerifyRowDate,
     VerifyRowOrder,
     VerifySideFile,
+    VerifyLeftover,
     VerifySetAside,
     VerifyRights,
     VerifyDone,
