@@ -93,6 +93,7 @@ enum class OwnText : int {
     ImportRefused,
     ImportNoCode,
     ImportNotDigits,
+    ImportRounded,
     ImportOutOfRange,
     ImportTypeUnknown,
     ImportDouble,
