@@ -12,10 +12,21 @@ namespace {
 constexpr int lookMilliseconds = 500;
 /// The files are listed anew whenever their folder has changed, and so often in any case.
 constexpr qint64 listMilliseconds = 60'000;
+/// Of such an age a cursor still knows the days that rest.
+constexpr int cursorDays = 7;
 
 QString nameText(QStringView name)
 {
     return name.toString();
+}
+
+/// Of the archive of a day, and of its journal.
+std::array<std::optional<FileStamp>, 2> stampsOf(const ProgramFolder &folder, const DayFiles &files)
+{
+    if (files.archive.isEmpty())
+        return {};
+    const QString path = folder.path(files.archive);
+    return {stampOf(path), stampOf(path + QStringLiteral("-wal"))};
 }
 
 } // namespace
@@ -25,14 +36,15 @@ FollowCommand::FollowCommand(const Site &site, std::optional<Cursor> cursor, con
       m_start(std::move(cursor)),
       m_users(site.archives),
       m_lines(form, site.texts, m_users),
-      m_pending(output)
+      m_pending(output),
+      m_begun(QDateTime::currentDateTime())
 {
 }
 
 int FollowCommand::pause() const
 {
-    const bool isBehind = !m_days.empty() && m_days.rbegin()->first < m_site.clock.date();
-    return m_isWritten && !isBehind ? lookMilliseconds : 0;
+    const bool isBehind = m_hasBegun && m_latest < m_site.clock.date();
+    return m_isWritten && !isBehind && !m_isTakingUp ? lookMilliseconds : 0;
 }
 
 Result<bool> FollowCommand::step(const QDeadlineTimer &until)
@@ -48,9 +60,10 @@ Result<bool> FollowCommand::step(const QDeadlineTimer &until)
     list();
     // What is locked for the moment is tried again.
     if (m_hasBegun ? addDays() : begin()) {
+        takeUp(until);
         for (auto &[day, followed] : m_days)
             look(day, followed);
-        dropDays();
+        restDays();
     }
     m_pending.add(m_lines.take());
     const Result<bool> written = m_pending.write(until);
@@ -63,12 +76,14 @@ void FollowCommand::list()
     const ProgramFolder &folder = m_site.archives.folder();
     const QDateTime modified = QFileInfo(folder.path(nameText(ArchiveName::Folder))).lastModified();
     const qint64 now = m_site.clock.monotonic();
-    if (modified != m_listed || m_files.isEmpty() || now - m_listedAt > listMilliseconds) {
-        m_listed = modified;
+    if (!m_listed.isValid() || modified != m_listed || now - m_listedAt > listMilliseconds) {
+        m_listed = FollowedDay::isSettledAt(modified.toMSecsSinceEpoch() * 1'000'000) ? modified : QDateTime();
         m_listedAt = now;
         // A folder that cannot be listed may be there again the next time.
-        if (Result<QHash<QDate, DayFiles>> files = filesOfDays(folder); files)
+        if (Result<QHash<QDate, DayFiles>> files = filesOfDays(folder); files) {
             m_files = std::move(files.value());
+            findChanged();
+        }
     }
     const QString waiting = folder.path(nameText(ArchiveName::Waiting));
     const std::array stamps = {stampOf(waiting), stampOf(waiting + QStringLiteral("-wal"))};
@@ -76,6 +91,19 @@ void FollowCommand::list()
         return;
     m_waitingStamps = stamps;
     m_waiting = daysThatWait(m_site.archives, Database::Use::Untouched).value_or(QSet<QDate>());
+}
+
+/// Events may come to a day of any age, when they waited in the memory of the supervisor.
+void FollowCommand::findChanged()
+{
+    m_changed.clear();
+    for (auto files = m_files.cbegin(); files != m_files.cend(); ++files) {
+        const auto resting = m_resting.constFind(files.key());
+        const auto stamps = stampsOf(m_site.archives.folder(), *files);
+        if (resting == m_resting.cend() || !resting->place || stamps[0] != resting->stamp || stamps[1])
+            m_changed.append(files.key());
+    }
+    std::sort(m_changed.begin(), m_changed.end());
 }
 
 Result<void> FollowCommand::beginDay(QDate day, const std::optional<Place> &place)
@@ -103,6 +131,11 @@ Result<void> FollowCommand::begin()
                 return begun;
         }
     }
+    m_latest = m_days.rbegin()->first;
+    for (auto files = m_files.cbegin(); files != m_files.cend(); ++files) {
+        if (files.key() < m_latest && !m_days.contains(files.key()))
+            m_resting.insert(files.key(), {});
+    }
     m_hasBegun = true;
     return addDays();
 }
@@ -111,36 +144,89 @@ Result<void> FollowCommand::begin()
 Result<void> FollowCommand::addDays()
 {
     const QDate today = m_site.clock.date();
-    const QDate latest = m_days.empty() ? today.addDays(-1) : m_days.rbegin()->first;
     Result<void> begun;
-    if (latest < today)
-        begun = beginDay(latest.addDays(1), Place());
-    else if (m_days.find(today) == m_days.end())
-        begun = beginDay(today, {});
+    if (m_latest < today) {
+        begun = beginDay(m_latest.addDays(1), Place());
+        if (begun)
+            m_latest = m_latest.addDays(1);
+    } else if (!m_days.contains(today)) {
+        begun = wake(today);
+    }
     if (!begun)
         return begun;
     for (const QDate day : std::as_const(m_waiting)) {
         // What is in the archive already was told when the day was followed.
-        if (day.isValid() && m_days.find(day) == m_days.end()) {
-            if (Result<void> waits = beginDay(day, {}); !waits)
+        if (day.isValid() && !m_days.contains(day)) {
+            if (Result<void> waits = wake(day); !waits)
                 return waits;
         }
     }
     return {};
 }
 
-/// Nothing is to come any more of a day before yesterday that no event waits for.
-void FollowCommand::dropDays()
+/// Follows a day that rests, from where it came to rest.
+Result<void> FollowCommand::wake(QDate day)
 {
-    const QDate yesterday = m_site.clock.date().addDays(-1);
+    Result<void> begun = beginDay(day, m_resting.value(day).place);
+    if (begun)
+        m_resting.remove(day);
+    return begun;
+}
+
+void FollowCommand::takeUp(const QDeadlineTimer &until)
+{
+    QList<QDate> again;
+    while (!m_changed.isEmpty() && !until.hasExpired()) {
+        const QDate day = m_changed.takeLast();
+        if (!takeUp(day))
+            again.append(day);
+    }
+    m_isTakingUp = !m_changed.isEmpty();
+    m_changed = again + m_changed;
+}
+
+/// Follows a day again whose archive has changed, or sees how far it goes when that is not known yet.
+Result<void> FollowCommand::takeUp(QDate day)
+{
+    if (m_days.contains(day) || day > m_latest)
+        return {};
+    const DayFiles files = m_files.value(day);
+    const auto stamps = stampsOf(m_site.archives.folder(), files);
+    const auto resting = m_resting.constFind(day);
+    if (resting == m_resting.cend()) {
+        // An old archive that is put into the folder was not stored now.
+        const bool isNew = stamps[0] && stamps[0]->modified / 1'000'000 >= m_begun.toMSecsSinceEpoch();
+        if (isNew)
+            return beginDay(day, Place());
+    } else if (resting->place) {
+        return wake(day);
+    }
+    // Somebody is writing it.
+    if (stamps[1] || (stamps[0] && !FollowedDay::isSettledAt(stamps[0]->modified)))
+        return wake(day);
+    const Result<Place> latest = FollowedDay::latest(m_site.archives, files);
+    if (!latest)
+        return latest.fault();
+    m_resting.insert(day, {stamps[0], latest.value()});
+    m_places.insert(day, latest.value());
+    return {};
+}
+
+/// Nothing is to come of a day before yesterday that no event waits for on disk, until its archive changes again.
+void FollowCommand::restDays()
+{
+    const QDate today = m_site.clock.date();
     for (auto day = m_days.begin(); day != m_days.end();) {
-        if (day->first >= yesterday || m_waiting.contains(day->first) || !day->second.isSettled()) {
+        if (day->first >= today.addDays(-1) || m_waiting.contains(day->first) || !day->second.isAtRest()) {
             ++day;
             continue;
         }
-        m_places.remove(day->first);
+        m_resting.insert(day->first, {day->second.archiveStamp(), day->second.place()});
         day = m_days.erase(day);
     }
+    m_places.removeIf([this, today](Cursor::iterator place) {
+        return place.key() < today.addDays(-cursorDays) && !m_days.contains(place.key());
+    });
 }
 
 void FollowCommand::readUsers()

@@ -33,6 +33,11 @@ quint32 markOf(quint64 digest)
     return static_cast<quint32>(digest);
 }
 
+QString onesBehind()
+{
+    return QStringLiteral("rowid > ?1");
+}
+
 /// Oldest first, the archive last.
 QStringList allFiles(const DayFiles &files)
 {
@@ -52,15 +57,20 @@ FollowedDay::Seen FollowedDay::seenOf(ArchiveStore &archives, const DayFiles &fi
     return seen;
 }
 
-bool FollowedDay::isSettled(const Seen &seen)
+bool FollowedDay::isSettledAt(qint64 modified)
 {
-    const qint64 now = QDateTime::currentMSecsSinceEpoch() * 1'000'000;
-    return std::none_of(seen.stamps.begin(), seen.stamps.end(), [now](const std::optional<FileStamp> &stamp) {
-        return stamp && qAbs(now - stamp->modified) < clockStepNanoseconds;
-    });
+    return qAbs(QDateTime::currentMSecsSinceEpoch() * 1'000'000 - modified) >= clockStepNanoseconds;
 }
 
-Result<void> FollowedDay::read(ArchiveStore &archives, const QString &name, qint64 behind, const OnRow &onRow)
+bool FollowedDay::isSettled(const Seen &seen)
+{
+    return std::all_of(seen.stamps.begin(), seen.stamps.end(),
+                       [](const std::optional<FileStamp> &stamp) { return !stamp || isSettledAt(stamp->modified); });
+}
+
+/// @param condition  of the rows, where ?1 is @p behind
+Result<void> FollowedDay::read(ArchiveStore &archives, const QString &name, const QString &condition, qint64 behind,
+                               const OnRow &onRow)
 {
     if (name.isEmpty() || !archives.exists(name))
         return {};
@@ -68,8 +78,7 @@ Result<void> FollowedDay::read(ArchiveStore &archives, const QString &name, qint
     // What is damaged will be set aside; what can be read of it counts.
     if (!database)
         return database.fault().code == FaultCode::Damaged ? Result<void>() : database.fault();
-    Result<ReadableRows> rows =
-        ReadableRows::open(database.value(), QStringLiteral("Eventi"), QStringLiteral("rowid > ?1"), {behind});
+    Result<ReadableRows> rows = ReadableRows::open(database.value(), QStringLiteral("Eventi"), condition, {behind});
     if (!rows)
         return rows.fault().code == FaultCode::Damaged ? Result<void>() : rows.fault();
     const SearchResults::Columns columns = SearchResults::columnsOf(rows.value().row());
@@ -97,13 +106,14 @@ Result<std::optional<Place>> FollowedDay::find(ArchiveStore &archives, const QSt
     bool isThere = false;
     for (int file = 0; file < files.size() && !isThere; ++file) {
         const bool isItsFile = file == qMin<qsizetype>(place.file, files.size() - 1);
-        const Result<void> done =
-            read(archives, files[file], 0, [&](const Statement &, const auto &, qint64 number, quint64 digest) {
-                if (markOf(digest) == place.mark)
-                    like = {file, number, place.mark};
-                isThere |= markOf(digest) == place.mark && isItsFile && number == place.number;
-                return !isThere;
-            });
+        const Result<void> done = read(archives, files[file], onesBehind(), 0,
+                                       [&](const Statement &, const auto &, qint64 number, quint64 digest) {
+                                           if (markOf(digest) == place.mark)
+                                               like = {file, number, place.mark};
+                                           isThere |=
+                                               markOf(digest) == place.mark && isItsFile && number == place.number;
+                                           return !isThere;
+                                       });
         if (!done)
             return done.fault();
     }
@@ -127,15 +137,15 @@ Result<void> FollowedDay::begin(ArchiveStore &archives, const DayFiles &files, c
     Place latest{last->file, 0, 0};
     for (int file = 0; file <= last->file && file < all.size(); ++file) {
         Counts counts;
-        const Result<void> done =
-            read(archives, all[file], 0, [&](const Statement &, const auto &, qint64 number, quint64 digest) {
-                if (file == last->file && number > last->number)
-                    return false;
-                const int count = ++counts[digest];
-                told[digest] = qMax(told[digest], count);
-                latest = {file, number, markOf(digest)};
-                return true;
-            });
+        const Result<void> done = read(archives, all[file], onesBehind(), 0,
+                                       [&](const Statement &, const auto &, qint64 number, quint64 digest) {
+                                           if (file == last->file && number > last->number)
+                                               return false;
+                                           const int count = ++counts[digest];
+                                           told[digest] = qMax(told[digest], count);
+                                           latest = {file, number, markOf(digest)};
+                                           return true;
+                                       });
         if (!done)
             return done.fault();
     }
@@ -143,6 +153,19 @@ Result<void> FollowedDay::begin(ArchiveStore &archives, const DayFiles &files, c
     m_place = latest;
     m_seen.reset();
     return {};
+}
+
+Result<Place> FollowedDay::latest(ArchiveStore &archives, const DayFiles &files)
+{
+    const int archive = static_cast<int>(files.setAside.size());
+    Place place{archive, 0, 0};
+    const Result<void> done =
+        read(archives, files.archive, QStringLiteral("rowid > ?1 AND rowid = (SELECT max(rowid) FROM Eventi)"), 0,
+             [&place, archive](const Statement &, const SearchResults::Columns &, qint64 number, quint64 digest) {
+                 place = {archive, number, markOf(digest)};
+                 return true;
+             });
+    return done ? Result<Place>(place) : done.fault();
 }
 
 Result<bool> FollowedDay::look(ArchiveStore &archives, const DayFiles &files, const Take &take)
@@ -182,7 +205,7 @@ Result<void> FollowedDay::scan(ArchiveStore &archives, const QStringList &files,
         const bool isArchive = file == files.size() - 1;
         Counts ofFile;
         Counts &counts = isArchive ? m_inArchive : ofFile;
-        done = read(archives, files[file], isArchive && latest > 0 ? latest - 1 : 0,
+        done = read(archives, files[file], onesBehind(), isArchive && latest > 0 ? latest - 1 : 0,
                     [&](const Statement &row, const SearchResults::Columns &columns, qint64 number, quint64 digest) {
                         if (isArchive && !isSame) {
                             isSame = number == latest && digest == m_latest;

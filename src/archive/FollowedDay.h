@@ -30,9 +30,16 @@ public:
     /// is as if it had not been called, but for @p take. @return whether there may have been anything
     Result<bool> look(ArchiveStore &archives, const DayFiles &files, const Take &take);
 
+    /// Where a day stands whose events were all told: behind its latest one. Reads no more than that.
+    static Result<Place> latest(ArchiveStore &archives, const DayFiles &files);
+
     const Place &place() const { return m_place; }
-    /// Whether the last look has seen all there is.
-    bool isSettled() const { return m_isSettled && m_seen; }
+    /// Whether the last look has seen all there is, and nobody has the archive open to write.
+    bool isAtRest() const { return m_isSettled && m_seen && !m_seen->stamps[1]; }
+    /// When the archive was looked at last.
+    std::optional<FileStamp> archiveStamp() const { return m_seen ? m_seen->stamps[0] : std::nullopt; }
+    /// Whether a file that was changed last then, in nanoseconds since 1970, shows by its time that it changes again.
+    static bool isSettledAt(qint64 modified);
 
 private:
     using Counts = QHash<quint64, int>;
@@ -48,7 +55,8 @@ private:
 
     static Seen seenOf(ArchiveStore &archives, const DayFiles &files);
     static bool isSettled(const Seen &seen);
-    static Result<void> read(ArchiveStore &archives, const QString &name, qint64 behind, const OnRow &onRow);
+    static Result<void> read(ArchiveStore &archives, const QString &name, const QString &condition, qint64 behind,
+                             const OnRow &onRow);
     static Result<std::optional<Place>> find(ArchiveStore &archives, const QStringList &files, const Place &place);
     Result<void> scan(ArchiveStore &archives, const QStringList &files, bool isAnew, const Take &take);
 

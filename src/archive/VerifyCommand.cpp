@@ -120,9 +120,7 @@ void VerifyCommand::checkFile(const QString &name)
     const bool isWorking = file.endsWith(QStringLiteral(".$$$"));
     const bool isPassing = file.endsWith(QStringLiteral(".part")) || FreshFile::isBeside(file);
     if (!archive.isEmpty()) {
-        if (isAlone(archive) && !archive.contains(QStringLiteral(".guasto")) &&
-            !archive.endsWith(QStringLiteral(".$$$")))
-            found({OwnText::VerifySideFile, {name}, {}});
+        checkSideFile(name, archive);
     } else if ((isPassing && isOld(name, passingSeconds)) ||
                (isWorking && isOld(name, workingSeconds) && isAlone(name))) {
         found({OwnText::VerifySideFile, {name}, {}});
@@ -133,6 +131,18 @@ void VerifyCommand::checkFile(const QString &name)
         checkRights(name);
         checkArchive(name);
     }
+}
+
+void VerifyCommand::checkSideFile(const QString &name, const QString &archive)
+{
+    if (!isAlone(archive) || archive.contains(QStringLiteral(".guasto")) || archive.endsWith(QStringLiteral(".$$$")))
+        return;
+    // What a program that was killed has left of a write-ahead journal is read with its archive, and goes when that is
+    // opened again. Pages that a rollback journal would bring back cannot be checked without writing.
+    if (!m_site.archives.exists(archive) || name.endsWith(QStringLiteral("-journal")))
+        found({OwnText::VerifySideFile, {name}, {}});
+    else if (name.endsWith(QStringLiteral("-wal")) && QFileInfo(m_site.archives.folder().path(name)).size() > 0)
+        m_site.tell({OwnText::VerifyLeftover, {name}, {}});
 }
 
 void VerifyCommand::checkRights(const QString &name)

@@ -8,7 +8,8 @@ namespace tool {
 /// Looks for damage and disorder in the archives, one file in each step, and writes a line for each fault.
 ///
 /// An archive that the supervisor has open is read as it stands. Whatever the supervisor may be writing at the moment
-/// is no fault: a file that passes is told only when it has lain there for an hour, a working copy after a day.
+/// is no fault: a file that passes is told only when it has lain there for an hour, a working copy after a day. What a
+/// killed program has left of a journal that the archive is read with is a word, and no fault.
 class VerifyCommand : public Command
 {
 public:
@@ -22,6 +23,7 @@ public:
 private:
     void list(const QString &folder);
     void checkFile(const QString &name);
+    void checkSideFile(const QString &name, const QString &archive);
     void checkArchive(const QString &name);
     bool checkContent(const QString &name);
     void checkRights(const QString &name);

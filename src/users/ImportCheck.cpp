@@ -3,6 +3,8 @@
 #include "users/UserLines.h"
 #include "users/UserRegister.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace {
@@ -19,6 +21,21 @@ bool isDigits(const QString &text)
 {
     return std::all_of(text.begin(), text.end(),
                        [](QChar one) { return one >= QLatin1Char('0') && one <= QLatin1Char('9'); });
+}
+
+/// Whether a spreadsheet has written a number as "1.23E+08": most digits of it are lost.
+bool isRounded(const QString &text)
+{
+    static const QRegularExpression power(QStringLiteral("^\\d+([.,]\\d*)?E\\+?\\d+\\z"),
+                                          QRegularExpression::CaseInsensitiveOption);
+    return power.match(text).hasMatch();
+}
+
+/// Spreadsheets write the rows below a list that somebody has formatted.
+bool isBlank(const CsvReader::Record &record)
+{
+    return std::all_of(record.fields.begin(), record.fields.end(),
+                       [](const QByteArray &field) { return field.trimmed().isEmpty(); });
 }
 
 QString nameOf(const QString &surname, const QString &firstName)
@@ -101,6 +118,8 @@ Result<bool> ImportCheck::readLine()
         return true;
     if (!std::exchange(m_isBegun, true) && m_choices.format.hasHeader)
         return true;
+    if (isBlank(record))
+        return true;
     if (m_lines.size() == MostLines)
         return Fault{FaultCode::TooLarge, QString::number(record.line)};
     const ImportLine line = judge(record);
@@ -162,7 +181,7 @@ ImportRefusal ImportCheck::takeCode(ImportLine &line)
     if (typed.isEmpty())
         return ImportRefusal::NoCode;
     if (!isDigits(typed))
-        return ImportRefusal::NotDigits;
+        return isRounded(typed) ? ImportRefusal::Rounded : ImportRefusal::NotDigits;
     const QString typeText = line.field(ImportField::Type).trimmed().toUpper();
     const std::optional<CodeType> type = typeText.isEmpty() ? CodeType::Transmitter : typeOf(typeText);
     if (!type)

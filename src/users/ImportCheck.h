@@ -10,7 +10,7 @@ enum class ImportOutcome { New, Changed, Unchanged, Refused };
 inline constexpr int ImportOutcomeCount = static_cast<int>(ImportOutcome::Refused) + 1;
 
 /// Why a line is refused.
-enum class ImportRefusal { None, NoCode, NotDigits, OutOfRange, TypeUnknown, Double, TooLong };
+enum class ImportRefusal { None, NoCode, NotDigits, Rounded, OutOfRange, TypeUnknown, Double, TooLong };
 
 /// What would become of a line of the file.
 struct ImportLine {

@@ -29,6 +29,8 @@ QString reasonText(const Texts &texts, const ImportLine &line)
         return texts[OwnText::ImportNoCode];
     case ImportRefusal::NotDigits:
         return texts[OwnText::ImportNotDigits];
+    case ImportRefusal::Rounded:
+        return texts[OwnText::ImportRounded];
     case ImportRefusal::OutOfRange:
         return texts[OwnText::ImportOutOfRange];
     case ImportRefusal::TypeUnknown:

@@ -9,7 +9,7 @@
 #include <optional>
 
 /// Brings the lines of a dry run into the register: new users, and other names of those that are there. All of them
-/// come in, or on a fault and where this object goes before its end, none.
+/// come in with commit(); on a fault, and where this object goes before, none.
 class UserImport : public Task
 {
 public:
@@ -17,10 +17,11 @@ public:
     /// @param lines     refused ones are passed over
     UserImport(Database &database, FreedInTurns<QList<ImportLine>> lines, Protocol protocol);
 
-    /// Goes on with at least one line. @return true when all stand in the register
+    /// Goes on with at least one line. @return true when all can be read from the register
     Result<bool> step(const QDeadlineTimer &until) override;
+    Result<void> commit() { return m_transaction.commit(); }
     Progress progress() const override { return {m_done, m_lines.size()}; }
-    /// What has been done so far; it counts once all stand in the register.
+    /// What has been done so far; it counts with commit().
     const UserChanges &changes() const { return m_changes; }
 
 private:

@@ -293,32 +293,43 @@ void UserRegister::codeRunEnded(const QList<CodeRun::Added> &added)
     find(added.constFirst().code);
 }
 
+/// The rows are read before they stand: when either fails, the window and the working copy have what they had.
 class UserRegister::Importing : public Task
 {
 public:
-    Importing(UserRegister &users, std::unique_ptr<UserImport> import)
-        : m_users(users), m_import(std::move(import)), m_reading(users)
-    {
-    }
+    Importing(UserRegister &users, std::unique_ptr<UserImport> import) : m_users(users), m_import(std::move(import)) {}
 
     Result<bool> step(const QDeadlineTimer &until) override
     {
-        if (!m_import)
-            return m_reading.step(until);
-        Result<bool> imported = m_import->step(until);
-        if (!imported || !imported.value())
-            return imported;
+        if (!m_reading) {
+            Result<bool> imported = m_import->step(until);
+            if (!imported)
+                return imported;
+            if (imported.value())
+                m_reading.emplace(m_users);
+            return false;
+        }
+        Result<bool> read = m_reading->step(until);
+        if (!read || !read.value())
+            return read;
+        if (m_fault)
+            return *m_fault;
+        if (const Result<void> stands = m_import->commit(); !stands) {
+            m_fault = stands.fault();
+            m_reading.emplace(m_users);
+            return false;
+        }
         m_users.m_changes.follow(m_import->changes());
-        m_import.reset();
         m_users.setChanged();
-        return false;
+        return true;
     }
-    Progress progress() const override { return m_import ? m_import->progress() : m_reading.progress(); }
+    Progress progress() const override { return m_reading ? m_reading->progress() : m_import->progress(); }
 
 private:
     UserRegister &m_users;
-    std::unique_ptr<UserImport> m_import; ///< none when all stand in the working copy
-    Reading m_reading;
+    std::unique_ptr<UserImport> m_import;
+    std::optional<Reading> m_reading; ///< when all have been taken
+    std::optional<Fault> m_fault;     ///< why they do not stand
 };
 
 Result<std::unique_ptr<Task>> UserRegister::importing(const FreedInTurns<QList<ImportLine>> &lines)

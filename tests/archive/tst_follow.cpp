@@ -22,7 +22,7 @@ struct Followed {
     void look()
     {
         run.clock.moment = day.clock.moment;
-        for (int i = 0; i < 4; ++i)
+        for (int i = 0; i < 6; ++i)
             QVERIFY(command->step(QDeadlineTimer(1000)));
         for (const QByteArray &line : run.lines()) {
             const QJsonDocument event = QJsonDocument::fromJson(line);
@@ -46,10 +46,26 @@ struct Followed {
         day.clock.moment = QDateTime(day.clock.date().addDays(1), QTime(0, 0, 1));
         day.log.changeDayIfNeeded();
     }
+    /// Lets nothing be stored. @param noFile  so that what comes waits in memory
+    void hinder(bool noFile)
+    {
+        lock = day.lock(DataFile(day.clock.date()));
+        QVERIFY(!noFile || QDir().mkdir(test.folder.path(QStringView(ArchiveName::Waiting).toString())));
+    }
     void unlock()
     {
         lock.reset();
+        QDir().rmdir(test.folder.path(QStringView(ArchiveName::Waiting).toString()));
         QVERIFY(day.storeAll());
+    }
+    /// Nothing has been written for a while.
+    void age()
+    {
+        for (const QString &name : test.files(u"Archivi"_s)) {
+            QFile file(test.folder.path(u"Archivi/"_s + name));
+            QVERIFY(file.open(QIODevice::ReadWrite) &&
+                    file.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFileDevice::FileModificationTime));
+        }
     }
     void act(const QString &what)
     {
@@ -63,8 +79,14 @@ struct Followed {
             reopen([this] { test.damage(today()); });
         else if (what == u"delete"_s)
             reopen([this] { QVERIFY(test.archives.remove(today())); });
-        else if (what == u"lock"_s)
-            lock = day.lock(DataFile(day.clock.date()));
+        else if (what == u"lock"_s || what == u"memory"_s)
+            hinder(what == u"memory"_s);
+        else if (what == u"age"_s)
+            age();
+        else if (what == u"first"_s)
+            cursor.clear(), restart();
+        else if (what[0] == u'<')
+            test.addEvents(::today, {listOf(qPrintable(what.mid(1) + u",TX,A,,,08:00:00"_s))});
         else if (what == u"unlock"_s)
             unlock();
         else
@@ -96,6 +118,11 @@ private Q_SLOTS:
         row("restarts", u"1 look restart 2 look restart midnight restart 3 look"_s);
         row("stored while nobody followed", u"1 look 2 midnight 3 midnight midnight 4 restart look"_s);
         row("late, for the day before", u"1 look lock 2 midnight 3 look restart unlock look restart look"_s);
+        row("late, out of memory", u"1 look memory 2 midnight midnight midnight 3 look unlock look restart 4 look"_s);
+        row("late, of a day that rests",
+            u"1 midnight midnight midnight 2 look age look <3 look age look <4 restart look"_s);
+        row("late, before anybody followed", u"midnight midnight midnight age first <1 look age look <2 look"_s);
+        row("many days ago", u"1 look midnight 2 midnight 3 midnight 4 midnight 5 midnight 6 age restart look"_s);
         row("set aside", u"1 2 look damage 3 look restart 4 look"_s);
         row("set aside before it was looked at", u"1 look 2 damage 3 restart look restart 4 look"_s);
         row("set aside twice", u"1 look damage 2 damage 3 look restart look"_s);
@@ -108,12 +135,12 @@ private Q_SLOTS:
         Followed followed;
         QStringList stored;
         for (const QString &act : acts.split(u' ')) {
-            if (act[0].isDigit())
-                stored.append(act);
+            if (act.back().isDigit())
+                stored.append(act.back());
             followed.act(act);
         }
         // One that waited comes behind those that did not.
-        if (acts.contains(u"lock"))
+        if (acts.contains(u"unlock"))
             std::sort(followed.codes.begin(), followed.codes.end());
         QCOMPARE(followed.codes, stored);
     }

@@ -83,8 +83,8 @@ private Q_SLOTS:
     void files_data()
     {
         const Rows<QString, QString, bool> row("name", "told", "isOld");
-        row("journal of nobody", u"Eventi_05-03-2004.zeb-wal"_s, u"Eventi_05-03-2004.zeb-wal: should not be there"_s,
-            false);
+        row("journal of nobody", u"Eventi_05-03-2004.zeb-journal"_s,
+            u"Eventi_05-03-2004.zeb-journal: should not be there"_s, false);
         row("journal without archive", u"Eventi_06-03-2004.zeb-shm"_s,
             u"Eventi_06-03-2004.zeb-shm: should not be there"_s, false);
         row("being copied", u"Fascie.zeb.part"_s, {}, false);
@@ -109,6 +109,20 @@ private Q_SLOTS:
         const QStringList lines = verify(test, false);
         QCOMPARE(lines.size(), told.isEmpty() ? 0 : 1);
         QVERIFY2(told.isEmpty() || lines[0].startsWith(told), qPrintable(lines.join(u'\n')));
+    }
+
+    void cutOff()
+    {
+        TestFolder test;
+        lay(test);
+        auto left = std::move(test.archives.open(day, Database::Use::Log).value());
+        QVERIFY(left.execute("UPDATE Eventi SET KorDis = 'X'").ok());
+        left.keepSideFiles();
+        left = std::move(test.archives.open(u"Archivi/Anagrafico.zeb"_s, Database::Use::Safe).value());
+        ToolRun run(test);
+        VerifyCommand command(run.site(), false, run);
+        QVERIFY(finish(command) && !command.hasFaults() && run.output.isEmpty());
+        QCOMPARE(run.told.value(0), u"%1-wal: left by a program that was cut off; part of its archive"_s.arg(day));
     }
 
     void damageAndRights()
