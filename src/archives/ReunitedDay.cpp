@@ -70,11 +70,13 @@ Result<void> ReunitedDay::make()
     m_working = std::move(opened.value());
     if (Result<void> begun = m_working->execute("PRAGMA journal_mode = MEMORY; BEGIN EXCLUSIVE;"); !begun)
         return begun;
-    // An equal row of an earlier file stands for this one, unless it stands for another of this file already.
+    // An equal row of an earlier file stands for this one when it has its number, or when another row has that there,
+    // unless it stands for another of this file already. Where the number is free the row never came.
     Result<Statement> claim = m_working->prepare(QStringLiteral(
         "UPDATE Riuniti SET Visto = ?9 WHERE rowid = (SELECT rowid FROM Riuniti WHERE Codice = ?1 AND Data = ?2 AND "
-        "Ora = ?3 AND Tipo = ?4 AND Canale = ?5 AND AbCh = ?6 AND KorDis = ?7 AND DataOrd = ?8 AND Visto < ?9 "
-        "LIMIT 1)"));
+        "Ora = ?3 AND Tipo = ?4 AND Canale = ?5 AND AbCh = ?6 AND KorDis = ?7 AND DataOrd = ?8 AND Visto < ?9 AND "
+        "(Num = ?10 OR EXISTS (SELECT 1 FROM Riuniti AS r WHERE r.Num = ?10 AND r.Origine < ?9)) "
+        "ORDER BY Num <> ?10 LIMIT 1)"));
     if (!claim)
         return claim.fault();
     Result<Statement> insert = m_working->prepare(QStringLiteral(
@@ -154,7 +156,7 @@ Result<void> ReunitedDay::take(const Statement &row)
     SqlValues values;
     for (const int column : m_reading->columns)
         values.append(row.text(column));
-    values += SqlValues{qint64{m_file}};
+    values += SqlValues{qint64{m_file}, row.integer(0)};
     if (m_file > 0) {
         m_claim->bind(values);
         const Result<bool> claimed = m_claim->step();
@@ -164,7 +166,7 @@ Result<void> ReunitedDay::take(const Statement &row)
         if (m_working->changes() > 0)
             return {};
     }
-    m_insert->bind(values + SqlValues{row.integer(0)});
+    m_insert->bind(values);
     const Result<bool> inserted = m_insert->step();
     m_insert->reset();
     if (!inserted)

@@ -10,9 +10,11 @@
 /// All that can be read of a day of which archives were set aside: the rows of its files, each event once, in the order
 /// of their times.
 ///
-/// Rows are the same event when all that is stored of them but their number is equal, and each is the n-th of such
-/// equal ones in its file: what stands twice in one file and once in another is two events. The files set aside are
-/// only read. The rows are gathered in a throw-away archive, so that a day of any size takes little memory.
+/// Rows are the same event when all that is stored of them is equal, their number as well: an event keeps it when it is
+/// brought from one file to another. Where another event has the number, it does without: then each is the same as the
+/// n-th of equal ones of the other file, so that what stands twice in one and once in another is two events. The files
+/// set aside are only read. The rows are gathered in a throw-away archive, so that a day of any size takes little
+/// memory.
 class ReunitedDay : public Task
 {
 public:

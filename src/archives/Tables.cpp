@@ -56,6 +56,7 @@ CREATE TABLE Riuniti (
     Codice TEXT, Data TEXT, Ora TEXT, Tipo TEXT, Canale TEXT, AbCh TEXT, KorDis TEXT, DataOrd TEXT,
     Num INTEGER, Origine INTEGER, Visto INTEGER);
 CREATE INDEX RiunitiUguali ON Riuniti (DataOrd, Ora, Codice, Data, Tipo, Canale, AbCh, KorDis, Visto);
+CREATE INDEX RiunitiNumeri ON Riuniti (Num);
 )";
 const char *const TableLayout::Journal = R"(
 CREATE TABLE IF NOT EXISTS Giornale (

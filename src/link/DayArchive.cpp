@@ -155,7 +155,7 @@ Result<qint64> DayArchive::highest()
     if (!found)
         return found;
     m_last = std::max(found.value(), m_behind);
-    return m_last;
+    return found;
 }
 
 Result<bool> DayArchive::holds(const Event &event, qint64 number)

@@ -41,9 +41,9 @@ public:
     Result<qint64> insert(const SqlValues &columns, qint64 number);
     /// Leaves the numbers up to this one to earlier events, which insert() may be given later.
     void startBehind(qint64 number) { m_last = m_behind = std::max(m_last, number); }
-    /// Number that the next event comes behind, 0 without one.
+    /// Number of the last event that stands there, 0 without one.
     Result<qint64> highest();
-    /// Number that an event has which insert() has just failed to store, should it be there all the same.
+    /// Number of the next event; also of one that insert() has just failed to store, should it be there all the same.
     qint64 next() const { return m_last + 1; }
     /// True when the event stands there under that number.
     Result<bool> holds(const Event &event, qint64 number);

@@ -1,9 +1,18 @@
 #include "link/DayArchives.h"
 
+#include "archives/DayFiles.h"
+#include "archives/ReunitedDay.h"
 #include "archives/Tables.h"
 #include "texts/OwnText.h"
 
+#include <algorithm>
 #include <utility>
+
+namespace {
+
+constexpr qint64 mostRowsOfAPage = 100;
+
+} // namespace
 
 void DayArchives::openToday()
 {
@@ -35,9 +44,11 @@ Result<DayArchives::Archive> DayArchives::obtain(QDate day)
 {
     m_stillInLogMode.removeAll(ArchiveName::events(day));
     Result<Archive> opened = DayArchive::open(m_archives, day);
-    if (opened || opened.fault().code != FaultCode::Damaged)
-        return opened;
-    return makeAfresh(day);
+    if (!opened && opened.fault().code == FaultCode::Damaged)
+        return makeAfresh(day);
+    if (opened)
+        leaveNumbers(*opened.value());
+    return opened;
 }
 
 Result<DayArchives::Archive> DayArchives::makeAfresh(QDate day)
@@ -49,20 +60,36 @@ Result<DayArchives::Archive> DayArchives::makeAfresh(QDate day)
     m_notices.post(Icon::Critical, {OwnText::DayArchiveSetAside, {name, aside.value()}, {}});
     m_setAside.insert(day);
     Result<Archive> made = DayArchive::open(m_archives, day);
-    // What is rescued keeps its numbers, which tell the order of events where a time comes twice.
     if (made)
-        made.value()->startBehind(highestOf(aside.value()));
+        leaveNumbers(*made.value());
     return made;
 }
 
-/// The highest number in a file set aside, 0 when that cannot be read.
-qint64 DayArchives::highestOf(const QString &aside)
+/// What is rescued keeps its numbers, which tell the order of events where a time comes twice, and what is brought yet.
+void DayArchives::leaveNumbers(DayArchive &archive)
+{
+    const Result<bool> isBrought = ReunitedDay::isBroughtInto(archive.database());
+    const Result<DayFiles> files = filesOfDay(m_archives.folder(), archive.day());
+    if (!files || files.value().setAside.isEmpty() || (isBrought && isBrought.value()))
+        return;
+    qint64 highest = 0;
+    for (const QString &aside : files.value().setAside)
+        highest = std::max(highest, highestOf(aside, highest));
+    archive.startBehind(highest);
+}
+
+/// The highest number in a file set aside, or a higher one where that cannot be read.
+/// @param before  that of the files before it
+qint64 DayArchives::highestOf(const QString &aside, qint64 before)
 {
     Result<Database> database = m_archives.open(aside, Database::Use::Untouched);
     if (!database)
-        return 0;
+        return before;
     const Result<qint64> highest = database.value().number(QStringLiteral("SELECT max(ProgEv) FROM Eventi"));
-    return highest ? highest.value() : 0;
+    if (highest)
+        return highest.value();
+    const Result<qint64> pages = database.value().number(QStringLiteral("PRAGMA page_count"));
+    return before + (pages ? pages.value() * mostRowsOfAPage : 0);
 }
 
 Result<DayArchive *> DayArchives::of(QDate day)

@@ -60,7 +60,8 @@ private:
 
     Result<Archive> obtain(QDate day);
     Result<Archive> makeAfresh(QDate day);
-    qint64 highestOf(const QString &aside);
+    void leaveNumbers(DayArchive &archive);
+    qint64 highestOf(const QString &aside, qint64 before);
     void holdName();
     void finish(Archive &archive);
 

@@ -267,7 +267,7 @@ Result<void> EventLog::bringOver()
     QList<WaitingEvent> brought;
     if (rows) {
         for (const DayArchive::Row &row : rows.value())
-            brought.append({day, row.event, EventSpool::Mark::Brought, row.copy});
+            brought.append({day, row.event, EventSpool::Mark::Brought, row.copy, row.number});
     } else {
         m_notices.post(Icon::Critical, {OwnText::DayArchiveUnavailable, {ArchiveName::events(day)}, rows.fault()});
     }

@@ -300,9 +300,10 @@ Result<EventSpool::Stored> EventSpool::store(QList<WaitingEvent> events, DayArch
     Transaction transaction(archive.database());
     if (Result<void> begun = transaction.begin(true); !begun)
         return begun.fault();
-    const Result<qint64> last = archive.highest();
-    if (!last)
-        return last.fault();
+    const Result<qint64> highest = archive.highest();
+    if (!highest)
+        return highest.fault();
+    qint64 last = highest.value();
     QList<WaitingEvent> missing;
     for (WaitingEvent &waiting : events) {
         const Result<bool> there = isThere(waiting, archive);
@@ -310,7 +311,9 @@ Result<EventSpool::Stored> EventSpool::store(QList<WaitingEvent> events, DayArch
             return there.fault();
         if (there.value())
             continue;
-        waiting.place = last.value() + missing.size() + 1;
+        // A brought one keeps its number as long as the order allows it.
+        last = std::max(last + 1, waiting.mark == Mark::Brought ? waiting.place : archive.next());
+        waiting.place = last;
         missing.append(waiting);
     }
     Stored stored;

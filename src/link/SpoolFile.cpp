@@ -76,6 +76,7 @@ Result<void> SpoolFile::add(const QList<WaitingEvent> &events)
     return transaction.commit();
 }
 
+/// While events are being brought from an archive others come: they are later ones.
 Result<QList<WaitingEvent>> SpoolFile::first(QDate day, bool undecidedToo, qsizetype most)
 {
     QList<WaitingEvent> events;
@@ -84,10 +85,10 @@ Result<QList<WaitingEvent>> SpoolFile::first(QDate day, bool undecidedToo, qsize
             {day, EventRow::read(row, 4), markOf(row.integer(1)), row.integer(2), row.integer(3), row.integer(0)});
     };
     const qint64 leftOut = undecidedToo ? -1 : static_cast<qint64>(WaitingEvent::Mark::Undecided);
-    const Result<void> read = m_database.each(
-        statement(
-            "SELECT Num, Stato, Copia, Posto, %1 FROM Attesa WHERE Giorno = ? AND Stato <> ? ORDER BY Num LIMIT ?"),
-        {DataFile(day), leftOut, qint64{most}}, take);
+    const Result<void> read =
+        m_database.each(statement("SELECT Num, Stato, Copia, Posto, %1 FROM Attesa WHERE Giorno = ? AND Stato <> ? "
+                                  "ORDER BY Stato <> ?, Num LIMIT ?"),
+                        {DataFile(day), leftOut, static_cast<qint64>(WaitingEvent::Mark::Brought), qint64{most}}, take);
     return read ? Result<QList<WaitingEvent>>(std::move(events)) : read.fault();
 }
 

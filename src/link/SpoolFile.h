@@ -23,7 +23,8 @@ public:
     /// What waits for each day.
     const QMap<QDate, Counts> &found() const { return m_found; }
     Result<void> add(const QList<WaitingEvent> &events);
-    /// The first events of a day in their order, at most @p most. @param undecidedToo  so those of that mark
+    /// The first events of a day in their order, brought ones before all others, at most @p most. @param undecidedToo
+    /// so those of that mark
     Result<QList<WaitingEvent>> first(QDate day, bool undecidedToo, qsizetype most);
     /// Keeps the places that the events have now.
     Result<void> setPlaces(const QList<WaitingEvent> &events);

@@ -14,6 +14,6 @@ struct WaitingEvent {
     Event event;
     Mark mark = Mark::Registered;
     qint64 copy = 0;   ///< of a brought one: it was the n-th of equal events there, counted from 1
-    qint64 place = 0;  ///< ProgEv under which it may stand in its archive already; 0 = it was never tried
+    qint64 place = 0;  ///< ProgEv under which it may stand in its archive already, a brought one: had before; 0 = none
     qint64 number = 0; ///< the spool's own: above 0 on disk, below in memory
 };

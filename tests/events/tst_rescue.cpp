@@ -171,13 +171,14 @@ private Q_SLOTS:
             test.write(aside + u"-wal"_s, test.read(name + u"-wal"_s));
         }
         QVERIFY(test.archives.remove(name));
-        // Two of three are equal; of such the day has one already.
-        test.addEvents(today, {{u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"00:00:00"_s}});
+        // Two of three are equal; of such the day has one already under its number, and one that came since.
+        test.addEvents(today, QList<QStringList>(2, {u"1"_s, u"TX"_s, u"A"_s, {}, {}, u"00:00:00"_s}));
+        test.execute(name, "UPDATE Eventi SET ProgEv = 9 WHERE ProgEv = 1");
         test.write(name + u".guasto2"_s, "no archive");
         const QStringList files = test.files(u"Archivi"_s);
         const QByteArray journal = test.read(aside + u"-wal"_s);
         const QByteArray content = test.read(aside);
-        QCOMPARE(sorted(search(test)), sorted({u"00:00:00 0"_s, u"00:00:00 1"_s, u"00:00:00 1"_s, u"08:00:00 7"_s}));
+        QCOMPARE(sorted(search(test)), sorted(listOf("00:00:00 0,00:00:00 1,00:00:00 1,00:00:00 1,08:00:00 7")));
         QCOMPARE(test.read(aside + u"-wal"_s), journal);
         QCOMPARE(test.read(aside), content);
         QCOMPARE(test.files(u"Archivi"_s), files);
@@ -193,7 +194,9 @@ private Q_SLOTS:
     {
         QFETCH(bool, keepsAll);
         TestFolder test;
-        test.addEvents(today, eventsOfADay(250));
+        // The first one is equal to one that comes after the damage: both count.
+        test.addEvents(today,
+                       QList<QStringList>{{u"9000"_s, u"TX"_s, u"A"_s, {}, {}, u"07:45:00"_s}} + eventsOfADay(249));
         const QByteArray damaged = torn(test.read(name), {4});
         test.write(name, damaged);
         const QStringList expected = readOneByOne(test, name, 250);

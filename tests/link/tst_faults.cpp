@@ -114,6 +114,24 @@ private Q_SLOTS:
         QVERIFY(!test.folder.exists(u"Archivi/Attesa.zeb"_s));
     }
 
+    void comesWhileOthersAreBroughtOver()
+    {
+        TestFolder test;
+        QList<QStringList> early;
+        for (int second = 0; second < 5000; ++second)
+            early.append({u"1"_s, u"TX"_s, u"A"_s, {}, {}, QTime(0, 0).addSecs(second).toString(u"HH:mm:ss"_s)});
+        test.addEvents(today, early);
+        test.execute(ArchiveName::events(today), "DELETE FROM Eventi WHERE ProgEv = 70");
+        Day day(test);
+        QVERIFY(QFile::remove(test.folder.path(ArchiveName::events(today))));
+        day.log.changeDayIfNeeded();
+        // In the middle of them it waits, behind them.
+        QVERIFY(!day.append(2) && day.storeAll() && day.append(3));
+        day.log.close();
+        const QString numbers = u"SELECT ProgEv, Codice FROM Eventi WHERE ProgEv > 4999"_s;
+        QCOMPARE(test.rows(ArchiveName::events(today), numbers), listOf("5000|1,5001|2,5002|3"));
+    }
+
     /// A journal that goes astray after a quiet minute costs nothing.
     void quietMinute()
     {
