@@ -60,9 +60,8 @@ private Q_SLOTS:
         QSignalSpy stored(&log, &EventLog::stored);
 
         QString told;
-        connect(&road, &EventRoad::recordReceived, this, [&told](const EventRecord &record) {
-            told = u'|' + record.code + u'|' + typeText(record.type);
-        });
+        connect(&road, &EventRoad::recordReceived, this,
+                [&told](const EventRecord &record) { told = u'|' + record.code + u'|' + typeText(record.type); });
         const auto publish = [&](const char *line) {
             told.clear();
             return (road.RegistraEvento(line) ? u"kept"_s : u"not kept"_s) + told;
