@@ -282,7 +282,7 @@ private Q_SLOTS:
         test.execute(ArchiveName::Bands, "DELETE FROM Fascie");
         QVERIFY(programme.reload(TimeProgramme::Part::Bands).ok() && !programme.isSuspended());
         QCOMPARE(at("2004-03-07T20:30:00"), u"asserted Band"_s);
-        QCOMPARE(programme.untilWhen(texts), u"Disabilitata, nessun cambio entro un anno"_s);
+        QCOMPARE(programme.untilWhen(texts), u"Disabilitata, nessun cambiamento entro un anno"_s);
         programme.end();
         QCOMPARE(told, QStringList{u"released End"_s});
     }
