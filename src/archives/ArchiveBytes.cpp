@@ -1,6 +1,7 @@
 #include "archives/ArchiveBytes.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <sqlite3.h>
 
@@ -40,7 +41,8 @@ Result<qint64> ArchiveBytes::size() const
     sqlite3_int64 size = 0;
     if (m_file->pMethods->xFileSize(m_file.get(), &size) != SQLITE_OK)
         return Fault{FaultCode::InputOutput, m_path};
-    return size;
+    // It takes a file of one byte for an empty one.
+    return size == 0 ? QFileInfo(m_path).size() : size;
 }
 
 Result<QByteArray> ArchiveBytes::read(qint64 position, qsizetype count)

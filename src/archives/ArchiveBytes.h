@@ -8,7 +8,7 @@
 
 struct sqlite3_file;
 
-/// An archive file as bytes, read through the database library.
+/// A file that may be an archive as bytes, read through the database library.
 ///
 /// The system drops every lock that a program has on a file as soon as the program closes that file anywhere, and with
 /// its lock the open day would lose its journal to the next reader that leaves. The library knows of its locks and

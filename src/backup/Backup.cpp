@@ -13,8 +13,14 @@
 namespace {
 
 /// A lot is flushed at once: a flush for each file would take far longer than the copying. Each file of two lots is
-/// open.
-constexpr size_t lotFiles = 256;
+/// open, and the program needs others besides.
+size_t lotFiles()
+{
+    constexpr size_t few = 8;
+    constexpr size_t most = 256;
+    return std::clamp(mostOpenFiles() / 4, few, most);
+}
+
 constexpr qint64 lotBytes = 64 << 20;
 
 /// What the program and the database library leave behind, and nobody needs.
@@ -52,7 +58,10 @@ bool liesIn(const QString &folder, const QString &path)
 } // namespace
 
 Backup::Backup(ArchiveStore &archives, const QString &target)
-    : m_archives(archives), m_folder(target, archives.folder().disk()), m_target(m_folder, archives)
+    : m_archives(archives),
+      m_folder(target, archives.folder().disk()),
+      m_target(m_folder, archives),
+      m_lotFiles(lotFiles())
 {
 }
 
@@ -206,7 +215,7 @@ Result<void> Backup::copyLink(const QString &leadsTo, const QString &link)
 
 bool Backup::isLotFull() const
 {
-    return m_lot.size() >= lotFiles || m_lotBytes >= lotBytes;
+    return m_lot.size() >= m_lotFiles || m_lotBytes >= lotBytes;
 }
 
 // How it is copied ---------------------------------------------------------------------------------------------------

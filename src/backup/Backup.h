@@ -83,6 +83,7 @@ private:
     std::vector<Source> m_sources; ///< still to be copied, last first
     bool m_isListed = false;
     std::unique_ptr<FileCopy> m_copy;
+    size_t m_lotFiles;                            ///< most of a lot
     std::vector<std::unique_ptr<FileCopy>> m_lot; ///< written
     std::unique_ptr<LotCheck> m_lotCheck;         ///< of these
     qint64 m_lotBytes = 0;

@@ -1,11 +1,9 @@
 #include "backup/FileCopy.h"
 
+#include "platform/RegularFile.h"
+
 #include <QDateTime>
 #include <QFileInfo>
-
-#include <algorithm>
-#include <array>
-#include <cerrno>
 
 namespace {
 
@@ -80,22 +78,18 @@ Result<void> FileCopy::begin()
     m_file.emplace(m_target.folder().disk(), m_copied);
     if (Result<void> created = m_file->create(); !created)
         return created;
+    // Whatever its name: a link may lead to an archive that is open.
+    Result<ArchiveBytes> opened = ArchiveBytes::open(m_path);
+    if (!opened)
+        return atSource(opened.fault());
+    m_bytes.emplace(std::move(opened.value()));
     if (m_isArchive) {
-        Result<ArchiveBytes> opened = ArchiveBytes::open(m_path);
-        if (!opened)
-            return atSource(opened.fault());
-        m_archive.emplace(std::move(opened.value()));
-        Result<QByteArray> salt = m_archive->read(0, ArchiveKeys::SaltSize);
+        Result<QByteArray> salt = m_bytes->read(0, ArchiveKeys::SaltSize);
         if (!salt)
             return atSource(salt.fault());
         m_salt = salt.value();
         if (m_isChecked && m_salt.size() < ArchiveKeys::SaltSize)
             return atSource({FaultCode::Damaged, m_path});
-    } else {
-        Result<Descriptor> opened = openToRead(m_path);
-        if (!opened)
-            return atSource(opened.fault());
-        m_plain.emplace(std::move(opened.value()));
     }
     return isBeingWritten() ? beginPages() : Result<void>();
 }
@@ -141,31 +135,16 @@ Result<bool> FileCopy::copyPages(const QDeadlineTimer &until)
         if (const Result<void> left = m_pages->target.leaveLogMode(); !left)
             return left.fault();
         m_pages.reset();
-        m_archive.reset();
+        m_bytes.reset();
         return true;
     } while (!until.hasExpired());
     return false;
 }
 
-Result<QByteArray> FileCopy::readSource()
-{
-    if (m_archive)
-        return m_archive->read(m_position, bytesOfATurn);
-    QByteArray bytes(bytesOfATurn, '\0');
-    ssize_t count = -1;
-    do {
-        count = ::read(m_plain->get(), bytes.data(), static_cast<size_t>(bytes.size()));
-    } while (count < 0 && errno == EINTR);
-    if (count < 0)
-        return systemFault(m_path);
-    bytes.truncate(count);
-    return bytes;
-}
-
 Result<bool> FileCopy::copyBytes(const QDeadlineTimer &until)
 {
     do {
-        const Result<QByteArray> bytes = readSource();
+        const Result<QByteArray> bytes = m_bytes->read(m_position, bytesOfATurn);
         if (!bytes)
             return atSource(bytes.fault());
         if (bytes.value().isEmpty())
@@ -184,8 +163,7 @@ Result<bool> FileCopy::finishBytes()
     // Within the grain of its clock a file can change unseen.
     m_isSettled = m_begun - m_stamp.modified >= nanosecondsOfSecond;
     if (now != m_stamp || m_position != m_stamp.size || (!m_isSettled && isBeingWritten())) {
-        m_archive.reset();
-        m_plain.reset();
+        m_bytes.reset();
         m_file.reset();
         if (++m_attempts == mostAttempts)
             return atSource({FaultCode::Locked, m_path});
@@ -193,8 +171,7 @@ Result<bool> FileCopy::finishBytes()
     }
     if (!m_isSettled)
         m_stamp.modified -= nanosecondsOfSecond;
-    m_archive.reset();
-    m_plain.reset();
+    m_bytes.reset();
     return true;
 }
 

@@ -5,7 +5,6 @@
 #include "archives/PageCopy.h"
 #include "backup/LotCheck.h"
 #include "platform/FreshFile.h"
-#include "platform/RegularFile.h"
 #include "platform/Task.h"
 
 #include <memory>
@@ -48,7 +47,6 @@ private:
     QString nameBeside() const;
     Result<bool> copyPages(const QDeadlineTimer &until);
     Result<bool> copyBytes(const QDeadlineTimer &until);
-    Result<QByteArray> readSource();
     Result<bool> finishBytes();
     Fault atSource(const Fault &fault);
     bool isBeingWritten() const;
@@ -69,7 +67,6 @@ private:
     int m_attempts = 0;
     qint64 m_position = 0;
     std::optional<FreshFile> m_file;
-    std::optional<ArchiveBytes> m_archive;
-    std::optional<Descriptor> m_plain;
+    std::optional<ArchiveBytes> m_bytes;
     std::unique_ptr<Pages> m_pages;
 };

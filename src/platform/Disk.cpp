@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <limits>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -204,6 +205,12 @@ Result<void> Disk::makeLink(const QString &path, const QString &target)
     if (::symlink(QFile::encodeName(target).constData(), QFile::encodeName(path).constData()) != 0)
         return systemFault(path);
     return flushFolder(path);
+}
+
+size_t mostOpenFiles()
+{
+    rlimit limit = {};
+    return ::getrlimit(RLIMIT_NOFILE, &limit) == 0 ? limit.rlim_cur : 1024;
 }
 
 qint64 freeBytes(const QString &folder)

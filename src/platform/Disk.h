@@ -58,6 +58,9 @@ private:
 /// What errno says about @p path.
 Fault systemFault(const QString &path);
 
+/// Files that this program may have open at a time.
+size_t mostOpenFiles();
+
 /// Bytes that this user may still fill on the device of @p folder; the largest number when that cannot be told.
 qint64 freeBytes(const QString &folder);
 

@@ -81,9 +81,11 @@ bool FreshFile::settle()
 {
     if (m_settled >= m_size)
         return true;
-    // Nothing but a head start: what fails here fails in the flush, and is told there.
-    ::sync_file_range(m_file, m_settled, Portion,
-                      SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+    // Nothing but a head start. But a fault of the device is told once: what fails here need not fail in the flush.
+    const int settled = ::sync_file_range(
+        m_file, m_settled, Portion, SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+    if (settled != 0 && (errno == EIO || errno == ENOSPC || errno == EDQUOT))
+        m_unsettled = systemFault(m_target);
     m_settled += Portion;
     return m_settled >= m_size;
 }
@@ -96,6 +98,8 @@ void FreshFile::beginFlush(const QString &beside)
 
 Result<void> FreshFile::commit()
 {
+    if (m_unsettled)
+        return *m_unsettled;
     const Result<void> done = m_disk.finish(m_file, m_beside, m_target);
     if (!done)
         return Fault{done.fault().code, m_target};

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QIODevice>
 
+#include <optional>
+
 /// A file that stands under its name only when it is whole; until then the one that was there before stays.
 ///
 /// It is written beside its target under a name that no other file has, and is gone with this object unless commit()
@@ -57,4 +59,5 @@ private:
     qint64 m_begun = 0;   ///< up to here the way to the device has begun
     qint64 m_settled = 0; ///< up to here it has been waited for
     Fault m_fault;
+    std::optional<Fault> m_unsettled; ///< that settle() was told of
 };

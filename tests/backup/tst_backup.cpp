@@ -9,7 +9,9 @@
 #include <QRegularExpression>
 
 #include <csignal>
+#include <fcntl.h>
 #include <linux/capability.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -331,6 +333,37 @@ private Q_SLOTS:
         QVERIFY(done.fault().subject.endsWith(oldDay));
         QCOMPARE(site.copyOf(oldDay), whole);
         QCOMPARE(site.rowsOfCopy(otherDay, all), QStringList({u"2"_s, u"3"_s}));
+    }
+
+    void fewOpenFiles()
+    {
+        Site site;
+        for (int i = 0; i < 200; ++i)
+            site.write(u"Note %1.txt"_s.arg(i), "x");
+        const int status = inChild([&] {
+            constexpr rlimit few = {64, 64};
+            return ::setrlimit(RLIMIT_NOFILE, &few) == 0 && site.backUp().ok() ? 0 : 1;
+        });
+        QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    }
+
+    /// It is not closed under its own name alone, with which all locks of this program would go.
+    void linkToTheOpenDay()
+    {
+        Site site;
+        FakeClock clock;
+        Notices notices;
+        EventLog log(site.archives, clock, notices);
+        log.open();
+        const QString today = site.folder.path(u"Archivi/Eventi_05-03-2004.zeb"_s);
+        QVERIFY(QFile::link(today, site.directory.filePath(u"oggi"_s)) && site.backUp().ok());
+        const int status = inChild([&] {
+            // The place of shared locks.
+            struct flock lock = {F_WRLCK, SEEK_SET, 0x40000002, 510, 0};
+            const int file = ::open(QFile::encodeName(today).constData(), O_RDWR);
+            return ::fcntl(file, F_GETLK, &lock) == 0 && lock.l_type == F_RDLCK ? 0 : 1;
+        });
+        QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
     }
 
     void targetThatGoesEndsIt_data()
