@@ -4,9 +4,6 @@
 #include <QList>
 #include <QTimer>
 
-#include <algorithm>
-#include <cstdio>
-
 /// Microseconds that one call of @p work takes.
 template<class Work>
 double microseconds(Work work)
@@ -18,11 +15,7 @@ double microseconds(Work work)
 }
 
 /// The value below which @p share of @p values lie; 0.5 is the median.
-inline double quantile(QList<double> values, double share)
-{
-    std::sort(values.begin(), values.end());
-    return values[static_cast<qsizetype>(share * static_cast<double>(values.size() - 1))];
-}
+double quantile(QList<double> values, double share);
 
 /// Median time of @p rounds calls, in microseconds.
 template<class Work>
@@ -34,28 +27,16 @@ double median(int rounds, Work work)
     return quantile(times, 0.5);
 }
 
-inline void print(const char *what, double ours, double bare, const char *unit)
-{
-    std::printf("%-58s %12.2f %12.2f %s  (%.2f times)\n", what, ours, bare, unit, ours / bare);
-}
+void print(const char *what, double ours, double bare, const char *unit);
 
 /// Beats every 5 ms in the event loop, and knows its longest gap.
 class Heartbeat
 {
 public:
-    Heartbeat()
-    {
-        m_beat.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&m_beat, &QTimer::timeout, [this] {
-            m_longest = longest();
-            m_sinceLast.start();
-        });
-        m_sinceLast.start();
-        m_beat.start(5);
-    }
+    Heartbeat();
 
     /// In milliseconds, the gap that has not ended yet included.
-    double longest() const { return std::max(m_longest, static_cast<double>(m_sinceLast.nsecsElapsed()) / 1e6); }
+    double longest() const;
 
 private:
     QTimer m_beat;

@@ -9,6 +9,7 @@ target_link_libraries(kor-make-templates PRIVATE kor_core kor_headers kor_flags)
 
 # It works with the windows themselves: only what it takes from them anew makes the manuals anew.
 add_executable(kor-make-window-pictures tools/make_window_pictures.cpp tools/PictureDesk.cpp tools/PictureDesk.h)
+set_property(TARGET kor-make-window-pictures PROPERTY AUTOMOC ON)
 target_link_libraries(kor-make-window-pictures PRIVATE kor_desktop kor_simulator kor_headers kor_flags)
 
 # The two below do without the core: a change of the core alone makes no picture and no manual anew.

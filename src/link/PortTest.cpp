@@ -4,8 +4,8 @@
 
 namespace {
 
-constexpr int attempts = 4;
-constexpr qint64 attemptMilliseconds = 1000;
+constexpr int questions = 4;
+constexpr qint64 questionMilliseconds = 1000;
 constexpr qsizetype nameLength = 6; ///< of the banner's first word, which is proof enough
 
 } // namespace
@@ -66,7 +66,7 @@ void PortTest::ask()
     dropInput();
     m_reply.clear();
     ++m_asked;
-    m_deadline = m_clock.monotonic() + attemptMilliseconds;
+    m_deadline = m_clock.monotonic() + questionMilliseconds;
     arm();
     // A port that fails here has been closed and has ended the test; one that is merely full stays silent.
     (void)m_provaCom->output(ConfigQuery::Request);
@@ -85,7 +85,7 @@ void PortTest::wake()
     // all attempts while it arrives, and leave each question in the middle of the answer before it.
     if (m_clock.monotonic() < m_deadline)
         arm();
-    else if (m_asked < attempts)
+    else if (m_asked < questions)
         ask();
     else
         finish(false);

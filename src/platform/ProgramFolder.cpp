@@ -19,7 +19,7 @@ constexpr qint64 nanosecondsPerSecond = 1'000'000'000;
 /// Two changes of a folder within one tick of the file system's clock leave the same time on it.
 constexpr qint64 clockTick = 50'000'000;
 
-qint64 nanoseconds(const timespec &time)
+qint64 nanosecondsOf(const timespec &time)
 {
     return time.tv_sec * nanosecondsPerSecond + time.tv_nsec;
 }
@@ -28,7 +28,7 @@ qint64 now()
 {
     timespec time{};
     ::clock_gettime(CLOCK_REALTIME, &time);
-    return nanoseconds(time);
+    return nanosecondsOf(time);
 }
 
 } // namespace
@@ -51,7 +51,7 @@ QString ProgramFolder::inFolder(const QString &folder, const QString &name) cons
 
     // A folder of ten years holds thousands of days: its listing is kept until the folder changes.
     Listing &listing = m_listings[folder];
-    const qint64 changed = nanoseconds(status.st_mtim);
+    const qint64 changed = nanosecondsOf(status.st_mtim);
     if (listing.changed != changed || listing.read - changed < clockTick) {
         listing = {changed, now(), {}};
         const QStringList entries =

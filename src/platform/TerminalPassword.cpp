@@ -11,7 +11,7 @@
 namespace {
 
 constexpr char controlC = 3;
-constexpr int againMilliseconds = 1000;
+constexpr int pauseMilliseconds = 1000;
 
 /// Another job has the terminal: who changes or reads it now does so under the hands of that one.
 bool isInBackground()
@@ -75,7 +75,7 @@ void TerminalPassword::end()
 void TerminalPassword::listen()
 {
     if (isInBackground()) {
-        m_pause.start(againMilliseconds);
+        m_pause.start(pauseMilliseconds);
         return;
     }
     if (!m_silence)
@@ -91,7 +91,7 @@ void TerminalPassword::read()
     // Reading from the background would stop the program, which may be receiving by now.
     if (isInBackground()) {
         m_notifier.setEnabled(false);
-        m_pause.start(againMilliseconds);
+        m_pause.start(pauseMilliseconds);
         return;
     }
     std::array<char, 256> buffer{};
