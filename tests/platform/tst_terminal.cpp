@@ -1,5 +1,4 @@
 #include "platform/ConsoleOutput.h"
-#include "platform/CoreDump.h"
 #include "platform/PseudoTerminal.h"
 #include "platform/TerminalPassword.h"
 #include "support/Fixtures.h"
@@ -9,8 +8,6 @@
 #include <QSignalSpy>
 
 #include <numeric>
-#include <sys/prctl.h>
-#include <sys/resource.h>
 
 namespace {
 
@@ -136,14 +133,6 @@ private Q_SLOTS:
         test.write(u"Porte/COM7"_s, "no link");
         QCOMPARE(line.open().fault().code, FaultCode::AlreadyInUse);
         QVERIFY(!line.isOpen() && test.read(u"Porte/COM7"_s) == "no link");
-    }
-
-    void coreDumpsAreOff()
-    {
-        forbidCoreDumps();
-        rlimit limit{1, 1};
-        QVERIFY(::getrlimit(RLIMIT_CORE, &limit) == 0 && limit.rlim_max == 0);
-        QCOMPARE(::prctl(PR_GET_DUMPABLE), 0);
     }
 };
 
