@@ -24,20 +24,12 @@ Result<ReadableRows> ReadableRows::open(Database &database, const QString &table
     if (!wanted)
         return wanted.fault();
     wanted.value().bind(values);
-    // Here the condition is a column: reading stops at each row, and what is lost begins behind the last of them.
-    Result<Statement> all =
-        database.prepare(QStringLiteral("SELECT rowid, *, (%2) FROM %1 WHERE rowid >= ?%3 ORDER BY rowid")
-                             .arg(table, condition)
-                             .arg(values.size() + 1));
-    if (!all)
-        return all.fault();
-    all.value().bind(values);
-    return ReadableRows(std::move(wanted.value()), std::move(all.value()), static_cast<int>(values.size()) + 1);
+    return ReadableRows(database, std::move(wanted.value()), table, condition, values);
 }
 
 Result<ReadableRows::Found> ReadableRows::step()
 {
-    Statement &rows = m_isDamaged ? m_all : m_wanted;
+    Statement &rows = m_all ? *m_all : m_wanted;
     const Result<bool> stepped = rows.step();
     if (!stepped && !isDamage(stepped.fault().code)) {
         m_hasLost = true;
@@ -62,16 +54,31 @@ ReadableRows::Found ReadableRows::found(Statement &rows)
 {
     m_hasRead = true;
     m_next = std::min(rows.integer(0), highest - 1) + 1;
-    return !m_isDamaged || rows.integer(rows.columnCount() - 1) != 0 ? Found::Row : Found::Nothing;
+    return !m_all || rows.integer(rows.columnCount() - 1) != 0 ? Found::Row : Found::Nothing;
 }
 
-ReadableRows::Found ReadableRows::passOver(FaultCode damage)
+/// Here the condition is a column: reading stops at each row, and what is lost begins behind the last of them.
+Result<void> ReadableRows::prepareAll()
 {
-    if (!m_isDamaged) {
+    Result<Statement> all =
+        m_database->prepare(QStringLiteral("SELECT rowid, *, (%2) FROM %1 WHERE rowid >= ?%3 ORDER BY rowid")
+                                .arg(m_table, m_condition)
+                                .arg(firstNumber()));
+    if (!all)
+        return all.fault();
+    all.value().bind(m_values);
+    m_wanted.reset();
+    m_all.emplace(std::move(all.value()));
+    return {};
+}
+
+Result<ReadableRows::Found> ReadableRows::passOver(FaultCode damage)
+{
+    if (!m_all) {
         // Between the last row that was wanted and the damage there are others: the second statement tells where it is.
-        m_isDamaged = true;
-        m_wanted.reset();
-        return seek(m_next);
+        const Result<void> prepared = prepareAll();
+        m_hasLost |= !prepared;
+        return prepared ? Result<Found>(seek(m_next)) : prepared.fault();
     }
     m_hasLost = true;
     // Rows are numbered from 1.
@@ -89,8 +96,8 @@ ReadableRows::Found ReadableRows::passOver(FaultCode damage)
 ReadableRows::Found ReadableRows::seek(qint64 number)
 {
     m_next = number;
-    m_all.reset();
-    m_all.bind(m_first, number);
+    m_all->reset();
+    m_all->bind(firstNumber(), number);
     return Found::Nothing;
 }
 

@@ -17,7 +17,7 @@ public:
     /// How much of what was passed so far could be read.
     enum class Extent { Whole, Part, Nothing };
 
-    /// @param database   must stay open as long as this object is there
+    /// @param database   must stay open, where it is, as long as this object is there
     /// @param condition  of the rows that are wanted, its parameters numbered (?1, ?2, ...); @param values  of them
     static Result<ReadableRows> open(Database &database, const QString &table, const QString &condition,
                                      const SqlValues &values);
@@ -27,26 +27,35 @@ public:
     Result<Found> step();
 
     /// The row that was found, with the columns of its table, known by their names.
-    const Statement &row() const { return m_isDamaged ? m_all : m_wanted; }
+    const Statement &row() const { return m_all ? *m_all : m_wanted; }
     Extent extent() const;
     /// Whether no damage has been met so far.
-    bool isSound() const { return !m_isDamaged; }
+    bool isSound() const { return !m_all; }
 
 private:
-    ReadableRows(Statement wanted, Statement all, int first)
-        : m_wanted(std::move(wanted)), m_all(std::move(all)), m_first(first)
+    ReadableRows(Database &database, Statement wanted, QString table, QString condition, SqlValues values)
+        : m_database(&database),
+          m_table(std::move(table)),
+          m_condition(std::move(condition)),
+          m_values(std::move(values)),
+          m_wanted(std::move(wanted))
     {
     }
 
+    Result<void> prepareAll();
     Found found(Statement &rows);
-    Found passOver(FaultCode damage);
+    Result<Found> passOver(FaultCode damage);
     Found seek(qint64 number);
+    /// Parameter of the statement for all rows: the number to begin with.
+    int firstNumber() const { return static_cast<int>(m_values.size()) + 1; }
 
-    Statement m_wanted; ///< number and columns of the rows that are wanted
-    Statement m_all;    ///< number and columns of all rows from a number on, and whether they are wanted
-    int m_first;        ///< parameter of the latter: the number to begin with
+    Database *m_database;
+    QString m_table;
+    QString m_condition;
+    SqlValues m_values;
+    Statement m_wanted;             ///< number and columns of the rows that are wanted
+    std::optional<Statement> m_all; ///< behind damage: of all rows from a number on, and whether they are wanted
     qint64 m_next = std::numeric_limits<qint64>::min(); ///< lowest number that the next row may have
-    bool m_isDamaged = false;
     bool m_hasRead = false;
     bool m_hasLost = false;
 

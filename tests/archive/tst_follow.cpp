@@ -120,7 +120,7 @@ private Q_SLOTS:
         row("late, for the day before", u"1 look lock 2 midnight 3 look restart unlock look restart look"_s);
         row("late, out of memory", u"1 look memory 2 midnight midnight midnight 3 look unlock look restart 4 look"_s);
         row("late, of a day that rests",
-            u"1 midnight midnight midnight 2 look age look <3 look age look <4 restart look"_s);
+            u"1 midnight midnight midnight 2 look age look <3 look 4 look age look <5 restart look"_s);
         row("late, before anybody followed", u"midnight midnight midnight age first <1 look age look <2 look"_s);
         row("many days ago", u"1 look midnight 2 midnight 3 midnight 4 midnight 5 midnight 6 age restart look"_s);
         row("set aside", u"1 2 look damage 3 look restart 4 look"_s);

@@ -71,17 +71,13 @@ private Q_SLOTS:
         const Rows<QString, QString> row("line", "told");
         row("none", {}, u"The command is missing"_s);
         row("no command", u"find"_s, u"Unexpected argument: 'find'"_s);
-        row("two", u"users users"_s, u"Unexpected argument"_s);
         row("unknown option", u"search --day x"_s, u"Unknown option: '--day'"_s);
         row("another's option", u"users --from today"_s, u"The option '--from' does not go with 'users'"_s);
         row("format of none", u"search --format xml"_s, u"'xml' is not possible for --format"_s);
-        row("format of others", u"coverage --format csv"_s, u"'csv' is not possible"_s);
         row("sheet on the terminal", u"search --format xls"_s, u"'--format xls' needs --output FILE"_s);
         row("times", u"search --between 08:00:00-18:00:00"_s, u"'08:00:00-18:00:00' is not possible"_s);
-        row("short times", u"search --between 08:00..18:00"_s, {});
         row("past midnight", u"search --between 22:00..06:00"_s, u"'22:00..06:00' is not possible"_s);
         row("channels", u"search --channels AE"_s, u"'AE' is not possible"_s);
-        row("types", u"search --type tx,radio"_s, u"'tx,radio' is not possible"_s);
         row("state", u"search --only on"_s, u"'on' is not possible"_s);
         row("code", u"search --code 12a"_s, u"'12a' is not possible"_s);
         row("code and name", u"search --code 12 --surname Rossi"_s, u"The option '--code' does not go with"_s);

@@ -19,39 +19,28 @@ private Q_SLOTS:
         const QString at = u"2026-10-25T02:30:05+02:00"_s, later = u"2026-10-25T04:30:05+01:00"_s;
         const QString range = u"25/10/2026 - 26/10/2026, 00:00:00 - 23:59:59"_s;
         row("Started", Kind::Started, u"1.03"_s, {}, Group::Service, u"Program started, version 1.03"_s);
-        row("Ended", Kind::Ended, {}, {}, Group::Service, u"Program ended"_s);
         row("FoundCutOff", Kind::FoundCutOff, at, {}, Group::Service,
             u"Program was cut off; last sign of life: 25/10/2026 02:30:05"_s);
         row("no sign", Kind::FoundCutOff, {}, {}, Group::Service, u"Program was cut off; last sign of life: ?"_s);
-        row("YearTurned", Kind::YearTurned, {}, {}, Group::Service, u"Goes on in the journal of another year"_s);
         row("ClockMoved", Kind::ClockMoved, at, later, Group::Service,
             u"Clock moved: from 25/10/2026 02:30:05 to 25/10/2026 04:30:05"_s);
-        row("Slept", Kind::Slept, {}, {}, Group::Service, u"PC fell asleep"_s);
-        row("Woke", Kind::Woke, {}, {}, Group::Service, u"PC woke up"_s);
         row("PortOpened", Kind::PortOpened, u"7"_s, {}, Group::Link, u"Serial port COM7 opened"_s);
-        row("PortLent", Kind::PortLent, u"7"_s, {}, Group::Link, u"Serial port closed for its settings"_s);
         row("PortLost", Kind::PortLost, u"7"_s, {}, Group::Link,
             u"The serial port COM7 was unplugged or no longer answers."_s);
-        row("PortBack", Kind::PortBack, u"7"_s, {}, Group::Link, u"The serial port COM7 is available again."_s);
         row("PortNotAvailable", Kind::PortNotAvailable, u"7"_s, u"2"_s, Group::Link,
             u"Serial port COM7 not available: already in use"_s);
         row("fault of later", Kind::PortNotAvailable, u"7"_s, u"999"_s, Group::Link,
             u"Serial port COM7 not available"_s);
-        row("InterfaceAnswers", Kind::InterfaceAnswers, {}, {}, Group::Link, u"The interface answers"_s);
         row("InterfaceSilent", Kind::InterfaceSilent, at, {}, Group::Link,
             u"The interface does not answer; last sign: 25/10/2026 02:30:05"_s);
         row("never heard", Kind::InterfaceSilent, {}, {}, Group::Link, u"The interface does not answer"_s);
-        row("InterfaceSwitchedOn", Kind::InterfaceSwitchedOn, {}, {}, Group::Link, u"The interface was switched on"_s);
         row("ConfigurationDiffers", Kind::ConfigurationDiffers, u"5"_s, u"1 3"_s, Group::Link,
             u"Interface configuration changed; enabled channels: 1 3"_s);
-        row("Enabled", Kind::Enabled, u"2"_s, {}, Group::Enabling, u"Interface enabled (holiday)"_s);
         row("Disabled", Kind::Disabled, u"3"_s, {}, Group::Enabling, u"Interface disabled (program end)"_s);
         row("cause of later", Kind::Disabled, u"9"_s, {}, Group::Enabling, u"Interface disabled (9)"_s);
         row("RegisterSaved", Kind::RegisterSaved, u"3,0,12"_s, {}, Group::Changes,
             u"User list saved: added 3, changed 0, deleted 12"_s);
         row("not counted", Kind::RegisterSaved, {}, {}, Group::Changes, u"User list saved"_s);
-        row("BandsSaved", Kind::BandsSaved, {}, {}, Group::Changes, u"Weekly programming saved"_s);
-        row("HolidaysSaved", Kind::HolidaysSaved, {}, {}, Group::Changes, u"Holiday programming saved"_s);
         row("SettingChanged", Kind::SettingChanged, u"COM"_s, u"7"_s, Group::Changes,
             u"Setting changed: Serial Port Settings = 7"_s);
         row("language", Kind::SettingChanged, u"LINGUA"_s, u"4"_s, Group::Changes,
@@ -60,20 +49,14 @@ private Q_SLOTS:
         row("key of later", Kind::SettingChanged, u"NEWKEY"_s, u"1"_s, Group::Changes,
             u"Setting changed: NEWKEY = 1"_s);
         row("PasswordSet", Kind::PasswordSet, u"1"_s, {}, Group::Changes, u"Password set (main)"_s);
-        row("PasswordRemoved", Kind::PasswordRemoved, u"2"_s, {}, Group::Changes, u"Password removed (users)"_s);
         row("PasswordWrong", Kind::PasswordWrong, u"3"_s, {}, Group::Changes, u"Wrong password (diagnostics)"_s);
         row("which of later", Kind::PasswordWrong, u"x"_s, {}, Group::Changes, u"Wrong password (x)"_s);
         row("Searched", Kind::Searched, range, u"5"_s, Group::Changes,
             u"Events searched: "_s + range + u"; found: 5"_s);
-        row("Printed", Kind::Printed, range, u"5"_s, Group::Changes, u"Events printed: "_s + range + u"; rows: 5"_s);
-        row("Exported", Kind::Exported, range, u"5"_s, Group::Changes, u"Events exported: "_s + range + u"; rows: 5"_s);
-        row("BackupMade", Kind::BackupMade, {}, {}, Group::Changes, u"Backup copy made"_s);
         row("BackupFailed", Kind::BackupFailed, u"4"_s, {}, Group::Faults, u"Backup copy failed: disk full"_s);
-        row("Restored", Kind::Restored, {}, {}, Group::Changes, u"User list restored"_s);
         row("Pruned", Kind::Pruned, u"2004-01-01"_s, u"7"_s, Group::Changes,
             u"Archives before 01/01/2004 deleted: 7"_s);
         row("StoringFails", Kind::StoringFails, u"4"_s, {}, Group::Faults, u"Events cannot be stored: disk full"_s);
-        row("StoringResumes", Kind::StoringResumes, {}, {}, Group::Faults, u"Events are stored again"_s);
         row("EventsLost", Kind::EventsLost, u"12"_s, {}, Group::Faults, u"Events lost: 12"_s);
         row("kind of later", Kind(79), u"1"_s, {}, Group::Changes, u"Entry of a later version (kind 79)"_s);
         row("group of later", Kind(120), {}, {}, Group::Service, u"Entry of a later version (kind 120)"_s);

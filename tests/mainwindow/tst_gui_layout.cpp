@@ -1,4 +1,3 @@
-#include "prefs/ManualFile.h"
 #include "support/Desk.h"
 #include "widgets/Accessibility.h"
 #include "widgets/ClientArea.h"
@@ -226,17 +225,6 @@ private Q_SLOTS:
         }
         QCOMPARE(firstChapters, (QStringList{u"Che cosa fa il programma"_s, u"What the program does"_s,
                                              u"Ce que fait le programme"_s, u"Was das Programm tut"_s}));
-    }
-
-    void manualOfAnOlderFolder()
-    {
-        Screen desk({800, 600}, 4);
-        const QString own = desk.test.directory.filePath(u"Istruzioni/"_s);
-        QCOMPARE(manualFile(desk.test.folder, u"mansw"_s, 4), own + u"mansw_de.pdf"_s);
-        QVERIFY(QFile::remove(own + u"mansw_de.pdf"_s));
-        QCOMPARE(manualFile(desk.test.folder, u"mansw"_s, 4), own + u"mansw.pdf"_s);
-        const ChildWindow *manual = desk.choose("mnuIstrSwKOR");
-        QVERIFY2(!manual->findChild<QTreeView *>()->isVisible(), "the page needs the room");
     }
 
     void keptPlace()

@@ -1,9 +1,6 @@
 #include "platform/CsvReader.h"
-#include "platform/CsvWriter.h"
 #include "platform/TextFile.h"
 #include "support/Fixtures.h"
-
-#include <QRandomGenerator>
 
 namespace {
 
@@ -34,7 +31,6 @@ class TestCsv : public QObject
 private Q_SLOTS:
     void dialects_data();
     void dialects();
-    void roundTrips();
     void files_data();
     void files();
 };
@@ -65,38 +61,6 @@ void TestCsv::dialects()
     QFETCH(const QByteArray, content);
     QFETCH(const char, separator);
     QTEST(records(content, separator), "read");
-}
-
-/// What the writer writes, the reader reads, whatever it is.
-void TestCsv::roundTrips()
-{
-    QRandomGenerator random(7);
-    const QString letters = u"aZ09 ;,\t\"'=\r\nèß€"_s;
-    for (int round = 0; round < 2000; ++round) {
-        const char separator = ";,\t"[random.bounded(3)];
-        CsvWriter writer(separator);
-        QList<QList<QByteArray>> written;
-        for (int line = random.bounded(1, 5); line > 0; --line) {
-            QList<QByteArray> fields = {"first"};
-            for (int field = random.bounded(4); field > 0; --field) {
-                QString text;
-                for (int length = random.bounded(6); length > 0; --length)
-                    text += letters[random.bounded(static_cast<int>(letters.size()))];
-                fields.append(text.toUtf8());
-            }
-            for (const QByteArray &field : std::as_const(fields))
-                writer.field(QString::fromUtf8(field));
-            writer.endLine();
-            written.append(fields);
-        }
-        const QByteArray content = writer.take();
-        CsvReader reader(content, separator);
-        CsvReader::Record record;
-        QList<QList<QByteArray>> read;
-        while (reader.next(record).value())
-            read.append(record.fields);
-        QVERIFY2(read == written, content);
-    }
 }
 
 void TestCsv::files_data()

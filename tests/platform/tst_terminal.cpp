@@ -1,5 +1,4 @@
 #include "platform/ConsoleOutput.h"
-#include "platform/CoreDump.h"
 #include "platform/PseudoTerminal.h"
 #include "platform/RegularFile.h"
 #include "platform/TerminalPassword.h"
@@ -10,8 +9,6 @@
 #include <QSignalSpy>
 
 #include <numeric>
-#include <sys/prctl.h>
-#include <sys/resource.h>
 
 namespace {
 
@@ -137,14 +134,6 @@ private Q_SLOTS:
         test.write(u"Porte/COM7"_s, "no link");
         QCOMPARE(line.open().fault().code, FaultCode::AlreadyInUse);
         QVERIFY(!line.isOpen() && test.read(u"Porte/COM7"_s) == "no link");
-    }
-
-    void coreDumpsAreOff()
-    {
-        forbidCoreDumps();
-        rlimit limit{1, 1};
-        QVERIFY(::getrlimit(RLIMIT_CORE, &limit) == 0 && limit.rlim_max == 0);
-        QCOMPARE(::prctl(PR_GET_DUMPABLE), 0);
     }
 };
 

@@ -1,6 +1,5 @@
 #include "link/EventRecord.h"
 #include "simulator/Script.h"
-#include "simulator/SimulatorOptions.h"
 #include "simulator/Traffic.h"
 #include "support/Fixtures.h"
 
@@ -64,26 +63,6 @@ class TestSimulator : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void options_data()
-    {
-        const Rows<QString, QString> row("arguments", "fault");
-        row("all", u"--link|x|--codes|tx:1, dks:2|--rate|2.5|--burst|100000|--seed|4294967295|--fault|late"_s, {});
-        row("file", u"--file|x|--exit-when-done"_s, {});
-        row("unknown", u"--nonsense"_s, u"Unknown option 'nonsense'."_s);
-        row("protocol", u"--protocol="_s, u"--protocol needs a name"_s);
-        row("codes", u"--codes|tx:1,rx:2"_s,
-            u"--codes takes a list such as tx:12345,dks:777; \"rx:2\" is no code of it"_s);
-        row("rate", u"--rate|nan"_s, u"--rate takes a number from 0.001 to 10000, not \"nan\""_s);
-        const QString noEnd = u"--exit-when-done needs an end: --count, --burst, or --file without --repeat"_s;
-        row("no end of nothing", u"--exit-when-done"_s, noEnd);
-    }
-    void options()
-    {
-        QFETCH(QString, arguments);
-        QTEST(parseOptions(QStringList{u"kor-simulator"_s} + arguments.split(u'|')).fault, "fault");
-        QCOMPARE(parseOptions(listOf("kor-simulator,--count,5")).options.traffic.perSecond, 1.0);
-    }
-
     /// What each line sends; its fault, or what it makes the interface tell.
     void commands_data()
     {
@@ -184,19 +163,6 @@ private Q_SLOTS:
         stage.pass(2'000); // nobody reads it
         QTRY_COMPARE(stage.told.last(), u"unplugged"_s);
         QVERIFY(stage.script.isFinished());
-    }
-
-    /// Repeated without an end of its own, a script still lets others have their turn.
-    void scriptWaitsForAProgram()
-    {
-        Stage stage;
-        stage.script.setNeedsProgram(true);
-        stage.script.setRepeating(true);
-        stage.script.start(Stage::commands("fault none;tx 1"));
-        QTRY_COMPARE(stage.told.size(), 1);
-        QCOMPARE(stage.sent, QByteArray());
-        stage.open();
-        QTRY_VERIFY(stage.sent.startsWith(one.repeated(3)));
     }
 
     /// A burst, then a steady rate, while a program hears it; codes and channels in turn.

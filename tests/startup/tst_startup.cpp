@@ -225,20 +225,6 @@ private Q_SLOTS:
         QCOMPARE(used.steps, QStringList());
     }
 
-    void ownPictureBeforeTheInstalled()
-    {
-        TestFolder installation;
-        QVERIFY(QDir(installation.directory.path()).mkdir(u"Immagini"_s));
-        installation.write(u"Immagini/Icon.png"_s, "installed");
-        installation.write(u"Immagini/SPLASH.bmp"_s, "installed");
-        const NewFolder folder{installation};
-        folder.lay(u"immagini/ICON.PNG"_s);
-        FakeDisk disk;
-        const ProgramFolder places(folder.directory.path(), disk, installation.directory.path());
-        QCOMPARE(places.fileToOpen(u"Immagini/Icon.png"_s), folder.directory.filePath(u"immagini/ICON.PNG"_s));
-        QCOMPARE(places.fileToOpen(u"Immagini/Splash.bmp"_s), installation.folder.path(u"Immagini/SPLASH.bmp"_s));
-    }
-
     void commandLine_data()
     {
         const Rows<QString, QString> row("arguments", "wrong");

@@ -147,32 +147,6 @@ private Q_SLOTS:
             QCOMPARE(untilSentence(isEnabled(now), found, now.date(), texts), sentence);
     }
 
-    void untilWhenInFourLanguages()
-    {
-        const QDateTime friday({2004, 3, 5}, {7, 30});
-        QStringList told;
-        for (int language = Texts::FirstLanguage; language <= Texts::LastLanguage; ++language) {
-            Texts texts;
-            texts.fill(language);
-            for (const int days : {0, 1, 7})
-                told.append(
-                    untilSentence(days != 0, NextChange{friday, days == 0}, friday.date().addDays(-days), texts));
-        }
-        const QStringList expected = {u"Disabilitata fino alle 07:30 (ferie)"_s,
-                                      u"Abilitata fino alle 07:29 di venerdì"_s,
-                                      u"Abilitata fino alle 07:29 del 05/03/2004"_s,
-                                      u"Disabled until 07:30 (holiday)"_s,
-                                      u"Enabled until Friday 07:29"_s,
-                                      u"Enabled until 05/03/2004 07:29"_s,
-                                      u"Invalidée jusqu'à 07:30 (congés)"_s,
-                                      u"Validée jusqu'à vendredi 07:29"_s,
-                                      u"Validée jusqu'à 07:29 le 05/03/2004"_s,
-                                      u"Gesperrt bis 07:30 (Ferien)"_s,
-                                      u"Freigegeben bis Freitag 07:29"_s,
-                                      u"Freigegeben bis 05/03/2004 07:29"_s};
-        QCOMPARE(told, expected);
-    }
-
     void pictures_data()
     {
         QTest::addColumn<QList<Band>>("bands");
@@ -222,21 +196,6 @@ private Q_SLOTS:
         for (const QString &one : expected)
             QVERIFY2(shown.contains(one), qPrintable(shown.join(u',')));
         QVERIFY2(strips.words.startsWith(words), qPrintable(strips.words));
-    }
-
-    void clicksReachEachRow()
-    {
-        const QList<Band> bands = {band(everyDay, "08:00", "12:00"), band(monday, "08:00", "18:00"),
-                                   band(everyDay, "09:00", "10:00")};
-        QCOMPARE(bandAt(bands, 0, 0, 9 * 60), 1);
-        QCOMPARE(bandAt(bands, 1, 0, 9 * 60), 2);
-        QCOMPARE(bandAt(bands, 2, 0, 10 * 60 + 1), 0);
-        QCOMPARE(bandAt(bands, 0, 1, 12 * 60), 0);
-        QVERIFY(!bandAt(bands, 0, 1, 12 * 60 + 1) && !bandAt({}, 0, 0, 0));
-        const QList<Holiday> holidays = {{{2004, 12, 24}, {2005, 1, 6}}};
-        QCOMPARE(holidayAt(holidays, 0, {2004, 3, 5}, 9, 24), 0);
-        QCOMPARE(holidayAt(holidays, 0, {2004, 3, 5}, 10, 6), 0);
-        QVERIFY(!holidayAt(holidays, 0, {2004, 3, 5}, 10, 7) && !holidayAt(holidays, 0, {2004, 3, 5}, 9, 23));
     }
 
     void linesAndCauses()

@@ -113,20 +113,6 @@ private Q_SLOTS:
         QVERIFY(window.pressByKey(window.cancel->shortcut(), window.cancel));
     }
 
-    void textIsSelectedTheFirstTime()
-    {
-        Window window;
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        window.takeKeyboard();
-        QCOMPARE(window.first->selectedText(), u"first"_s);
-        QTest::mouseClick(window.second, Qt::LeftButton);
-        QCOMPARE(window.second->selectedText(), u"second"_s);
-        // From then on a press sets the caret.
-        window.first->setFocus();
-        QTest::mouseClick(window.second, Qt::LeftButton);
-        QCOMPARE(window.second->selectedText(), QString());
-    }
-
     /// Columns that stretch share what the grid is wider than its columns, and no row out of sight is asked for.
     void gridSharesItsWidth()
     {
