@@ -114,28 +114,16 @@ qsizetype RecordSet::rowsRead() const
 
 void RecordSet::moveFirst()
 {
-    m_onDeleted = false;
     m_position = 0;
 }
 
 void RecordSet::moveLast()
 {
-    m_onDeleted = false;
     m_position = qMax<qsizetype>(0, m_rows.size() - 1);
-}
-
-void RecordSet::moveNext()
-{
-    // The follower of a deleted row has moved into its place.
-    if (m_onDeleted)
-        m_onDeleted = false;
-    else
-        m_position = qMin(m_position + 1, m_rows.size());
 }
 
 void RecordSet::moveTo(qsizetype position)
 {
-    m_onDeleted = false;
     m_position = position;
 }
 
@@ -148,7 +136,7 @@ bool RecordSet::findFirst(const Values &wanted)
         return std::all_of(cells.cbegin(), cells.cend(),
                            [&row](const auto &cell) { return row.values.value(cell.first) == cell.second; });
     };
-    const Row *row = m_onDeleted ? nullptr : current();
+    const Row *row = current();
     if (row && matches(*row))
         return true;
     const auto found = std::find_if(m_rows.cbegin(), m_rows.cend(), matches);
@@ -160,8 +148,6 @@ bool RecordSet::findFirst(const Values &wanted)
 
 const RecordSet::Row *RecordSet::current() const
 {
-    if (m_onDeleted)
-        return &m_deleted;
     return m_position < m_rows.size() ? &m_rows[m_position] : nullptr;
 }
 
@@ -258,7 +244,7 @@ Result<void> RecordSet::addNew(const Values &values)
 
 Result<void> RecordSet::edit(const Values &values)
 {
-    const Row *row = m_onDeleted ? nullptr : current();
+    const Row *row = current();
     if (m_kind == Kind::Snapshot || !row)
         return Fault{row ? FaultCode::AccessDenied : FaultCode::NotFound, m_database->path()};
     QStringList assignments;
@@ -280,14 +266,15 @@ Result<void> RecordSet::edit(const Values &values)
 
 Result<void> RecordSet::remove()
 {
-    const Row *row = m_onDeleted ? nullptr : current();
+    const Row *row = current();
     if (m_kind == Kind::Snapshot || !row)
         return Fault{row ? FaultCode::AccessDenied : FaultCode::NotFound, m_database->path()};
     if (Result<void> removed =
             m_database->execute(QStringLiteral("DELETE FROM %1 WHERE rowid=?").arg(m_table), {row->id});
         !removed)
         return removed;
-    m_deleted = m_rows.takeAt(m_position);
-    m_onDeleted = true;
+    m_rows.removeAt(m_position);
+    if (m_position == m_rows.size())
+        moveLast();
     return {};
 }

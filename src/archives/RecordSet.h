@@ -13,8 +13,7 @@
 ///
 /// The rules, which old grids and their operators rely on:
 /// - opened and after requery() the first row is current; an empty set has no current row;
-/// - a deleted row stays current, values and all, until the next move; the move forward goes to the row that followed
-/// it;
+/// - after a deletion the follower is current, and behind the last row the one before;
 /// - a find that finds nothing keeps the current row;
 /// - a new row stands at the end of the open set, whatever the statement's order, and does not become current;
 /// - own edits are seen at once, what other connections did only after requery().
@@ -43,13 +42,11 @@ public:
 
     bool isEmpty() const { return m_rows.isEmpty(); }
     qsizetype recordCount() const { return m_rows.size(); }
-    bool isEof() const { return m_position >= m_rows.size() && !m_onDeleted; }
-    /// Place of the current row, counted from 0; recordCount() past the end.
+    /// Place of the current row, counted from 0; 0 without one.
     qsizetype position() const { return m_position; }
 
     void moveFirst();
     void moveLast();
-    void moveNext();
     /// @param position  0 to recordCount() - 1
     void moveTo(qsizetype position);
 
@@ -76,7 +73,7 @@ public:
     bool settle(qint64 id);
 
     Result<void> addNew(const Values &values);
-    /// NotFound when the row is deleted or was deleted by another connection.
+    /// NotFound without a current row, or when another connection has deleted it.
     Result<void> edit(const Values &values);
     Result<void> remove();
     /// A value of any row that was changed in the database by other means. @param row  0 to recordCount() - 1
@@ -117,7 +114,5 @@ private:
     QStringList m_fields;
     FreedInTurns<QList<Row>> m_rows;
     qsizetype m_position = 0;
-    bool m_onDeleted = false;
-    Row m_deleted;
     std::shared_ptr<Reading> m_reading; ///< under way
 };

@@ -235,9 +235,6 @@ Result<void> UserRegister::remove()
     if (Result<void> removed = m_editor.remove(); !removed)
         return removed;
     m_changes.remove(id);
-    users().moveNext();
-    if (users().isEof())
-        users().moveLast();
     m_surnames.change(id, user.Cognome, {});
     m_firstNames.change(id, user.Nome, {});
     return {};

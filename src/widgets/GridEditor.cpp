@@ -228,8 +228,13 @@ void GridEditor::cmdElimina_Click()
     if (m_model->rowCount() == 0)
         return;
     m_messages.ask(this, m_texts[m_form.askDelete], Messages::Buttons::YesNo, [this](Messages::Answer answer) {
-        if (answer == Messages::Answer::Yes)
-            finish(m_editor.remove());
+        if (answer != Messages::Answer::Yes)
+            return;
+        const Result<void> removed = m_editor.remove();
+        finish(removed);
+        // What stood in the boxes would else be written over the follower by the next modification.
+        if (removed)
+            grid_RowColChange();
     });
 }
 
@@ -303,16 +308,10 @@ void GridEditor::finish(Result<void> changed)
 {
     RecordSet &set = m_editor.set();
     const qint64 row = set.rowId();
-    const qsizetype place = set.position();
     if (changed)
         changed = m_editor.requery();
-    const bool isGone = !set.moveToRow(row);
-    if (isGone && !set.isEmpty())
-        set.moveTo(qMin(place, set.recordCount() - 1));
+    set.moveToRow(row);
     m_model->refresh();
-    // What stood in the boxes would else be written over the follower by the next modification.
-    if (isGone)
-        grid_RowColChange();
     m_grid->scrollTo(m_grid->currentIndex());
     cmdModifica->setEnabled(m_model->rowCount() > 0);
     showPicture();
