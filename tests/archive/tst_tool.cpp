@@ -78,12 +78,10 @@ private Q_SLOTS:
         row("times", u"search --between 08:00:00-18:00:00"_s, u"'08:00:00-18:00:00' is not possible"_s);
         row("past midnight", u"search --between 22:00..06:00"_s, u"'22:00..06:00' is not possible"_s);
         row("channels", u"search --channels AE"_s, u"'AE' is not possible"_s);
-        row("state", u"search --only on"_s, u"'on' is not possible"_s);
         row("code", u"search --code 12a"_s, u"'12a' is not possible"_s);
         row("code and name", u"search --code 12 --surname Rossi"_s, u"The option '--code' does not go with"_s);
         row("separator", u"users --format csv --separator \u20AC"_s, u"'\u20AC' is not possible"_s);
         row("no target", u"backup"_s, u"'backup' needs TARGET"_s);
-        row("no date", u"prune --yes"_s, u"'prune' needs --before DATE"_s);
         row("cursor", u"follow --after x"_s, u"'x' is not possible for --after"_s);
         row("empty folder", u"users --folder="_s, u"The value of the option '--folder DIR' is missing"_s);
         row("all right", u"search --from 2004-03-01 --to today --type TX --channels ab --separator ; --format csv"_s,
@@ -95,16 +93,6 @@ private Q_SLOTS:
         QFETCH(QString, told);
         const QString told0 = wrong(line);
         QVERIFY2(told0.startsWith(told) && told0.isEmpty() == told.isEmpty(), qPrintable(told0));
-    }
-
-    void helpFitsTheTerminal()
-    {
-        for (int language = Texts::FirstLanguage; language <= Texts::LastLanguage; ++language) {
-            Texts texts;
-            texts.fill(language);
-            for (const QString &line : toolHelp(texts).split(u'\n'))
-                QVERIFY2(line.size() <= 80, qPrintable(line));
-        }
     }
 
     void lines_data()

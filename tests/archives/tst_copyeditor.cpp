@@ -25,12 +25,6 @@ struct Desk {
                        u"Archivi/Backup/AnaBack.zeb"_s}};
 };
 
-/// Code of the fault, -1 for none.
-int fault(const Result<void> &result)
-{
-    return result ? -1 : int(result.fault().code);
-}
-
 } // namespace
 
 class TestCopyEditor : public QObject
@@ -62,7 +56,7 @@ private Q_SLOTS:
             desk.test.disk.steps.clear();
             desk.test.disk.stopAt = what == u"disk" ? 4 : -1; // the copy that was left is gone then
             const QByteArray before = desk.test.read(u"Archivi/Anagrafico.zeb"_s);
-            QCOMPARE(fault(desk.editor.open()), code);
+            QCOMPARE(codeOf(desk.editor.open()), code);
             QCOMPARE(desk.editor.add({{u"Codice"_s, u"4"_s}}).ok(), what.isEmpty());
             QCOMPARE(desk.test.read(u"Archivi/Anagrafico.zeb"_s), before);
             if (what.isEmpty() || what == u"another's" || what == u"disk")
@@ -84,7 +78,7 @@ private Q_SLOTS:
                 QVERIFY(desk.test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::UsersBackup).ok());
                 if (steps == 0) {
                     const Database other = desk.test.hold(ArchiveName::Users);
-                    QCOMPARE(fault(desk.editor.save()), int(FaultCode::Locked));
+                    QCOMPARE(codeOf(desk.editor.save()), int(FaultCode::Locked));
                 }
                 desk.test.disk.steps.clear();
                 desk.test.disk.stopAt = steps;
@@ -116,7 +110,7 @@ private Q_SLOTS:
         const QString users = QStringView(ArchiveName::Users).toString();
         const QByteArray before = desk.test.read(users);
         desk.test.damage(u"Archivi/Anatmp.$$$"_s);
-        QCOMPARE(fault(editor.save()), int(FaultCode::Damaged));
+        QCOMPARE(codeOf(editor.save()), int(FaultCode::Damaged));
         QVERIFY(editor.set().recordCount() == 3 && editor.contains({{u"Codice"_s, u"3"_s}}));
         QCOMPARE(desk.test.read(users), before);
 

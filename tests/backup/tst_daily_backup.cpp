@@ -20,9 +20,7 @@ struct Site : TestFolder {
         if (!settings.CreaImpostazioni(2))
             qFatal("no settings");
         QObject::connect(&backup, &DailyBackup::toTell, [this](const Message &message) {
-            Texts texts;
-            texts.fill(2);
-            told.append(texts.sentence(message).replace(target.path(), u"*"_s));
+            told.append(english(message).replace(target.path(), u"*"_s));
         });
     }
     /// A look, and what it begins.
@@ -123,25 +121,6 @@ private Q_SLOTS:
         site.look(hour);
         QVERIFY(site.ended.last()[0].value<Result<void>>().ok());
         QCOMPARE(site.told.size(), 3);
-    }
-
-    void whatTheTargetLacksIsTold_data()
-    {
-        const Rows<FaultCode, QString> row("fault", "reason");
-        row("room", FaultCode::DiskFull, u"disk full"_s);
-        row("rights", FaultCode::AccessDenied, u"access denied"_s);
-    }
-    void whatTheTargetLacksIsTold()
-    {
-        QFETCH(FaultCode, fault);
-        QFETCH(QString, reason);
-        Site site;
-        QVERIFY(site.backup.setPlan(site.target.path(), true, QTime(2, 0)).ok());
-        site.disk.fault = fault;
-        site.disk.stopAt = 0;
-        site.look();
-        QCOMPARE(site.told,
-                 QStringList{u"The daily backup copy in '*' was not made and is tried again every hour: "_s + reason});
     }
 
     void oneAtATimeAndDroppedAtTheEnd()

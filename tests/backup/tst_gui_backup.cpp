@@ -1,21 +1,16 @@
 #include "backup/DailyBackup.h"
 #include "backup/frmBackup.h"
-#include "startup/Settings.h"
-#include "support/FakeMessages.h"
-#include "support/Fixtures.h"
+#include "support/Windows.h"
 
 #include <QCheckBox>
 #include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPointer>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QTimeEdit>
 
 namespace {
 
-struct Desk {
+struct Desk : Office {
     Desk()
     {
         test.addUsers({{u"1"_s, u"TX"_s}});
@@ -38,17 +33,7 @@ struct Desk {
     void click(const char *name) { get<QAbstractButton>(name)->click(); }
     QString state() { return get<QLabel>("lblState")->text(); }
 
-    TestFolder test;
     QTemporaryDir target;
-    FakePrinters printers;
-    FakeClock clock;
-    Texts texts = [] {
-        Texts english;
-        english.fill(2);
-        return english;
-    }();
-    FakeMessages messages;
-    Settings settings{test.folder, printers};
     DailyBackup backup{test.archives, settings, clock};
     QPointer<frmBackup> window = new frmBackup(texts, backup, messages);
 };
@@ -82,30 +67,23 @@ private Q_SLOTS:
 
     void refuses_data()
     {
-        const Rows<QString, bool, QString> row("folder", "isDaily", "message");
-        row("none", {}, false, u"Exclamation: Choose the folder of the backup copy."_s);
-        row("none, daily", {}, true, u"Exclamation: Choose the folder of the backup copy."_s);
-        row("not there", u"/nowhere"_s, false,
-            u"Exclamation: The backup copy in '/nowhere' cannot be made: does not exist"_s);
-        row("not there, daily", u"/nowhere"_s, true,
-            u"Exclamation: The backup copy in '/nowhere' cannot be made: does not exist"_s);
-        row("its own", u"*/Archivi"_s, true,
+        const Rows<QString, QString> row("folder", "message");
+        row("none", {}, u"Exclamation: Choose the folder of the backup copy."_s);
+        row("not there", u"/nowhere"_s, u"Exclamation: The backup copy in '/nowhere' cannot be made: does not exist"_s);
+        row("its own", u"*/Archivi"_s,
             u"Exclamation: The backup copy in '*/Archivi' cannot be made: it is the program folder or lies in it"_s);
     }
     void refuses()
     {
         QFETCH(QString, folder);
-        QFETCH(bool, isDaily);
         QFETCH(QString, message);
         Desk desk;
         desk.type(folder.replace(u"*"_s, desk.test.directory.path()));
-        desk.get<QCheckBox>("chkDaily")->setChecked(isDaily);
+        desk.get<QCheckBox>("chkDaily")->setChecked(true);
         desk.click("cmdNow");
         message.replace(u"*"_s, desk.test.directory.path());
         QCOMPARE(desk.messages.take(), QStringList{message});
         QVERIFY(!desk.backup.isRunning());
-        if (!isDaily)
-            return;
         // It is said once more, and the operator may leave all the same.
         desk.messages.answers = {Messages::Answer::No, Messages::Answer::Yes};
         desk.click("cmdChiudi");

@@ -1,6 +1,5 @@
 #include "codes/CodeRules.h"
 #include "codes/UserDirectory.h"
-#include "platform/FreedInTurns.h"
 #include "platform/SortInTurns.h"
 #include "support/Fixtures.h"
 
@@ -112,7 +111,7 @@ private Q_SLOTS:
             Result<bool> isRead = read ? Result<bool>(false) : Result<bool>(read.fault());
             while (isRead && !isRead.value())
                 isRead = users.step(QDeadlineTimer(0));
-            QCOMPARE(isRead ? -1 : int(isRead.fault().code), code);
+            QCOMPARE(codeOf(isRead), code);
             QVERIFY(isRead || isRead.fault().subject == test.folder.path(u"Archivi/Anagrafico.zeb"_s));
             QCOMPARE(int(users.users().size()), count);
             QVERIFY(users.isKnown() && users.step(QDeadlineTimer(0)).fault().code == FaultCode::NotOpen);
@@ -162,20 +161,6 @@ private Q_SLOTS:
             }
             QVERIFY(steps >= count / 512 && sort.take() == expected);
         }
-    }
-
-    /// What others still have stays; what nobody has goes when the event loop has time for it.
-    void freed()
-    {
-        const auto value = std::make_shared<int>(0);
-        FreedInTurns<QList<std::shared_ptr<int>>> mine(QList<std::shared_ptr<int>>(5'000, value));
-        {
-            const FreedInTurns<QList<std::shared_ptr<int>>> shared = mine;
-            mine = {};
-            QCOMPARE(value.use_count(), 5'001);
-        }
-        QCOMPARE(value.use_count(), 5'001);
-        QTRY_COMPARE(value.use_count(), 1);
     }
 };
 

@@ -1,7 +1,6 @@
 // Runs the built programs in a program folder of their own, as a user would.
 
 #include "e2e/Programs.h"
-#include "prefs/Passwords.h"
 #include "support/UnixSocket.h"
 
 #include <QDir>
@@ -157,9 +156,7 @@ private Q_SLOTS:
         Site test;
         QVERIFY(test.archives.copy(ArchiveName::UsersTemplate, ArchiveName::Users).ok());
         QVERIFY(test.archives.copy(ArchiveName::BandsTemplate, ArchiveName::Bands).ok());
-        Passwords passwords(test.archives);
-        QVERIFY(passwords.load() == Passwords::Fault::None);
-        QVERIFY(passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
+        test.setPassword(u"apriti"_s);
         QVERIFY(Running("kor-supervisor", test.console()).refuses("--password-file"));
         test.write(u"secret"_s, "apriti\n");
         const QString secret = test.directory.filePath(u"secret"_s);

@@ -2,7 +2,6 @@
 
 #include "e2e/Programs.h"
 #include "events/EventSearch.h"
-#include "prefs/Passwords.h"
 #include "texts/DateTimeText.h"
 
 #include <QFileInfo>
@@ -146,10 +145,8 @@ private Q_SLOTS:
     {
         ArchiveSite site;
         site.addUsers({});
-        Passwords passwords(site.archives);
         site.execute(ArchiveName::Users, "INSERT INTO Password DEFAULT VALUES");
-        QCOMPARE(passwords.load(), Passwords::Fault::None);
-        QCOMPARE(passwords.set(Passwords::Type::Main, u"segreta"_s), Passwords::Fault::None);
+        site.setPassword(u"segreta"_s);
         const auto with = [&site](const char *text) {
             site.write(u"pass"_s, text);
             QFile::setPermissions(site.folder.path(u"pass"_s), QFile::ReadOwner | QFile::WriteOwner);

@@ -1,7 +1,6 @@
 // A guard's work at the built program, by keyboard: a transmitter is enrolled, names are given, events are found.
 
 #include "e2e/Programs.h"
-#include "prefs/Passwords.h"
 #include "support/Workbooks.h"
 
 #include <QDir>
@@ -18,9 +17,7 @@ private Q_SLOTS:
             QSKIP("Xvfb, xdotool or openbox is not installed");
         Site test;
         test.addUsers({listOf("777,DKS,O'Hara,Sean")});
-        Passwords passwords(test.archives);
-        QVERIFY(passwords.load() == Passwords::Fault::None &&
-                passwords.set(Passwords::Type::Users, u"utenti"_s) == Passwords::Fault::None);
+        test.setPassword(u"utenti"_s, Passwords::Type::Users);
         test.write(u"Impost.stp"_s, "COM=7\r\nLINGUA=2\r\nNUMEVOD=25\r\nCHECK=0\r\nPRN=-1\r\n");
         Running interface("kor-simulator", test.interface());
         QVERIFY(interface.tells("Porte/COM7"));

@@ -90,9 +90,7 @@ private Q_SLOTS:
         const QDateTime since = QDateTime::fromSecsSinceEpoch(unplugged);
         CoverageReading search(site.archives, {since.date(), QDate::currentDate(), since.time()}, now());
         QVERIFY(finish(search).ok());
-        Texts texts;
-        texts.fill(2);
-        const QString words = coverageWords(missingOf(search.spans()), texts);
+        const QString words = coverageWords(missingOf(search.spans()), textsIn());
         QVERIFY2(words.startsWith(u"Not listening: 2 times, "_s) && !words.contains(u"Not known"_s), qPrintable(words));
         const QString journal = ArchiveName::journal(QDate::currentDate().year());
         QCOMPARE(site.files(u"Archivi"_s).filter(u"Giornale"_s), QStringList{QFileInfo(journal).fileName()});

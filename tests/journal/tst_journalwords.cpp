@@ -18,13 +18,11 @@ private Q_SLOTS:
         const Rows<Kind, QString, QString, Group, QString> row("kind", "first", "second", "group", "words");
         const QString at = u"2026-10-25T02:30:05+02:00"_s, later = u"2026-10-25T04:30:05+01:00"_s;
         const QString range = u"25/10/2026 - 26/10/2026, 00:00:00 - 23:59:59"_s;
-        row("Started", Kind::Started, u"1.03"_s, {}, Group::Service, u"Program started, version 1.03"_s);
         row("FoundCutOff", Kind::FoundCutOff, at, {}, Group::Service,
             u"Program was cut off; last sign of life: 25/10/2026 02:30:05"_s);
         row("no sign", Kind::FoundCutOff, {}, {}, Group::Service, u"Program was cut off; last sign of life: ?"_s);
         row("ClockMoved", Kind::ClockMoved, at, later, Group::Service,
             u"Clock moved: from 25/10/2026 02:30:05 to 25/10/2026 04:30:05"_s);
-        row("PortOpened", Kind::PortOpened, u"7"_s, {}, Group::Link, u"Serial port COM7 opened"_s);
         row("PortLost", Kind::PortLost, u"7"_s, {}, Group::Link,
             u"The serial port COM7 was unplugged or no longer answers."_s);
         row("PortNotAvailable", Kind::PortNotAvailable, u"7"_s, u"2"_s, Group::Link,
@@ -56,8 +54,6 @@ private Q_SLOTS:
         row("BackupFailed", Kind::BackupFailed, u"4"_s, {}, Group::Faults, u"Backup copy failed: disk full"_s);
         row("Pruned", Kind::Pruned, u"2004-01-01"_s, u"7"_s, Group::Changes,
             u"Archives before 01/01/2004 deleted: 7"_s);
-        row("StoringFails", Kind::StoringFails, u"4"_s, {}, Group::Faults, u"Events cannot be stored: disk full"_s);
-        row("EventsLost", Kind::EventsLost, u"12"_s, {}, Group::Faults, u"Events lost: 12"_s);
         row("kind of later", Kind(79), u"1"_s, {}, Group::Changes, u"Entry of a later version (kind 79)"_s);
         row("group of later", Kind(120), {}, {}, Group::Service, u"Entry of a later version (kind 120)"_s);
     }
@@ -70,12 +66,9 @@ private Q_SLOTS:
         QFETCH(QString, words);
         const JournalRow row = {1, {}, kind, first, second};
         QCOMPARE(groupOf(kind), group);
-        Texts texts;
         QStringList all;
-        for (int language = Texts::FirstLanguage; language <= Texts::LastLanguage; ++language) {
-            texts.fill(language);
-            all.append(rowWords(row, texts));
-        }
+        for (int language = Texts::FirstLanguage; language <= Texts::LastLanguage; ++language)
+            all.append(rowWords(row, textsIn(language)));
         QCOMPARE(all[1], words);
         QVERIFY2(!all.join(u' ').contains(u'%') && all.removeDuplicates() <= 1, qPrintable(all.join(u'|')));
     }
@@ -96,16 +89,13 @@ private Q_SLOTS:
         QFETCH(Missing, missing);
         QFETCH(int, language);
         QFETCH(QString, words);
-        Texts texts;
-        texts.fill(language);
-        QCOMPARE(coverageWords(missing, texts), words);
+        QCOMPARE(coverageWords(missing, textsIn(language)), words);
     }
 
     /// What a line does not hold stands in the other line of its row, at a place where words end.
     void printed()
     {
-        Texts texts;
-        texts.fill(2);
+        const Texts texts = textsIn();
         const JournalRow saved = {1, {}, JournalKind::BandsSaved, {}, {}};
         const JournalRow searched = {
             2, {}, JournalKind::Searched, u"25/10/2026 - 26/10/2026, 00:00:00 - 23:59:59"_s, u"123"_s};

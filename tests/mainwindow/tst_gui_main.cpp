@@ -60,6 +60,19 @@ private Q_SLOTS:
         QVERIFY(desk.window.isVisible());
     }
 
+    /// Nobody passes before the register can be read.
+    void gateOfALockedRegister()
+    {
+        Desk desk({"COM=7\r\nLINGUA=2\r\n"}, u"apriti"_s);
+        Database other = desk.test.hold(ArchiveName::Users);
+        desk.comeToLife();
+        const auto *remark = control<QLabel>(&desk.window, u"StatusBar1.Remark"_s);
+        QTRY_VERIFY(remark->accessibleName().contains(u"is tried again every second"_s));
+        QVERIFY(!desk.entry("mnuFile")->isEnabled() && !desk.window.close() && !desk.open("frmPassProg"));
+        QVERIFY(other.execute("ROLLBACK"));
+        QTRY_VERIFY(desk.open("frmPassProg") && !remark->isVisible());
+    }
+
     void portsThatCannotBeOpened()
     {
         for (const auto &[isTaken, told] :

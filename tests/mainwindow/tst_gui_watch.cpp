@@ -63,53 +63,6 @@ private Q_SLOTS:
         QTRY_COMPARE(desk.window.findChild<QMdiArea *>()->activeSubWindow()->widget(), desk.open("frmInfo"));
     }
 
-    /// The adapter is pulled out, the program ended and started again: a search of the day names both gaps.
-    void bothGapsAreNamed()
-    {
-        Office office;
-        office.test.addUsers({listOf("1,TX,Rossi,Mario")});
-        office.test.write(u"Impost.stp"_s, "COM=7\r\nLINGUA=2\r\nCHECK=1\r\nNUMEVOD=25\r\nPRN=-1\r\n");
-        PseudoTerminal interface(office.test.directory.filePath(u"Porte/COM7"_s));
-        QObject::connect(&interface, &PseudoTerminal::readyRead, [&] {
-            if (interface.read().endsWith("&IC"))
-                interface.write(answer);
-        });
-        const auto pass = [&office](int minutes) {
-            office.clock.milliseconds += minutes * 60'000;
-            office.clock.moment = office.clock.moment.addSecs(minutes * 60);
-        };
-        const auto answers = [](Program &program) { return program.link().link() == LinkMonitor::Link::Answering; };
-        const auto run = [&](const std::function<void(Program &, MDIForm1 &)> &use) {
-            Program program({office.test.directory.path()}, office.clock, office.printers);
-            QVERIFY(interface.open().ok() && !program.prepare(2, {}));
-            MDIForm1 window(program, office.messages);
-            window.load();
-            control<QTimer>(&window, u"tmrShow"_s)->start(0);
-            QTRY_VERIFY(answers(program));
-            use(program, window);
-            window.end();
-        };
-        run([&](Program &program, MDIForm1 & /*unused*/) {
-            pass(5);
-            interface.close();
-            QTRY_VERIFY(!program.serial().portOpen());
-            pass(3);
-            QVERIFY(interface.open().ok());
-            program.link().wake();
-            QTRY_VERIFY(answers(program));
-            pass(10);
-        });
-        pass(20);
-        run([&](Program & /*unused*/, MDIForm1 &window) {
-            pass(2);
-            window.findChild<QAction *>(u"mnuEventi"_s)->trigger();
-            control<QLineEdit>(&window, u"txtOraIn"_s)->setText(u"07:45:00"_s);
-            control(&window, u"cmdRicerca"_s)->click();
-            QTRY_COMPARE(control(&window, u"cmdCoverage"_s)->text(), u"Not listening: 2 times, 23 min in all"_s);
-        });
-        office.messages.take();
-    }
-
     /// What the operator does stands in the journal, and a search leads there.
     void operatorInTheJournal()
     {

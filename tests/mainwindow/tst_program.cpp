@@ -204,9 +204,7 @@ private Q_SLOTS:
     void gate()
     {
         Site site(u"register,file Impost.stp"_s);
-        Passwords passwords(site.archives);
-        QVERIFY(passwords.load() == Passwords::Fault::None &&
-                passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
+        site.setPassword(u"apriti"_s);
         site.write(u"secret"_s, "chiuditi\n");
         QFile::setPermissions(site.path(u"secret"_s), QFile::ReadOwner);
         QVERIFY(!site.start(7));
@@ -250,9 +248,7 @@ private Q_SLOTS:
         QFETCH(bool, isDamaged);
         QFETCH(QString, then);
         Site site(u"register,file Impost.stp"_s);
-        Passwords passwords(site.archives);
-        QVERIFY(passwords.load() == Passwords::Fault::None &&
-                passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
+        site.setPassword(u"apriti"_s);
         PseudoTerminal interface(site.path(u"Porte/COM7"_s));
         QVERIFY(interface.open().ok());
         std::optional<Database> other = site.hold(users, "BEGIN EXCLUSIVE; UPDATE Utenti SET Note='x'");

@@ -38,7 +38,6 @@ private Q_SLOTS:
 void TestCsv::dialects_data()
 {
     const Rows<QByteArray, char, QString> row("content", "separator", "read");
-    row("RFC 4180", "a,b\r\n\"c\"\"d\",\"e,f\"\r\n", ',', u"1:a|b;2:c\"d|e,f;"_s);
     row("spreadsheet with semicolons", "a;1,5;\r\n;;\r\n", ';', u"1:a|1,5|;2:||;"_s);
     row("tabs", "a\tb c\t\"d\te\"\n", '\t', u"1:a|b c|d\te;"_s);
     row("no last line end", "a,b\nc,d", ',', u"1:a|b;2:c|d;"_s);
@@ -73,20 +72,12 @@ void TestCsv::files_data()
         "\xC3\xA4;1",
         none, "\xC3\xA4;1", true);
     row("old encoding", "M\xFCller;\x80", none, "M\xFCller;\x80", false);
-    row("cut character at the end", "a\xC3", none, "a\xC3", false);
     QByteArray across(65'535, 'x');
     across += "\xC3\xA4 \xE2\x82\xAC";
     row("a character across two pieces", across, none, across, true);
     row("old encoding in the second piece", across + '\xE8', none, across + '\xE8', false);
     row("a byte 0", QByteArray("a;b\n\0c", 6), noTable, {}, true);
-    row("of two bytes a character",
-        QByteArray("\xFF\xFE"
-                   "a\0;\0",
-                   6),
-        noTable, {}, true);
-    row("as large as may be", QByteArray(limit, 'x'), none, QByteArray(limit, 'x'), true);
     row("larger", QByteArray(limit + 1, 'x'), tooLarge, {}, true);
-    row("empty", "", none, "", true);
 }
 
 void TestCsv::files()
@@ -97,7 +88,7 @@ void TestCsv::files()
     test.write(u"list.csv"_s, bytes);
     TextFile file(test.directory.filePath(u"list.csv"_s), limit);
     const Result<void> read = finish(file);
-    QCOMPARE(read ? -1 : static_cast<int>(read.fault().code), fault);
+    QCOMPARE(codeOf(read), fault);
     if (!read)
         return;
     QTEST(file.content(), "content");

@@ -77,8 +77,7 @@ private Q_SLOTS:
         const PrintSystem &system = *printers.system();
         test.write(u"document"_s, "%PDF-1.4 Perch\xE9");
         const auto send = [&](const QString &printer) {
-            const Result<void> sent = system.send(printer, test.folder.path(u"document"_s), u"title"_s);
-            return sent ? -1 : int(sent.fault().code);
+            return codeOf(system.send(printer, test.folder.path(u"document"_s), u"title"_s));
         };
         QCOMPARE(send(u"paper"_s), -1);
         QTRY_COMPARE(test.read(u"paper.pdf"_s), test.read(u"document"_s));

@@ -10,11 +10,6 @@ namespace {
 /// Makes "new" the content of a file.
 using Save = std::function<Result<void>(BareFolder &, const QString &path)>;
 
-int fault(const Result<void> &result)
-{
-    return result ? -1 : int(result.fault().code);
-}
-
 } // namespace
 
 class TestFiles : public QObject
@@ -52,7 +47,7 @@ private Q_SLOTS:
             test.write(u"target"_s, "old");
             test.disk.stopAt = stop;
             test.disk.goesOn = true;
-            QCOMPARE(fault(save(test, test.folder.path(u"target"_s))), stop < 4 ? int(FaultCode::InputOutput) : -1);
+            QCOMPARE(codeOf(save(test, test.folder.path(u"target"_s))), stop < 4 ? int(FaultCode::InputOutput) : -1);
             QCOMPARE(test.read(u"target"_s), stop < 3 ? "old" : "new");
             QCOMPARE(test.files(), listOf("target"));
             // Nothing takes a name before it is on the device, and the name is there as well in the end.
@@ -77,7 +72,7 @@ private Q_SLOTS:
         QCOMPARE(::mkfifo(QFile::encodeName(test.directory.filePath(u"pipe"_s)).constData(), 0600), 0);
         QList<int> says;
         for (const QString &name : listOf("file,link,lost,pipe,folder,none/file"))
-            says.append(fault(save(test, test.directory.filePath(name))));
+            says.append(codeOf(save(test, test.directory.filePath(name))));
         const int none = int(FaultCode::NotFound), noFile = int(FaultCode::NotRegularFile);
         QCOMPARE(says, QList({-1, -1, none, noFile, noFile, none}));
         QVERIFY(QFileInfo(test.folder.path(u"link"_s)).isSymLink());
@@ -132,10 +127,10 @@ private Q_SLOTS:
         {
             FolderLock first;
             QVERIFY(first.take(test.directory.path()) && first.take(other.directory.path()));
-            QCOMPARE(fault(second.take(link)), int(FaultCode::AlreadyInUse));
+            QCOMPARE(codeOf(second.take(link)), int(FaultCode::AlreadyInUse));
         }
-        QCOMPARE(fault(second.take(link)), -1);
-        QCOMPARE(fault(second.take(other.folder.path(u"none"_s))), int(FaultCode::NotFound));
+        QCOMPARE(codeOf(second.take(link)), -1);
+        QCOMPARE(codeOf(second.take(other.folder.path(u"none"_s))), int(FaultCode::NotFound));
     }
 };
 

@@ -85,8 +85,7 @@ private Q_SLOTS:
         SerialControl second(ports);
         const auto fault = [](SerialControl &serial, int port) {
             serial.setCommPort(port);
-            const Result<void> opened = serial.setPortOpen(true);
-            return opened ? -1 : int(opened.fault().code);
+            return codeOf(serial.setPortOpen(true));
         };
         QCOMPARE(fault(first, 1), -1);
         QCOMPARE(fault(first, 1), int(FaultCode::AlreadyInUse));

@@ -239,10 +239,8 @@ private Q_SLOTS:
     {
         QFETCH(QString, arguments);
         QFETCH(QString, wrong);
-        Texts german;
-        german.fill(4);
         const CommandLine line = readCommandLine(QStringList{u"kor-supervisor"_s} + arguments.split(u'|'));
-        QCOMPARE(line.wrong ? german.sentence(*line.wrong) : QString(), wrong);
+        QCOMPARE(line.wrong ? textsIn(4).sentence(*line.wrong) : QString(), wrong);
         if (wrong.isEmpty()) {
             QVERIFY(line.console && !line.demo);
             QCOMPARE(line.folder + line.passwordFile, u"/x/y"_s);

@@ -10,7 +10,7 @@
 
 inline const QByteArray answer = interfaceBanner() + "\rRS_C CH:1 ENABLE\rVERSIONE 1.4\r";
 
-inline const QString onLine = u"MULTIPROTOCOL INTERFACE ON LINE"_s, offLine = u"MULTIPROTOCOL INTERFACE NOT ON LINE"_s;
+inline const QString onLine = u"MULTIPROTOCOL INTERFACE ON LINE"_s;
 inline const QString noPort = u"THE CONFIGURED SERIAL PORT IS NOT AVAILABLE"_s;
 
 /// Notes what the device is told about its RTS line.
@@ -31,12 +31,8 @@ struct Desk {
         : used(realMessages ? *realMessages : messages)
     {
         test.addUsers({listOf("1,TX,Rossi,Mario")});
-        if (!password.isEmpty()) {
-            Passwords passwords(test.archives);
-            if (passwords.load() != Passwords::Fault::None ||
-                passwords.set(Passwords::Type::Main, password) != Passwords::Fault::None)
-                qFatal("no password");
-        }
+        if (!password.isEmpty())
+            test.setPassword(password);
         // Of two lines the first counts.
         test.write(u"Impost.stp"_s, settings + "NUMEVOD=25\r\nCHECK=0\r\nPRN=-1\r\n");
         if (!interface.open() || program.prepare(2, {}))

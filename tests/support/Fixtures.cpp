@@ -89,6 +89,13 @@ void TestFolder::addEvents(const QString &day, const QList<QStringList> &events)
         events);
 }
 
+void TestFolder::setPassword(const QString &password, Passwords::Type type)
+{
+    Passwords passwords(archives);
+    if (passwords.load() != Passwords::Fault::None || passwords.set(type, password) != Passwords::Fault::None)
+        qFatal("no password");
+}
+
 Database TestFolder::hold(QStringView archive, const QByteArray &sql)
 {
     Result<Database> database = archives.open(archive, Database::Use::Safe);
@@ -130,11 +137,16 @@ qint64 residentPages()
     return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() : -1;
 }
 
-QString english(const Message &message)
+Texts textsIn(int language)
 {
     Texts texts;
-    texts.fill(2);
-    return texts.sentence(message);
+    texts.fill(language);
+    return texts;
+}
+
+QString english(const Message &message)
+{
+    return textsIn().sentence(message);
 }
 
 bool isRescued(ArchiveStore &archives, const QString &archive)

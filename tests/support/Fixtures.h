@@ -7,7 +7,9 @@
 #include "link/EventRecord.h"
 #include "platform/Clock.h"
 #include "platform/Printers.h"
+#include "prefs/Passwords.h"
 #include "texts/Notices.h"
+#include "texts/Texts.h"
 
 #include <QFile>
 #include <QSemaphore>
@@ -48,6 +50,13 @@ public:
 inline QStringList listOf(const char *words)
 {
     return QString::fromLatin1(words).split(u',', Qt::SkipEmptyParts);
+}
+
+/// The fault's code, -1 for none.
+template<class Value>
+int codeOf(const Result<Value> &result)
+{
+    return result ? -1 : static_cast<int>(result.fault().code);
 }
 
 /// A clock that the test turns.
@@ -173,6 +182,8 @@ public:
     /// Puts events "Codice Tipo Canale AbCh KorDis Ora" into the archive of a day, which is made when it is not there.
     /// @param day  "dd-mm-yyyy"
     void addEvents(const QString &day, const QList<QStringList> &events);
+    /// Sets a password of the register.
+    void setPassword(const QString &password, Passwords::Type type = Passwords::Type::Main);
     /// Changes an archive, as another program would.
     void execute(QStringView archive, const QByteArray &sql) { (void)hold(archive, sql); }
     /// The same with what stays open, and keeps others out, as long as the result lives.
@@ -181,18 +192,13 @@ public:
     QStringList rows(QStringView archive, const QString &statement);
 };
 
-/// A record on the wire: @p text of 16 characters and its line end.
-inline QByteArray record(const char *text)
-{
-    return QByteArray(text) + "\r\n";
-}
-
 /// "code|Data|Ora|Tipo|Canale|AbCh|KorDis|DataOrd"
 QString asText(const Event &event);
 
 /// Memory of this process that is resident, in pages.
 qint64 residentPages();
 
+Texts textsIn(int language = 2);
 QString english(const Message &message);
 
 /// How many events wait, as the status bar has it: those in memory where there are any, else those on disk.

@@ -126,18 +126,6 @@ private Q_SLOTS:
         for (const Manual &manual : manuals)
             QCOMPARE(skeletonOf(contentOf(manual)), english);
     }
-
-    void picturesAreTaken()
-    {
-        static const QRegularExpression picture(u"<!-- picture: (\\S+) -->"_s);
-        for (const Manual &manual : manuals) {
-            for (const QRegularExpressionMatch &match : picture.globalMatch(contentOf(manual)))
-                QVERIFY2(QFile::exists(
-                             qEnvironmentVariable("KOR_PROGRAMS") +
-                             u"/../manual-pictures/%1/%2.png"_s.arg(QLatin1String(manual.name), match.captured(1))),
-                         qPrintable(match.captured(1)));
-        }
-    }
 };
 
 QTEST_GUILESS_MAIN(TestManuals)

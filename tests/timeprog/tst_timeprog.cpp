@@ -64,7 +64,6 @@ private Q_SLOTS:
         row("2004-12-27T12:00:00", {band(monday, "08:00", "09:00")}, TimeState::OutsideBands,
             "holidays are not looked at");
         row("2004-03-07T10:00:00", {band("      X", "10:00", "10:00")}, TimeState::InBand, "Sunday");
-        row("2004-03-07T10:00:00", {band("XXXXXX ", "10:00", "10:00")}, TimeState::OutsideBands, "not Sunday");
         row("2004-03-01T09:00:00", {band("       ", "08:00", "12:00"), band(monday, "08:00", "10:00")},
             TimeState::InBand, "same start, the second is marked");
         row("2004-03-01T09:00:00", {band(monday, "07:00", "08:00"), band("x      ", "08:00", "12:00")},
@@ -96,11 +95,9 @@ private Q_SLOTS:
         };
         row("bands that overlap", work, "2004-03-01T08:00:00", "2004-03-01T18:00:00", "Enabled until 17:59");
         row("last second", work, "2004-03-01T17:59:59", "2004-03-01T18:00:00", "Enabled until 17:59");
-        row("tomorrow", work, "2004-03-01T18:00:00", "2004-03-02T07:30:00", "Disabled until Tuesday 07:30");
         row("over the week-end", work, "2004-03-05T20:00:00", "2004-03-08T07:30:00", "Disabled until Monday 07:30");
         row("once a week", {band(monday, "07:30", "07:30")}, "2004-03-01T07:31:00", "2004-03-08T07:30:00",
             "Disabled until 08/03/2004 07:30");
-        row("holidays", work, "2004-12-24T09:00:00", "2004-12-27T07:30:00", "Disabled until Monday 07:30 (holiday)");
         row("before holidays", work, "2004-12-23T18:00:00", "2004-12-27T07:30:00",
             "Disabled until Monday 07:30 (holiday)");
         row("holidays begin", always, "2004-12-23T12:00:00", "2004-12-24T00:00:00", "Enabled until 23:59 (holiday)");
@@ -111,7 +108,6 @@ private Q_SLOTS:
         row("a year of holidays but a day", work, "2005-12-05T00:00:00", "2006-12-04T07:30:00",
             "Disabled until 04/12/2006 07:30 (holiday)");
         row("more than a year of holidays", work, "2005-12-02T23:00:00", "", "Disabled, no change in a year");
-        row("no bands", {}, "2004-03-01T08:00:00", "", "Disabled, no change in a year");
         row("always", always, "2003-03-01T08:00:00", "", "Enabled, no change in a year");
         row("over midnight", {band(" X     ", "00:00", "06:00"), band(monday, "22:00", "23:59")}, "2004-03-01T22:00:00",
             "2004-03-02T06:01:00", "");
@@ -141,10 +137,8 @@ private Q_SLOTS:
             QCOMPARE(isEnabled(QDateTime::fromSecsSinceEpoch(60 * at)), isEnabled(now));
         QVERIFY(!found || isEnabled(found->moment) != isEnabled(now));
         QFETCH(QString, sentence);
-        Texts texts;
-        texts.fill(2);
         if (!sentence.isEmpty())
-            QCOMPARE(untilSentence(isEnabled(now), found, now.date(), texts), sentence);
+            QCOMPARE(untilSentence(isEnabled(now), found, now.date(), textsIn()), sentence);
     }
 
     void pictures_data()
@@ -183,8 +177,7 @@ private Q_SLOTS:
         QFETCH(QList<Holiday>, holidays);
         QFETCH(QStringList, expected);
         QFETCH(QString, words);
-        Texts texts;
-        texts.fill(2);
+        const Texts texts = textsIn();
         const FakeClock clock;
         const Strips strips = holidays.isEmpty() ? weekStrips(bands, 1, clock.moment.addSecs(16 * 60), texts)
                                                  : holidayStrips(holidays, 1, clock.date(), texts);

@@ -12,13 +12,6 @@ namespace {
 
 constexpr auto protocol = Protocol::Wiegand26Site;
 
-Texts inEnglish()
-{
-    Texts texts;
-    texts.fill(2);
-    return texts;
-}
-
 /// "; utf8 header 0,1,2,3,4"
 QString asText(const ImportFormat &format)
 {
@@ -73,7 +66,7 @@ struct Importing {
     }
 
     TestFolder test;
-    const Texts texts = inEnglish();
+    const Texts texts = textsIn();
     UserRegister users{test.archives, [] { return protocol; }};
     std::unique_ptr<ImportCheck> checked;
 };

@@ -1,5 +1,4 @@
 #include "archives/ArchiveFetch.h"
-#include "prefs/Passwords.h"
 #include "support/Fixtures.h"
 #include "users/UserRegister.h"
 
@@ -18,14 +17,8 @@ struct Desk {
     {
         test.addUsers({{u"1"_s, u"TX"_s, u"Neri"_s}});
         other.addUsers({{u"5"_s, u"TX"_s, u"Rossi"_s, u"Ada"_s}, {u"5"_s, u"DKS"_s, u"Verdi"_s}});
-        setPassword(test, Passwords::Type::Main, u"apriti"_s);
-        setPassword(other, Passwords::Type::Main, u"of the file"_s);
-    }
-    static void setPassword(TestFolder &folder, Passwords::Type type, const QString &password)
-    {
-        Passwords passwords(folder.archives);
-        if (passwords.load() != Passwords::Fault::None || passwords.set(type, password) != Passwords::Fault::None)
-            qFatal("no password");
+        test.setPassword(u"apriti"_s);
+        other.setPassword(u"of the file"_s);
     }
     Result<Database> opened(Database::Use use = Database::Use::Safe) { return other.archives.open(own, use); }
     void execute(const QByteArray &sql, Database::Use use = Database::Use::Safe)
@@ -145,7 +138,7 @@ void TestRestore::files()
     int turns = 0;
     for (; done && !done.value(); ++turns)
         done = task->step(QDeadlineTimer(0));
-    QCOMPARE(done ? -1 : static_cast<int>(done.fault().code), fault);
+    QCOMPARE(codeOf(done), fault);
     QVERIFY(isLarge || desk.foreign() == foreign);
     QCOMPARE(desk.test.read(own), before);
     if (!done) {
@@ -209,7 +202,7 @@ void TestRestore::passwords()
     QVERIFY(passwords.matches(Passwords::Type::Main, u"apriti"_s) && desk.test.rows(own, all).size() == 2);
 
     QVERIFY(finish(*desk.edited.restoring(desk.file)).ok());
-    Desk::setPassword(desk.test, Passwords::Type::Users, u"otra"_s);
+    desk.test.setPassword(u"otra"_s, Passwords::Type::Users);
     QVERIFY(finish(*desk.edited.saving()).ok() && passwords.load() == Passwords::Fault::None);
     QVERIFY(passwords.matches(Passwords::Type::Main, u"apriti"_s));
     QVERIFY(passwords.matches(Passwords::Type::Users, u"otra"_s));

@@ -1,4 +1,3 @@
-#include "prefs/Passwords.h"
 #include "support/Fixtures.h"
 #include "users/DuplicateReport.h"
 #include "users/UserRegister.h"
@@ -142,8 +141,7 @@ void TestUsers::passwordsSurvive()
 {
     Desk desk(u"5 TX Rossi Ada"_s);
     Passwords passwords(desk.test.archives);
-    QVERIFY(passwords.load() == Passwords::Fault::None &&
-            passwords.set(Passwords::Type::Main, u"apriti"_s) == Passwords::Fault::None);
+    desk.test.setPassword(u"apriti"_s);
     // Those that cannot be read are not put back to what they were: nothing is saved, and the work stays.
     QVERIFY(desk.edited.add(u"6"_s, TX).ok());
     desk.test.execute(ArchiveName::Users, "CREATE TABLE Aside AS SELECT * FROM Password; DELETE FROM Password");
