@@ -120,7 +120,7 @@ PageProof::PageProof() : m_bytes(provenAtOnce * pageSize, Qt::Uninitialized)
 
 PageProof::~PageProof() = default;
 
-bool PageProof::holds(const QString &path, const QByteArray &rawKey)
+bool PageProof::holds(const QString &path, const QByteArray &rawKey, const std::stop_token &stop)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
@@ -133,7 +133,7 @@ bool PageProof::holds(const QString &path, const QByteArray &rawKey)
     quint32 count = 0;
     qint64 size = 0;
     while ((size = file.read(m_bytes.data(), m_bytes.size())) > 0) {
-        if (size % pageSize != 0)
+        if (size % pageSize != 0 || stop.stop_requested())
             return false;
         const auto *page = reinterpret_cast<const unsigned char *>(m_bytes.constData());
         for (const auto *end = page + size; page != end; page += pageSize) {

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <memory>
+#include <stop_token>
 
 /// Proves that the pages of an archive file all carry the check sum that they had when they were written under its key,
 /// and are as many as its first one says: no bit that counts has changed, and nothing is missing.
@@ -20,8 +21,8 @@ public:
 
     /// @param rawKey  as ArchiveKeys gives it
     /// @return false where the library has to be asked: of a page without a check sum it alone knows whether it is in
-    /// use
-    bool holds(const QString &path, const QByteArray &rawKey);
+    /// use; also when it was to stop
+    bool holds(const QString &path, const QByteArray &rawKey, const std::stop_token &stop = {});
 
 private:
     class Sums;

@@ -23,6 +23,9 @@ size_t lotFiles()
 
 constexpr qint64 lotBytes = 64 << 20;
 
+/// Longest that the end is held up by a slow device.
+constexpr std::chrono::milliseconds removalPatience(15);
+
 /// What the program and the database library leave behind, and nobody needs.
 bool isPassing(const QString &name)
 {
@@ -65,7 +68,10 @@ Backup::Backup(ArchiveStore &archives, const QString &target)
 {
 }
 
-Backup::~Backup() = default;
+Backup::~Backup()
+{
+    Backup::stop();
+}
 
 Result<void> Backup::begin()
 {
@@ -88,9 +94,27 @@ void Backup::stop()
     m_isStopped = true;
     m_check.reset();
     m_lotCheck.reset();
-    m_copy.reset();
-    m_lot.clear();
+    if (m_copy)
+        m_lot.push_back(std::move(m_copy));
+    std::move(m_checked.begin(), m_checked.end(), std::back_inserter(m_lot));
     m_checked.clear();
+    std::vector<std::function<void()>> removals;
+    for (const std::unique_ptr<FileCopy> &copy : m_lot) {
+        if (copy)
+            removals.push_back(copy->giveUp());
+    }
+    m_lot.clear();
+    if (removals.empty())
+        return;
+    Errand<bool> removing(
+        [removals] {
+            for (const std::function<void()> &remove : removals)
+                remove();
+            return true;
+        },
+        {});
+    // What is left when the program ends now goes with the next backup.
+    (void)removing.wait(removalPatience);
 }
 
 bool Backup::isOfSource(const ArchiveStore &archives, const Fault &fault)

@@ -41,6 +41,12 @@ FileCopy::~FileCopy()
     m_pages.reset();
 }
 
+std::function<void()> FileCopy::giveUp()
+{
+    m_pages.reset();
+    return m_file ? m_file->giveUp() : std::function<void()>([] {});
+}
+
 Fault FileCopy::atSource(const Fault &fault)
 {
     m_side = Side::Source;

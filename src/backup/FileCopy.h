@@ -30,6 +30,8 @@ public:
     std::optional<LotCheck::Archive> toBeChecked() const;
     /// Puts the copy in the place of its name, once all that was written has been flushed, and read.
     Result<void> put();
+    /// Ends the work. @return what removes the copy, for a thread of its own
+    std::function<void()> giveUp();
 
     const QString &name() const { return m_name; }
     /// Of the file that is copied.

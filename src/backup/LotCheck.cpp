@@ -8,12 +8,12 @@
 
 namespace {
 
-/// When the program ends the thread must be out of the libraries, but a device that hangs may not hold the end up.
-constexpr std::chrono::milliseconds patience(200);
+/// When the program ends the thread should be out of the libraries, which it leaves at once, unless the device hangs.
+constexpr std::chrono::milliseconds patience(15);
 
-std::optional<FaultCode> faultOf(const LotCheck::Archive &archive, PageProof &proof)
+std::optional<FaultCode> faultOf(const LotCheck::Archive &archive, PageProof &proof, const std::stop_token &stop)
 {
-    if (archive.isSettled && proof.holds(archive.path, archive.rawKey))
+    if ((archive.isSettled && proof.holds(archive.path, archive.rawKey, stop)) || stop.stop_requested())
         return {};
     Result<Database> opened = Database::open(archive.path, archive.rawKey, Database::Use::ThrowAway);
     if (!opened)
@@ -36,21 +36,20 @@ std::optional<LotCheck::Archive> LotCheck::Queue::next()
     return archive;
 }
 
-void LotCheck::Queue::end(bool isGivenUp)
+void LotCheck::Queue::end()
 {
     const std::lock_guard lock(mutex);
     isEnded = true;
-    if (isGivenUp)
-        archives.clear();
     changed.notify_one();
 }
 
-Result<LotCheck::Faults> LotCheck::readAll(Queue &queue)
+Result<LotCheck::Faults> LotCheck::readAll(Queue &queue, const std::stop_token &stop)
 {
     Faults faults;
     PageProof proof;
-    while (const std::optional<Archive> archive = queue.next()) {
-        faults.push_back(faultOf(*archive, proof));
+    std::optional<Archive> archive;
+    while (!stop.stop_requested() && (archive = queue.next())) {
+        faults.push_back(faultOf(*archive, proof, stop));
         FreshFile::beginFlush(archive->path);
     }
     return faults;
@@ -58,7 +57,8 @@ Result<LotCheck::Faults> LotCheck::readAll(Queue &queue)
 
 LotCheck::~LotCheck()
 {
-    m_queue->end(true);
+    m_stop.request_stop();
+    m_queue->end();
     if (m_reading)
         (void)m_reading->wait(patience);
 }
@@ -71,12 +71,13 @@ void LotCheck::add(Archive archive)
         m_queue->changed.notify_one();
     }
     if (!m_reading)
-        m_reading.emplace([queue = m_queue] { return readAll(*queue); }, Errand<Faults>::Then());
+        m_reading.emplace([queue = m_queue, stop = m_stop.get_token()] { return readAll(*queue, stop); },
+                          Errand<Faults>::Then());
 }
 
 void LotCheck::finish(const std::function<Result<bool>()> &flush)
 {
-    m_queue->end(false);
+    m_queue->end();
     m_flush.emplace(flush, Errand<bool>::Then());
 }
 

@@ -11,6 +11,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 /// Reads archives that were copied from their first page to their last, each as soon as it has been written, and
@@ -28,7 +29,7 @@ public:
     using Faults = std::vector<std::optional<FaultCode>>;
 
     LotCheck() = default;
-    /// Has the reading end with the archive at hand, and waits a moment for that.
+    /// Has the reading end, and waits a moment for that.
     ~LotCheck();
     LotCheck(const LotCheck &) = delete;
     LotCheck &operator=(const LotCheck &) = delete;
@@ -43,15 +44,16 @@ public:
 private:
     struct Queue {
         std::optional<Archive> next();
-        void end(bool isGivenUp);
+        void end();
 
         std::mutex mutex;
         std::condition_variable changed;
         std::deque<Archive> archives;
         bool isEnded = false;
     };
-    static Result<Faults> readAll(Queue &queue);
+    static Result<Faults> readAll(Queue &queue, const std::stop_token &stop);
 
+    std::stop_source m_stop;
     std::shared_ptr<Queue> m_queue = std::make_shared<Queue>();
     std::optional<Errand<Faults>> m_reading; ///< begins with the first archive
     std::optional<Errand<bool>> m_flush;

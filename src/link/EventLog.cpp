@@ -103,7 +103,8 @@ void EventLog::close()
     end.start();
     do {
         drain();
-    } while ((hasWork() || m_rescue.hasWork()) && end.elapsed() < endMilliseconds);
+        // What waits in memory meanwhile has to come to disk.
+    } while (m_spool.isRescuing() || ((hasWork() || m_rescue.hasWork()) && end.elapsed() < endMilliseconds));
     m_rescue.close();
     while (m_spool.spill()) {
     }
@@ -225,6 +226,10 @@ void EventLog::drain()
 /// One piece of it. @return whether there is more
 bool EventLog::work()
 {
+    if (m_spool.isRescuing()) {
+        m_spool.rescueOn(QDeadlineTimer(turnMilliseconds));
+        return hasWork();
+    }
     const std::optional<QDate> next = nextDay();
     if (!next)
         return false;

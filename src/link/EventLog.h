@@ -76,7 +76,7 @@ private:
     void openToday();
     void drain();
     bool work();
-    bool hasWork() const { return nextDay().has_value(); }
+    bool hasWork() const { return m_spool.isRescuing() || nextDay().has_value(); }
     bool isReading() const { return m_days.live() && !m_days.live()->isRead(); }
     std::optional<QDate> nextDay() const;
     Result<void> bringOver();

@@ -13,6 +13,8 @@ namespace {
 
 /// Events that go from memory to disk with one flush.
 constexpr qsizetype spillRows = 500;
+/// Longest that a damaged file is read where it is found to be so.
+constexpr int rescueMilliseconds = 20;
 
 QString fileName()
 {
@@ -35,15 +37,19 @@ qsizetype sum(const SpoolFile::Counts &counts)
 
 void EventSpool::open()
 {
-    if (m_file || !m_archives.exists(ArchiveName::Waiting))
+    if (m_file || m_rescue || !SpoolFile::exists(m_archives))
         return;
     Result<void> opened = openFile();
     if (!opened && opened.fault().code == FaultCode::Damaged)
-        opened = setAside();
-    if (opened)
-        m_isFaultTold = false;
-    else if (!std::exchange(m_isFaultTold, true))
-        m_notices.post(Icon::Critical, {OwnText::SpoolUnusable, {fileName()}, opened.fault()});
+        opened = rescue();
+    if (!opened)
+        tellUnusable(opened.fault());
+}
+
+void EventSpool::tellUnusable(const Fault &fault)
+{
+    if (!std::exchange(m_isFaultTold, true))
+        m_notices.post(Icon::Critical, {OwnText::SpoolUnusable, {fileName()}, fault});
 }
 
 Result<void> EventSpool::openFile()
@@ -52,6 +58,7 @@ Result<void> EventSpool::openFile()
     if (!opened)
         return opened.fault();
     m_file = std::move(opened.value());
+    m_isFaultTold = false;
     recount();
     return {};
 }
@@ -64,16 +71,32 @@ void EventSpool::recount()
         note(event, 1);
 }
 
-/// The events of a damaged spool stay in the file that is set aside.
-Result<void> EventSpool::setAside()
+/// Begins to bring what can be read of a damaged spool into a new one: in most cases that is done when this returns.
+Result<void> EventSpool::rescue()
 {
     m_file.reset();
-    const Result<QString> aside = m_archives.setAside(ArchiveName::Waiting);
-    if (!aside)
-        return aside.fault();
-    m_notices.post(Icon::Critical, {OwnText::SpoolSetAside, {fileName(), aside.value()}, {}});
     recount();
+    Result<std::unique_ptr<SpoolRescue>> begun = SpoolRescue::begin(m_archives);
+    if (!begun)
+        return begun.fault();
+    m_rescue = std::move(begun.value());
+    rescueOn(QDeadlineTimer(rescueMilliseconds));
     return {};
+}
+
+void EventSpool::rescueOn(const QDeadlineTimer &until)
+{
+    const Result<bool> done = m_rescue->step(until);
+    if (done && !done.value())
+        return;
+    const Result<QString> aside = done ? m_rescue->finish() : Result<QString>(done.fault());
+    const QString count = QString::number(m_rescue->count());
+    m_rescue.reset();
+    if (aside)
+        m_notices.post(Icon::Critical, {OwnText::SpoolSetAside, {fileName(), aside.value(), count}, {}});
+    const Result<void> opened = aside ? openFile() : Result<void>(aside.fault());
+    if (!opened)
+        tellUnusable(opened.fault());
 }
 
 void EventSpool::close()
@@ -159,8 +182,8 @@ bool EventSpool::add(WaitingEvent event)
 Result<void> EventSpool::put(const QList<WaitingEvent> &events)
 {
     Result<void> done = tryToPut(events);
-    if (!done && done.fault().code == FaultCode::Damaged) {
-        done = setAside();
+    if (!done && done.fault().code == FaultCode::Damaged && !m_rescue) {
+        done = rescue();
         if (done)
             done = tryToPut(events);
     }
@@ -170,6 +193,8 @@ Result<void> EventSpool::put(const QList<WaitingEvent> &events)
 
 Result<void> EventSpool::tryToPut(const QList<WaitingEvent> &events)
 {
+    if (m_rescue)
+        return Fault{FaultCode::Damaged, fileName()};
     if (!m_file) {
         if (Result<void> opened = openFile(); !opened)
             return opened;
@@ -279,7 +304,7 @@ Result<QList<WaitingEvent>> EventSpool::first(QDate day, bool undecidedToo, qsiz
 Fault EventSpool::ofTheFile(Fault fault)
 {
     if (fault.code == FaultCode::Damaged) {
-        (void)setAside();
+        (void)rescue();
         fault.code = FaultCode::InputOutput;
     }
     return fault;

@@ -2,6 +2,7 @@
 
 #include "link/DayArchive.h"
 #include "link/SpoolFile.h"
+#include "link/SpoolRescue.h"
 #include "texts/Notices.h"
 
 #include <optional>
@@ -10,7 +11,8 @@
 /// Events that cannot go to the archive of their day yet, in the order in which they came.
 ///
 /// They wait on disk, in a file of their own with one flush an event, and are there at the next start. What the disk
-/// does not take waits in memory, behind those on disk; of more than MemoryLimit the oldest are lost, and counted.
+/// does not take waits in memory, behind those on disk; of more than MemoryLimit the oldest are lost, and counted. A
+/// damaged file is replaced by one with what can be read of it; until that stands there, whatever comes waits.
 class EventSpool
 {
 public:
@@ -34,13 +36,18 @@ public:
     /// Opens what an earlier run has left, if it has. That it cannot be read is told once.
     void open();
     /// Makes sure that events can be kept on disk; fault() tells why they cannot.
-    void prepare() { (void)put({}); }
+    void prepare() { (void)(m_rescue || put({})); }
     /// Notices that somebody has deleted or replaced the file, and brings over what only the open one still holds.
     void look();
     /// Brings to disk what it takes, and closes. What waits in memory is lost.
     void close();
     /// For every now and then: the file goes when nothing waits any more, else its rows are brought out of its journal.
     void tidy();
+
+    /// Whether a damaged file is being read.
+    bool isRescuing() const { return m_rescue != nullptr; }
+    /// Goes on with that, once at least.
+    void rescueOn(const QDeadlineTimer &until);
 
     /// Keeps an event. @return true when it is on disk
     bool add(WaitingEvent event);
@@ -49,8 +56,8 @@ public:
     /// Brings some of what waits in memory to disk. @return true when there is more, and the disk takes it
     bool spill();
 
-    bool isEmpty() const { return m_counts.isEmpty(); }
-    bool holds(QDate day) const { return m_counts.contains(day); }
+    bool isEmpty() const { return !m_rescue && m_counts.isEmpty(); }
+    bool holds(QDate day) const { return m_rescue || m_counts.contains(day); }
     qsizetype count(QDate day, Mark mark) const;
     qsizetype inMemory() const { return m_memory.size(); }
     qsizetype onDisk() const;
@@ -69,9 +76,10 @@ public:
     Result<void> remove(const QList<WaitingEvent> &events);
 
 private:
+    void tellUnusable(const Fault &fault);
     Result<void> openFile();
     Result<void> tryToPut(const QList<WaitingEvent> &events);
-    Result<void> setAside();
+    Result<void> rescue();
     void moveOver();
     QList<WaitingEvent> all();
     void recount();
@@ -86,6 +94,7 @@ private:
     ArchiveStore &m_archives;
     Notices &m_notices;
     std::unique_ptr<SpoolFile> m_file;
+    std::unique_ptr<SpoolRescue> m_rescue;
     QList<WaitingEvent> m_memory;
     qint64 m_lastInMemory = 0;
     QMap<QDate, SpoolFile::Counts> m_counts; ///< of days that something waits for, on disk and in memory

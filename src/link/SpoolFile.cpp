@@ -3,6 +3,7 @@
 #include "archives/Tables.h"
 #include "archives/Transaction.h"
 #include "codes/EventRow.h"
+#include "link/SpoolRescue.h"
 #include "texts/DateTimeText.h"
 
 #include <algorithm>
@@ -26,8 +27,16 @@ SpoolFile::SpoolFile(ArchiveStore &archives, Database database, Statement insert
 {
 }
 
+bool SpoolFile::exists(ArchiveStore &archives)
+{
+    (void)SpoolRescue::complete(archives);
+    return archives.exists(ArchiveName::Waiting);
+}
+
 Result<std::unique_ptr<SpoolFile>> SpoolFile::open(ArchiveStore &archives)
 {
+    if (Result<void> completed = SpoolRescue::complete(archives); !completed)
+        return completed.fault();
     const Result<void> made =
         archives.createUnlessThere(ArchiveName::Waiting, TableLayout::Waiting, ArchiveName::EventsTemplate);
     if (!made)

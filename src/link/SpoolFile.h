@@ -17,6 +17,8 @@ class SpoolFile
 public:
     using Counts = std::array<qsizetype, 3>; ///< of events, by their mark
 
+    /// Whether there is one to be opened.
+    static bool exists(ArchiveStore &archives);
     /// Opens the file and reads it through, or makes it when there is none.
     static Result<std::unique_ptr<SpoolFile>> open(ArchiveStore &archives);
 

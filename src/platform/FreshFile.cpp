@@ -24,10 +24,17 @@ FreshFile::FreshFile(Disk &disk, const QString &target)
 
 FreshFile::~FreshFile()
 {
-    if (m_file >= 0)
-        ::close(m_file);
-    if (!m_beside.isEmpty())
-        ::unlink(QFile::encodeName(m_beside).constData());
+    giveUp()();
+}
+
+std::function<void()> FreshFile::giveUp()
+{
+    return [file = std::exchange(m_file, -1), beside = QFile::encodeName(std::exchange(m_beside, {}))] {
+        if (file >= 0)
+            ::close(file);
+        if (!beside.isEmpty())
+            ::unlink(beside.constData());
+    };
 }
 
 Result<void> FreshFile::create()

@@ -6,7 +6,9 @@
 #include <QFile>
 #include <QIODevice>
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 /// A file that stands under its name only when it is whole; until then the one that was there before stays.
 ///
@@ -30,6 +32,9 @@ public:
     /// Has the device begin with what was written to @p beside, whose flush then finds little to do. May be called in
     /// any thread.
     static void beginFlush(const QString &beside);
+    /// Gives the file up. What is on its way to a slow device holds up whoever removes it.
+    /// @return what does that, for a thread of its own
+    std::function<void()> giveUp();
     /// Flushes the file and puts it in the place of its target.
     Result<void> commit();
     /// Puts the file in the place of its target like commit(), but flushes neither it nor the folder: see

@@ -333,10 +333,13 @@ constexpr std::array<TextRow<OwnText>, OwnTextCount> ownTextTable = {{
      "Les évènements en attente '%1' ne peuvent pas être lus",
      "Die wartenden Ereignisse '%1' können nicht gelesen werden"},
     {OwnText::SpoolSetAside,
-     "Il file degli eventi in attesa '%1' era danneggiato: è stato messo da parte come '%2'.",
-     "The file of the waiting events '%1' was damaged: it has been set aside as '%2'.",
-     "Le fichier des évènements en attente '%1' était endommagé\u00A0: il a été mis de côté sous '%2'.",
-     "Die Datei der wartenden Ereignisse '%1' war beschädigt: Sie wurde als '%2' beiseitegelegt."},
+     "Il file degli eventi in attesa '%1' era danneggiato: è stato messo da parte come '%2'. Eventi recuperati, che "
+     "attendono ancora: %3",
+     "The file of the waiting events '%1' was damaged: it has been set aside as '%2'. Events rescued, which wait on: %3",
+     "Le fichier des évènements en attente '%1' était endommagé\u00A0: il a été mis de côté sous '%2'. Évènements "
+     "récupérés, qui attendent encore\u00A0: %3",
+     "Die Datei der wartenden Ereignisse '%1' war beschädigt: Sie wurde als '%2' beiseitegelegt. Gerettete Ereignisse, "
+     "die weiter warten: %3"},
     {OwnText::DayReplaced,
      "L'archivio eventi '%1' è stato sostituito o eliminato mentre era aperto. Eventi riportati in quello nuovo: %2",
      "The event archive '%1' was replaced or deleted while it was open. Events brought into the new one: %2",

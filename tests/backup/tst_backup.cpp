@@ -6,12 +6,14 @@
 #include "support/RecordingVfs.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QRegularExpression>
 
 #include <csignal>
 #include <fcntl.h>
 #include <linux/capability.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -253,6 +255,23 @@ private Q_SLOTS:
             QVERIFY(QDir(site.target.path()).entryList({u".kor-*"_s}, QDir::Files | QDir::Hidden).isEmpty());
         }
         QVERIFY(wasMixed);
+    }
+
+    /// The event loop is held up for less than 50 ms.
+    void stopOnADeviceThatHangs()
+    {
+        Site site;
+        const QByteArray hangs = QFile::encodeName(site.target.filePath(u"hangs"_s));
+        QCOMPARE(::mkfifo(hangs.constData(), 0600), 0);
+        auto check = std::make_unique<LotCheck>();
+        check->add({QFile::decodeName(hangs), site.archives.rawKey(QByteArray(ArchiveKeys::SaltSize, 's')), true});
+        int writer = -1;
+        QTRY_VERIFY((writer = ::open(hangs.constData(), O_WRONLY | O_NONBLOCK)) >= 0);
+        QElapsedTimer time;
+        time.start();
+        check.reset();
+        QVERIFY2(time.elapsed() < 100, qPrintable(QString::number(time.elapsed())));
+        ::close(writer);
     }
 
     void fullWhileTheOpenDayIsCopied()

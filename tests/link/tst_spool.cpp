@@ -108,17 +108,58 @@ private Q_SLOTS:
         QVERIFY(!test.folder.exists(u"Archivi/Attesa.zeb"_s));
     }
 
+    /// What can be read of a damaged spool is stored once, in its order and before what comes later, also when the
+    /// power is cut at any step of the rescue.
+    void damagedSpool_data()
+    {
+        const Rows<int, int, int> row("page", "least", "most");
+        row("first", 0, 0, 0);
+        row("in the middle", 3, 70, 100);
+        row("last", -1, 90, 149);
+    }
     void damagedSpool()
     {
+        QFETCH(int, page);
+        QFETCH(int, least);
+        QFETCH(int, most);
+        const QString name = u"Archivi/Attesa.zeb"_s;
         TestFolder test;
-        test.write(u"Archivi/Attesa.zeb"_s, QByteArray(5000, 'x'));
-        Day day(test);
         {
+            Day day(test);
             const std::optional<Database> other = day.lock();
-            QVERIFY(!day.append(1));
-            QCOMPARE(day.onDisk(), 1);
+            for (int code = 1; code <= 150; ++code)
+                QVERIFY(!day.append(code));
+            day.log.close();
         }
-        QVERIFY(day.storeAll() && takeNotices(day.notices).first().endsWith(u"'Archivi/Attesa.zeb.guasto'."_s));
+        QByteArray content = test.read(name);
+        content[(page < 0 ? content.size() / 4096 + page : page) * 4096 + 100] ^= 1;
+        for (const bool ofTheLibrary : {false, true}) {
+            bool ranThrough = false;
+            for (int stop = 0; !ranThrough; ++stop) {
+                for (const QString &file : test.files(u"Archivi"_s).filter(u"Attesa"_s))
+                    QVERIFY(QFile::remove(test.folder.path(u"Archivi/"_s + file)));
+                QVERIFY(stop < 100 && test.archives.remove(ArchiveName::events(today)).ok());
+                test.write(name, content);
+                {
+                    RecordingVfs vfs;
+                    test.disk.steps.clear();
+                    (ofTheLibrary ? vfs.stopAt : test.disk.stopAt) = stop;
+                    Day day(test);
+                    ranThrough = takeNotices(day.notices).join(u'/').contains(u"rescued"_s);
+                    test.disk.stopAt = -1;
+                }
+                Day next(test);
+                next.append(500);
+                QVERIFY(next.storeAll());
+                next.log.close();
+                QStringList codes = test.rows(ArchiveName::events(today), u"SELECT Codice FROM Eventi"_s);
+                const QString all = u"cut at %1: %2"_s.arg(stop).arg(codes.join(u' '));
+                QVERIFY2(codes.size() > least && codes.size() <= most + 1 && codes.last() == u"500"_s, qPrintable(all));
+                QStringList sorted = codes;
+                std::sort(sorted.begin(), sorted.end(), [](auto &a, auto &b) { return a.toInt() < b.toInt(); });
+                QVERIFY2(codes == sorted && sorted.removeDuplicates() == 0, qPrintable(all));
+            }
+        }
     }
 
     /// What is deleted, or replaced by a copy of itself, costs no waiting event and doubles none.
