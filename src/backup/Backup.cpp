@@ -13,12 +13,12 @@
 namespace {
 
 /// A lot is flushed at once: a flush for each file would take far longer than the copying. Each file of two lots is
-/// open, and the program needs others besides.
+/// open, and the program opens others meanwhile.
 size_t lotFiles()
 {
-    constexpr size_t few = 8;
+    constexpr size_t few = 2;
     constexpr size_t most = 256;
-    return std::clamp(mostOpenFiles() / 4, few, most);
+    return std::clamp(openFilesLeft() / 4, few, most);
 }
 
 constexpr qint64 lotBytes = 64 << 20;
