@@ -1,6 +1,7 @@
 #include "backup/Backup.h"
 
 #include "archives/Tables.h"
+#include "texts/OwnText.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -93,9 +94,13 @@ void Backup::stop()
     m_checked.clear();
 }
 
-bool Backup::isOfSource(const ArchiveStore &archives, const Fault &fault)
+std::optional<Message> Backup::incomplete(const Fault &fault) const
 {
-    return fault.code != FaultCode::OwnFolder && fault.subject.startsWith(archives.folder().root() + QLatin1Char('/'));
+    if (!m_missed || fault.subject != m_missed->subject)
+        return {};
+    if (m_missedFiles == 1)
+        return Message{OwnText::BackupIncomplete, {fault.subject}, fault};
+    return Message{OwnText::BackupLacksFiles, {QString::number(m_missedFiles), fault.subject}, fault};
 }
 
 Result<bool> Backup::step(const QDeadlineTimer &until)
@@ -311,6 +316,7 @@ Result<void> Backup::flushNames()
 
 void Backup::miss(const Fault &fault)
 {
+    ++m_missedFiles;
     if (!m_missed)
         m_missed = fault;
 }
