@@ -30,9 +30,10 @@ Result<bool> BackupCommand::step(const QDeadlineTimer &until)
             return begun.fault();
     }
     Result<bool> stepped = m_backup.step(until);
-    if (!stepped && Backup::isOfSource(m_site.archives, stepped.fault())) {
+    const std::optional<Message> incomplete = stepped ? std::nullopt : m_backup.incomplete(stepped.fault());
+    if (incomplete) {
         m_isIncomplete = true;
-        m_site.tell({OwnText::BackupIncomplete, {stepped.fault().subject}, stepped.fault()});
+        m_site.tell(*incomplete);
         return true;
     }
     if (stepped && stepped.value())

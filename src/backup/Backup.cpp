@@ -1,6 +1,7 @@
 #include "backup/Backup.h"
 
 #include "archives/Tables.h"
+#include "texts/OwnText.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -13,12 +14,12 @@
 namespace {
 
 /// A lot is flushed at once: a flush for each file would take far longer than the copying. Each file of two lots is
-/// open, and the program needs others besides.
+/// open, and the program opens others meanwhile.
 size_t lotFiles()
 {
-    constexpr size_t few = 8;
+    constexpr size_t few = 2;
     constexpr size_t most = 256;
-    return std::clamp(mostOpenFiles() / 4, few, most);
+    return std::clamp(openFilesLeft() / 4, few, most);
 }
 
 constexpr qint64 lotBytes = 64 << 20;
@@ -117,9 +118,13 @@ void Backup::stop()
     (void)removing.wait(removalPatience);
 }
 
-bool Backup::isOfSource(const ArchiveStore &archives, const Fault &fault)
+std::optional<Message> Backup::incomplete(const Fault &fault) const
 {
-    return fault.code != FaultCode::OwnFolder && fault.subject.startsWith(archives.folder().root() + QLatin1Char('/'));
+    if (!m_missed || fault.subject != m_missed->subject)
+        return {};
+    if (m_missedFiles == 1)
+        return Message{OwnText::BackupIncomplete, {fault.subject}, fault};
+    return Message{OwnText::BackupLacksFiles, {QString::number(m_missedFiles), fault.subject}, fault};
 }
 
 Result<bool> Backup::step(const QDeadlineTimer &until)
@@ -335,6 +340,7 @@ Result<void> Backup::flushNames()
 
 void Backup::miss(const Fault &fault)
 {
+    ++m_missedFiles;
     if (!m_missed)
         m_missed = fault;
 }

@@ -3,6 +3,7 @@
 #include "archives/ArchiveStore.h"
 #include "backup/FileCopy.h"
 #include "platform/Task.h"
+#include "texts/Texts.h"
 
 #include <QSet>
 #include <QStringList>
@@ -38,8 +39,8 @@ public:
     /// @return after the last file, the fault of the first one that could not be read, or is damaged; all others have
     /// been copied then. A fault of the target ends the work at once.
     Result<bool> step(const QDeadlineTimer &until) override;
-    /// Such a fault costs one file: all others have been copied. @param archives  those of the backup
-    static bool isOfSource(const ArchiveStore &archives, const Fault &fault);
+    /// @return what the operator is told of such a fault; nothing of one that ended the work
+    std::optional<Message> incomplete(const Fault &fault) const;
     /// Bytes; those of files that need not be copied do not count.
     Progress progress() const override { return {m_bytesDone, m_bytes}; }
     /// Ends the work; the lot that was being written is dropped.
@@ -90,7 +91,8 @@ private:
     std::deque<std::unique_ptr<FileCopy>> m_checked; ///< the lot before it: being flushed, then put in place
     std::unique_ptr<LotCheck> m_check;               ///< of that one
     QSet<QString> m_changedFolders;                  ///< whose names are not flushed yet
-    std::optional<Fault> m_missed;
+    std::optional<Fault> m_missed;                   ///< the first one
+    int m_missedFiles = 0;
     qint64 m_bytesOfFile = 0;
     bool m_isStopped = false;
     int m_copied = 0;

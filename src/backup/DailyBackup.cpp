@@ -54,6 +54,7 @@ Result<void> DailyBackup::copyNow()
 Result<void> DailyBackup::begin(bool isDaily)
 {
     m_isDaily = isDaily;
+    m_incomplete.reset();
     m_lastTrial = m_clock.now();
     auto backup = std::make_unique<Backup>(m_archives, m_plan.folder);
     if (Result<void> begun = backup->begin(); !begun)
@@ -76,6 +77,8 @@ void DailyBackup::turn()
 void DailyBackup::end(const Result<void> &result)
 {
     const int copied = m_backup ? m_backup->copied() : 0;
+    if (m_backup && !result)
+        m_incomplete = m_backup->incomplete(result.fault());
     stop();
     noteOutcome(result);
     Q_EMIT ended(result, copied);
@@ -108,7 +111,7 @@ void DailyBackup::tellOnceADay(const Message &message)
 
 Message DailyBackup::messageOf(const Fault &fault, bool isTriedAgain) const
 {
-    if (Backup::isOfSource(m_archives, fault))
-        return {OwnText::BackupIncomplete, {fault.subject}, fault};
+    if (m_incomplete)
+        return *m_incomplete;
     return {isTriedAgain ? OwnText::BackupTriedAgain : OwnText::BackupNotMade, {m_plan.folder}, fault};
 }

@@ -68,6 +68,7 @@ private:
     BackupPlan m_plan;
     std::unique_ptr<Backup> m_backup;
     bool m_isDaily = false;
+    std::optional<Message> m_incomplete; ///< what the last one is told with, when it lacks files only
     QDateTime m_lastTrial;
     QDate m_told;
     QTimer m_turn;

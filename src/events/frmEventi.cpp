@@ -201,6 +201,8 @@ void frmEventi::setCaptions()
     lblCodice->setText(m_texts[Text::Codice] + colon);
     lblCognome->setText(m_texts[Text::Cognome]);
     lblNome->setText(m_texts[Text::Nome]);
+    dbcmbCognome->lineEdit()->setAccessibleName(lblCognome->text());
+    dbcmbNome->lineEdit()->setAccessibleName(lblNome->text());
     lblCanali->setText(m_texts[Text::CanaliEtichetta]);
     chkCanali[0]->parentWidget()->setAccessibleName(lblCanali->text());
     lblTipo->setText(m_texts[Text::Tipo] + colon);

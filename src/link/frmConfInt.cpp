@@ -64,7 +64,7 @@ frmConfInt::frmConfInt(const Texts &texts, Messages &messages, QWidget *parent)
     tmrLoad.setObjectName(QStringLiteral("tmrLoad"));
     setKeys(cmdOk, cmdOk);
     frmConfInt::setCaptions();
-    setFocusProxy(cmdOk);
+    cmdOk->setFocus();
 
     connect(cmdLeggi, &QPushButton::clicked, this, &frmConfInt::cmdLeggi_Click);
     connect(cmdOk, &QPushButton::clicked, this, &frmConfInt::unload);

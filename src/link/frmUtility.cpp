@@ -45,7 +45,7 @@ frmUtility::frmUtility(const Texts &texts, QWidget *parent)
     cmdOk->setObjectName(QStringLiteral("cmdOk"));
     setKeys(cmdOk, cmdOk);
     frmUtility::setCaptions();
-    setFocusProxy(cmdOk);
+    cmdOk->setFocus();
 
     connect(cmdOk, &QPushButton::clicked, this, &frmUtility::unload);
 }

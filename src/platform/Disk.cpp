@@ -2,9 +2,11 @@
 
 #include "platform/RegularFile.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
@@ -207,10 +209,12 @@ Result<void> Disk::makeLink(const QString &path, const QString &target)
     return flushFolder(path);
 }
 
-size_t mostOpenFiles()
+size_t openFilesLeft()
 {
     rlimit limit = {};
-    return ::getrlimit(RLIMIT_NOFILE, &limit) == 0 ? limit.rlim_cur : 1024;
+    const size_t most = ::getrlimit(RLIMIT_NOFILE, &limit) == 0 ? limit.rlim_cur : 1024;
+    const QDir opened(QStringLiteral("/proc/self/fd"));
+    return most - std::min(most, size_t(opened.entryList(QDir::AllEntries | QDir::System).size()));
 }
 
 qint64 freeBytes(const QString &folder)

@@ -58,8 +58,8 @@ private:
 /// What errno says about @p path.
 Fault systemFault(const QString &path);
 
-/// Files that this program may have open at a time.
-size_t mostOpenFiles();
+/// Files that this program may open besides those that it has open now.
+size_t openFilesLeft();
 
 /// Bytes that this user may still fill on the device of @p folder; the largest number when that cannot be told.
 qint64 freeBytes(const QString &folder);

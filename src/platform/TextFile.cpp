@@ -62,6 +62,12 @@ Result<bool> TextFile::readPiece()
     m_content.truncate(before + std::max<ssize_t>(count, 0));
     if (count < 0)
         return systemFault(m_path);
+    if (before == 0 && (m_content.startsWith("\xFF\xFE") || m_content.startsWith("\xFE\xFF")))
+        m_utf16.emplace(QStringDecoder::Utf16);
+    if (m_utf16) {
+        const QString piece = m_utf16->decode(QByteArrayView(m_content).sliced(before));
+        m_content.replace(before, m_content.size() - before, piece.toUtf8());
+    }
     // It may have grown since it was opened.
     if (m_content.size() > m_limit)
         return Fault{FaultCode::TooLarge, m_path};

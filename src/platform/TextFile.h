@@ -4,6 +4,7 @@
 #include "platform/Task.h"
 
 #include <QByteArray>
+#include <QStringDecoder>
 
 #include <optional>
 
@@ -20,9 +21,9 @@ public:
     Result<bool> step(const QDeadlineTimer &until) override;
     Progress progress() const override { return {m_content.size(), m_size}; }
 
-    /// What was read, without a byte order mark.
+    /// What was read, without a byte order mark; UTF-16 that has one as UTF-8.
     const QByteArray &content() const { return m_content; }
-    /// Whether all of it is UTF-8; plain ASCII is.
+    /// Whether all of that is UTF-8; plain ASCII is.
     bool isUtf8() const { return m_isUtf8; }
 
 private:
@@ -37,4 +38,5 @@ private:
     qsizetype m_checked = 0; ///< bytes whose encoding has been looked at
     bool m_isWhole = false;
     bool m_isUtf8 = true;
+    std::optional<QStringDecoder> m_utf16; ///< of a file that begins with its mark
 };

@@ -230,6 +230,7 @@ enum class OwnText : int {
     BackupNotMade,
     BackupTriedAgain,
     BackupIncomplete,
+    BackupLacksFiles,
     BackupOverdue,
     MnuJournal,
     JournalShow,

@@ -180,8 +180,9 @@ QList<RowsModel::Column> frmImport::columns() const
     for (qsizetype column = 0; column < all.size(); ++column)
         all[column].widest = widest[column];
     all[1].widest = m_texts[OwnText::ImportChanged];
-    for (const QString &reason : {m_texts[OwnText::ImportOutOfRange], m_texts[OwnText::ImportRounded],
-                                  m_texts[OwnText::ImportTooLong].arg(UserRegister::LongestText)}) {
+    for (const QString &reason :
+         {m_texts[OwnText::ImportNotDigits], m_texts[OwnText::ImportOutOfRange], m_texts[OwnText::ImportRounded],
+          m_texts[OwnText::ImportTooLong].arg(UserRegister::LongestText)}) {
         if (fontMetrics().horizontalAdvance(reason) > fontMetrics().horizontalAdvance(all[2].widest))
             all[2].widest = reason;
     }

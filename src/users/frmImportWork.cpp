@@ -28,7 +28,7 @@ void frmImport::check()
 
 void frmImport::checked(const Result<void> &result)
 {
-    Bar->setValue(Bar->maximum());
+    Bar->reset();
     if (!result) {
         lblCounts->clear();
         return m_messages.show(

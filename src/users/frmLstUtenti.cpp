@@ -185,6 +185,8 @@ void frmLstUtenti::setCaptions()
     FrameRicerca->setTitle(m_texts[Text::Ricerca]);
     lblCognome->setText(m_texts[Text::Cognome]);
     lblNome->setText(m_texts[Text::Nome]);
+    dbcmbCognome->lineEdit()->setAccessibleName(lblCognome->text());
+    dbcmbNome->lineEdit()->setAccessibleName(lblNome->text());
     cmdNuovo->setText(m_texts[Text::CmdNuovo]);
     cmdModifica->setText(m_texts[Text::CmdModifica]);
     cmdElimina->setText(m_texts[Text::CmdElimina]);

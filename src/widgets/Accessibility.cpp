@@ -15,7 +15,10 @@ public:
         // It becomes a window, or part of another one, when it is shown.
         if (widget()->isWindow())
             return widget()->windowType() == Qt::Dialog ? QAccessible::Dialog : QAccessible::Window;
-        return qobject_cast<Grouping *>(widget()) ? QAccessible::Grouping : QAccessibleWidget::role();
+        if (qobject_cast<Grouping *>(widget()))
+            return QAccessible::Grouping;
+        // What has a name and is painted by the program shows something; without a role readers pass it over.
+        return widget()->accessibleName().isEmpty() ? QAccessibleWidget::role() : QAccessible::Graphic;
     }
 };
 

@@ -11,5 +11,5 @@ public:
     using QWidget::QWidget;
 };
 
-/// Lets screen readers know the program's windows as windows and its groups as groups. To be called once.
+/// Lets screen readers know the program's windows, groups and painted pictures as what they are. To be called once.
 void installAccessibility();

@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 
 namespace {
 
@@ -55,8 +56,9 @@ void Fields::arrange(int inRow)
         }
         const bool isLast = i + 1 == m_fields.size() || m_fields[i + 1].row == Row::New;
         m_grid->addWidget(m_fields[i].label, row, 2 * place);
-        // The last of its kind takes what is left of the row.
-        m_grid->addWidget(m_fields[i].box, row, 2 * place + 1, 1, isLast ? 2 * (inRow - place) - 1 : 1);
+        // The last of its kind takes what is left of the row; what is typed is as long there as in the box before it.
+        const bool takesRest = isLast && !qobject_cast<QLineEdit *>(m_fields[i].box);
+        m_grid->addWidget(m_fields[i].box, row, 2 * place + 1, 1, takesRest ? 2 * (inRow - place) - 1 : 1);
         ++place;
     }
 }

@@ -20,7 +20,7 @@ struct Site : TestFolder {
         if (!settings.CreaImpostazioni(2))
             qFatal("no settings");
         QObject::connect(&backup, &DailyBackup::toTell, [this](const Message &message) {
-            told.append(english(message).replace(target.path(), u"*"_s));
+            told.append(english(message).replace(target.path(), u"*"_s).remove(directory.path()));
         });
     }
     /// A look, and what it begins.
@@ -121,6 +121,18 @@ private Q_SLOTS:
         site.look(hour);
         QVERIFY(site.ended.last()[0].value<Result<void>>().ok());
         QCOMPARE(site.told.size(), 3);
+    }
+
+    void whatTheCopyLacksIsTold()
+    {
+        Site site;
+        QVERIFY(site.backup.setPlan(site.target.path(), true, QTime(2, 0)).ok());
+        site.write(u"Archivi/Eventi_01-03-2004.zeb"_s, "no archive");
+        site.look();
+        site.write(u"Archivi/Eventi_02-03-2004.zeb"_s, "no archive");
+        site.look(24 * hour);
+        QCOMPARE(site.told.value(0), u"The backup copy has everything but '/Archivi/Eventi_01-03-2004.zeb': damaged"_s);
+        QVERIFY(site.told.value(1).startsWith(u"The backup copy has everything but 2 files, among them '/Archivi/Eve"));
     }
 
     void oneAtATimeAndDroppedAtTheEnd()

@@ -92,6 +92,7 @@ public:
     /// Two buttons may share a key, or one and a menu: the window in front sees to it. Nobody does for another control.
     void lookForKeys(const QWidget *window, const QMenuBar *bar)
     {
+        check(window->focusProxy(), window, "holds the Tab key at one control");
         QList<QKeySequence> taken;
         for (const QAction *menu : bar->actions())
             taken.append(QKeySequence::mnemonic(menu->text()));
@@ -108,6 +109,7 @@ private:
     {
         check(part->size() != part->size().expandedTo(part->minimumSizeHint()), part, "is squeezed");
         const QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(const_cast<QWidget *>(part));
+        check((part->focusPolicy() & Qt::TabFocus) && spoken->text(QAccessible::Name).isEmpty(), part, "has no name");
         const bool isGroup = qobject_cast<const QGroupBox *>(part) || qobject_cast<const Grouping *>(part);
         check(isGroup && (spoken->role() != QAccessible::Grouping || spoken->text(QAccessible::Name).isEmpty()), part,
               "is no group with a name");

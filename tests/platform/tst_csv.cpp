@@ -77,6 +77,7 @@ void TestCsv::files_data()
     row("a character across two pieces", across, none, across, true);
     row("old encoding in the second piece", across + '\xE8', none, across + '\xE8', false);
     row("a byte 0", QByteArray("a;b\n\0c", 6), noTable, {}, true);
+    row("of two bytes a character", QByteArray("\xFF\xFE\xE4\0;\0", 6), none, "\xC3\xA4;", true);
     row("larger", QByteArray(limit + 1, 'x'), tooLarge, {}, true);
 }
 
