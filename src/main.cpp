@@ -148,7 +148,7 @@ int main(int argumentCount, char *arguments[])
     const Printers printers;
     Program program(places, clock, printers);
     if (const std::optional<StartFault> fault = program.prepare(language, options.port))
-        return refuse(texts.sentence(fault->message));
+        return refuse(program.texts().sentence(fault->message));
     Awake awake(clock);
     program.keepAwake(awake);
     return options.console ? runConsole(program, options, termination) : runWindow(program, termination);

@@ -30,8 +30,7 @@ constexpr int stateMilliseconds = 200;
 int languageOf(ProgramFolder &folder, int otherwise)
 {
     const Printers printers;
-    const int language = Settings(folder, printers).LeggiImpostazione(QStringLiteral("LINGUA")).toInt();
-    return language >= Texts::FirstLanguage && language <= Texts::LastLanguage ? language : otherwise;
+    return Settings(folder, printers).storedLanguage(otherwise);
 }
 
 Protocol protocolOf(ProgramFolder &folder)

@@ -68,7 +68,7 @@ Program::~Program()
 
 std::optional<StartFault> Program::prepare(int systemLanguage, std::optional<int> port)
 {
-    m_texts.fill(systemLanguage);
+    m_texts.fill(m_settings.storedLanguage(systemLanguage));
     keepFilesPrivate();
     if (std::optional<StartFault> found = checkProgramFolder(m_folder))
         return found;

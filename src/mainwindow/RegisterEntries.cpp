@@ -153,6 +153,8 @@ void RegisterEntries::print(frmLstUtenti *window, Printing *printing)
     // As it stands now, whatever is changed while it is printed.
     printing->print(std::make_unique<UserListReport>(m_program.texts(), window->users()),
                     m_program.texts()[Text::ListaUtenti]);
+    // What is printed is a copy of the rows: nothing has to wait for its end.
+    window->printed();
 }
 
 void RegisterEntries::printDuplicates(ChildWindow *window, const QString &report)

@@ -164,6 +164,12 @@ Result<void> Settings::read(int systemLanguage, Notices &notices)
     return {};
 }
 
+int Settings::storedLanguage(int otherwise) const
+{
+    const int language = wholeNumber(LeggiImpostazione(QStringLiteral("LINGUA"))).value_or(0);
+    return language >= Texts::FirstLanguage && language <= Texts::LastLanguage ? language : otherwise;
+}
+
 Protocol Settings::storedProtocol() const
 {
     return static_cast<Protocol>(toSixteenBits(leadingNumber(LeggiImpostazione(QStringLiteral("PRTC")))));

@@ -35,6 +35,8 @@ public:
     QString LeggiImpostazione(const QString &key) const;
     /// CodProtocollo as the file has it now.
     Protocol storedProtocol() const;
+    /// Lingua as the file has it now; @p otherwise where it has none that can be used.
+    int storedLanguage(int otherwise) const;
     /// Makes @p line the entry of @p key: in the place of every line that has the key, else as the last.
     Result<void> ScriviImpostazione(const QString &key, const QString &line);
     /// Writes the file anew with the defaults.

@@ -62,6 +62,8 @@ public:
 
     /// The users as they are at this moment; only after open().
     QList<User> users() { return m_register.all(); }
+    /// The list is on its way to the printer: the first user is the current one, unless another window is waited for.
+    void printed();
     void setCaptions() override;
     /// What the operator has done to them so far.
     const UserChanges &changes() const { return m_register.changes(); }

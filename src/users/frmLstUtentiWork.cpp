@@ -277,10 +277,14 @@ void frmLstUtenti::objRepDoppioni_Chiudi()
 
 void frmLstUtenti::cmdStampa_Click()
 {
-    if (!commitCell() || isEmpty())
+    if (commitCell() && !isEmpty())
+        Q_EMIT Stampa();
+}
+
+void frmLstUtenti::printed()
+{
+    if (!isEnabled() || !commitCell())
         return;
-    // Printed is a copy of the rows: nothing has to wait for its end.
-    Q_EMIT Stampa();
     m_register.users().moveFirst();
     showCurrent();
 }
