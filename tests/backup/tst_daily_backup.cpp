@@ -131,7 +131,8 @@ private Q_SLOTS:
         site.look();
         site.write(u"Archivi/Eventi_02-03-2004.zeb"_s, "no archive");
         site.look(24 * hour);
-        QCOMPARE(site.told.value(0), u"The backup copy has everything but '/Archivi/Eventi_01-03-2004.zeb': damaged"_s);
+        QVERIFY(site.told.value(0).startsWith(
+            u"The backup copy has everything but '/Archivi/Eventi_01-03-2004.zeb': damaged"));
         QVERIFY(site.told.value(1).startsWith(u"The backup copy has everything but 2 files, among them '/Archivi/Eve"));
     }
 
