@@ -135,7 +135,7 @@ void TestGuiUsers::work_data()
     const QString first = u"0,0|5|TX|Rossi|Ada|||"_s, exists = u"Information: Code already exists!"_s;
     const QString invalid = u"Exclamation: Invalid code!"_s;
     row("opened", {}, first + u'|', {});
-    row("cell", u"@1,2 @=Bianchi cmdStampa @1,2"_s, u"1,2|5|DKS|Bianchi|||||"_s, {});
+    row("cell", u"@1,2 @=Bianchi cmdStampa"_s, u"1,2|5|DKS|Bianchi|||||"_s, {});
     row("code is locked", u"@2,5 @=1"_s, u"2,5|70005|TX|Verdi|Bea||0005||"_s, {});
     row("same code, the other user", u"@1,0 cmdModifica txtCodice=6 optTipo(1) cmdOk"_s, u"1,0|6|DKS|Neri|||||"_s, {});
     row("own code", u"@1,0 cmdModifica txtCodice=5 optTipo(1) cmdOk cmdAnnulla"_s, u"1,0|5|DKS|Neri|||||"_s, exists);
