@@ -31,13 +31,18 @@ namespace {
 
 constexpr int cannotStart = 2;
 
-int refuse(const QString &line)
+int refuse(const QString &line, std::optional<Termination> &termination)
 {
     const QString oneLine = QString(line).replace(QStringLiteral("\r\n"), QStringLiteral(" "));
     std::fprintf(stderr, "kor-supervisor: %s\n", oneLine.toUtf8().constData());
     // Whoever started it from a desktop sees no terminal.
-    if (qobject_cast<QApplication *>(QCoreApplication::instance()))
-        QMessageBox::critical(nullptr, QStringLiteral("KOR"), line);
+    if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
+        return cannotStart;
+    if (!termination)
+        termination.emplace();
+    QMessageBox box(QMessageBox::Critical, QStringLiteral("KOR"), line);
+    QObject::connect(&*termination, &Termination::requested, &box, &QDialog::reject);
+    box.exec();
     return cannotStart;
 }
 
@@ -54,7 +59,7 @@ int runConsole(Program &program, const CommandLine &options, std::optional<Termi
     QObject::connect(&*termination, &Termination::requested, qApp, &QCoreApplication::quit);
     ConsoleGate gate(program, {options.passwordFile, options.demo ? program.texts()[OwnText::ConsoleDemo] : QString()});
     QObject::connect(&gate, &ConsoleGate::refused, qApp,
-                     [](const QString &why) { QCoreApplication::exit(refuse(why)); });
+                     [&termination](const QString &why) { QCoreApplication::exit(refuse(why, termination)); });
     ServiceManager manager;
     QObject::connect(&gate, &ConsoleGate::works, &manager, &ServiceManager::ready, Qt::QueuedConnection);
     QTimer::singleShot(0, &gate, &ConsoleGate::run);
@@ -115,40 +120,42 @@ int main(int argumentCount, char *arguments[])
     const int language = systemLanguage();
     Texts texts;
     texts.fill(language);
+    std::optional<Termination> termination;
     CommandLine options = readCommandLine(QCoreApplication::arguments());
     if (options.wrong)
-        return refuse(texts.sentence(*options.wrong));
+        return refuse(texts.sentence(*options.wrong), termination);
     if (options.help)
         return tell(commandLineHelp(texts));
     if (options.version)
         return tell(QStringLiteral("kor-supervisor %1\n").arg(programVersion()));
     if (!options.console && !qobject_cast<QApplication *>(application.get()))
-        return refuse(texts[OwnText::NoDisplay]);
+        return refuse(texts[OwnText::NoDisplay], termination);
     const QString programs = QCoreApplication::applicationDirPath();
     ProgramPlaces places =
         programPlaces(options.folder, programs, QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
 
-    std::optional<Termination> termination;
     std::optional<Demonstration> demonstration;
     if (options.demo) {
         // What a demonstration has made is removed, whenever it ends.
         termination.emplace();
         demonstration.emplace(programs, places.installation);
         if (const Result<void> started = demonstration->start(); !started)
-            return refuse(texts.sentence({OwnText::DemoCannotStart, {started.fault().subject}, started.fault()}));
+            return refuse(texts.sentence({OwnText::DemoCannotStart, {started.fault().subject}, started.fault()}),
+                          termination);
         places.folder = demonstration->folder();
         options.port = Demonstration::Port;
     } else if (places.isUsersOwn) {
         Disk disk;
         if (const Result<void> made = makeUsersFolder(places.folder, disk); !made)
-            return refuse(texts.sentence({OwnText::FolderCannotBePrepared, {made.fault().subject}, made.fault()}));
+            return refuse(texts.sentence({OwnText::FolderCannotBePrepared, {made.fault().subject}, made.fault()}),
+                          termination);
     }
 
     const Clock clock;
     const Printers printers;
     Program program(places, clock, printers);
     if (const std::optional<StartFault> fault = program.prepare(language, options.port))
-        return refuse(program.texts().sentence(fault->message));
+        return refuse(program.texts().sentence(fault->message), termination);
     Awake awake(clock);
     program.keepAwake(awake);
     return options.console ? runConsole(program, options, termination) : runWindow(program, termination);

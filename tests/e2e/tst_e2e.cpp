@@ -176,6 +176,14 @@ private Q_SLOTS:
         QCOMPARE(supervisor.end(), 0);
     }
 
+    void endsWhileABoxSaysWhyItDoesNotStart()
+    {
+        Running astray("kor-supervisor", {u"--folder"_s, u"/none"_s}, {u"QT_QPA_PLATFORM=offscreen"_s});
+        astray.process.setReadChannel(QProcess::StandardError);
+        QVERIFY(astray.process.waitForReadyRead());
+        QCOMPARE(astray.end(), 2);
+    }
+
     void demonstration()
     {
         Running demo("kor-supervisor", {u"--console"_s, u"--demo"_s});
