@@ -5,13 +5,17 @@
 #include "codes/EventRow.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
 /// Longest that opening reads.
 constexpr int firstTurnMilliseconds = 20;
+/// Latest rows that are looked for where the file has changed.
+constexpr qint64 rowsLookedAt = 5000;
 /// Rows that are read in one go: well below a millisecond.
 constexpr qint64 rowsOfAStep = 1000;
 
@@ -66,7 +70,54 @@ Result<void> DayArchive::look()
     if (const Result<qint64> last = highest(); !last)
         return last.fault();
     m_names = OpenedNames(m_archives.folder().path(ArchiveName::events(m_day)), m_database);
+    m_stamp = stampOf(m_database.path());
     return {};
+}
+
+/// A file that is copied over another keeps the identity of that, and nothing that is read or stored here fails: the
+/// library has the pages in memory, and its journal speaks of a file that is not there any more.
+bool DayArchive::isOverwritten()
+{
+    const std::optional<FileStamp> stamp = stampOf(m_database.path());
+    const std::optional<QByteArray> journal = m_isLogged ? beginningOfJournal() : std::nullopt;
+    // What is written to a journal after it was emptied stands where it would have stood otherwise.
+    m_isOverwritten = m_isOverwritten || (journal && !journal->isEmpty() && journal->count('\0') == journal->size());
+    const bool isEmptied = journal && journal->isEmpty();
+    if (m_isOverwritten || !stamp || (stamp == m_stamp && !isEmptied))
+        return m_isOverwritten;
+    // Both also come about when the journal is brought into the file: only then does one who looks anew see all.
+    m_stamp = stamp;
+    m_isLogged = m_isLogged && !isEmptied;
+    const Result<bool> isSeen = isSeenAnew();
+    m_isOverwritten = isSeen && !isSeen.value();
+    if (!isSeen) {
+        m_stamp.reset();
+        m_isLogged = m_isLogged || isEmptied;
+    }
+    return m_isOverwritten;
+}
+
+/// Its mark, which it has from the first row on. @return nothing when that cannot be read
+std::optional<QByteArray> DayArchive::beginningOfJournal() const
+{
+    QFile journal(m_database.path() + QStringLiteral("-wal"));
+    return journal.open(QIODevice::ReadOnly | QIODevice::Unbuffered) ? std::optional(journal.read(4)) : std::nullopt;
+}
+
+/// Whether one who opens the files anew finds in them what this connection has. @return a fault when that is not known
+Result<bool> DayArchive::isSeenAnew()
+{
+    // An older copy lacks the latest ones, but for those of the journal, which are far fewer.
+    const QString latest = QStringLiteral("SELECT count(*) FROM Eventi NOT INDEXED WHERE ProgEv > ?");
+    const SqlValues behind{m_last - rowsLookedAt};
+    const Result<qint64> held = m_database.number(latest, behind);
+    Result<Database> anew = m_archives.open(ArchiveName::events(m_day), Database::Use::Untouched);
+    const Result<qint64> found = anew ? anew.value().number(latest, behind) : Result<qint64>(anew.fault());
+    if (held && found)
+        return held.value() == found.value();
+    const Fault fault = held ? found.fault() : held.fault();
+    const bool isGone = fault.code == FaultCode::Damaged || fault.code == FaultCode::InputOutput;
+    return isGone ? Result<bool>(false) : Result<bool>(fault);
 }
 
 // Reading it through -------------------------------------------------------------------------------------------------
@@ -144,8 +195,12 @@ Result<qint64> DayArchive::insert(const SqlValues &columns, qint64 number)
     if (!stored)
         return stored.fault();
     m_isDirty = true;
-    if (number == 0)
+    if (number == 0) {
+        // Together with its journal, and the index of that, an older copy leaves no trace but its numbers.
+        m_isOverwritten |= row <= m_last;
         m_last = row;
+        m_isLogged = true;
+    }
     return row;
 }
 
@@ -220,6 +275,7 @@ Result<void> DayArchive::bringTogether()
         return {};
     Result<void> done = m_database.checkpoint();
     m_isDirty = !done;
+    m_isLogged = m_isLogged && m_isDirty;
     return done;
 }
 
@@ -227,4 +283,16 @@ bool DayArchive::leaveLogMode()
 {
     m_insert.reset();
     return m_database.leaveLogMode().ok();
+}
+
+void DayArchive::giveUpNames()
+{
+    m_names.giveUp(m_database, m_archives.folder().disk());
+    if (!m_isOverwritten || m_names.isReplaced())
+        return;
+    // What was copied over the file is not to be mixed with what stands in the journal: nobody brings that into it
+    // while another one reads.
+    Result<ArchiveBytes> file = ArchiveBytes::open(m_database.path());
+    if (file && file.value().hold())
+        m_given = std::move(file.value());
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "archives/ArchiveBytes.h"
 #include "archives/ArchiveStore.h"
 #include "archives/OpenedNames.h"
 #include "codes/Event.h"
+#include "platform/FileStamp.h"
 
 #include <QList>
 
@@ -58,23 +60,27 @@ public:
     /// How many there are behind it, 0 when that cannot be read.
     qsizetype countAfter(qint64 number);
 
-    /// True when another file, or none, stands under the name of this one or of its journal.
-    bool hasMoved() const { return m_names.hasMoved(); }
+    /// True when another file, or none, stands under the name of this one or of its journal, or somebody has written
+    /// over either: what was read of it, and what is stored yet, can be had from this object alone then.
+    bool hasMoved() { return m_names.hasMoved() || isOverwritten(); }
     /// True when the file itself was replaced or deleted, not its journal only.
-    bool isReplaced() const { return m_names.isReplaced(); }
+    bool isReplaced() const { return m_isOverwritten || m_names.isReplaced(); }
 
     /// Brings all rows into the file itself, if there are any that stand in the journal only.
     Result<void> bringTogether();
     /// Ends write-ahead mode before it is closed. @return false when somebody reads: then it stays
     bool leaveLogMode();
     /// Before it is closed: what stands under its names is not its own any more, but for journals that still are.
-    void giveUpNames() { m_names.giveUp(m_database, m_archives.folder().disk()); }
+    void giveUpNames();
 
 private:
     enum class Reading { Table, Index, Done };
 
     DayArchive(ArchiveStore &archives, QDate day, Database database, Statement insert);
     Result<void> look();
+    bool isOverwritten();
+    std::optional<QByteArray> beginningOfJournal() const;
+    Result<bool> isSeenAnew();
     Result<bool> readPiece();
     Result<bool> readRows();
     Result<bool> readIndex();
@@ -82,12 +88,17 @@ private:
 
     ArchiveStore &m_archives;
     QDate m_day;
+    std::optional<ArchiveBytes> m_given; ///< goes after the database
     Database m_database;
     Statement m_insert;
     OpenedNames m_names;
-    qint64 m_last = 0;     ///< highest ProgEv, or the one below
-    qint64 m_behind = 0;   ///< events are numbered from here on
-    bool m_isDirty = true; ///< rows may stand in the journal only
+    qint64 m_last = 0;       ///< highest ProgEv, or the one below
+    qint64 m_behind = 0;     ///< events are numbered from here on
+    bool m_isDirty = true;   ///< rows may stand in the journal only
+    bool m_isLogged = false; ///< rows were stored that stand in the journal
+
+    std::optional<FileStamp> m_stamp; ///< of the file, when it was looked at last
+    bool m_isOverwritten = false;
 
     Reading m_reading = Reading::Table;
     qint64 m_row = 0;             ///< read so far

@@ -202,8 +202,11 @@ Result<void> DayRescue::store(DayArchive &archive)
         const Result<bool> isFree = archive.isFree(row.number);
         if (!isFree)
             return isFree.fault();
-        if (const Result<qint64> stored = archive.insert(row.columns, isFree.value() ? row.number : 0); !stored)
+        if (const Result<qint64> stored = archive.insert(row.columns, isFree.value() ? row.number : 0); !stored) {
+            transaction.takeBack();
+            (void)archive.highest();
             return stored.fault();
+        }
     }
     Result<void> done = transaction.commit();
     (void)archive.highest();

@@ -87,8 +87,11 @@ QString Texts::sentence(const Message &message) const
     case 1:
         words = words.arg(message.arguments[0]);
         break;
-    default:
+    case 2:
         words = words.arg(message.arguments[0], message.arguments[1]);
+        break;
+    default:
+        words = words.arg(message.arguments[0], message.arguments[1], message.arguments[2]);
     }
     if (message.fault)
         words += (*this)[OwnText::Colon] + (*this)[reason(message.fault->code)];

@@ -14,7 +14,7 @@ enum class OwnText : int;
 /// How grave a message is; a window shows it as the icon of its message box.
 enum class Icon { None, Information, Question, Exclamation, Critical };
 
-/// A message before it has words: which text, what stands for its "%1" and "%2", and the fault behind it.
+/// A message before it has words: which text, what stands for its "%1" to "%3", and the fault behind it.
 struct Message {
     std::variant<Text, OwnText> text;
     QStringList arguments;

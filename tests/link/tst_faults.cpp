@@ -114,6 +114,49 @@ private Q_SLOTS:
         QVERIFY(!test.folder.exists(u"Archivi/Attesa.zeb"_s));
     }
 
+    /// What is copied over an open day, or its journal, has the same identity, and no event fails.
+    void writtenOver_data()
+    {
+        const Rows<QStringList, int, int> row("files", "brought", "rows");
+        row("by an older copy", {QString()}, 201, 203);
+        row("its journal, which is empty now", {u"-wal"_s}, 2, 203);
+        row("with journal and index", {QString(), u"-wal"_s, u"-shm"_s}, 1, 3);
+    }
+    void writtenOver()
+    {
+        QFETCH(QStringList, files);
+        QFETCH(int, brought);
+        QFETCH(int, rows);
+        TestFolder test;
+        Day day(test);
+        const QString name = ArchiveName::events(today);
+        const auto quietMinute = [&day] {
+            day.clock.milliseconds += 60'000;
+            day.log.changeDayIfNeeded();
+        };
+        QVERIFY(day.append(1));
+        quietMinute();
+        QHash<QString, QByteArray> older;
+        for (const QString &file : std::as_const(files))
+            older.insert(file, test.read(name + file));
+        for (int code = 2; code <= 200; ++code)
+            QVERIFY(day.append(code));
+        if (files.size() < 3)
+            quietMinute();
+        QVERIFY(day.append(201));
+        for (const QString &file : std::as_const(files))
+            test.write(name + file, older[file]);
+        QVERIFY(day.append(202));
+        day.log.changeDayIfNeeded();
+        QVERIFY(day.storeAll() && day.append(203));
+        const QStringList told = takeNotices(day.notices);
+        QVERIFY2(told.size() == 1 && told[0].contains(u"was replaced") && told[0].endsWith(QString::number(brought)),
+                 qPrintable(told.join(u'/')));
+        day.log.close();
+        QStringList codes = test.rows(name, u"SELECT Codice FROM Eventi ORDER BY ProgEv"_s);
+        QVERIFY(codes.size() == rows && codes.removeDuplicates() == 0 && codes.last() == u"203"_s);
+    }
+
     void comesWhileOthersAreBroughtOver()
     {
         TestFolder test;

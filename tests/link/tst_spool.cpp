@@ -145,7 +145,9 @@ private Q_SLOTS:
                     test.disk.steps.clear();
                     (ofTheLibrary ? vfs.stopAt : test.disk.stopAt) = stop;
                     Day day(test);
-                    ranThrough = takeNotices(day.notices).join(u'/').contains(u"rescued"_s);
+                    const QString told = takeNotices(day.notices).join(u'/');
+                    ranThrough = told.contains(u"which wait on: "_s);
+                    QVERIFY2(!told.contains(u'%'), qPrintable(told));
                     test.disk.stopAt = -1;
                 }
                 Day next(test);
