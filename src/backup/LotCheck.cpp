@@ -8,7 +8,8 @@
 
 namespace {
 
-/// When the program ends the thread should be out of the libraries, which it leaves at once, unless the device hangs.
+/// When the program ends the thread should be out of the libraries; it stays while the device hangs, or an archive is
+/// read as one.
 constexpr std::chrono::milliseconds patience(15);
 
 std::optional<FaultCode> faultOf(const LotCheck::Archive &archive, PageProof &proof, const std::stop_token &stop)

@@ -113,11 +113,10 @@ Result<bool> DayArchive::isSeenAnew()
     const Result<qint64> held = m_database.number(latest, behind);
     Result<Database> anew = m_archives.open(ArchiveName::events(m_day), Database::Use::Untouched);
     const Result<qint64> found = anew ? anew.value().number(latest, behind) : Result<qint64>(anew.fault());
+    // What cannot be read may be damaged: then it is set aside with its journal, which would be lost here.
     if (held && found)
         return held.value() == found.value();
-    const Fault fault = held ? found.fault() : held.fault();
-    const bool isGone = fault.code == FaultCode::Damaged || fault.code == FaultCode::InputOutput;
-    return isGone ? Result<bool>(false) : Result<bool>(fault);
+    return held ? found.fault() : held.fault();
 }
 
 // Reading it through -------------------------------------------------------------------------------------------------
@@ -195,11 +194,11 @@ Result<qint64> DayArchive::insert(const SqlValues &columns, qint64 number)
     if (!stored)
         return stored.fault();
     m_isDirty = true;
+    m_isLogged = true;
     if (number == 0) {
         // Together with its journal, and the index of that, an older copy leaves no trace but its numbers.
         m_isOverwritten |= row <= m_last;
         m_last = row;
-        m_isLogged = true;
     }
     return row;
 }

@@ -103,9 +103,9 @@ void EventLog::close()
     end.start();
     do {
         drain();
-        // What waits in memory meanwhile has to come to disk.
-    } while (m_spool.isRescuing() || ((hasWork() || m_rescue.hasWork()) && end.elapsed() < endMilliseconds));
+    } while ((hasWork() || m_rescue.hasWork()) && end.elapsed() < endMilliseconds);
     m_rescue.close();
+    m_spool.endRescue();
     while (m_spool.spill()) {
     }
     if (m_days.left()) {

@@ -77,6 +77,7 @@ Result<void> EventSpool::rescue()
     m_file.reset();
     recount();
     Result<std::unique_ptr<SpoolRescue>> begun = SpoolRescue::begin(m_archives);
+    m_isRescueVain = !begun;
     if (!begun)
         return begun.fault();
     m_rescue = std::move(begun.value());
@@ -90,13 +91,31 @@ void EventSpool::rescueOn(const QDeadlineTimer &until)
     if (done && !done.value())
         return;
     const Result<QString> aside = done ? m_rescue->finish() : Result<QString>(done.fault());
-    const QString count = QString::number(m_rescue->count());
+    const qsizetype count = m_rescue->count();
     m_rescue.reset();
     if (aside)
-        m_notices.post(Icon::Critical, {OwnText::SpoolSetAside, {fileName(), aside.value(), count}, {}});
+        tellSetAside(aside.value(), count);
+    m_isRescueVain = !aside;
     const Result<void> opened = aside ? openFile() : Result<void>(aside.fault());
     if (!opened)
         tellUnusable(opened.fault());
+}
+
+void EventSpool::tellSetAside(const QString &name, qsizetype rescued)
+{
+    m_notices.post(Icon::Critical, {OwnText::SpoolSetAside, {fileName(), name, QString::number(rescued)}, {}});
+}
+
+void EventSpool::endRescue()
+{
+    if (!m_rescue && !m_isRescueVain)
+        return;
+    m_rescue.reset();
+    // The next start begins anew with the damaged file, unless something has to have its place.
+    if (m_memory.isEmpty())
+        return;
+    if (const Result<QString> aside = m_archives.setAside(ArchiveName::Waiting))
+        tellSetAside(aside.value(), 0);
 }
 
 void EventSpool::close()
@@ -115,6 +134,7 @@ void EventSpool::close()
 void EventSpool::tidy()
 {
     look();
+    m_isRescueVain = false;
     if (!m_file)
         open();
     else if (isEmpty())
@@ -182,7 +202,7 @@ bool EventSpool::add(WaitingEvent event)
 Result<void> EventSpool::put(const QList<WaitingEvent> &events)
 {
     Result<void> done = tryToPut(events);
-    if (!done && done.fault().code == FaultCode::Damaged && !m_rescue) {
+    if (!done && done.fault().code == FaultCode::Damaged && !m_rescue && !m_isRescueVain) {
         done = rescue();
         if (done)
             done = tryToPut(events);

@@ -48,6 +48,8 @@ public:
     bool isRescuing() const { return m_rescue != nullptr; }
     /// Goes on with that, once at least.
     void rescueOn(const QDeadlineTimer &until);
+    /// Makes room at once for what waits in memory.
+    void endRescue();
 
     /// Keeps an event. @return true when it is on disk
     bool add(WaitingEvent event);
@@ -80,6 +82,7 @@ private:
     Result<void> openFile();
     Result<void> tryToPut(const QList<WaitingEvent> &events);
     Result<void> rescue();
+    void tellSetAside(const QString &name, qsizetype rescued);
     void moveOver();
     QList<WaitingEvent> all();
     void recount();
@@ -95,6 +98,7 @@ private:
     Notices &m_notices;
     std::unique_ptr<SpoolFile> m_file;
     std::unique_ptr<SpoolRescue> m_rescue;
+    bool m_isRescueVain = false; ///< until the next tidy(): what comes meanwhile waits in memory
     QList<WaitingEvent> m_memory;
     qint64 m_lastInMemory = 0;
     QMap<QDate, SpoolFile::Counts> m_counts; ///< of days that something waits for, on disk and in memory

@@ -65,7 +65,10 @@ Result<bool> TextFile::readPiece()
     if (before == 0 && (m_content.startsWith("\xFF\xFE") || m_content.startsWith("\xFE\xFF")))
         m_utf16.emplace(QStringDecoder::Utf16);
     if (m_utf16) {
-        const QString piece = m_utf16->decode(QByteArrayView(m_content).sliced(before));
+        QString piece = m_half + m_utf16->decode(QByteArrayView(m_content).sliced(before));
+        // Half a character waits for the other one.
+        m_half = count > 0 && !piece.isEmpty() && piece.back().isHighSurrogate() ? piece.last(1) : QString();
+        piece.chop(m_half.size());
         m_content.replace(before, m_content.size() - before, piece.toUtf8());
     }
     // It may have grown since it was opened.

@@ -39,4 +39,5 @@ private:
     bool m_isWhole = false;
     bool m_isUtf8 = true;
     std::optional<QStringDecoder> m_utf16; ///< of a file that begins with its mark
+    QString m_half;                        ///< of a character of two words
 };

@@ -78,6 +78,9 @@ void TestCsv::files_data()
     row("old encoding in the second piece", across + '\xE8', none, across + '\xE8', false);
     row("a byte 0", QByteArray("a;b\n\0c", 6), noTable, {}, true);
     row("of two bytes a character", QByteArray("\xFF\xFE\xE4\0;\0", 6), none, "\xC3\xA4;", true);
+    QByteArray wide("\xFF\xFE");
+    wide += QByteArray("x\0", 2).repeated(32'766) + QByteArray("\x3D\xD8\0\xDE", 4);
+    row("its character of two words across two pieces", wide, none, QByteArray(32'766, 'x') + "\xF0\x9F\x98\x80", true);
     row("larger", QByteArray(limit + 1, 'x'), tooLarge, {}, true);
 }
 
