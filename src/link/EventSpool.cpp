@@ -13,13 +13,6 @@ namespace {
 
 /// Events that go from memory to disk with one flush.
 constexpr qsizetype spillRows = 500;
-/// Longest that a damaged file is read where it is found to be so.
-constexpr int rescueMilliseconds = 20;
-
-QString fileName()
-{
-    return QStringView(ArchiveName::Waiting).toString();
-}
 
 size_t indexOf(EventSpool::Mark mark)
 {
@@ -34,6 +27,11 @@ qsizetype sum(const SpoolFile::Counts &counts)
 } // namespace
 
 // The file -----------------------------------------------------------------------------------------------------------
+
+QString EventSpool::fileName()
+{
+    return QStringView(ArchiveName::Waiting).toString();
+}
 
 void EventSpool::open()
 {
@@ -69,53 +67,6 @@ void EventSpool::recount()
     m_counts = m_file ? m_file->found() : QMap<QDate, SpoolFile::Counts>();
     for (const WaitingEvent &event : std::as_const(m_memory))
         note(event, 1);
-}
-
-/// Begins to bring what can be read of a damaged spool into a new one: in most cases that is done when this returns.
-Result<void> EventSpool::rescue()
-{
-    m_file.reset();
-    recount();
-    Result<std::unique_ptr<SpoolRescue>> begun = SpoolRescue::begin(m_archives);
-    m_isRescueVain = !begun;
-    if (!begun)
-        return begun.fault();
-    m_rescue = std::move(begun.value());
-    rescueOn(QDeadlineTimer(rescueMilliseconds));
-    return {};
-}
-
-void EventSpool::rescueOn(const QDeadlineTimer &until)
-{
-    const Result<bool> done = m_rescue->step(until);
-    if (done && !done.value())
-        return;
-    const Result<QString> aside = done ? m_rescue->finish() : Result<QString>(done.fault());
-    const qsizetype count = m_rescue->count();
-    m_rescue.reset();
-    if (aside)
-        tellSetAside(aside.value(), count);
-    m_isRescueVain = !aside;
-    const Result<void> opened = aside ? openFile() : Result<void>(aside.fault());
-    if (!opened)
-        tellUnusable(opened.fault());
-}
-
-void EventSpool::tellSetAside(const QString &name, qsizetype rescued)
-{
-    m_notices.post(Icon::Critical, {OwnText::SpoolSetAside, {fileName(), name, QString::number(rescued)}, {}});
-}
-
-void EventSpool::endRescue()
-{
-    if (!m_rescue && !m_isRescueVain)
-        return;
-    m_rescue.reset();
-    // The next start begins anew with the damaged file, unless something has to have its place.
-    if (m_memory.isEmpty())
-        return;
-    if (const Result<QString> aside = m_archives.setAside(ArchiveName::Waiting))
-        tellSetAside(aside.value(), 0);
 }
 
 void EventSpool::close()
@@ -318,16 +269,6 @@ Result<QList<WaitingEvent>> EventSpool::first(QDate day, bool undecidedToo, qsiz
     if (events.isEmpty())
         forget(day);
     return events;
-}
-
-/// A damaged spool makes room for a new one; what is damaged is not the archive of the day.
-Fault EventSpool::ofTheFile(Fault fault)
-{
-    if (fault.code == FaultCode::Damaged) {
-        (void)rescue();
-        fault.code = FaultCode::InputOutput;
-    }
-    return fault;
 }
 
 /// True when the event stands in its archive already.

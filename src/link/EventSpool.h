@@ -78,6 +78,7 @@ public:
     Result<void> remove(const QList<WaitingEvent> &events);
 
 private:
+    static QString fileName();
     void tellUnusable(const Fault &fault);
     Result<void> openFile();
     Result<void> tryToPut(const QList<WaitingEvent> &events);
